@@ -1,0 +1,19 @@
+# What every target of ours is built with: warnings as errors, hidden symbols, and arithmetic that gives the same
+# bits on every system (no contraction of a*b+c, SSE2 rather than x87 on 32-bit x86).
+function(qvtools_target target)
+  target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR}/src)
+  set_target_properties(${target} PROPERTIES CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
+  if(MSVC)
+    target_compile_options(${target} PRIVATE /W4 /WX /fp:precise /utf-8)
+  else()
+    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror -ffp-contract=off)
+    if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+      target_compile_options(${target} PRIVATE -msse2 -mfpmath=sse)
+    endif()
+  endif()
+  if(QVTOOLS_SANITIZE)
+    target_compile_options(${target} PRIVATE -fsanitize=${QVTOOLS_SANITIZE} -fno-sanitize-recover=all
+                                             -fno-omit-frame-pointer)
+    target_link_options(${target} PRIVATE -fsanitize=${QVTOOLS_SANITIZE})
+  endif()
+endfunction()

@@ -1,0 +1,38 @@
+#pragma once
+
+/// The library's one formatter and one parser of numbers. Neither looks at the locale.
+
+#include <cstdarg>
+#include <cstddef>
+
+#include "platform/api.h"
+
+namespace qv {
+
+/// Decimal text to a double with the C library's `atof` results: leading blanks, a sign, digits with a point, an
+/// exponent; what follows is ignored, and text that is no number (words, hexadecimal) gives 0. Out of range
+/// saturates to an infinity or to 0.
+QV_API double parse_real(const char* text);
+
+/// Decimal text to an integer with `atoi` results: leading blanks, a sign, digits. Out of range saturates.
+QV_API int parse_int(const char* text);
+QV_API long parse_long(const char* text);
+
+/// A double to an int: toward zero, saturating at the int's range, 0 for what is not a number.
+QV_API int TruncInt(double v);
+
+/// The longest text of `format_fixed2`, without a terminator.
+inline constexpr int kMaxFixed2 = 48;
+
+/// Writes v as "%.2f" prints it (no terminator) and returns the end of the text.
+QV_API char* format_fixed2(char* out, float v);
+/// Writes v as "%d" prints it (no terminator) and returns the end of the text.
+QV_API char* format_int(char* out, int v);
+
+/// Formats as `vsnprintf` does in the "C" locale, whatever the locale is; the text is cut to size - 1 bytes, never
+/// within a two-byte character, and terminated. Returns the length of the text that is in `out`. Conversions: all of C
+/// but %n, which is passed over.
+QV_API int format_list(char* out, std::size_t size, const char* format, std::va_list arguments);
+QV_API int format_text(char* out, std::size_t size, const char* format, ...);
+
+}  // namespace qv
