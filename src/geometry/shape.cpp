@@ -58,9 +58,9 @@ CFShape::CFShape(const CFPoint& p1, const CFPoint& p2, float c) : CFShape(p1, p2
   const bool full = std::fabs(c) >= qv::kTwoPi;
   // The centre lies off the middle of the chord by `off` chord lengths, to the left of p1 p2 for an arc that turns
   // left.
-  const double half = std::fabs(static_cast<double>(c)) / 2;
-  const double off = full ? 0 : std::copysign(0.5 / std::tan(half), -static_cast<double>(c));
-  const double r = full ? d / 2 : d / (2 * std::sin(half));
+  const double half = c / 2.0;
+  const double off = full ? 0 : -0.5 / std::tan(half);
+  const double r = full ? d / 2 : d / (2 * std::sin(std::fabs(half)));
   if (!(r <= (std::numeric_limits<float>::max)())) return;
   const Vec centre{p1.x + chord.x / 2 - chord.y * off, p1.y + chord.y / 2 + chord.x * off};
   *this = CFShape(CFPoint(static_cast<float>(centre.x), static_cast<float>(centre.y)), static_cast<float>(r),
