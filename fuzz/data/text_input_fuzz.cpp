@@ -82,7 +82,7 @@ void cut_texts(const std::string& text) {
   const qv::PathParts parts = qv::split_path(text.c_str());
   const std::size_t length = parts.drive.size() + parts.directory.size() + parts.base.size() + parts.extension.size();
   require(length == text.size());
-  CString(ConfirmFileExt(text.c_str(), "dxf"));
+  require(!ConfirmFileExt(text.c_str(), "dxf").IsEmpty());
   qv::format_text(field, sizeof field, "%d %s|%8.3f", 12, text.c_str(), 0.5);
 }
 
