@@ -2,10 +2,15 @@
 
 /// The library's one formatter and one parser of numbers. Neither looks at the locale.
 
+#include <climits>
+#include <cmath>
 #include <cstdarg>
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
 
 #include "platform/api.h"
+#include "platform/detail/digits.h"
 
 namespace qv {
 
@@ -19,13 +24,23 @@ QV_API int parse_int(const char* text);
 QV_API long parse_long(const char* text);
 
 /// A double to an int: toward zero, saturating at the int's range, 0 for what is not a number.
-QV_API int TruncInt(double v);
+inline int TruncInt(double v) {
+  if (v > -2147483649.0 && v < 2147483648.0) return static_cast<int>(v);
+  return v > 0 ? INT_MAX : v < 0 ? INT_MIN : 0;
+}
 
 /// The longest text of `format_fixed2`, without a terminator.
 inline constexpr int kMaxFixed2 = 48;
 
-/// Writes v as "%.2f" prints it (no terminator) and returns the end of the text.
-QV_API char* format_fixed2(char* out, float v);
+/// Writes v as "%.2f" prints it (no terminator) and returns the end of the text. The product v * 100 is exact in
+/// double, so rounding it to the nearest even integer gives the digits that exact decimal rounding gives.
+inline char* format_fixed2(char* out, float v) {
+  const double magnitude = std::fabs(static_cast<double>(v) * 100.0);
+  if (!(magnitude < detail::kTwoTo52)) return detail::format_fixed2_unusual(out, v);
+  *out = '-';
+  out += std::signbit(v);
+  return detail::put_hundredths(out, static_cast<std::uint64_t>(magnitude + detail::kTwoTo52 - detail::kTwoTo52));
+}
 /// Writes v as "%d" prints it (no terminator) and returns the end of the text.
 QV_API char* format_int(char* out, int v);
 

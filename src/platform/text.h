@@ -1,7 +1,8 @@
 #pragma once
 
-/// Texts of GBK bytes: a byte from 0x81 on with a byte behind it is one character of two bytes, whose second byte can
-/// look like a letter, a tilde or a backslash. Whatever splits, cuts or changes a text steps by character.
+/// Texts of GBK bytes: a byte from 0x81 to 0xFE with one from 0x40 to 0xFE (but 0x7F) behind it is one character of two
+/// bytes, whose second byte can look like a letter, a tilde or a backslash. Whatever splits, cuts or changes a text
+/// steps by character. A lead byte with anything else behind it stands alone: the fonts' own symbols before a number.
 
 #include <cstddef>
 #include <string_view>
@@ -9,6 +10,9 @@
 #include "platform/api.h"
 
 namespace qv {
+
+/// Whether the byte can begin a two-byte character.
+QV_API bool is_lead_byte(char c);
 
 /// The bytes of the character at `text`: 0 at the terminator, 2 for a two-byte character, else 1.
 QV_API std::size_t char_length(const char* text);

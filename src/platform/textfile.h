@@ -11,8 +11,8 @@ namespace qv {
 
 /// Opens a text file as `fopen` does, with the modes "rt", "wt", "at" and their kin. Written "\n" becomes CR LF on
 /// disk on every system; reading is binary, so readers take LF and CR LF alike (`read_line`). Positions are byte
-/// offsets on disk: call `fflush` on a stream that writes before asking `ftell`. A directory does not open. Returns null
-/// with `errno` set when the file cannot be opened; the caller closes it with `fclose`.
+/// offsets on disk: call `fflush` on a stream that writes before asking `ftell`. A directory does not open. Returns
+/// null with `errno` set when the file cannot be opened; the caller closes it with `fclose`.
 QV_API std::FILE* open_text(const char* path, const char* mode);
 
 /// Reads a line of at most size - 1 bytes as `fgets` does, and hands CR LF on as "\n". Returns `buffer`, or null at the
