@@ -41,18 +41,18 @@ inline double area_tri(double x1, double y1, double x2, double y2, double x3, do
 }
 
 /// Turns the point, or n points, about the origin by a radians, clockwise for a > 0.
-QV_API void rotate_coordinate(double a, float* x, float* y);
+QV_API void rotate_coordinate(double a, float& x, float& y);
 QV_API void rotate_points(int n, float* x, float* y, double a);
 /// Subtracts (dx, dy) from the point.
-QV_API void shift_coordinate(double dx, double dy, float* x, float* y);
+QV_API void shift_coordinate(double dx, double dy, float& x, float& y);
 /// Adds (dx, dy) to n points.
 QV_API void shift_points(int n, float* x, float* y, double dx, double dy);
 
 /// Exchange two values.
-QV_API void swap_float(float* a, float* b);
-QV_API void swap_double(double* a, double* b);
-QV_API void swap_int(int* a, int* b);
+QV_API void swap_float(float& a, float& b);
+QV_API void swap_double(double& a, double& b);
+QV_API void swap_int(int& a, int& b);
 
 /// A hue ramp: 0 is red, 256 yellow, 512 green, 768 cyan, 1024 blue, 1280 magenta. With h = (n >> 8) & 255 and
 /// l = n & 255, components are 0 to 255. For h above 5 nothing is assigned.
-QV_API void Get_RGB(int n, int* r, int* g, int* b);
+QV_API void Get_RGB(int n, int& r, int& g, int& b);
