@@ -72,10 +72,18 @@ void set_text(char (&current)[qv::kEnvironmentText], const char* text) {
 
 }  // namespace
 
-void CBase_SGT::SetCurColor(const char* color) { set_text(m_szCurColor, color); }
-void CBase_SGT::SetCurLayer(const char* layer) { set_text(m_szCurLayer, layer); }
-void CBase_SGT::SetCurStyle(const char* style) { set_text(m_szCurStyle, style); }
-void CBase_SGT::SetCurLType(const char* ltype) { set_text(m_szCurLType, ltype); }
+void CBase_SGT::SetCurColor(const char* color) {
+  set_text(m_szCurColor, color);
+}
+void CBase_SGT::SetCurLayer(const char* layer) {
+  set_text(m_szCurLayer, layer);
+}
+void CBase_SGT::SetCurStyle(const char* style) {
+  set_text(m_szCurStyle, style);
+}
+void CBase_SGT::SetCurLType(const char* ltype) {
+  set_text(m_szCurLType, ltype);
+}
 
 void CBase_SGT::Set_Default_ENV() {
   SetCurColor("7");

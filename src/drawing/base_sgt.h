@@ -16,12 +16,12 @@ inline constexpr std::size_t kEnvironmentText = 100;  ///< bytes of a current te
 
 /// What `CBase_SGT::Push_ENV` saves and `Pop_ENV` brings back.
 struct QV_API SgtEnvironment {
-  float m_fBiLiChi = 100;                       ///< scale denominator
-  char m_szCurColor[kEnvironmentText] = "7";    ///< a DXF colour number
+  float m_fBiLiChi = 100;                     ///< scale denominator
+  char m_szCurColor[kEnvironmentText] = "7";  ///< a DXF colour number
   char m_szCurLayer[kEnvironmentText] = "0";
   char m_szCurStyle[kEnvironmentText] = "STANDARD";
   char m_szCurLType[kEnvironmentText] = "BYLAYER";
-  float m_fShiftX = 0;       ///< placement: shift, added after turning and scaling
+  float m_fShiftX = 0;  ///< placement: shift, added after turning and scaling
   float m_fShiftY = 0;
   float m_fLenFactor = 1;    ///< placement: factor of coordinates, radii and array-polyline widths
   float m_fRotAngle = 0;     ///< placement: rotation in degrees
@@ -30,38 +30,38 @@ struct QV_API SgtEnvironment {
   int m_nDimTextFit = 0;     ///< where a dimension text goes that does not fit: 1 left, 2 right, 4 above, 8 below
   int m_nDimPara1 = 1;       ///< saved for derived programs only
   int m_nDimPara2 = 1;
-  float m_fDimOffset = 0;    ///< from the measured points to the dimension line
-  float m_fDimPolarA = 0;    ///< long ends of the two extension lines
+  float m_fDimOffset = 0;  ///< from the measured points to the dimension line
+  float m_fDimPolarA = 0;  ///< long ends of the two extension lines
   float m_fDimPolarB = 0;
-  float m_fDimTick = 0;      ///< length of the oblique tick
+  float m_fDimTick = 0;  ///< length of the oblique tick
   float m_fDimLineWidth = 0;
   float m_fDimTextHeight = 0;
-  float m_fDimExt = 0;       ///< short ends of the extension lines
-  float m_fTextGap = 0;      ///< gap between a line and its text
-  int m_nDimDecimals = 0;    ///< decimals of dimension values
+  float m_fDimExt = 0;                ///< short ends of the extension lines
+  float m_fTextGap = 0;               ///< gap between a line and its text
+  int m_nDimDecimals = 0;             ///< decimals of dimension values
   int m_bRectSide[4] = {1, 1, 1, 1};  ///< which sides of a rectangle are drawn: bottom, right, top, left
-  int m_nFramePara1 = 1;     ///< saved for derived programs only
+  int m_nFramePara1 = 1;              ///< saved for derived programs only
   int m_nFramePara2 = 1;
-  float m_fCutSymA = 0;      ///< break line: overshoot, height and width of the zig-zag
+  float m_fCutSymA = 0;  ///< break line: overshoot, height and width of the zig-zag
   float m_fCutSymB = 0;
   float m_fCutSymC = 0;
-  float m_fPouXianLen = 0;   ///< section mark: bar length, bar width, text height
+  float m_fPouXianLen = 0;  ///< section mark: bar length, bar width, text height
   float m_fPouXianWidth = 0;
   float m_fPouXianText = 0;
-  float m_fTuMingText = 0;   ///< drawing title: text height, thick underline
+  float m_fTuMingText = 0;  ///< drawing title: text height, thick underline
   float m_fTuMingWidth = 0;
-  float m_fOut2Para1 = 0;    ///< the band of `Set_Para_Draw_Out_2PraLine`
+  float m_fOut2Para1 = 0;  ///< the band of `Set_Para_Draw_Out_2PraLine`
   float m_fOut2Para2 = 0;
   float m_fOut2Para3 = 0;
   float m_fOut2Para4 = 0;
   float m_fOut2Para5 = 0;
-  float m_fGJDotWidth = 0;   ///< reinforcement: dots and ties
-  float m_fGJLineWidth = 0;  ///< reinforcement: lines
+  float m_fGJDotWidth = 0;                   ///< reinforcement: dots and ties
+  float m_fGJLineWidth = 0;                  ///< reinforcement: lines
   char m_szGJColor[kEnvironmentText] = "1";  ///< colour of reinforcement
   char m_szBZColor[kEnvironmentText] = "4";  ///< colour of annotations
-  float m_fArrowLen = 0;     ///< arrowhead: length, half width
+  float m_fArrowLen = 0;                     ///< arrowhead: length, half width
   float m_fArrowWidth = 0;
-  float m_fPenX = 0;         ///< pen position of MoveTo and LineTo, in the caller's frame
+  float m_fPenX = 0;  ///< pen position of MoveTo and LineTo, in the caller's frame
   float m_fPenY = 0;
 };
 
@@ -79,8 +79,8 @@ class QV_API CBase_SGT : public DXF, public qv::SgtEnvironment {
 
   /// Sets the scale denominator, recomputes every size that depends on it, and moves the pen to (0, 0).
   void SetBiLiChi(float scale);
-  /// Sets the base pen width in drawing mm, or entry i (0 to 5, not checked) of the standard widths; the pen widths follow
-  /// at the next `SetBiLiChi`.
+  /// Sets the base pen width in drawing mm, or entry i (0 to 5, not checked) of the standard widths; the pen widths
+  /// follow at the next `SetBiLiChi`.
   void SetBaseBiKuan(float width) { m_fBaseBiKuan = width; }
   void SetBaseBiKuan(int i) { m_fBaseBiKuan = m_fGF_BiKuan[i]; }
   /// Sets the current colour, layer, style or line type; a text of 99 bytes or more is ignored.
@@ -89,7 +89,8 @@ class QV_API CBase_SGT : public DXF, public qv::SgtEnvironment {
   void SetCurStyle(const char* style);
   void SetCurLType(const char* ltype);
   /// Restores colour, line type, layer, style, placement, rectangle sides and symbol colours to their defaults.
-  /// Quirk: the stored scale becomes 1 while pen widths and heights stay as they were; derived programs set the scale after it.
+  /// Quirk: the stored scale becomes 1 while pen widths and heights stay as they were; derived programs set the scale
+  /// after it.
   void Set_Default_ENV();
   /// Adds the line types "DASHED", "DOT" and "DASHDOT".
   void Add_Default_LineType();
@@ -137,20 +138,22 @@ class QV_API CBase_SGT : public DXF, public qv::SgtEnvironment {
   void Draw_Rect_LB(float w, float h, float x, float y, float angle);
   void Draw_Rect_LB(float w, float h, float x, float y, float angle, float width);
 
-  /// A text at i/n of the line from (x1, y1), `off` to its left, along it or across it (a quarter turn further). n = 0 is n = 1.
+  /// A text at i/n of the line from (x1, y1), `off` to its left, along it or across it (a quarter turn further). n = 0
+  /// is n = 1.
   void Draw_Text_Along_Line(float x1, float y1, float x2, float y2, int n, int i, const char* text, float h, float off);
   void Draw_Text_Vertical_Line(float x1, float y1, float x2, float y2, int n, int i, const char* text, float h,
                                float off);
   /// A text centred at i/n of the arc from a1 to a2 (radians), `off` inside it, along it.
   void Draw_Text_Along_Arc(float cx, float cy, float r, float a1, float a2, int n, int i, const char* text, float h,
                            float off);
-  /// The band that `Draw_*_Out_2PraLine` leave out. Quirk: b and c cross over, so callers pass x1, y1, x2, y2 and the width.
+  /// The band that `Draw_*_Out_2PraLine` leave out. Quirk: b and c cross over, so callers pass x1, y1, x2, y2 and the
+  /// width.
   void Set_Para_Draw_Out_2PraLine(float a, float b, float c, float d, float e);
   /// A line, thin or of a width, turned by the angle in radians about the origin and then shifted.
   void Draw_Line_Rotate_Shift(float angle, float dx, float dy, float x1, float y1, float x2, float y2);
   void Draw_PLine_Rotate_Shift(float angle, float dx, float dy, float x1, float y1, float x2, float y2, float width);
-  /// Where a dimension text of the given width goes along a dimension line of length `len`, on or under it, in the line's
-  /// frame. x and y stay untouched when a text that does not fit has no side to go to.
+  /// Where a dimension text of the given width goes along a dimension line of length `len`, on or under it, in the
+  /// line's frame. x and y stay untouched when a text that does not fit has no side to go to.
   void Cal_Text_Position(int above, float len, float textWidth, float& x, float& y) const;
 
   float m_fBaseBiKuan = 0.65F;  ///< base pen width, drawing mm
@@ -159,9 +162,9 @@ class QV_API CBase_SGT : public DXF, public qv::SgtEnvironment {
   float m_fZiKuan[7] = {};      ///< text widths, scaled; the last is left to derived programs
   int m_nAxisXFormat = 2;       ///< label formats of `Draw_Axis`
   int m_nAxisYFormat = 2;
-  CPtrList m_ENVList;           ///< the saved environments, owned; its head is the last saved
+  CPtrList m_ENVList;  ///< the saved environments, owned; its head is the last saved
 };
 
-/// A new composer with an in-memory document, the style "HZ" (fonts "txt" and "hztxt") added; null when memory runs out. The
-/// caller owns it.
+/// A new composer with an in-memory document, the style "HZ" (fonts "txt" and "hztxt") added; null when memory runs
+/// out. The caller owns it.
 QV_API CBase_SGT* NewMemDxf();

@@ -10,7 +10,9 @@ namespace {
 
 constexpr double kRadian = std::numbers::pi / 180;
 
-float degrees(double radians) { return static_cast<float>(radians / kRadian); }
+float degrees(double radians) {
+  return static_cast<float>(radians / kRadian);
+}
 
 /// Turns a point counter-clockwise about the origin by an angle in degrees; multiples of 90 turn exactly.
 void turn(double angle, float& x, float& y) {
@@ -77,8 +79,7 @@ void CBase_SGT::Draw_Arc(float x, float y, float r, float a1, float a2) {
 void CBase_SGT::Draw_Pline(float x1, float y1, float x2, float y2, float w1, float w2) {
   Convert_XY(x1, y1);
   Convert_XY(x2, y2);
-  Write_Pline(x1, y1, 0, x2, y2, 0, w1 * m_fWidthFactor, w2 * m_fWidthFactor, m_szCurLayer, m_szCurColor,
-              m_szCurLType);
+  Write_Pline(x1, y1, 0, x2, y2, 0, w1 * m_fWidthFactor, w2 * m_fWidthFactor, m_szCurLayer, m_szCurColor, m_szCurLType);
 }
 
 void CBase_SGT::Draw_Pline(int n, float* x, float* y, const float* bulge, int closed, float* w1, float* w2) {
@@ -210,7 +211,8 @@ struct PlaceOnLine {
   float y;
   float angle;
   PlaceOnLine(float x1, float y1, float x2, float y2, int n, int i, float off)
-      : x(static_cast<float>(static_cast<double>(i) * get_dist(x1, y1, x2, y2) / (n == 0 ? 1 : n))), y(off),
+      : x(static_cast<float>(static_cast<double>(i) * get_dist(x1, y1, x2, y2) / (n == 0 ? 1 : n))),
+        y(off),
         angle(degrees(get_line_angle(x1, y1, x2, y2))) {
     turn(angle, x, y);
     x += x1;
@@ -226,8 +228,8 @@ void CBase_SGT::Draw_Text_Along_Line(float x1, float y1, float x2, float y2, int
   Draw_Text(at.x, at.y, h, at.angle, text);
 }
 
-void CBase_SGT::Draw_Text_Vertical_Line(float x1, float y1, float x2, float y2, int n, int i, const char* text,
-                                        float h, float off) {
+void CBase_SGT::Draw_Text_Vertical_Line(float x1, float y1, float x2, float y2, int n, int i, const char* text, float h,
+                                        float off) {
   const PlaceOnLine at(x1, y1, x2, y2, n, i, off);
   Draw_Text(at.x, at.y, h, at.angle + 90, text);
 }

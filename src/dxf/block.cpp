@@ -1,6 +1,8 @@
 #include "dxf/block.h"
 
 #include "dxf/group_writer.h"
+#include "dxf/record_reader.h"
+#include "platform/text.h"
 
 namespace qv {
 
@@ -22,9 +24,9 @@ ACAD_ENTITY* clone(ACAD_ENTITY& entity) {
 }  // namespace
 
 ACAD_ENTITY* CloneEntity(ACAD_ENTITY& entity) {
-  static constexpr decltype(&clone<ACAD_LINE>) kClone[] = {
-      clone<ACAD_POINT>,    clone<ACAD_LINE>,  clone<ACAD_TEXT>,   clone<ACAD_CIRCLE>, clone<ACAD_ARC>,
-      clone<ACAD_POLYLINE>, clone<ACAD_SOLID>, clone<ACAD_3DFACE>, clone<ACAD_INSERT>};
+  static constexpr decltype(&clone<ACAD_LINE>) kClone[] = {clone<ACAD_POINT>,  clone<ACAD_LINE>,   clone<ACAD_TEXT>,
+                                                           clone<ACAD_CIRCLE>, clone<ACAD_ARC>,    clone<ACAD_POLYLINE>,
+                                                           clone<ACAD_SOLID>,  clone<ACAD_3DFACE>, clone<ACAD_INSERT>};
   const int type = entity.GetType();
   return type >= ACAD_TYPE_POINT && type <= ACAD_TYPE_INSERT ? kClone[type](entity) : nullptr;
 }
@@ -33,7 +35,9 @@ ACAD_ENTITY* CloneEntity(ACAD_ENTITY& entity) {
 
 ACAD_BLOCK::ACAD_BLOCK() = default;
 
-ACAD_BLOCK::~ACAD_BLOCK() { delete_entities(); }
+ACAD_BLOCK::~ACAD_BLOCK() {
+  delete_entities();
+}
 
 void ACAD_BLOCK::delete_entities() {
   for (POSITION at = m_EntityList.GetHeadPosition(); at;) delete static_cast<ACAD_ENTITY*>(m_EntityList.GetNext(at));
@@ -68,11 +72,22 @@ ACAD_BLOCK& ACAD_BLOCK::operator=(const ACAD_BLOCK& other) {
   return *this;
 }
 
+int ACAD_BLOCK::Read(std::FILE* file) {
+  return qv::detail::read_record(file, *this);
+}
+
+ACAD_Entity_Type ACAD_BLOCK::Read_One_Entity(std::FILE* file) {
+  using namespace qv::detail;
+  GroupReader in(file, GroupReader::Stream::Host);
+  return read_entity(in, *this, Within::Block);
+}
+
 int ACAD_BLOCK::Write(std::FILE* file) {
   using namespace qv::detail;
-  char buffer[4 * GroupWriter<LineEnd::Lf>::kRecordRoom];
+  constexpr LineEnd kAsTheStream = LineEnd::Lf;
+  char buffer[4 * GroupWriter<kAsTheStream>::kRecordRoom];
   StreamOutput output(file);
-  GroupWriter<LineEnd::Lf> writer(buffer, sizeof buffer, output);
+  GroupWriter<kAsTheStream> writer(buffer, sizeof buffer, output);
   write_block(writer, *this);
   return writer.flush() ? 1 : 0;
 }

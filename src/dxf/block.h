@@ -26,8 +26,8 @@ struct QV_API WorkingRecords {
   ACAD_ENTITY* Of(ACAD_Entity_Type type);
 };
 
-/// A new copy of an entity of type 0 to 8, deep for a polyline; null for any other type or when memory runs out. The caller
-/// owns it.
+/// A new copy of an entity of type 0 to 8, deep for a polyline; null for any other type or when memory runs out. The
+/// caller owns it.
 QV_API ACAD_ENTITY* CloneEntity(ACAD_ENTITY& entity);
 
 }  // namespace qv
@@ -58,7 +58,7 @@ class QV_API ACAD_BLOCK : public qv::WorkingRecords {
   int Write(std::FILE* file);
   /// Reads the next entity into its working record and returns its kind; ENDBLK ends the entities here.
   ACAD_Entity_Type Read_One_Entity(std::FILE* file);
-  ~ACAD_BLOCK();
+  virtual ~ACAD_BLOCK();
 
   float m_fScale = 1;
   float m_fScale2 = 0;  ///< Quirk: `Ini` leaves it as it is; derived programs keep a value of their own here.

@@ -14,7 +14,9 @@ CSafeDC& clipping_context(CDC* dc) {
   return context;
 }
 
-bool is_black_only(const CDC& dc) { return dc.IsPrinting() || dc.IsMetafile(); }
+bool is_black_only(const CDC& dc) {
+  return dc.IsPrinting() || dc.IsMetafile();
+}
 
 /// The pen style that a line-type name asks for.
 qv::PenStyle pen_style(const char* ltype) {
@@ -29,7 +31,8 @@ qv::PenStyle pen_style(const char* ltype) {
 class EntityPen {
  public:
   EntityPen(CDC* dc, const char* ltype, int color)
-      : dc_(dc), pen_{pen_style(ltype), 1, is_black_only(*dc) ? 0 : ACAD_ENTITY::GetColor(color)},
+      : dc_(dc),
+        pen_{pen_style(ltype), 1, is_black_only(*dc) ? 0 : ACAD_ENTITY::GetColor(color)},
         before_(dc->SelectObject(&pen_)) {}
   ~EntityPen() { dc_->SelectObject(before_); }
   EntityPen(const EntityPen&) = delete;
@@ -66,7 +69,8 @@ CRect device_square(const ToDevice& to, const CFPoint& center, float radius) {
   return square;
 }
 
-/// An arc from one point to the other, counter-clockwise in the world; with Y not reversed it runs clockwise on the device.
+/// An arc from one point to the other, counter-clockwise in the world; with Y not reversed it runs clockwise on the
+/// device.
 void draw_arc(CSafeDC& safe, const ToDevice& to, const CFPoint& center, float radius, const CFPoint& from,
               const CFPoint& until) {
   const CRect square = device_square(to, center, radius);
@@ -134,7 +138,8 @@ void fill_sector(CSafeDC& safe, const ToDevice& to, const Segment& s, COLORREF c
     const double angle = arc.GetStartAngle() + sweep * t;
     const double half = (s.startWidth + (static_cast<double>(s.endWidth) - s.startWidth) * t) / 2;
     const auto at = [&](double r) {
-      return to(CFPoint(static_cast<float>(arc.x + r * std::cos(angle)), static_cast<float>(arc.y + r * std::sin(angle))));
+      return to(
+          CFPoint(static_cast<float>(arc.x + r * std::cos(angle)), static_cast<float>(arc.y + r * std::sin(angle))));
     };
     outline[i] = at(radius + half);
     outline[2 * steps + 1 - i] = at(std::max(radius - half, 0.0));
@@ -167,8 +172,8 @@ void for_each_segment(const ACAD_POLYLINE& polyline, const ToDevice& to, const F
   bool own = false;
   for (const ACAD_VERTEX& v : polyline.m_Vertices) own = own || v.m_fStartWidth != 0 || v.m_fEndWidth != 0;
   const auto segment = [&](const ACAD_VERTEX& a, const ACAD_VERTEX& b) {
-    return Segment{to.world(a.m_Point), to.world(b.m_Point), a.m_fBulge,
-                   own ? a.m_fStartWidth : polyline.m_fStartWidth, own ? a.m_fEndWidth : polyline.m_fEndWidth};
+    return Segment{to.world(a.m_Point), to.world(b.m_Point), a.m_fBulge, own ? a.m_fStartWidth : polyline.m_fStartWidth,
+                   own ? a.m_fEndWidth : polyline.m_fEndWidth};
   };
   const ACAD_VERTEX* first = nullptr;
   const ACAD_VERTEX* last = nullptr;

@@ -1,7 +1,9 @@
 #include "dxf/document.h"
 
 #include "data/services.h"
+#include "dxf/group_reader.h"
 #include "platform/text.h"
+#include "platform/textfile.h"
 
 DXF::DXF() : m_pCoor(&G_ConCoor) {}
 
@@ -49,6 +51,9 @@ int DXF::Open_MemDxf() {
 int DXF::create_tables() {
   m_nOpenMode = 0;
   m_nLType = m_nLayer = m_nStyle = 1;
+  roomLType_ = m_nMaxLType;
+  roomLayer_ = m_nMaxLayer;
+  roomStyle_ = m_nMaxStyle;
   m_pLType.reset(new (std::nothrow) ACAD_LTYPE[static_cast<std::size_t>(m_nMaxLType)]);
   m_pLayer.reset(new (std::nothrow) ACAD_LAYER[static_cast<std::size_t>(m_nMaxLayer)]);
   m_pStyle.reset(new (std::nothrow) ACAD_STYLE[static_cast<std::size_t>(m_nMaxStyle)]);
@@ -86,13 +91,19 @@ int fail(const char* message) {
 
 }  // namespace
 
-const ACAD_LTYPE* DXF::find_ltype(const char* name) const { return find(m_pLType.get(), m_nLType, name); }
-const ACAD_LAYER* DXF::find_layer(const char* name) const { return find(m_pLayer.get(), m_nLayer, name); }
-const ACAD_STYLE* DXF::find_style(const char* name) const { return find(m_pStyle.get(), m_nStyle, name); }
+const ACAD_LTYPE* DXF::find_ltype(const char* name) const {
+  return find(m_pLType.get(), m_nLType, name);
+}
+const ACAD_LAYER* DXF::find_layer(const char* name) const {
+  return find(m_pLayer.get(), m_nLayer, name);
+}
+const ACAD_STYLE* DXF::find_style(const char* name) const {
+  return find(m_pStyle.get(), m_nStyle, name);
+}
 
 int DXF::Add_LType(const char* name, const char* description, int count, float length, const float* elements) {
   if (find_ltype(name)) return fail("LType Name Repeated !");
-  if (!m_pLType || m_nLType + 1 > m_nMaxLType) return fail("Num_LType Over Flow !");
+  if (!m_pLType || m_nLType + 1 > roomLType_) return fail("Num_LType Over Flow !");
   if (count > qv::kMaxPatternElements) return fail("NumLine_One_Circle Over Flow !");
   ACAD_LTYPE& entry = m_pLType[static_cast<std::size_t>(m_nLType++)];
   qv::copy_text(entry.m_szName, name);
@@ -105,7 +116,7 @@ int DXF::Add_LType(const char* name, const char* description, int count, float l
 
 int DXF::Add_Layer(const char* name, int color, const char* ltype) {
   if (find_layer(name)) return fail("Layer Name Repeated !");
-  if (!m_pLayer || m_nLayer + 1 > m_nMaxLayer) return fail("Num_Layer Over Flow !");
+  if (!m_pLayer || m_nLayer + 1 > roomLayer_) return fail("Num_Layer Over Flow !");
   if (!find_ltype(ltype)) return fail("LType Error in Layer Define !");
   ACAD_LAYER& entry = m_pLayer[static_cast<std::size_t>(m_nLayer++)];
   qv::copy_text(entry.m_szName, name);
@@ -116,7 +127,7 @@ int DXF::Add_Layer(const char* name, int color, const char* ltype) {
 
 int DXF::Add_STyle(const char* name, const char* font, const char* bigFont) {
   if (find_style(name)) return fail("Style Name Repeated !");
-  if (!m_pStyle || m_nStyle + 1 > m_nMaxStyle) return fail("Num_Style Over Flow !");
+  if (!m_pStyle || m_nStyle + 1 > roomStyle_) return fail("Num_Style Over Flow !");
   ACAD_STYLE& entry = m_pStyle[static_cast<std::size_t>(m_nStyle++)];
   qv::copy_text(entry.m_szName, name);
   qv::copy_text(entry.m_szFont, font);

@@ -1,5 +1,6 @@
 #include "data/services.h"
 #include "dxf/document.h"
+#include "dxf/group_reader.h"
 #include "dxf/group_writer.h"
 #include "platform/text.h"
 
@@ -106,6 +107,7 @@ int DXF::Close() {
     if (m_nOpenMode == 0 && !m_nMemFlag) good = End_Entity() == 1;
     good = std::fclose(m_fp) == 0 && good;
     m_fp = nullptr;
+    reader_.reset();
   }
   delete_drawing();
   return good ? 1 : 0;
@@ -255,8 +257,8 @@ int DXF::Write_Pline(int count, const float* x, const float* y, const float* z, 
   return put(m_Polyline);
 }
 
-int DXF::Write_Solid(float x1, float y1, float z1, float x2, float y2, float z2, float x3, float y3, float z3,
-                     float x4, float y4, float z4, const char* layer, const char* color, const char* ltype) {
+int DXF::Write_Solid(float x1, float y1, float z1, float x2, float y2, float z2, float x3, float y3, float z3, float x4,
+                     float y4, float z4, const char* layer, const char* color, const char* ltype) {
   if (!set_attributes(m_Solid, layer, color, ltype)) return 0;
   const qv::Point3 corners[4] = {{x1, y1, z1}, {x2, y2, z2}, {x3, y3, z3}, {x4, y4, z4}};
   std::copy_n(corners, 4, m_Solid.m_Corner);

@@ -2,20 +2,37 @@
 
 #include "cadformats/shx.h"
 #include "dxf/group_writer.h"
+#include "dxf/record_reader.h"
 #include "geometry/numeric.h"
 
 using qv::detail::LineEnd;
 
-int ACAD_ENTITY::Read(std::FILE*) { return 1; }
-int ACAD_ENTITY::Write(std::FILE*) { return 1; }
-ACAD_Entity_Type ACAD_ENTITY::GetType() { return ACAD_TYPE_NONE; }
-CFRect ACAD_ENTITY::GetFRect() { return {}; }
+int ACAD_ENTITY::Read(std::FILE*) {
+  return 1;
+}
+int ACAD_ENTITY::Write(std::FILE*) {
+  return 1;
+}
+ACAD_Entity_Type ACAD_ENTITY::GetType() {
+  return ACAD_TYPE_NONE;
+}
+CFRect ACAD_ENTITY::GetFRect() {
+  return {};
+}
 void ACAD_ENTITY::Draw(CDC*, CFCoor*, float, float) {}
-CFRect ACAD_ENTITY::GetFRect3D(float, float) { return {}; }
+CFRect ACAD_ENTITY::GetFRect3D(float, float) {
+  return {};
+}
 void ACAD_ENTITY::Draw3D(CDC*, CFCoor*, float, float) {}
-int ACAD_ENTITY::HitTest(const CFRegion&, int, float, float) { return 0; }
-int ACAD_ENTITY::HitTest(const CFRect&, int, float, float) { return 0; }
-int ACAD_ENTITY::Transfer(const float*, const float*) { return 0; }
+int ACAD_ENTITY::HitTest(const CFRegion&, int, float, float) {
+  return 0;
+}
+int ACAD_ENTITY::HitTest(const CFRect&, int, float, float) {
+  return 0;
+}
+int ACAD_ENTITY::Transfer(const float*, const float*) {
+  return 0;
+}
 ACAD_ENTITY::~ACAD_ENTITY() = default;
 
 COLORREF ACAD_ENTITY::GetColor(int colour) {
@@ -55,10 +72,17 @@ void TouYing3Dto2D(float x, float y, float z, float a, float b, float& u, float&
   v = static_cast<float>((y * c - x * s) * std::sin(static_cast<double>(b)) + z * std::cos(static_cast<double>(b)));
 }
 
-// The name of each kind's type and its writing are all that differs here.
-#define QV_ENTITY_RECORD(Class, Type)                                                       \
-  int Class::Write(std::FILE* file) { return qv::detail::write_record<LineEnd::Lf>(file, *this); } \
-  ACAD_Entity_Type Class::GetType() { return Type; }
+// Reading and writing run off the record's description; only the type differs here.
+#define QV_ENTITY_RECORD(Class, Type)                          \
+  int Class::Read(std::FILE* file) {                           \
+    return qv::detail::read_record(file, *this);               \
+  }                                                            \
+  int Class::Write(std::FILE* file) {                          \
+    return qv::detail::write_record<LineEnd::Lf>(file, *this); \
+  }                                                            \
+  ACAD_Entity_Type Class::GetType() {                          \
+    return Type;                                               \
+  }
 
 QV_ENTITY_RECORD(ACAD_POINT, ACAD_TYPE_POINT)
 QV_ENTITY_RECORD(ACAD_LINE, ACAD_TYPE_LINE)
@@ -71,14 +95,30 @@ QV_ENTITY_RECORD(ACAD_3DFACE, ACAD_TYPE_3DFACE)
 QV_ENTITY_RECORD(ACAD_INSERT, ACAD_TYPE_INSERT)
 #undef QV_ENTITY_RECORD
 
-void ACAD_POINT::Ini() { *this = ACAD_POINT(); }
-void ACAD_LINE::Ini() { *this = ACAD_LINE(); }
-void ACAD_TEXT::Ini() { *this = ACAD_TEXT(); }
-void ACAD_CIRCLE::Ini() { *this = ACAD_CIRCLE(); }
-void ACAD_ARC::Ini() { *this = ACAD_ARC(); }
-void ACAD_SOLID::Ini() { *this = ACAD_SOLID(); }
-void ACAD_3DFACE::Ini() { *this = ACAD_3DFACE(); }
-void ACAD_INSERT::Ini() { *this = ACAD_INSERT(); }
+void ACAD_POINT::Ini() {
+  *this = ACAD_POINT();
+}
+void ACAD_LINE::Ini() {
+  *this = ACAD_LINE();
+}
+void ACAD_TEXT::Ini() {
+  *this = ACAD_TEXT();
+}
+void ACAD_CIRCLE::Ini() {
+  *this = ACAD_CIRCLE();
+}
+void ACAD_ARC::Ini() {
+  *this = ACAD_ARC();
+}
+void ACAD_SOLID::Ini() {
+  *this = ACAD_SOLID();
+}
+void ACAD_3DFACE::Ini() {
+  *this = ACAD_3DFACE();
+}
+void ACAD_INSERT::Ini() {
+  *this = ACAD_INSERT();
+}
 
 void ACAD_POLYLINE::Ini() {
   static const ACAD_POLYLINE kDefault;

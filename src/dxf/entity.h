@@ -11,8 +11,9 @@
 
 #include "geometry/coor.h"
 #include "geometry/rect.h"
-#include "geometry/region.h"
 #include "platform/device.h"
+
+class CFRegion;
 
 /// The kind of an entity, and the answer of the entity readers.
 enum ACAD_Entity_Type {
@@ -30,10 +31,10 @@ enum ACAD_Entity_Type {
 };
 
 namespace qv {
-inline constexpr int kNameSize = 30;      ///< bytes of a name field, terminator included
-inline constexpr int kContentsSize = 100; ///< bytes of a text's contents, terminator included
-inline constexpr int kFontFileSize = 255; ///< bytes of a font file name, terminator included
-inline constexpr int kByLayer = -1;       ///< the colour that stands for the layer's
+inline constexpr int kNameSize = 30;       ///< bytes of a name field, terminator included
+inline constexpr int kContentsSize = 100;  ///< bytes of a text's contents, terminator included
+inline constexpr int kFontFileSize = 255;  ///< bytes of a font file name, terminator included
+inline constexpr int kByLayer = -1;        ///< the colour that stands for the layer's
 
 /// A point in drawing units.
 struct Point3 {
@@ -46,10 +47,11 @@ struct Point3 {
 /// The root of the entity records.
 class QV_API ACAD_ENTITY {
  public:
-  /// Reads the record at the stream's position. Returns 1, with the stream at the pair that ended the record, or 0 when the
-  /// stream does not stand at such a record (or, for a few records, when it is malformed).
+  /// Reads the record at the stream's position. Returns 1, with the stream at the pair that ended the record, or 0 when
+  /// the stream does not stand at such a record (or, for a few records, when it is malformed).
   virtual int Read(std::FILE* file);
-  /// Writes the record to the stream; lines end in "\n", as the stream translates it. Returns 1, or 0 when a write failed.
+  /// Writes the record to the stream; lines end in "\n", as the stream translates it. Returns 1, or 0 when a write
+  /// failed.
   virtual int Write(std::FILE* file);
   virtual ACAD_Entity_Type GetType();
   /// The plan extent in world units.
@@ -82,17 +84,17 @@ class QV_API ACAD_ENTITY {
 QV_API void TouYing3Dto2D(float x, float y, float z, float a, float b, float& u, float& v);
 
 // What every kind of entity overrides; `Ini` restores the defaults of its fields.
-#define QV_ENTITY_OPERATIONS                                             \
-  int Read(std::FILE* file) override;                                    \
-  int Write(std::FILE* file) override;                                   \
-  ACAD_Entity_Type GetType() override;                                   \
-  CFRect GetFRect() override;                                            \
-  void Draw(CDC* dc, CFCoor* coor, float dx, float dy) override;         \
-  CFRect GetFRect3D(float a, float b) override;                          \
-  void Draw3D(CDC* dc, CFCoor* coor, float a, float b) override;         \
+#define QV_ENTITY_OPERATIONS                                                \
+  int Read(std::FILE* file) override;                                       \
+  int Write(std::FILE* file) override;                                      \
+  ACAD_Entity_Type GetType() override;                                      \
+  CFRect GetFRect() override;                                               \
+  void Draw(CDC* dc, CFCoor* coor, float dx, float dy) override;            \
+  CFRect GetFRect3D(float a, float b) override;                             \
+  void Draw3D(CDC* dc, CFCoor* coor, float a, float b) override;            \
   int HitTest(const CFRegion& region, int mode, float a, float b) override; \
-  int HitTest(const CFRect& rect, int mode, float a, float b) override;  \
-  int Transfer(const float* matrix, const float* offset) override;       \
+  int HitTest(const CFRect& rect, int mode, float a, float b) override;     \
+  int Transfer(const float* matrix, const float* offset) override;          \
   void Ini();
 
 /// A point; drawn as one pixel. Its extent is the square of 10 units each way.
@@ -174,7 +176,8 @@ struct QV_API ACAD_VERTEX {
   int m_nFlags = 0;
 };
 
-/// A polyline. It owns its vertices; copies are deep. The two points repeat its first two vertices and are never written.
+/// A polyline. It owns its vertices; copies are deep. The two points repeat its first two vertices and are never
+/// written.
 class QV_API ACAD_POLYLINE : public ACAD_ENTITY {
  public:
   ACAD_POLYLINE() = default;

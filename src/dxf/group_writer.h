@@ -1,7 +1,7 @@
 #pragma once
 
-/// Writes group pairs: the code line, right-aligned in three characters, and the value line. Constant code lines are copied
-/// whole, and nothing is formatted by the C library.
+/// Writes group pairs: the code line, right-aligned in three characters, and the value line. Constant code lines are
+/// copied whole, and nothing is formatted by the C library.
 
 #include <array>
 #include <cstdio>
@@ -206,17 +206,27 @@ int write_record(std::FILE* file, const Record& record) {
 template <LineEnd end>
 void write_any(GroupWriter<end>& writer, ACAD_ENTITY& entity) {
   switch (entity.GetType()) {
-    case ACAD_TYPE_POINT: return write_entity(writer, static_cast<ACAD_POINT&>(entity));
-    case ACAD_TYPE_LINE: return write_entity(writer, static_cast<ACAD_LINE&>(entity));
-    case ACAD_TYPE_TEXT: return write_entity(writer, static_cast<ACAD_TEXT&>(entity));
-    case ACAD_TYPE_CIRCLE: return write_entity(writer, static_cast<ACAD_CIRCLE&>(entity));
-    case ACAD_TYPE_ARC: return write_entity(writer, static_cast<ACAD_ARC&>(entity));
-    case ACAD_TYPE_POLYLINE: return write_entity(writer, static_cast<ACAD_POLYLINE&>(entity));
-    case ACAD_TYPE_SOLID: return write_entity(writer, static_cast<ACAD_SOLID&>(entity));
-    case ACAD_TYPE_3DFACE: return write_entity(writer, static_cast<ACAD_3DFACE&>(entity));
-    case ACAD_TYPE_INSERT: return write_entity(writer, static_cast<ACAD_INSERT&>(entity));
+    case ACAD_TYPE_POINT:
+      return write_entity(writer, static_cast<ACAD_POINT&>(entity));
+    case ACAD_TYPE_LINE:
+      return write_entity(writer, static_cast<ACAD_LINE&>(entity));
+    case ACAD_TYPE_TEXT:
+      return write_entity(writer, static_cast<ACAD_TEXT&>(entity));
+    case ACAD_TYPE_CIRCLE:
+      return write_entity(writer, static_cast<ACAD_CIRCLE&>(entity));
+    case ACAD_TYPE_ARC:
+      return write_entity(writer, static_cast<ACAD_ARC&>(entity));
+    case ACAD_TYPE_POLYLINE:
+      return write_entity(writer, static_cast<ACAD_POLYLINE&>(entity));
+    case ACAD_TYPE_SOLID:
+      return write_entity(writer, static_cast<ACAD_SOLID&>(entity));
+    case ACAD_TYPE_3DFACE:
+      return write_entity(writer, static_cast<ACAD_3DFACE&>(entity));
+    case ACAD_TYPE_INSERT:
+      return write_entity(writer, static_cast<ACAD_INSERT&>(entity));
     case ACAD_TYPE_NONE:
-    case ACAD_TYPE_END: break;
+    case ACAD_TYPE_END:
+      break;
   }
 }
 

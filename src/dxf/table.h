@@ -30,9 +30,9 @@ class QV_API ACAD_LTYPE final : public ACAD_TABLE {
 
   char m_szName[qv::kNameSize] = "CONTINUOUS";
   char m_szDescription[qv::kNameSize] = "Solid Line";
-  int m_nAlign = 65;     ///< always written as 65
-  int m_nElements = 0;   ///< at most 30
-  float m_fLength = 0;   ///< total length of the pattern
+  int m_nAlign = 65;    ///< always written as 65
+  int m_nElements = 0;  ///< at most 30
+  float m_fLength = 0;  ///< total length of the pattern
   float m_fElement[qv::kMaxPatternElements] = {};
 };
 
