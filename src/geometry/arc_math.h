@@ -29,6 +29,25 @@ inline Vec between(const CFPoint& from, const CFPoint& to) {
   return {static_cast<double>(to.x) - from.x, static_cast<double>(to.y) - from.y};
 }
 
+/// The unit vector of a direction that was stored as a float, and the largest sine by which the rounding can have
+/// turned it. A direction that its float cannot tell from an axis is that axis, so that tests on upright and level
+/// lines are exact.
+struct Direction {
+  Vec unit;
+  double slack;
+
+  explicit Direction(float a)
+      : unit{std::cos(static_cast<double>(a)), std::sin(static_cast<double>(a))},
+        slack(std::fabs(static_cast<double>(a)) * 6e-8) {
+    if (std::fabs(unit.x) <= slack) *this = Direction(0, unit.y);
+    if (std::fabs(unit.y) <= slack) *this = Direction(unit.x, 0);
+  }
+
+ private:
+  Direction(double x, double y)
+      : unit{x == 0 ? 0 : std::copysign(1.0, x), y == 0 ? 0 : std::copysign(1.0, y)}, slack(0) {}
+};
+
 /// The distance that floats of the points' size cannot tell apart: one unit in the last place of the largest
 /// coordinate.
 inline double resolution(std::initializer_list<CFPoint> points) {

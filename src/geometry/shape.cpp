@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "geometry/arc_math.h"
+#include "geometry/rect.h"
 #include "platform/framework.h"
 
 using qv::detail::along_sweep;
@@ -12,19 +13,25 @@ using qv::detail::Vec;
 
 namespace {
 
-/// The largest error of a direction that was rounded to the float a, with a little for the rounding of the products.
-double slack_of_angle(float a) {
-  return std::fabs(static_cast<double>(a)) * 6e-8;
-}
-
-CFPoint at(const CFPoint& base, double r, double angle) {
+CFPoint circle_point(const CFPoint& base, double r, double angle) {
   return {static_cast<float>(base.x + r * std::cos(angle)), static_cast<float>(base.y + r * std::sin(angle))};
 }
 
-/// How far p's foot lies along a line of signed length R, measured in its course from the base point.
-double along_line(const CFShape& s, const Vec& local) {
-  return s.R < 0 ? -local.x : local.x;
-}
+/// A point in the frame of a line: along its course from the base point, and to the left of its stored direction, with
+/// the doubt that the rounding of the direction leaves in the latter.
+struct BesideLine {
+  double along;
+  double left;
+  double doubt;
+
+  BesideLine(const CFShape& line, const CFPoint& p) {
+    const Vec v = between(line, p);
+    const qv::detail::Direction d(line.A);
+    along = line.R < 0 ? -v.dot(d.unit) : v.dot(d.unit);
+    left = d.unit.cross(v);
+    doubt = std::fabs(along) * d.slack;
+  }
+};
 
 /// The angle from the start of an arc to `direction` (seen from its centre) in the way of its sweep, in [0, 2 pi).
 double turned_to(const CFShape& s, double direction) {
@@ -51,9 +58,9 @@ CFShape::CFShape(const CFPoint& p1, const CFPoint& p2, float c) : CFShape(p1, p2
   const bool full = std::fabs(c) >= qv::kTwoPi;
   // The centre lies off the middle of the chord by `off` chord lengths, to the left of p1 p2 for an arc that turns
   // left.
-  const double half = std::fabs(static_cast<double>(c)) / 2;
-  const double off = full ? 0 : std::copysign(0.5 / std::tan(half), -static_cast<double>(c));
-  const double r = full ? d / 2 : d / (2 * std::sin(half));
+  const double half = c / 2.0;
+  const double off = full ? 0 : -0.5 / std::tan(half);
+  const double r = full ? d / 2 : d / (2 * std::sin(std::fabs(half)));
   if (!(r <= (std::numeric_limits<float>::max)())) return;
   const Vec centre{p1.x + chord.x / 2 - chord.y * off, p1.y + chord.y / 2 + chord.x * off};
   *this = CFShape(CFPoint(static_cast<float>(centre.x), static_cast<float>(centre.y)), static_cast<float>(r),
@@ -77,19 +84,19 @@ CFShape::CFShape(const CFPoint& p1, const CFPoint& p2, const CFPoint& p3) : CFSh
 }
 
 CFPoint CFShape::GetStartPoint() const {
-  return IsPoint() || B == 0 ? CFPoint(*this) : at(*this, R, A);
+  return IsPoint() || B == 0 ? CFPoint(*this) : circle_point(*this, R, A);
 }
 
 CFPoint CFShape::GetEndPoint() const {
   if (IsPoint()) return *this;
-  return at(*this, R, B != 0 ? static_cast<double>(A) + B : A);
+  return circle_point(*this, R, B != 0 ? static_cast<double>(A) + B : A);
 }
 
 CFPoint CFShape::GetMiddlePoint() const {
   if (IsPoint()) return *this;
-  if (B == 0) return at(*this, R / 2.0, A);
+  if (B == 0) return circle_point(*this, R / 2.0, A);
   if (IsCircle()) return {x, y + std::fabs(R)};
-  return at(*this, R, A + B / 2.0);
+  return circle_point(*this, R, A + B / 2.0);
 }
 
 double CFShape::GetLength() const {
@@ -125,14 +132,13 @@ double CFShape::DistanceToFigure(const CFPoint& p) const {
     if (IsCircle() || within_sweep(*this, std::atan2(v.y, v.x), 0, 0)) return std::fabs(v.length() - GetRadius());
     return (std::min)(between(GetStartPoint(), p).length(), between(GetEndPoint(), p).length());
   }
-  const Vec local = v.turned_back(A);
-  const double u = along_line(*this, local);
-  return Vec{u < 0 ? u : (std::max)(0.0, u - GetR()), local.y}.length();
+  const BesideLine at(*this, p);
+  return Vec{at.along < 0 ? at.along : (std::max)(0.0, at.along - GetR()), at.left}.length();
 }
 
 int CFShape::AtLeft(const CFPoint& p) const {
-  const Vec local = between(*this, p).turned_back(A);
-  return local.y > std::fabs(local.x) * slack_of_angle(A);
+  const BesideLine at(*this, p);
+  return at.left > at.doubt;
 }
 
 int CFShape::OnShape(const CFPoint& p, float tol) const {
@@ -143,10 +149,9 @@ int CFShape::OnShape(const CFPoint& p, float tol) const {
     return std::fabs(v.length() - GetRadius()) < tol &&
            (IsCircle() || within_sweep(*this, std::atan2(v.y, v.x), ends, ends));
   }
-  const Vec local = v.turned_back(A);
-  const double u = along_line(*this, local);
-  return std::fabs(local.y) + std::fabs(u) * slack_of_angle(A) < tol && -static_cast<double>(tol) <= u &&
-         u <= static_cast<double>(GetR()) + tol;
+  const BesideLine at(*this, p);
+  return std::fabs(at.left) + at.doubt < tol && -static_cast<double>(tol) <= at.along &&
+         at.along <= static_cast<double>(GetR()) + tol;
 }
 
 int CFShape::OverLine(const CFPoint& p, float a, float b) const {
@@ -156,12 +161,28 @@ int CFShape::OverLine(const CFPoint& p, float a, float b) const {
     const double r = GetRadius();
     return within_sweep(*this, std::atan2(v.y, v.x), a / r, b / r);
   }
-  const double u = IsPoint() ? 0 : along_line(*this, v.turned_back(A));
+  const double u = IsPoint() ? 0 : BesideLine(*this, p).along;
   return -static_cast<double>(a) <= u && u <= static_cast<double>(GetR()) + b;
 }
 
 int CFShape::HitTest(const CFPoint& p, float tol) const {
   return DistanceToFigure(p) <= tol;
+}
+
+int CFShape::Contain(const CFPoint& p1, const CFPoint& p2) const {
+  CFPoint low, high;
+  GetRect(low, high);
+  const CFRect box(p1, p2);
+  // End points are rounded: a figure that ends on the border stays inside.
+  const auto slack = static_cast<float>(qv::detail::resolution({low, high, p1, p2}));
+  if (box.FpInFRect(low, slack) && box.FpInFRect(high, slack)) return 1;
+  if (!(p1.x > p2.x)) return 0;
+  const CFPoint corners[] = {p1, {p2.x, p1.y}, p2, {p1.x, p2.y}};
+  for (int i = 0; i < 4; ++i) {
+    CFPoint crossings[2];
+    if (Intersect(CFShape(corners[i], corners[(i + 1) % 4]), crossings, 0, 0) != 0) return 1;
+  }
+  return 0;
 }
 
 int CFShape::Similar(const CFShape& s, float tol) const {

@@ -72,8 +72,17 @@ class QV_API CFShape : public CFPoint {
   int OverLine(const CFPoint& p, float a, float b) const;
   /// 1 when the finite figure comes within tol of p (inclusive).
   int HitTest(const CFPoint& p, float tol) const;
+  /// Selection by the rectangle of two opposite corners. 1 when the figure lies wholly inside (borders included);
+  /// when p1.x > p2.x also when it crosses the rectangle's border.
+  int Contain(const CFPoint& p1, const CFPoint& p2) const;
   /// The distance of p from the finite figure.
   double DistanceToFigure(const CFPoint& p) const;
+
+  /// Crossing points of this shape and s, written to out[0], out[1] in their order along this shape. flag1 belongs to
+  /// this shape, flag2 to s: 1 takes a line as unbounded, 0 as a segment; arcs and circles take no notice. Returns the
+  /// number of points (0, 1, 2), or -1 when the figures coincide over a stretch (nothing is written then). Ends and
+  /// tangents count within the float resolution of the figures, 1/2,000,000 of their largest coordinate.
+  int Intersect(const CFShape& s, CFPoint* out, int flag1, int flag2) const;
 
   /// Compares kind, then base point, |R| and start angle (each within tol, inclusive), then the sweep.
   /// Quirk: the last comparison is reversed: 1 only when the sweeps differ by more than tol. Host programs built
