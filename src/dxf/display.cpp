@@ -208,9 +208,12 @@ void ACAD_TEXT::Draw(CDC* dc, CFCoor* coor, float dx, float dy) {
   const EntityPen pen(dc, m_szLType, m_nColor);
   const auto height = static_cast<float>(coor->FPtoDP(static_cast<double>(m_fHeight)));
   const auto angle = static_cast<float>(m_fRotation * std::numbers::pi / 180);
-  const auto draw = std::strstr(m_szStyle, "STANDARD") ? &CShx::DrawTxtShx : &CShx::DrawHzShx;
+  const float width = height * m_fWidthFactor;
   clipping_context(dc);
-  (G_ShapeFont.*draw)(dc, at.x, at.y, m_szText, height, angle, height * m_fWidthFactor, 1);
+  if (std::strstr(m_szStyle, "STANDARD"))
+    G_ShapeFont.DrawTxtShx(dc, at.x, at.y, m_szText, height, angle, width, 1);
+  else
+    G_ShapeFont.DrawHzShx(dc, at.x, at.y, m_szText, height, angle, width, 1);
 }
 
 void ACAD_CIRCLE::Draw(CDC* dc, CFCoor* coor, float dx, float dy) {

@@ -1,6 +1,5 @@
 #include "dxf/entity.h"
 
-#include "cadformats/shx.h"
 #include "dxf/group_writer.h"
 #include "dxf/record_reader.h"
 #include "geometry/numeric.h"

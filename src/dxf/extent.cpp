@@ -2,7 +2,6 @@
 #include <limits>
 #include <numbers>
 
-#include "cadformats/shx.h"
 #include "dxf/document.h"
 #include "dxf/outline.h"
 
