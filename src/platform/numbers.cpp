@@ -192,9 +192,9 @@ void restore_point(char* text) {
 
 /// Pads the text at `out` to the conversion's width, within size bytes; returns the length that it wants.
 int pad_real(char* out, std::size_t size, const Conversion& c) {
-  const int length = static_cast<int>(std::strlen(out));
-  if (c.width <= length) return length;
-  const auto pad = std::min(static_cast<std::size_t>(c.width - length), size - 1 - static_cast<std::size_t>(length));
+  const std::size_t length = std::strlen(out);
+  const auto width = static_cast<std::size_t>(c.width);
+  if (width <= length) return static_cast<int>(length);
   const bool finite = std::strpbrk(out, "nN") == nullptr;
   char* at = out;
   if (c.is('-')) {
@@ -203,7 +203,11 @@ int pad_real(char* out, std::size_t size, const Conversion& c) {
     at += std::strspn(at, "+- ");
     if (at[0] == '0' && (at[1] == 'x' || at[1] == 'X')) at += 2;
   }
-  std::memmove(at + pad, at, std::strlen(at) + 1);
+  const std::size_t room = size - 1 - static_cast<std::size_t>(at - out);
+  const std::size_t pad = std::min(width - length, room);
+  const std::size_t tail = std::min(std::strlen(at), room - pad);
+  std::memmove(at + pad, at, tail);
+  at[pad + tail] = '\0';
   std::memset(at, c.is('0') && finite && !c.is('-') ? '0' : ' ', pad);
   return c.width;
 }

@@ -1,0 +1,81 @@
+// shpc IN.shp OUT.shx [--bigfont]: compiles a shape source to an SHX font.
+// Exit codes: 0 done, 1 failed (one line for each fault on standard error), 2 bad usage.
+
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <system_error>
+#include <vector>
+
+#include "font_writer.h"
+#include "shape_source.h"
+
+namespace {
+
+enum ExitCode { kDone = 0, kFailed = 1, kBadUsage = 2 };
+
+struct Arguments {
+  std::vector<std::string> files;
+  bool bigfont = false;
+  bool good = true;
+};
+
+Arguments parse_arguments(int argc, char** argv) {
+  Arguments arguments;
+  for (int i = 1; i < argc; ++i) {
+    if (std::strcmp(argv[i], "--bigfont") == 0) {
+      arguments.bigfont = true;
+    } else if (argv[i][0] == '-') {
+      arguments.good = false;
+    } else {
+      arguments.files.emplace_back(argv[i]);
+    }
+  }
+  arguments.good = arguments.good && arguments.files.size() == 2;
+  return arguments;
+}
+
+/// Writes the file; one that could not be written whole is removed, unless it is a device.
+bool write_file(const std::string& path, const std::string& bytes) {
+  std::ofstream file(path, std::ios::binary);
+  file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  file.close();
+  if (file.good()) return true;
+  std::error_code ignored;
+  if (std::filesystem::is_regular_file(path, ignored)) std::filesystem::remove(path, ignored);
+  return false;
+}
+
+ExitCode fail(const std::string& path, const char* what) {
+  std::fprintf(stderr, "shpc: %s: %s\n", path.c_str(), what);
+  return kFailed;
+}
+
+ExitCode compile(const std::string& from, const std::string& to, bool bigfont) {
+  std::ifstream input(from, std::ios::binary);
+  const std::string source{std::istreambuf_iterator<char>(input), {}};
+  if (!input) return fail(from, "cannot be read");
+  std::vector<shpc::Error> errors;
+  const shpc::Font font = shpc::parse(source, errors);
+  std::string bytes;
+  if (errors.empty()) bytes = bigfont ? shpc::big_font(font, errors) : shpc::text_font(font, errors);
+  for (const shpc::Error& error : errors) {
+    std::fprintf(stderr, "%s:%d: %s\n", from.c_str(), error.line, error.text.c_str());
+  }
+  if (!errors.empty()) return kFailed;
+  return write_file(to, bytes) ? kDone : fail(to, "cannot be written");
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const Arguments arguments = parse_arguments(argc, argv);
+  if (!arguments.good) {
+    std::fputs("usage: shpc IN.shp OUT.shx [--bigfont]\n", stderr);
+    return kBadUsage;
+  }
+  return compile(arguments.files[0], arguments.files[1], arguments.bigfont);
+}
