@@ -26,7 +26,7 @@ struct Lines {
   char text[2 * N] = {};
   std::size_t size = 0;
   constexpr explicit Lines(const char (&source)[N]) {
-    for (std::size_t i = 0; i + 1 < N; ++i) {
+    for (std::size_t i = 0; source[i] != '\0'; ++i) {
       if (source[i] == '\n' && end == LineEnd::CrLf) text[size++] = '\r';
       text[size++] = source[i];
     }

@@ -6,6 +6,7 @@
 #include "cadformats/shx.h"
 #include "dxf/document.h"
 #include "platform/bitmap/bitmap_dc.h"
+#include "platform/text.h"
 #include "support/recording_context.h"
 #include "support/recording_host.h"
 
@@ -16,7 +17,9 @@ using testing::ElementsAre;
 namespace {
 
 /// Ten device units a unit, the origin at device (100, 100), y up.
-CFCoor view() { return {CFPoint(-10, 10), 10, 1}; }
+CFCoor view() {
+  return {CFPoint(-10, 10), 10, 1};
+}
 
 /// A document whose drawing is recorded.
 class Display : public testing::Test {
@@ -123,7 +126,7 @@ TEST_F(Display, PolylinesDrawSegmentsArcsAndTheClosingOne) {
     dxf.Write_Pline(2, x, y, zero, signedBulge, 0, zero, zero, "0", "1", "BYLAYER");
     draw();
     expect_on_circle(dc.segments, 110, 100, 10);
-    for (const auto& s : dc.segments) EXPECT_GE(sign * (s.to.y - 100), -1);
+    for (const auto& s : dc.segments) EXPECT_GE(sign * static_cast<float>(s.to.y - 100), -1);
   }
 }
 
@@ -139,7 +142,9 @@ TEST_F(Display, FittedAndSplineVerticesAreChosenByTheirFlags) {
   const struct {
     int flags;
     const char* calls;
-  } cases[] = {{2, "M100,100 L120,100 "}, {4, "M110,100 L130,100 "}, {0, "M100,100 L110,100 M110,100 L120,100 M120,100 L130,100 "}};
+  } cases[] = {{2, "M100,100 L120,100 "},
+               {4, "M110,100 L130,100 "},
+               {0, "M100,100 L110,100 M110,100 L120,100 M120,100 L130,100 "}};
   for (const auto& c : cases) {
     polyline->m_nFlags = c.flags;
     draw();
@@ -173,8 +178,8 @@ TEST_F(Display, ADotOfTwoWideHalfCirclesIsFilledWhole) {
   for (int py = 60; py <= 140; ++py)
     for (int px = 60; px <= 140; ++px) {
       const double r = std::hypot(px - 100, py - 100);
-      if (std::fabs(r - 20) > 1.5)
-        EXPECT_EQ(bitmap.GetPixel(px, py), r < 20 ? 0x0000FFU : 0xFFFFFFU) << px << ',' << py;
+      if (std::fabs(r - 20) < 1.5) continue;
+      EXPECT_EQ(bitmap.GetPixel(px, py), r < 20 ? 0x0000FFU : 0xFFFFFFU) << px << ',' << py;
     }
 }
 

@@ -4,6 +4,7 @@
 
 #include "dxf/drawings.h"
 #include "geometry/region.h"
+#include "platform/text.h"
 #include "support/recording_host.h"
 
 namespace {

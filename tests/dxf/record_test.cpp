@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "dxf/document.h"
+#include "platform/text.h"
 
 namespace {
 
@@ -81,8 +82,8 @@ TEST(Records, ColorsOnScreen) {
   const struct {
     int number;
     COLORREF color;
-  } cases[] = {{0, 0}, {1, 0x0000FF}, {8, 0x808080}, {15, 0xC0C0C0}, {300, 0x00FFD3}, {1280, 0xFF00FF}, {-1, 0},
-               {1536, 0}};
+  } cases[] = {{0, 0},          {1, 0x0000FF},    {8, 0x808080}, {15, 0xC0C0C0},
+               {300, 0x00FFD3}, {1280, 0xFF00FF}, {-1, 0},       {1536, 0}};
   for (const auto& c : cases) EXPECT_EQ(ACAD_ENTITY::GetColor(c.number), c.color) << c.number;
 }
 
