@@ -117,8 +117,7 @@ CSafeDC::CSafeDC(CDC* dc) : dc_(dc) {
   bottom_ = screen.cy;
 }
 
-int CSafeDC::SetLimit() {
-  if (!dc_ || dc_->IsPrinting() == (printing_ != 0)) return 0;
+int CSafeDC::change_limits() {
   printing_ = !printing_;
   const CSize size = printing_ ? dc_->GetResolution() : qv::CurrentHost().ScreenSize();
   right_ = size.cx;
@@ -127,9 +126,9 @@ int CSafeDC::SetLimit() {
 }
 
 int CSafeDC::CutLine(int& x1, int& y1, int& x2, int& y2) {
-  if (any_device()) return 1;
-  if ((x1 < left_ && x2 < left_) || (x1 > right_ && x2 > right_)) return 0;
-  if ((y1 < top_ && y2 < top_) || (y1 > bottom_ && y2 > bottom_)) return 0;
+  SetLimit();
+  if (records()) return 1;
+  if (misses(x1, y1, x2, y2)) return 0;
   End a{x1, y1}, b{x2, y2};
   clip_pass(&End::x, &End::y, a, b, left_, right_);
   const bool outside = (a.y < top_ && b.y < top_) || (a.y > bottom_ && b.y > bottom_);
@@ -177,10 +176,7 @@ int CSafeDC::Polygon(const CPoint* points, int n) {
 
 int CSafeDC::Arc(int l, int t, int r, int b, int xs, int ys, int xe, int ye) {
   SetLimit();
-  const auto [x_low, x_high] = std::minmax(l, r);
-  const auto [y_low, y_high] = std::minmax(t, b);
-  const bool outside = x_high < left_ || x_low > right_ || y_high < top_ || y_low > bottom_;
-  if (outside && !any_device()) return 0;
+  if (!dc_ || (misses(l, t, r, b) && !records())) return 0;
   const float cx = static_cast<float>((static_cast<double>(l) + r) / 2);
   const float cy = static_cast<float>((static_cast<double>(t) + b) / 2);
   const double radius = get_dist(double{cx}, double{cy}, double(xs), double(ys));
@@ -194,7 +190,7 @@ int CSafeDC::Arc(int l, int t, int r, int b, int xs, int ys, int xe, int ye) {
 void CSafeDC::DrawArc(int cx, int cy, int r, float start, float sweep, int flip) {
   if (!dc_ || r < 1 || !std::isfinite(start) || !std::isfinite(sweep)) return;
   SetLimit();
-  const bool metafile = any_device();
+  const bool metafile = records();
   const double turn = std::fabs(sweep) > 2 * kTwoPi ? std::copysign(kTwoPi, sweep) : sweep;
   const int chords = std::max(5, round_device(std::fabs(turn * r / 4)));
   const int n = metafile ? std::min(chords, kMetafileChords) : chords;

@@ -14,7 +14,15 @@ class QV_API CSafeDC {
 
   /// Fits the limits to the device: its resolution when it is printing, else the screen's size. Returns 1 when the
   /// printing state differed from the one that the limits were made for, else 0. Every drawing call runs it first.
-  int SetLimit();
+  int SetLimit() { return dc_ && dc_->IsPrinting() != (printing_ != 0) ? change_limits() : 0; }
+
+  /// The wrapped context.
+  CDC* GetDC() const { return dc_; }
+  /// Whether a segment is sure to be invisible: both ends lie beyond the same limit. Never so on a metafile.
+  bool IsOutside(CPoint a, CPoint b) {
+    SetLimit();
+    return misses(a.x, a.y, b.x, b.y) && !records();
+  }
 
   /// Clips a segment in place to the limits, borders included; returns 0 when it lies wholly outside. A clipped end may
   /// lie a pixel outside. On a metafile nothing is changed and the result is 1.
@@ -22,7 +30,10 @@ class QV_API CSafeDC {
 
   /// Sets the current position and returns it.
   /// Quirk: the new position, not the one before; host programs read back where they are.
-  CPoint MoveTo(int x, int y) { return position_ = CPoint(x, y); }
+  CPoint MoveTo(int x, int y) {
+    SetLimit();
+    return position_ = CPoint(x, y);
+  }
   CPoint MoveTo(CPoint p) { return MoveTo(p.x, p.y); }
   /// Draws the visible part of the segment from the current position to (x, y), which becomes the current position.
   /// Returns 1 when any of it is visible, else 0.
@@ -30,7 +41,6 @@ class QV_API CSafeDC {
     const CPoint from = std::exchange(position_, CPoint(x, y));
     if (!dc_) return 0;
     SetLimit();
-    // Both unsigned differences below the limit at once: the usual line is wholly inside.
     if (inside(from.x, right_) & inside(from.y, bottom_) & inside(x, right_) & inside(y, bottom_)) {
       dc_->MoveTo(from.x, from.y);
       dc_->LineTo(x, y);
@@ -77,9 +87,15 @@ class QV_API CSafeDC {
   int FillRgn(const CRgn* region, const CBrush* brush);
 
  private:
+  /// Left and top are 0, so one unsigned comparison does for both sides.
   static bool inside(int v, int limit) { return static_cast<unsigned>(v) <= static_cast<unsigned>(limit); }
   int cut_and_draw(CPoint from, int x, int y);
-  bool any_device() const { return dc_ && dc_->IsMetafile(); }
+  int change_limits();
+  bool records() const { return dc_ && dc_->IsMetafile(); }
+  bool misses(int x1, int y1, int x2, int y2) const {
+    return (x1 < left_ && x2 < left_) || (x1 > right_ && x2 > right_) || (y1 < top_ && y2 < top_) ||
+           (y1 > bottom_ && y2 > bottom_);
+  }
 
   CDC* dc_ = nullptr;
   CPoint position_;
