@@ -1,8 +1,11 @@
 #include "geometry/domain.h"
 
+#include <cstddef>
+
 #include "cadformats/script.h"
 #include "geometry/domain_edge.h"
 #include "geometry/jh.h"
+#include "platform/lanes.h"
 
 using qv::detail::after;
 using qv::detail::Box;
@@ -37,9 +40,20 @@ struct Band {
   int place(float y) const { return static_cast<int>(y > high) | static_cast<int>(y < low) << 1; }
 };
 
+/// x, y, cx, cy, which lie side by side in the record.
+qv::Lanes coordinates(const CDomainEdge& edge) {
+  static_assert(offsetof(CDomainEdge, cy) == offsetof(CDomainEdge, x) + 3 * sizeof(float));
+  return qv::load_lanes(reinterpret_cast<const char*>(&edge) + offsetof(CDomainEdge, x));
+}
+
 struct Answer {
   bool on = false;
   bool inside = false;
+  void take_straight(const CDomainEdge& edge, const CDomainEdge& next, float px, float py, float tol) {
+    const qv::detail::RelativeEdge relative(edge, next, px, py);
+    inside ^= relative.chord_crosses();
+    on |= relative.within_of_segment(tol);
+  }
   void take(const CDomainEdge& edge, const CDomainEdge& next, float px, float py, float tol) {
     inside ^= qv::detail::toggles(edge, next, px, py);
     on |= qv::detail::on_edge(edge, next, px, py, tol);
@@ -69,24 +83,27 @@ int CPointInDomain::Point_In_Domain(int n, const CDomainEdge* edges, float px, f
   if (n < 1) return 0;
   const Band band(py, tol);
   Answer answer;
-  Box box{edges[0].x, edges[0].y, edges[0].x, edges[0].y};
+  qv::Lanes low = coordinates(edges[0]), high = low;
+  Box arcs{edges[0].x, edges[0].y, edges[0].x, edges[0].y};
   const CDomainEdge* edge = edges + n - 1;
   int place = band.place(edge->y);
   for (const CDomainEdge* next = edges; next != edges + n; edge = next++) {
-    box.include(next->x, next->y);
+    const qv::Lanes v = coordinates(*next);
+    low = qv::lower(v, low);
+    high = qv::higher(v, high);
     const int next_place = band.place(next->y);
     if (edge->isArc) {
-      box.include_arc(*edge, *next);
+      arcs.include_arc(*edge, *next);
       answer.take(*edge, *next, px, py, tol);
     } else if ((place & next_place) == 0) {
-      answer.take(*edge, *next, px, py, tol);
+      answer.take_straight(*edge, *next, px, py, tol);
     }
     place = next_place;
   }
-  xmin = box.x1;
-  ymin = box.y1;
-  xmax = box.x2;
-  ymax = box.y2;
+  xmin = (std::min)(arcs.x1, low[0]);
+  ymin = (std::min)(arcs.y1, low[1]);
+  xmax = (std::max)(arcs.x2, high[0]);
+  ymax = (std::max)(arcs.y2, high[1]);
   return answer.on || answer.inside;
 }
 

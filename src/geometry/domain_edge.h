@@ -49,16 +49,18 @@ struct RelativeEdge {
   /// Whether the ray to the right crosses the chord: half-open in y, and a point on the chord lies to its right.
   bool chord_crosses() const {
     const bool up = q.y > 0;
-    return (p.y > 0) != up && (up ? cross() > 0 : cross() < 0);
+    const double c = up ? cross() : -cross();
+    return static_cast<bool>(static_cast<int>((p.y > 0) != up) & static_cast<int>(c > 0));
   }
 
   bool within_of_segment(double tol) const {
     const Vec d{q.x - p.x, q.y - p.y};
-    const double length2 = d.dot(d), place = -p.dot(d), tol2 = tol > 0 ? tol * tol : 0;
+    const double length2 = d.dot(d), tol2 = tol > 0 ? tol * tol : 0, c = cross();
+    // Most edges are told apart by their line alone.
+    if (c * c >= tol2 * length2 && length2 > 0) return false;
+    const double place = -p.dot(d);
     if (place < 0 || length2 == 0) return p.dot(p) < tol2;
-    if (place > length2) return q.dot(q) < tol2;
-    const double c = cross();
-    return c * c < tol2 * length2;
+    return place <= length2 || q.dot(q) < tol2;
   }
 };
 
