@@ -38,6 +38,14 @@ Arguments parse_arguments(int argc, char** argv) {
   return arguments;
 }
 
+bool read_file(const std::string& path, std::string& bytes) {
+  std::error_code error;
+  if (!std::filesystem::exists(path, error) || std::filesystem::is_directory(path, error)) return false;
+  std::ifstream file(path, std::ios::binary);
+  bytes.assign(std::istreambuf_iterator<char>(file), {});
+  return file.is_open();
+}
+
 /// Writes the file; one that could not be written whole is removed, unless it is a device.
 bool write_file(const std::string& path, const std::string& bytes) {
   std::ofstream file(path, std::ios::binary);
@@ -55,9 +63,8 @@ ExitCode fail(const std::string& path, const char* what) {
 }
 
 ExitCode compile(const std::string& from, const std::string& to, bool bigfont) {
-  std::ifstream input(from, std::ios::binary);
-  const std::string source{std::istreambuf_iterator<char>(input), {}};
-  if (!input) return fail(from, "cannot be read");
+  std::string source;
+  if (!read_file(from, source)) return fail(from, "cannot be read");
   std::vector<shpc::Error> errors;
   const shpc::Font font = shpc::parse(source, errors);
   std::string bytes;

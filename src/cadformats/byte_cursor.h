@@ -21,7 +21,7 @@ class ByteCursor {
     if (good_) position_ = position;
     return good_;
   }
-  bool skip(std::size_t n) { return n <= remaining() ? seek(position_ + n) : good_ = false; }
+  bool skip(std::size_t n) { return seek(n <= remaining() ? position_ + n : size_ + 1); }
   bool u8(std::uint32_t& v) { return get(v, 1); }
   bool u16(std::uint32_t& v) { return get(v, 2); }
   bool u32(std::uint32_t& v) { return get(v, 4); }

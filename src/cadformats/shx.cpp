@@ -28,9 +28,10 @@ SharedBlock::SharedBlock(const SharedBlock& other) : head_(other.head_) {
 }
 
 SharedBlock& SharedBlock::operator=(const SharedBlock& other) {
-  if (other.head_) ++other.head_->owners;
+  Head* const head = other.head_;
+  if (head) ++head->owners;
   release();
-  head_ = other.head_;
+  head_ = head;
   return *this;
 }
 

@@ -29,7 +29,7 @@ inline int TruncInt(double v) {
   return v > 0 ? INT_MAX : v < 0 ? INT_MIN : 0;
 }
 
-/// The longest text of `format_fixed2`, without a terminator.
+/// The room that `format_fixed2` needs: it may write behind the end of its text.
 inline constexpr int kMaxFixed2 = 48;
 
 /// Writes v as "%.2f" prints it (no terminator) and returns the end of the text. The product v * 100 is exact in

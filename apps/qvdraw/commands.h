@@ -1,0 +1,13 @@
+#pragma once
+
+#include "arguments.h"
+
+namespace qvdraw {
+
+/// The commands; each returns the exit code, throws `UsageError` when the call's words are off, and
+/// `std::runtime_error`, with one line for the user, when it fails.
+int run_demo(const Arguments& arguments);
+int run_render(const Arguments& arguments);
+int run_info(const Arguments& arguments);
+
+}  // namespace qvdraw

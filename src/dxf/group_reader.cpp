@@ -1,0 +1,128 @@
+#include "dxf/group_reader.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstdint>
+#include <new>
+
+namespace qv::detail {
+
+namespace {
+
+/// The first line feed from p on, or `limit`; words are read up to 7 bytes past the limit.
+const char* find_line_feed(const char* p, const char* limit) {
+  constexpr std::uint64_t kOnes = 0x0101010101010101;
+  for (; p < limit; p += 8) {
+    std::uint64_t word;
+    std::memcpy(&word, p, 8);
+    const std::uint64_t x = word ^ (kOnes * '\n');
+    const std::uint64_t zero = (x - kOnes) & ~x & (kOnes << 7);
+    if (zero) return std::min(p + std::countr_zero(zero) / 8, limit);
+  }
+  return limit;
+}
+
+/// The code that a line names when it is written just as the writer does.
+int decode(const Line& line) {
+  if (!line.ended || line.text.size() != 3) return GroupReader::kUnknownCode;
+  const char* c = line.text.data();
+  const unsigned tens = static_cast<unsigned char>(c[1]) - unsigned{'0'};
+  const unsigned ones = static_cast<unsigned char>(c[2]) - unsigned{'0'};
+  if (c[0] != ' ' || ones > 9) return GroupReader::kUnknownCode;
+  if (c[1] == ' ') return static_cast<int>(ones);
+  return tens >= 1 && tens <= 9 ? static_cast<int>(10 * tens + ones) : GroupReader::kUnknownCode;
+}
+
+std::string_view without_return(std::string_view text) {
+  return !text.empty() && text.back() == '\r' ? text.substr(0, text.size() - 1) : text;
+}
+
+}  // namespace
+
+GroupReader::GroupReader(std::FILE* file, Stream kind) : file_(file), kind_(kind) {
+  if (kind == Stream::Host) return;
+  buffer_.reset(new (std::nothrow) char[kBlock + kPadding]());
+  at_ = end_ = pair_ = buffer_.get();
+  atEnd_ = !buffer_;
+}
+
+void GroupReader::rewind() {
+  std::rewind(file_);
+  at_ = end_ = pair_ = buffer_.get();
+  atEnd_ = !buffer_;
+}
+
+void GroupReader::refill() {
+  const auto left = static_cast<std::size_t>(end_ - at_);
+  std::memmove(buffer_.get(), at_, left);
+  at_ = buffer_.get();
+  const std::size_t got = std::fread(buffer_.get() + left, 1, kBlock - left, file_);
+  end_ = at_ + left + got;
+  atEnd_ = got < kBlock - left;
+}
+
+Line GroupReader::take_line() {
+  // CR LF counts as one character, so a full line with it is two bytes longer.
+  const auto ahead = static_cast<std::size_t>(end_ - at_);
+  const char* const feed = find_line_feed(at_, at_ + std::min(ahead, kMaxLine + 1));
+  const std::string_view text(at_, static_cast<std::size_t>(feed - at_));
+  const bool ended = feed < end_ && *feed == '\n';
+  if (ended && without_return(text).size() < kMaxLine) {
+    at_ = feed + 1;
+    return {without_return(text), true};
+  }
+  const std::string_view cut = text.substr(0, kMaxLine);
+  at_ += cut.size();
+  return {cut, false};
+}
+
+bool GroupReader::next_line(Line& line) {
+  reserve(kMaxPair);
+  if (at_ == end_) return false;
+  line = take_line();
+  return true;
+}
+
+bool GroupReader::next() {
+  if (kind_ == Stream::Host) return next_from_host();
+  reserve(kMaxPair);
+  pair_ = at_;
+  if (at_ == end_) return false;
+  const Line codeLine = take_line();
+  if (at_ == end_) return false;
+  value_ = take_line();
+  finish_pair(codeLine);
+  return true;
+}
+
+void GroupReader::finish_pair(const Line& codeLine) {
+  code_ = decode(codeLine);
+  if (code_ == 0 && value_.is("ENDBLK")) ++blocksEnded_;
+}
+
+void GroupReader::unread() {
+  if (code_ == 0 && value_.is("ENDBLK")) --blocksEnded_;
+  if (kind_ == Stream::Host)
+    std::fseek(file_, hostPair_, SEEK_SET);
+  else
+    at_ = pair_;
+}
+
+bool GroupReader::take_host_line(char (&buffer)[kMaxLine + 1], Line& line) {
+  if (!std::fgets(buffer, sizeof buffer, file_)) return false;
+  std::string_view text(buffer);
+  line.ended = !text.empty() && text.back() == '\n';
+  if (line.ended) text.remove_suffix(1);
+  line.text = line.ended ? without_return(text) : text;
+  return true;
+}
+
+bool GroupReader::next_from_host() {
+  hostPair_ = std::ftell(file_);
+  Line codeLine;
+  if (!take_host_line(hostCode_, codeLine) || !take_host_line(hostValue_, value_)) return false;
+  finish_pair(codeLine);
+  return true;
+}
+
+}  // namespace qv::detail

@@ -1,0 +1,242 @@
+#pragma once
+
+/// Writes group pairs: the code line, right-aligned in three characters, and the value line. Constant code lines are
+/// copied whole, and nothing is formatted by the C library.
+
+#include <array>
+#include <cstdio>
+#include <cstring>
+#include <string_view>
+
+#include "dxf/records.h"
+#include "platform/numbers.h"
+#include "platform/textfile.h"
+
+namespace qv::detail {
+
+/// Line ends: "\n" into a stream that a host opened, CR LF into files of our own, which are binary.
+enum class LineEnd { Lf, CrLf };
+
+template <LineEnd end>
+inline constexpr std::string_view kLineEnd = end == LineEnd::CrLf ? "\r\n" : "\n";
+
+/// A constant text of lines, "\n" turned into the line end at compile time.
+template <LineEnd end, std::size_t N>
+struct Lines {
+  char text[2 * N] = {};
+  std::size_t size = 0;
+  constexpr explicit Lines(const char (&source)[N]) {
+    for (std::size_t i = 0; source[i] != '\0'; ++i) {
+      if (source[i] == '\n' && end == LineEnd::CrLf) text[size++] = '\r';
+      text[size++] = source[i];
+    }
+  }
+};
+
+/// "  0\n", " 10\n" and their kin for a group code below 1000.
+template <LineEnd end, int code>
+inline constexpr auto kCodeLine = [] {
+  const char digits[] = {code < 100 ? ' ' : char('0' + code / 100), code < 10 ? ' ' : char('0' + code / 10 % 10),
+                         char('0' + code % 10), '\n', '\0'};
+  return Lines<end, 5>(digits);
+}();
+
+/// Where finished blocks of text go.
+class Output {
+ public:
+  virtual bool write(const char* data, std::size_t size) = 0;
+
+ protected:
+  ~Output() = default;
+};
+
+class StreamOutput final : public Output {
+ public:
+  explicit StreamOutput(std::FILE* file) : file_(file) {}
+  bool write(const char* data, std::size_t size) override { return std::fwrite(data, 1, size, file_) == size; }
+
+ private:
+  std::FILE* file_;
+};
+
+class SavedOutput final : public Output {
+ public:
+  explicit SavedOutput(SavedFile& file) : file_(file) {}
+  bool write(const char* data, std::size_t size) override { return file_.write(data, size); }
+
+ private:
+  SavedFile& file_;
+};
+
+/// Collects text in a buffer that the caller lends and hands it on in blocks; what is left goes out with `flush`.
+template <LineEnd end>
+class GroupWriter {
+ public:
+  /// No record without its entities or vertices takes more: the longest, a line type of 30 elements, stays below 3000.
+  static constexpr std::size_t kRecordRoom = 4096;
+
+  GroupWriter(char* buffer, std::size_t size, Output& output)
+      : buffer_(buffer), limit_(buffer + size - kRecordRoom), at_(buffer), output_(output) {}
+
+  /// A record's opening pair and its groups.
+  template <class Record>
+  void record(const Record& r) {
+    room();
+    open<Record>();
+    describe(*this, r);
+  }
+  /// Lines as they are.
+  template <std::size_t N>
+  void lines(const Lines<end, N>& constant) {
+    room();
+    copy(constant);
+  }
+  /// Hands on what is left; false when this or an earlier block failed.
+  bool flush() {
+    good_ = good_ && (at_ == buffer_ || output_.write(buffer_, static_cast<std::size_t>(at_ - buffer_)));
+    at_ = buffer_;
+    return good_;
+  }
+
+  template <int code>
+  void text(const char* value) {
+    copy(kCodeLine<end, code>);
+    // A line break within a value would break the pairing: the value is cut there.
+    for (; *value != '\0' && *value != '\n' && *value != '\r'; ++value) *at_++ = *value;
+    end_line();
+  }
+  template <int code>
+  void real(float value) {
+    copy(kCodeLine<end, code>);
+    at_ = format_fixed2(at_, value);
+    end_line();
+  }
+  template <int code>
+  void real(float value, int) {
+    real<code>(value);
+  }
+  template <int code>
+  void integer(int value) {
+    copy(kCodeLine<end, code>);
+    at_ = format_int(at_, value);
+    end_line();
+  }
+  template <int code>
+  void point(const Point3& p) {
+    real<code>(p.x);
+    real<code + 10>(p.y);
+    real<code + 20>(p.z);
+  }
+  template <int code>
+  void ltype(const char* value) {
+    if (std::strcmp(value, "BYLAYER") != 0) text<code>(value);
+  }
+  template <int code>
+  void color(int value) {
+    if (value >= 0) integer<code>(value);
+  }
+  template <int code>
+  void constant(const char* value) {
+    text<code>(value);
+  }
+  template <int code, class Field>
+  void stored(const Field&) {}
+  void elements(const ACAD_LTYPE& r) {
+    const int n = std::clamp(r.m_nElements, 0, kMaxPatternElements);
+    for (int i = 0; i < n; ++i) real<49>(r.m_fElement[i]);
+  }
+
+ private:
+  void room() {
+    if (at_ > limit_) flush();
+  }
+  template <class Record>
+  void open() {
+    static constexpr auto line = [] {
+      char source[16] = "  0\n";
+      std::size_t n = 4;
+      for (const char c : kKeyword<Record>) source[n++] = c;
+      source[n] = '\n';
+      return Lines<end, 16>(source);
+    }();
+    copy(line);
+  }
+  template <std::size_t N>
+  void copy(const Lines<end, N>& constant) {
+    // The whole array is copied, its padding overwritten by what follows: a copy of a fixed size is one or two moves.
+    std::memcpy(at_, constant.text, sizeof constant.text);
+    at_ += constant.size;
+  }
+  void end_line() {
+    std::memcpy(at_, kLineEnd<end>.data(), kLineEnd<end>.size());
+    at_ += kLineEnd<end>.size();
+  }
+
+  char* buffer_;
+  char* limit_;
+  char* at_;
+  Output& output_;
+  bool good_ = true;
+};
+
+template <LineEnd end>
+void write_entity(GroupWriter<end>& writer, const ACAD_POLYLINE& polyline) {
+  static constexpr Lines<end, 12> kSeqEnd("  0\nSEQEND\n");
+  writer.record(polyline);
+  for (const ACAD_VERTEX& vertex : polyline.m_Vertices) writer.record(vertex);
+  writer.lines(kSeqEnd);
+}
+
+template <LineEnd end, class Record>
+void write_entity(GroupWriter<end>& writer, const Record& record) {
+  writer.record(record);
+}
+
+/// Writes one record to a stream, with whatever belongs to it; 1, or 0 when a write failed.
+template <LineEnd end, class Record>
+int write_record(std::FILE* file, const Record& record) {
+  char buffer[2 * GroupWriter<end>::kRecordRoom];
+  StreamOutput output(file);
+  GroupWriter<end> writer(buffer, sizeof buffer, output);
+  write_entity(writer, record);
+  return writer.flush() ? 1 : 0;
+}
+
+/// Writes an entity of any kind by its own description. An entity of a host's own class cannot be in a document.
+template <LineEnd end>
+void write_any(GroupWriter<end>& writer, ACAD_ENTITY& entity) {
+  switch (entity.GetType()) {
+    case ACAD_TYPE_POINT:
+      return write_entity(writer, static_cast<ACAD_POINT&>(entity));
+    case ACAD_TYPE_LINE:
+      return write_entity(writer, static_cast<ACAD_LINE&>(entity));
+    case ACAD_TYPE_TEXT:
+      return write_entity(writer, static_cast<ACAD_TEXT&>(entity));
+    case ACAD_TYPE_CIRCLE:
+      return write_entity(writer, static_cast<ACAD_CIRCLE&>(entity));
+    case ACAD_TYPE_ARC:
+      return write_entity(writer, static_cast<ACAD_ARC&>(entity));
+    case ACAD_TYPE_POLYLINE:
+      return write_entity(writer, static_cast<ACAD_POLYLINE&>(entity));
+    case ACAD_TYPE_SOLID:
+      return write_entity(writer, static_cast<ACAD_SOLID&>(entity));
+    case ACAD_TYPE_3DFACE:
+      return write_entity(writer, static_cast<ACAD_3DFACE&>(entity));
+    case ACAD_TYPE_INSERT:
+      return write_entity(writer, static_cast<ACAD_INSERT&>(entity));
+    case ACAD_TYPE_NONE:
+    case ACAD_TYPE_END:
+      break;
+  }
+}
+
+template <LineEnd end>
+void write_block(GroupWriter<end>& writer, const ACAD_BLOCK& block) {
+  static constexpr Lines<end, 12> kEndBlk("  0\nENDBLK\n");
+  writer.record(block);
+  for (POSITION at = block.m_EntityList.GetHeadPosition(); at;)
+    write_any(writer, *static_cast<ACAD_ENTITY*>(block.m_EntityList.GetNext(at)));
+  writer.lines(kEndBlk);
+}
+
+}  // namespace qv::detail

@@ -1,0 +1,170 @@
+#include "dxf/record_reader.h"
+
+#include <array>
+
+#include "platform/numbers.h"
+
+namespace qv::detail {
+
+namespace {
+
+constexpr std::string_view kWords3[] = {"ARC"};
+constexpr std::string_view kWords4[] = {"LINE", "TEXT"};
+constexpr std::string_view kWords5[] = {"POINT", "SOLID", "BLOCK", "LAYER", "LTYPE", "STYLE", "TABLE"};
+constexpr std::string_view kWords6[] = {"CIRCLE", "VERTEX", "SEQEND", "INSERT", "3DFACE",
+                                        "ENDSEC", "ENDTAB", "ENDBLK", "TABLES"};
+constexpr std::string_view kWords7[] = {"SECTION"};
+constexpr std::string_view kWords8[] = {"POLYLINE", "ENTITIES", "VIEWPORT"};
+
+/// The words that end a record, by their length.
+struct WordList {
+  const std::string_view* words = nullptr;
+  std::size_t count = 0;
+};
+constexpr std::array<WordList, 9> kRecordEnds = {{{},
+                                                  {},
+                                                  {},
+                                                  {kWords3, std::size(kWords3)},
+                                                  {kWords4, std::size(kWords4)},
+                                                  {kWords5, std::size(kWords5)},
+                                                  {kWords6, std::size(kWords6)},
+                                                  {kWords7, std::size(kWords7)},
+                                                  {kWords8, std::size(kWords8)}}};
+
+constexpr double kPowersOfTen[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                   1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+
+/// A line as a terminated text, for the general parsers.
+struct Terminated {
+  char text[GroupReader::kMaxLine + 1];
+  explicit Terminated(std::string_view line) {
+    std::memcpy(text, line.data(), line.size());
+    text[line.size()] = '\0';
+  }
+};
+
+/// Plain decimals of up to 15 digits: both the digits as an integer and the power of ten are exact in double, so their
+/// quotient is what the general parser gives. False for anything else.
+bool plain_real(std::string_view text, double& value) {
+  const char* p = text.data();
+  const char* const end = p + text.size();
+  const bool negative = p != end && *p == '-';
+  p += negative;
+  std::uint64_t digits = 0;
+  const char* const first = p;
+  const char* point = nullptr;
+  for (; p != end; ++p) {
+    const unsigned digit = static_cast<unsigned char>(*p) - unsigned{'0'};
+    if (digit <= 9) {
+      digits = digits * 10 + digit;
+    } else if (*p == '.' && !point) {
+      point = p;
+    } else {
+      return false;
+    }
+  }
+  const auto length = end - first;
+  if (length == 0 || length > 15) return false;
+  const auto decimals = point ? end - point - 1 : 0;
+  const double magnitude = static_cast<double>(digits) / kPowersOfTen[decimals];
+  value = negative ? -magnitude : magnitude;
+  return true;
+}
+
+template <class Record>
+bool read_into(GroupReader& in, WorkingRecords& records, Record WorkingRecords::*record) {
+  return read_record(in, records.*record) == 1;
+}
+
+template <auto member>
+bool read_kind(GroupReader& in, WorkingRecords& records) {
+  return read_into(in, records, member);
+}
+
+struct Kind {
+  std::string_view keyword;
+  ACAD_Entity_Type type;
+  bool (*read)(GroupReader&, WorkingRecords&);
+};
+
+constexpr Kind kKinds[] = {
+    {kKeyword<ACAD_LINE>, ACAD_TYPE_LINE, read_kind<&WorkingRecords::m_Line>},
+    {kKeyword<ACAD_TEXT>, ACAD_TYPE_TEXT, read_kind<&WorkingRecords::m_Text>},
+    {kKeyword<ACAD_CIRCLE>, ACAD_TYPE_CIRCLE, read_kind<&WorkingRecords::m_Circle>},
+    {kKeyword<ACAD_POLYLINE>, ACAD_TYPE_POLYLINE, read_kind<&WorkingRecords::m_Polyline>},
+    {kKeyword<ACAD_ARC>, ACAD_TYPE_ARC, read_kind<&WorkingRecords::m_Arc>},
+    {kKeyword<ACAD_POINT>, ACAD_TYPE_POINT, read_kind<&WorkingRecords::m_Point>},
+    {kKeyword<ACAD_SOLID>, ACAD_TYPE_SOLID, read_kind<&WorkingRecords::m_Solid>},
+    {kKeyword<ACAD_3DFACE>, ACAD_TYPE_3DFACE, read_kind<&WorkingRecords::m_3DFace>},
+    {kKeyword<ACAD_INSERT>, ACAD_TYPE_INSERT, read_kind<&WorkingRecords::m_Insert>},
+};
+
+}  // namespace
+
+bool ends_record(const Line& value) {
+  if (!value.ended || value.text.size() >= kRecordEnds.size()) return false;
+  const WordList& list = kRecordEnds[value.text.size()];
+  return std::find(list.words, list.words + list.count, value.text) != list.words + list.count;
+}
+
+double real_of(const Line& value) {
+  double v;
+  return plain_real(value.text, v) ? v : parse_real(Terminated(value.text).text);
+}
+
+int integer_of(const Line& value) {
+  return parse_int(Terminated(value.text).text);
+}
+
+void text_of(const Line& line, char* field, std::size_t size) {
+  const std::string_view text = line.value();
+  if (text.size() >= size) return copy_text(field, size, Terminated(text).text);
+  std::memcpy(field, text.data(), text.size());
+  field[text.size()] = '\0';
+}
+
+void read_rest(GroupReader&, ACAD_LTYPE& ltype) {
+  // Quirk: the misspelt word stands for the layer's line type in old files, and is taken for a solid line.
+  if (equals_field(ltype.m_szName, "BYBLOCK") || equals_field(ltype.m_szName, "BYBLAYER"))
+    copy_text(ltype.m_szName, "CONTINUOUS");
+}
+
+void read_rest(GroupReader& in, ACAD_POLYLINE& polyline) {
+  while (in.next() && !in.at(0, "SEQEND")) {
+    if (!in.at(0, "VERTEX")) continue;
+    ACAD_VERTEX vertex;
+    read_groups(in, vertex);
+    polyline.m_Vertices.Add(vertex);
+  }
+}
+
+void read_rest(GroupReader& in, ACAD_BLOCK& block) {
+  const int ended = in.blocks_ended();
+  while (in.blocks_ended() == ended) {
+    const ACAD_Entity_Type type = read_entity(in, block, Within::Block);
+    if (type >= ACAD_TYPE_NONE) break;
+    if (type == ACAD_TYPE_INSERT) continue;  // blocks never hold nested inserts
+    ACAD_ENTITY* copy = CloneEntity(*block.Of(type));
+    if (!copy || !block.m_EntityList.AddTail(copy)) {
+      delete copy;
+      break;
+    }
+  }
+  while (in.blocks_ended() == ended && in.next()) {
+  }
+}
+
+ACAD_Entity_Type read_entity(GroupReader& in, WorkingRecords& records, Within within) {
+  while (in.next()) {
+    if (in.code() != 0) continue;
+    if (in.at(0, "ENDSEC") || in.at(0, "EOF") || (within == Within::Block && in.at(0, "ENDBLK"))) return ACAD_TYPE_END;
+    for (const Kind& kind : kKinds) {
+      if (!in.value().is(kind.keyword)) continue;
+      in.unread();
+      return kind.read(in, records) ? kind.type : ACAD_TYPE_NONE;
+    }
+  }
+  return ACAD_TYPE_END;
+}
+
+}  // namespace qv::detail

@@ -1,0 +1,249 @@
+#include <gmock/gmock.h>
+
+#include <cmath>
+#include <numbers>
+
+#include "cadformats/shx.h"
+#include "dxf/document.h"
+#include "platform/bitmap/bitmap_dc.h"
+#include "platform/text.h"
+#include "support/recording_context.h"
+#include "support/recording_host.h"
+
+using qvtest::RecordingContext;
+using qvtest::RecordingHost;
+using testing::ElementsAre;
+
+namespace {
+
+/// Ten device units a unit, the origin at device (100, 100), y up.
+CFCoor view() {
+  return {CFPoint(-10, 10), 10, 1};
+}
+
+/// A document whose drawing is recorded.
+class Display : public testing::Test {
+ protected:
+  void SetUp() override { dxf.New_MemDxf(); }
+  void draw() {
+    dc.clear();
+    dxf.Draw(&dc, &coor);
+  }
+  RecordingHost host;
+  RecordingContext dc;
+  CFCoor coor = view();
+  DXF dxf;
+};
+
+TEST_F(Display, LinesTakePenFromLineTypeAndColor) {
+  const float none[1] = {};
+  for (const char* name : {"DASHED2", "DASHDOT", "DOT", "CENTER"}) dxf.Add_LType(name, "", 0, 0, none);
+  const struct {
+    const char* ltype;
+    qv::PenStyle style;
+  } cases[] = {{"DASHED2", qv::PenStyle::Dash},
+               {"DASHDOT", qv::PenStyle::DashDot},
+               {"DOT", qv::PenStyle::Dot},
+               {"CENTER", qv::PenStyle::Solid},
+               {"BYLAYER", qv::PenStyle::Solid}};
+  for (const auto& c : cases) dxf.Write_Line(0, 0, 0, 1, 2, 0, "0", "3", c.ltype);
+  draw();
+  ASSERT_EQ(dc.segments.size(), std::size(cases));
+  for (std::size_t i = 0; i < std::size(cases); ++i) {
+    EXPECT_EQ(dc.pens[i].style, cases[i].style) << cases[i].ltype;
+    EXPECT_EQ(dc.segments[i], (RecordingContext::Segment{{100, 100}, {110, 80}, 0x00FF00}));
+  }
+  EXPECT_EQ(dc.BkMode(), qv::BackgroundMode::Transparent);
+  EXPECT_EQ(&dc.Pen(), CDC::StockBlackPen());  // the pen of before is selected again
+  for (const bool metafile : {true, false}) {
+    dc.metafile = metafile;
+    dc.printing = !metafile;
+    draw();
+    EXPECT_EQ(dc.segments[0].color, 0U) << "everything is black on paper";
+  }
+}
+
+/// The points of a chain of segments lie on a circle, within rounding.
+void expect_on_circle(const std::vector<RecordingContext::Segment>& segments, double x, double y, double r) {
+  for (const auto& s : segments) {
+    EXPECT_NEAR(std::hypot(s.from.x - x, s.from.y - y), r, 1);
+    EXPECT_NEAR(std::hypot(s.to.x - x, s.to.y - y), r, 1);
+  }
+}
+
+TEST_F(Display, CirclesAndArcsRunRoundTheirCentres) {
+  dxf.Write_Circle(0, 0, 0, 5, "0", "1", "BYLAYER");
+  draw();
+  ASSERT_FALSE(dc.segments.empty());
+  expect_on_circle(dc.segments, 100, 100, 50);
+  EXPECT_EQ(dc.segments.front().from, dc.segments.back().to);
+
+  const struct {
+    float start;
+    float end;
+    CPoint from;
+    CPoint to;
+    CPoint through;
+  } arcs[] = {{0, 90, {150, 100}, {100, 50}, {135, 65}},
+              {350, 20, {149, 109}, {147, 83}, {150, 96}},
+              {180, 270, {50, 100}, {100, 150}, {65, 135}}};
+  for (const int reverse : {1, 0}) {
+    coor = reverse ? view() : CFCoor(CFPoint(-10, -10), 10, 0);
+    for (const auto& a : arcs) {
+      ACAD_ARC arc;
+      arc.m_fRadius = 5;
+      arc.m_fStartAngle = a.start;
+      arc.m_fEndAngle = a.end;
+      dc.clear();
+      arc.Draw(&dc, &coor, 0, 0);
+      expect_on_circle(dc.segments, 100, 100, 50);
+      const auto visits = [&](CPoint p) {
+        if (!reverse) p.y = 200 - p.y;
+        return std::any_of(dc.segments.begin(), dc.segments.end(), [&](const auto& s) {
+          return std::min(std::hypot(s.from.x - p.x, s.from.y - p.y), std::hypot(s.to.x - p.x, s.to.y - p.y)) < 4;
+        });
+      };
+      EXPECT_TRUE(visits(a.from) && visits(a.to) && visits(a.through)) << a.start << ' ' << reverse;
+      EXPECT_LT(dc.segments.size(), 60U) << "no more than the arc";
+    }
+  }
+}
+
+TEST_F(Display, PolylinesDrawSegmentsArcsAndTheClosingOne) {
+  const float x[] = {0, 2, 2};
+  const float y[] = {0, 0, 2};
+  const float zero[] = {0, 0, 0};
+  dxf.Write_Pline(3, x, y, zero, zero, 1, zero, zero, "0", "1", "BYLAYER");
+  draw();
+  EXPECT_EQ(dc.calls, "M100,100 L120,100 M120,100 L120,80 M120,80 L100,100 ");
+
+  // A bulge of 1 is a half circle to the right of the way there: below a segment that runs to the right.
+  const float bulge[] = {1, 0, 0};
+  for (const float sign : {1.0F, -1.0F}) {
+    const float signedBulge[] = {sign * bulge[0], 0};
+    dxf.Close();
+    dxf.New_MemDxf();
+    dxf.Write_Pline(2, x, y, zero, signedBulge, 0, zero, zero, "0", "1", "BYLAYER");
+    draw();
+    expect_on_circle(dc.segments, 110, 100, 10);
+    for (const auto& s : dc.segments) EXPECT_GE(sign * static_cast<float>(s.to.y - 100), -1);
+  }
+}
+
+TEST_F(Display, FittedAndSplineVerticesAreChosenByTheirFlags) {
+  auto* polyline = new ACAD_POLYLINE;
+  polyline->m_Vertices.SetSize(4);
+  const int flags[] = {1, 8, 1, 8};
+  for (int i = 0; i < 4; ++i) {
+    polyline->m_Vertices[i].m_Point.x = static_cast<float>(i);
+    polyline->m_Vertices[i].m_nFlags = flags[i];
+  }
+  dxf.m_EntityList.AddTail(polyline);
+  const struct {
+    int flags;
+    const char* calls;
+  } cases[] = {{2, "M100,100 L120,100 "},
+               {4, "M110,100 L130,100 "},
+               {0, "M100,100 L110,100 M110,100 L120,100 M120,100 L130,100 "}};
+  for (const auto& c : cases) {
+    polyline->m_nFlags = c.flags;
+    draw();
+    EXPECT_EQ(dc.calls, c.calls);
+  }
+}
+
+TEST_F(Display, WidePolylinesAndSolidsAreFilled) {
+  dxf.Write_Pline(0, 0, 0, 4, 0, 0, 1, 1, "0", "1", "BYLAYER");
+  dxf.Write_Pline(0, 0, 0, 4, 0, 0, 0.1F, 0.1F, "0", "1", "BYLAYER");  // one pixel wide: a line
+  dxf.Write_Solid(0, 0, 0, 1, 0, 0, 0, 1, 0, 1, 1, 0, "0", "5", "BYLAYER");
+  draw();
+  ASSERT_EQ(dc.fills.size(), 2U);
+  EXPECT_EQ(dc.segments.size(), 1U);
+  EXPECT_THAT(dc.fills[0].points, ElementsAre(CPoint(100, 95), CPoint(140, 95), CPoint(140, 105), CPoint(100, 105)));
+  EXPECT_EQ(dc.fills[0].color, 0x0000FFU);
+  EXPECT_EQ(dc.fills[0].rule, qv::FillRule::Winding);
+  // First, second, fourth, third.
+  EXPECT_THAT(dc.fills[1].points, ElementsAre(CPoint(100, 100), CPoint(110, 100), CPoint(110, 90), CPoint(100, 90)));
+}
+
+TEST_F(Display, ADotOfTwoWideHalfCirclesIsFilledWhole) {
+  const float x[] = {0, 0};
+  const float y[] = {1, -1};
+  const float zero[] = {0, 0};
+  const float one[] = {1, 1};
+  const float two[] = {2, 2};
+  dxf.Write_Pline(2, x, y, zero, one, 1, two, two, "0", "1", "BYLAYER");
+  qv::BitmapContext bitmap(201, 201, 0xFFFFFF);
+  dxf.Draw(&bitmap, &coor);
+  for (int py = 60; py <= 140; ++py)
+    for (int px = 60; px <= 140; ++px) {
+      const double r = std::hypot(px - 100, py - 100);
+      if (std::fabs(r - 20) < 1.5) continue;
+      EXPECT_EQ(bitmap.GetPixel(px, py), r < 20 ? 0x0000FFU : 0xFFFFFFU) << px << ',' << py;
+    }
+}
+
+TEST_F(Display, InsertsPlaceTheirBlocksByTranslation) {
+  auto* block = new ACAD_BLOCK;
+  qv::copy_text(block->m_szName, "DOOR");
+  block->m_Base = {1, 1, 0};
+  block->m_EntityList.AddTail(new ACAD_LINE);
+  block->m_EntityList.AddTail(new ACAD_INSERT);
+  dxf.m_BlockList.AddTail(block);
+  for (const char* name : {"DOOR", "door", ""}) {
+    auto* insert = new ACAD_INSERT;
+    qv::copy_text(insert->m_szBlock, name);
+    insert->m_Insert = {3, 2, 0};
+    insert->m_fScaleX = 9;
+    insert->m_fRotation = 30;
+    dxf.m_EntityList.AddTail(insert);
+  }
+  draw();
+  EXPECT_EQ(dc.calls, "M120,90 L130,80 ");
+  DXF file;  // not in memory: draws nothing
+  dc.clear();
+  file.Draw(&dc, &coor);
+  EXPECT_EQ(dc.calls, "");
+}
+
+TEST_F(Display, FacesAreTheirEdgesAndPointsOnePixel) {
+  dxf.Write_3DFace(0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0, "0", "1", "BYLAYER");
+  dxf.Write_Point(2, 0, 0, "0");
+  draw();
+  EXPECT_EQ(dc.segments.size(), 4U);
+  ASSERT_EQ(dc.pixels.size(), 1U);
+  EXPECT_EQ(dc.pixels[0].at, CPoint(120, 100));
+}
+
+TEST_F(Display, ProjectedDrawingIsTheProjectionDrawnInPlan) {
+  dxf.Write_Line(0, 0, 0, 1, 2, 3, "0", "1", "BYLAYER");
+  dxf.Draw3D(&dc, &coor, 0, std::numbers::pi_v<float> / 2);
+  EXPECT_EQ(dc.calls, "M100,100 L110,80 ");
+  dc.clear();
+  dxf.Draw3D(&dc, &coor, 0, 0);  // from the front: z is up
+  EXPECT_EQ(dc.calls, "M100,100 L110,70 ");
+}
+
+TEST_F(Display, AbsurdCoordinatesNeverReachTheDevice) {
+  const float values[] = {0, 1e9F, -1e9F, 1e30F, -1e38F, std::numeric_limits<float>::infinity(), std::nanf("")};
+  for (const float a : values)
+    for (const float b : values) {
+      dxf.Write_Line(a, b, 0, b, a, 0, "0", "1", "BYLAYER");
+      dxf.Write_Circle(a, 0, 0, b, "0", "1", "BYLAYER");
+      dxf.Write_Arc(a, b, 0, b, a, b, "0", "1", "BYLAYER");
+      dxf.Write_Pline(a, b, 0, b, a, 0, b, b, "0", "1", "BYLAYER");
+      dxf.Write_Solid(a, b, 0, b, a, 0, 0, 0, 0, a, a, 0, "0", "1", "BYLAYER");
+      dxf.Write_Text(a, b, 0, b, a, "text", "STANDARD", "0", "1", "BYLAYER");
+    }
+  for (const float scale : {1.0F, 1e9F, 1e-9F, 0.0F}) {
+    coor.SetScale(scale);
+    draw();
+    for (const auto& s : dc.segments)
+      for (const CPoint& p : {s.from, s.to}) {
+        EXPECT_LE(std::abs(p.x), 100000);
+        EXPECT_LE(std::abs(p.y), 100000);
+      }
+  }
+}
+
+}  // namespace
