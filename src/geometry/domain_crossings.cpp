@@ -60,7 +60,12 @@ int side_of_arc(const CDomainEdge& edge, const CDomainEdge& next, double tol) {
   if (!(-r - tol <= edge.cy && edge.cy <= r + tol)) return edge.cy <= -tol ? -1 : 1;
   const Sweep sweep = arc.sweep();
   const Vec middle = sweep.none() ? sweep.from : sweep.middle();
-  const double length = middle.length(), y = edge.cy + (length > 0 ? middle.y * (r / length) : 0);
+  const double length = middle.length();
+  double y = edge.cy + (length > 0 ? middle.y * (r / length) : 0);
+  // A piece that only touches the axis in its middle lies on the side of its ends.
+  for (const float end : {edge.y, next.y}) {
+    if (std::fabs(end) > std::fabs(y)) y = end;
+  }
   return y <= 0 ? -1 : 1;
 }
 

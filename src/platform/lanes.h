@@ -8,8 +8,12 @@ namespace qv {
 
 #if defined(__GNUC__)
 typedef float Lanes __attribute__((vector_size(16)));
-inline Lanes lower(Lanes a, Lanes b) { return a < b ? a : b; }
-inline Lanes higher(Lanes a, Lanes b) { return a > b ? a : b; }
+inline Lanes lower(Lanes a, Lanes b) {
+  return a < b ? a : b;
+}
+inline Lanes higher(Lanes a, Lanes b) {
+  return a > b ? a : b;
+}
 #else
 struct Lanes {
   float v[4];

@@ -70,7 +70,8 @@ TEST(Domain, PreparedFormTakesTolerancesOfAnySize) {
     const CPreparedDomain prepared(n, edges.GetData());
     for (const float tol : {0.0f, 1e-6f, 0.3f, 2.0f, 100.0f}) {
       const CFPoint p = random.point(8);
-      ASSERT_EQ(prepared.Point_In_Domain(p.x, p.y, tol), CPointInDomain().Point_In_Domain(n, edges.GetData(), p.x, p.y, tol))
+      ASSERT_EQ(prepared.Point_In_Domain(p.x, p.y, tol),
+                CPointInDomain().Point_In_Domain(n, edges.GetData(), p.x, p.y, tol))
           << p.x << ',' << p.y << " tol " << tol;
     }
   }
@@ -83,13 +84,15 @@ TEST(Domain, EdgesAndTolerances) {
     float x, y, tol;
     int expected;
   } cases[] = {
-      {1, 0, 1e-4f, 1},                       // on an edge
-      {1, -0.05f, 0.1f, 1},                   // beside it
-      {1, -0.125f, 0.125f, 0},                // straight edges: strict
-      {3, 1, 0, 1},                           // on the arc, inclusive
-      {3.0625f, 1, 0.0625f, 1},               // arcs: inclusive
-      {2.5f, 1, 0, 1}, {2, 1, 0, 1},          // between chord and arc, on the chord
-      {2.9f, 1.9f, 1e-4f, 0}, {-1, 2, 0, 0},  // outside, level with a vertex
+      {1, 0, 1e-4f, 1},          // on an edge
+      {1, -0.05f, 0.1f, 1},      // beside it
+      {1, -0.125f, 0.125f, 0},   // straight edges: strict
+      {3, 1, 0, 1},              // on the arc, inclusive
+      {3.0625f, 1, 0.0625f, 1},  // arcs: inclusive
+      {2.5f, 1, 0, 1},
+      {2, 1, 0, 1},  // between chord and arc, on the chord
+      {2.9f, 1.9f, 1e-4f, 0},
+      {-1, 2, 0, 0},  // outside, level with a vertex
   };
   for (const auto& c : cases) {
     EXPECT_EQ(CPointInDomain().Point_In_Domain(4, edges.GetData(), c.x, c.y, c.tol), c.expected) << c.x << ',' << c.y;
@@ -149,12 +152,14 @@ TEST(Domain, CirclesAndRectanglesTouch) {
     int expected;
   } circles[] = {{1, 1, 0.1f, 1}, {4, 1, 0.9f, 0}, {4, 1, 1.1f, 1}, {-1, 1, 0.9f, 0}, {-1, 1, 1.1f, 1}, {1, 1, 50, 1}};
   for (const auto& c : circles) {
-    EXPECT_EQ(domain.Test_CrossRegon_Domain_Circle(4, edges.GetData(), c.x, c.y, c.r, 1e-4f), c.expected) << c.x << ' ' << c.r;
+    EXPECT_EQ(domain.Test_CrossRegon_Domain_Circle(4, edges.GetData(), c.x, c.y, c.r, 1e-4f), c.expected)
+        << c.x << ' ' << c.r;
   }
   const struct {
     float left, bottom, right, top;
     int expected;
-  } rects[] = {{0.5f, 0.5f, 1, 1, 1}, {-9, -9, 9, 9, 1}, {3.1f, 0, 4, 2, 0}, {2.9f, -1, 4, 3, 1}, {-1, 0.5f, 5, 0.6f, 1}, {2.8f, 1.8f, 4, 3, 0}};
+  } rects[] = {{0.5f, 0.5f, 1, 1, 1}, {-9, -9, 9, 9, 1},      {3.1f, 0, 4, 2, 0},
+               {2.9f, -1, 4, 3, 1},   {-1, 0.5f, 5, 0.6f, 1}, {2.8f, 1.8f, 4, 3, 0}};
   for (const auto& r : rects) {
     const float xs[] = {r.left, r.right, r.right, r.left}, ys[] = {r.bottom, r.bottom, r.top, r.top};
     const float back_x[] = {r.left, r.left, r.right, r.right}, back_y[] = {r.bottom, r.top, r.top, r.bottom};

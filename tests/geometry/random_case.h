@@ -14,11 +14,14 @@ namespace qvtest {
 
 class Random {
  public:
-  explicit Random(unsigned seed) : seed_(std::getenv("QV_SEED") ? static_cast<unsigned>(std::atoi(std::getenv("QV_SEED"))) : seed) {
+  explicit Random(unsigned seed)
+      : seed_(std::getenv("QV_SEED") ? static_cast<unsigned>(std::atoi(std::getenv("QV_SEED"))) : seed) {
     std::printf("seed %u\n", seed_);
     engine_.seed(seed_);
   }
-  float real(double low, double high) { return static_cast<float>(std::uniform_real_distribution<double>(low, high)(engine_)); }
+  float real(double low, double high) {
+    return static_cast<float>(std::uniform_real_distribution<double>(low, high)(engine_));
+  }
   int whole(int low, int high) { return std::uniform_int_distribution<int>(low, high)(engine_); }
   CFPoint point(double reach) { return {real(-reach, reach), real(-reach, reach)}; }
 
@@ -47,8 +50,8 @@ class Judge {
   std::vector<Edge> edges_;
 };
 
-/// An outline on a coarse lattice, so that vertices and edges lie level with each other and with the queries. Bulges are
-/// straight, flat, half and more than half circles.
+/// An outline on a coarse lattice, so that vertices and edges lie level with each other and with the queries. Bulges
+/// are straight, flat, half and more than half circles.
 CFRegion random_region(Random& random, int most_vertices, bool arcs);
 
 }  // namespace qvtest
