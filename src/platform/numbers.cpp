@@ -167,13 +167,13 @@ Conversion parse_conversion(const char*& p, Arguments& arguments) {
 /// Prints one value by the C library, with the given width and precision.
 template <class T>
 int print_value(char* out, std::size_t size, const Conversion& c, T value) {
-  char spec[24];
-  std::snprintf(spec, sizeof spec, "%%%s*.*%s%c", c.flags, c.length, c.letter);
+  char directive[24];
+  std::snprintf(directive, sizeof directive, "%%%s*.*%s%c", c.flags, c.length, c.letter);
 #if defined(__GNUC__)
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
 #endif
-  return std::snprintf(out, size, spec, c.width, c.precision, value);
+  return std::snprintf(out, size, directive, c.width, c.precision, value);
 #if defined(__GNUC__)
 #pragma GCC diagnostic pop
 #endif
