@@ -4,8 +4,10 @@
 #include <charconv>
 #include <clocale>
 #include <cstdio>
+#include <cwchar>
 #include <limits>
 #include <system_error>
+#include <type_traits>
 
 #include "platform/text.h"
 
@@ -222,6 +224,9 @@ int print_real(char* out, std::size_t size, const Conversion& c, Real value) {
   return pad_real(out, size, c);
 }
 
+/// What a wide character becomes as a variadic argument.
+using PromotedWide = std::conditional_t<sizeof(std::wint_t) < sizeof(int), int, std::wint_t>;
+
 int print_signed(char* out, std::size_t size, const Conversion& c, Arguments& arguments) {
   switch (c.length[0]) {
     case 'l':
@@ -260,7 +265,7 @@ int print_conversion(char* out, std::size_t size, const Conversion& c, Arguments
       return c.length[0] == 'L' ? print_real(out, size, c, va_arg(arguments.list, long double))
                                 : print_real(out, size, c, va_arg(arguments.list, double));
     case 'c':
-      return c.length[0] == 'l' ? print_value(out, size, c, va_arg(arguments.list, std::wint_t))
+      return c.length[0] == 'l' ? print_value(out, size, c, va_arg(arguments.list, PromotedWide))
                                 : print_value(out, size, c, va_arg(arguments.list, int));
     case 's':
       return c.length[0] == 'l' ? print_value(out, size, c, va_arg(arguments.list, const wchar_t*))
