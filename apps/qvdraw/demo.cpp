@@ -178,7 +178,9 @@ void rosette(CBase_SGT& sgt, float x, float y) {
   thin(sgt, "8", "CONCRETE");
   sgt.Draw_Solid(x - 150, y - 150, x + 150, y - 150, x - 150, y + 150, x + 150, y + 150);
   thin(sgt, "5", "CONCRETE");
-  for (int i = 0; i < 4; ++i) sgt.Draw_Arc(x, y, 260 + 60 * static_cast<float>(i), 10.0F + 90 * static_cast<float>(i), 80.0F + 90 * static_cast<float>(i));
+  for (int i = 0; i < 4; ++i)
+    sgt.Draw_Arc(x, y, 260 + 60 * static_cast<float>(i), 10.0F + 90 * static_cast<float>(i),
+                 80.0F + 90 * static_cast<float>(i));
   thin(sgt, "6", "TITLE");
   for (int i = 0; i < 12; ++i) {
     const double a = i * std::numbers::pi / 6;
