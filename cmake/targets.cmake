@@ -7,6 +7,8 @@ function(qvtools_target target)
     target_compile_options(${target} PRIVATE /W4 /WX /fp:precise /utf-8)
   else()
     target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror -ffp-contract=off)
+    # One compiler counts changes of sign among conversions, the other does not.
+    target_compile_options(${target} PRIVATE -Wno-sign-conversion)
     if(CMAKE_SIZEOF_VOID_P EQUAL 4)
       target_compile_options(${target} PRIVATE -msse2 -mfpmath=sse)
     endif()
