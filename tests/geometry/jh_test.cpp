@@ -267,7 +267,7 @@ TEST(Jh, FiguresThatShareAPointTouch) {
         b.move(p.x - q.x, p.y - q.y);
         ASSERT_EQ(touch(a, i, b, k, 2e-5f), 1) << n << ": " << i << ' ' << k;
         // Moved off along a line by more than both can reach.
-        b.move(12, random.real(-1, 1));
+        b.move(16, random.real(-1, 1));
         ASSERT_EQ(touch(a, i, b, k, 2e-5f), 0) << n << ": " << i << ' ' << k;
       }
     }
