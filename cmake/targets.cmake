@@ -7,11 +7,17 @@ function(qvtools_target target)
     target_compile_options(${target} PRIVATE /W4 /WX /fp:precise /utf-8)
   else()
     target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror -ffp-contract=off)
+    # One compiler counts changes of sign among conversions, the other does not.
+    target_compile_options(${target} PRIVATE -Wno-sign-conversion)
     if(CMAKE_SIZEOF_VOID_P EQUAL 4)
       target_compile_options(${target} PRIVATE -msse2 -mfpmath=sse)
     endif()
   endif()
   if(QVTOOLS_SANITIZE)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+      # The sanitizers' checks make the compiler see uninitialised values in the standard library's own headers.
+      target_compile_options(${target} PRIVATE -Wno-maybe-uninitialized)
+    endif()
     target_compile_options(${target} PRIVATE -fsanitize=${QVTOOLS_SANITIZE} -fno-sanitize-recover=all
                                              -fno-omit-frame-pointer)
     target_link_options(${target} PRIVATE -fsanitize=${QVTOOLS_SANITIZE})

@@ -9,14 +9,15 @@ namespace qvdraw {
 
 namespace {
 
-constexpr const char* kKindNames[] = {"POINT", "LINE", "TEXT", "CIRCLE", "ARC", "POLYLINE", "SOLID", "3DFACE", "INSERT"};
+constexpr const char* kKindNames[] = {"POINT",    "LINE",  "TEXT",   "CIRCLE", "ARC",
+                                      "POLYLINE", "SOLID", "3DFACE", "INSERT"};
 
 /// What is told of a drawing.
 struct Summary {
   std::vector<std::string> ltypes;
-  std::vector<std::pair<std::string, int>> layers;  // with their colours
+  std::vector<std::pair<std::string, int>> layers;          // with their colours
   std::vector<std::pair<std::string, std::string>> styles;  // with their fonts
-  std::vector<std::pair<std::string, int>> blocks;  // with their numbers of entities
+  std::vector<std::pair<std::string, int>> blocks;          // with their numbers of entities
   std::map<std::string, int> kinds;
   std::map<std::string, int> perLayer;
   CFRect extent;
@@ -28,9 +29,11 @@ Summary summarize(DXF& dxf) {
     for (int i = 0; table && i < n; ++i) f(table[static_cast<std::size_t>(i)]);
   };
   each(dxf.m_nLType, dxf.m_pLType, [&](const ACAD_LTYPE& l) { s.ltypes.push_back(to_utf8(l.m_szName)); });
-  each(dxf.m_nLayer, dxf.m_pLayer, [&](const ACAD_LAYER& l) { s.layers.emplace_back(to_utf8(l.m_szName), l.m_nColor); });
+  each(dxf.m_nLayer, dxf.m_pLayer,
+       [&](const ACAD_LAYER& l) { s.layers.emplace_back(to_utf8(l.m_szName), l.m_nColor); });
   each(dxf.m_nStyle, dxf.m_pStyle, [&](const ACAD_STYLE& t) {
-    s.styles.emplace_back(to_utf8(t.m_szName), to_utf8(t.m_szFont) + (*t.m_szBigFont ? "," + to_utf8(t.m_szBigFont) : ""));
+    s.styles.emplace_back(to_utf8(t.m_szName),
+                          to_utf8(t.m_szFont) + (*t.m_szBigFont ? "," + to_utf8(t.m_szBigFont) : ""));
   });
   for_each<ACAD_BLOCK>(dxf.m_BlockList, [&](ACAD_BLOCK& block) {
     s.blocks.emplace_back(to_utf8(block.m_szName), block.m_EntityList.GetCount());
@@ -60,8 +63,12 @@ std::string quoted(const std::string& text) {
   return out + "\"";
 }
 
-std::string value_of(int n) { return std::to_string(n); }
-std::string value_of(const std::string& text) { return quoted(text); }
+std::string value_of(int n) {
+  return std::to_string(n);
+}
+std::string value_of(const std::string& text) {
+  return quoted(text);
+}
 
 /// {"name": value, …}
 template <class Pairs>

@@ -143,7 +143,7 @@ class Parser {
     for (const std::string_view field : split(plain)) {
       const auto value = parse_number(field);
       if (!value || *value < -128 || *value > 255) {
-        fail("\"" + std::string(field) + "\" is no code from -128 to 255");
+        fail(std::string(1, '"').append(field).append("\" is no code from -128 to 255"));
         skip_ = true;
         open_ = false;
         return;

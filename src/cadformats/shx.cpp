@@ -62,6 +62,7 @@ using qv::detail::kShapePadding;
 
 constexpr int kCodes = 256;
 constexpr int kRows = 94;
+constexpr int kQuestionMark = 63;
 constexpr std::uint32_t kFirstHzByte = 0xA1;
 constexpr long kLargestFile = 256L << 20;
 
@@ -249,7 +250,7 @@ int CShx::adopt_txt(const unsigned char* file, std::size_t size) {
     if (length > data - offset) return txtBlock_ = {}, 0;
     if (code < kCodes) index[code] = static_cast<int>(offset);
   }
-  m_nTxtDefault = std::max(index['?'], 0);
+  m_nTxtDefault = std::max(index[kQuestionMark], 0);
   std::replace(index, index + kCodes, -1, m_nTxtDefault);
   m_pTxtData = reinterpret_cast<unsigned char*>(index + kCodes);
   std::memcpy(m_pTxtData, file + cursor.position(), data);

@@ -4,8 +4,10 @@
 #include <charconv>
 #include <clocale>
 #include <cstdio>
+#include <cwchar>
 #include <limits>
 #include <system_error>
+#include <type_traits>
 
 #include "platform/text.h"
 
@@ -167,13 +169,13 @@ Conversion parse_conversion(const char*& p, Arguments& arguments) {
 /// Prints one value by the C library, with the given width and precision.
 template <class T>
 int print_value(char* out, std::size_t size, const Conversion& c, T value) {
-  char spec[24];
-  std::snprintf(spec, sizeof spec, "%%%s*.*%s%c", c.flags, c.length, c.letter);
+  char directive[24];
+  std::snprintf(directive, sizeof directive, "%%%s*.*%s%c", c.flags, c.length, c.letter);
 #if defined(__GNUC__)
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
 #endif
-  return std::snprintf(out, size, spec, c.width, c.precision, value);
+  return std::snprintf(out, size, directive, c.width, c.precision, value);
 #if defined(__GNUC__)
 #pragma GCC diagnostic pop
 #endif
@@ -222,6 +224,9 @@ int print_real(char* out, std::size_t size, const Conversion& c, Real value) {
   return pad_real(out, size, c);
 }
 
+/// What a wide character becomes as a variadic argument.
+using PromotedWide = std::conditional_t<sizeof(std::wint_t) < sizeof(int), int, std::wint_t>;
+
 int print_signed(char* out, std::size_t size, const Conversion& c, Arguments& arguments) {
   switch (c.length[0]) {
     case 'l':
@@ -260,7 +265,7 @@ int print_conversion(char* out, std::size_t size, const Conversion& c, Arguments
       return c.length[0] == 'L' ? print_real(out, size, c, va_arg(arguments.list, long double))
                                 : print_real(out, size, c, va_arg(arguments.list, double));
     case 'c':
-      return c.length[0] == 'l' ? print_value(out, size, c, va_arg(arguments.list, std::wint_t))
+      return c.length[0] == 'l' ? print_value(out, size, c, va_arg(arguments.list, PromotedWide))
                                 : print_value(out, size, c, va_arg(arguments.list, int));
     case 's':
       return c.length[0] == 'l' ? print_value(out, size, c, va_arg(arguments.list, const wchar_t*))

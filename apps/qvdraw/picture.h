@@ -1,0 +1,29 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "qvtools.h"
+
+namespace qvdraw {
+
+/// How a drawing is shown.
+struct PictureOptions {
+  CSize size{1600, 1000};        ///< pixels; a PDF page keeps its proportions
+  bool fixedSize = false;        ///< take the size as it is, else its width with the drawing's proportions
+  std::optional<CFRect> window;  ///< what to show; everything when absent
+  bool projected = false;        ///< show projected, for two view angles in radians
+  float viewA = 0;
+  float viewB = 0;
+  bool white = true;  ///< white background, else black
+};
+
+/// Gives entities that take their layer's colour or line type that of the layer, and on a white background draws white
+/// as black. For a document that is only to be shown: it is changed.
+void resolve_for_display(DXF& dxf, bool whiteBackground);
+
+/// Writes a picture of the drawing; the ending of the path (.png, .svg, .pdf) says of what kind. Throws
+/// `std::runtime_error` when it cannot be written, `UsageError` for another ending.
+void save_picture(DXF& dxf, const std::string& path, const PictureOptions& options);
+
+}  // namespace qvdraw
