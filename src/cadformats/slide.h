@@ -10,8 +10,8 @@
 
 class DXF;
 
-/// One item of a slide: a line (kind 255, points 0 and 1), a filled quadrilateral (kind 254, points 0 to 3 in zigzag
-/// order), or a change to the colour that the kind is. So colours 254 and 255 cannot be told from items.
+/// One item of a slide: a line (kind 255, points 0 and 1), a filled quadrilateral (kind 254, points 0 to 3 round its
+/// outline), or a change to the colour that the kind is. So colours 254 and 255 cannot be told from items.
 class QV_API CSlideItem : public CObject {
  public:
   static constexpr unsigned char kVector = 255;
