@@ -14,6 +14,10 @@ function(qvtools_target target)
     endif()
   endif()
   if(QVTOOLS_SANITIZE)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+      # The sanitizers' checks make the compiler see uninitialised values in the standard library's own headers.
+      target_compile_options(${target} PRIVATE -Wno-maybe-uninitialized)
+    endif()
     target_compile_options(${target} PRIVATE -fsanitize=${QVTOOLS_SANITIZE} -fno-sanitize-recover=all
                                              -fno-omit-frame-pointer)
     target_link_options(${target} PRIVATE -fsanitize=${QVTOOLS_SANITIZE})

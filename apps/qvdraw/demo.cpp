@@ -106,7 +106,8 @@ void dimension(CBase_SGT& sgt, float x1, float x2, float y, const std::string& t
     sgt.Draw_Pline(x - tick, y - tick, x + tick, y + tick, sgt.m_fDimLineWidth / 2, sgt.m_fDimLineWidth / 2);
   }
   const float h = sgt.m_fDimTextHeight;
-  sgt.Draw_Text_Along_Line(x1, y, x2, y, 2, 1, text.c_str(), h, sgt.m_fTextGap);
+  const float width = DXF::GetTextWidth(text.c_str(), h, 0.75F);
+  sgt.Draw_Text((x1 + x2 - width) / 2, y + sgt.m_fTextGap, h, 0, text.c_str());
 }
 
 void annotations(CBase_SGT& sgt) {
@@ -141,10 +142,11 @@ void annotations(CBase_SGT& sgt) {
   sgt.Draw_Text(4700, 3 * s + sgt.m_fTextGap, h, 0, level.c_str());
 }
 
-/// A bar in section: a filled dot.
+/// A bar in section: a filled dot. Arcs as polylines take their widths unscaled.
 void dot(CBase_SGT& sgt, float x, float y, float r) {
-  sgt.Draw_PArc(x, y, r / 2, 0, 180, r, r);
-  sgt.Draw_PArc(x, y, r / 2, 180, 360, r, r);
+  const float width = r * sgt.m_fLenFactor;
+  sgt.Draw_PArc(x, y, r / 2, 0, 180, width, width);
+  sgt.Draw_PArc(x, y, r / 2, 180, 360, width, width);
 }
 
 void section(CBase_SGT& sgt, float x, float y) {
@@ -166,11 +168,19 @@ void section(CBase_SGT& sgt, float x, float y) {
   sgt.Pop_ENV();
   thin(sgt, sgt.m_szBZColor, "DIM");
   const float h = sgt.m_fDimTextHeight;
-  sgt.Draw_Text_Along_Line(x, y - 120 - h, x + scale * kWidth, y - 120 - h, 3, 1, "300", h, 0);
-  sgt.Draw_Text_Along_Line(x - 120, y, x - 120, y + scale * kHeight, 5, 2, "600", h, 0);
-  sgt.Draw_Text(x + 150, y - 700, sgt.m_fZiGao[2], 0, "1 - 1");
+  const auto centred = [&](float along, float at, float angle, float height, const char* text) {
+    const float half = DXF::GetTextWidth(text, height, 0.75F) / 2;
+    if (angle == 0)
+      sgt.Draw_Text(along - half, at, height, angle, text);
+    else
+      sgt.Draw_Text(at, along - half, height, angle, text);
+  };
+  const float middle = x + scale * kWidth / 2;
+  centred(middle, y - 100 - h, 0, h, "300");
+  centred(y + scale * kHeight / 2, x - 100, 90, h, "600");
   thin(sgt, "7", "TITLE");
-  sgt.Draw_Pline(x + 60, y - 770, x + 560, y - 770, sgt.m_fBiKuan[0], sgt.m_fBiKuan[0]);
+  centred(middle, y - 700, 0, sgt.m_fZiGao[2], "1 - 1");
+  sgt.Draw_Pline(middle - 300, y - 770, middle + 300, y - 770, sgt.m_fBiKuan[0], sgt.m_fBiKuan[0]);
 }
 
 /// Filled columns in plan, with a sweep of arcs and texts around: what angles do to them.
@@ -213,9 +223,12 @@ std::unique_ptr<CBase_SGT> compose_beam() {
   section(*sgt, kSpan + 1100, -1000);
   rosette(*sgt, kSpan + 3400, -500);
   thin(*sgt, "7", "TITLE");
-  sgt->Draw_Text(1500, -3300, sgt->m_fZiGao[3], 0, "KL-1 (300x600)  1:50");
-  sgt->Draw_Pline(1400, -3400, 4600, -3400, sgt->m_fBiKuan[0], sgt->m_fBiKuan[0]);
-  sgt->Draw_Line(1400, -3460, 4600, -3460);
+  const char* const title = "KL-1 (300x600)  1:50";
+  const float width = DXF::GetTextWidth(title, sgt->m_fZiGao[3], 0.75F);
+  const float left = (kSpan - width) / 2;
+  sgt->Draw_Text(left, -3300, sgt->m_fZiGao[3], 0, title);
+  sgt->Draw_Pline(left - 100, -3400, left + width + 100, -3400, sgt->m_fBiKuan[0], sgt->m_fBiKuan[0]);
+  sgt->Draw_Line(left - 100, -3460, left + width + 100, -3460);
   return sgt;
 }
 

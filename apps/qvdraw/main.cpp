@@ -2,7 +2,7 @@
 ///
 /// Exit codes: 0 done; 1 failed, with one line on standard error; 2 the call's words are off.
 
-#include <QtGui/QGuiApplication>
+#include <QtCore/QCoreApplication>
 #include <cstdio>
 #include <cstring>
 
@@ -63,10 +63,8 @@ int main(int argc, char** argv) {
   const char* name = std::strcmp(argv[1], "--help") == 0 ? "help" : argv[1];
   for (const Command& command : kCommands) {
     if (std::strcmp(command.name, name) != 0) continue;
-    // Pictures need no window system.
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    const QGuiApplication application(argc, argv);
-    qvdraw::load_fonts(QGuiApplication::applicationDirPath().toStdString());
+    const QCoreApplication application(argc, argv);
+    qvdraw::load_fonts(QCoreApplication::applicationDirPath().toStdString());
     return run(command, Arguments(argc - 2, argv + 2));
   }
   return bad_usage((std::string("there is no command \"") + argv[1] + "\"").c_str());

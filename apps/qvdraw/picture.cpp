@@ -8,6 +8,7 @@
 #include "arguments.h"
 #include "drawing_file.h"
 #include "platform/qt/qt_output.h"
+#include "progress.h"
 
 namespace qvdraw {
 
@@ -114,6 +115,7 @@ void save_picture(DXF& dxf, const std::string& path, const PictureOptions& optio
   const bool pdf = ends_with(path, ".pdf");
   const bool svg = ends_with(path, ".svg");
   if (!pdf && !svg && !ends_with(path, ".png")) throw UsageError(path + ": a picture ends in .png, .svg or .pdf");
+  const Progress progress("drawing " + path);
   PictureOptions sized = options;
   if (pdf) {
     // A page of twice the picture's dots: at 300 an inch, 1600 pixels become 27 cm.

@@ -1,7 +1,9 @@
 #include <numbers>
+#include <optional>
 
 #include "cadformats/shx.h"
 #include "dxf/document.h"
+#include "geometry/numeric.h"
 #include "geometry/shape.h"
 #include "ui/safe_dc.h"
 
@@ -147,8 +149,36 @@ void fill_sector(CSafeDC& safe, const ToDevice& to, const Segment& s, COLORREF c
   fill(safe, outline, 2 * (steps + 1), color);
 }
 
+bool is_wide(const ToDevice& to, float width) {
+  return to.coor.FPtoDP(static_cast<double>(width)) > 1;
+}
+
+/// The corner between two straight wide segments: the wedge on the outer side of the turn, up to where the bands' edges
+/// meet (a sharp turn is cut off straight).
+void fill_corner(CSafeDC& safe, const ToDevice& to, const Segment& before, const Segment& after, COLORREF color) {
+  constexpr double kSharp = 0.1;
+  if (!before.straight() || !after.straight() || !is_wide(to, std::min(before.endWidth, after.startWidth))) return;
+  const double l1 = get_dist(before.from.x, before.from.y, before.to.x, before.to.y);
+  const double l2 = get_dist(after.from.x, after.from.y, after.to.x, after.to.y);
+  if (!(l1 > 0) || !(l2 > 0)) return;
+  const double ux = (static_cast<double>(before.to.x) - before.from.x) / l1;
+  const double uy = (static_cast<double>(before.to.y) - before.from.y) / l1;
+  const double vx = (static_cast<double>(after.to.x) - after.from.x) / l2;
+  const double vy = (static_cast<double>(after.to.y) - after.from.y) / l2;
+  const double half = (ux * vy - uy * vx > 0 ? -0.5 : 0.5) * std::min(before.endWidth, after.startWidth);
+  const double along = 1 + ux * vx + uy * vy;
+  const auto at = [&](double nx, double ny) {
+    return to(CFPoint(static_cast<float>(after.from.x + half * nx), static_cast<float>(after.from.y + half * ny)));
+  };
+  CPoint wedge[4] = {to(after.from), at(-uy, ux), at(-vy, vx), {}};
+  if (along < kSharp) return fill(safe, wedge, 3, color);
+  wedge[3] = wedge[2];
+  wedge[2] = at(-(uy + vy) / along, (ux + vx) / along);
+  fill(safe, wedge, 4, color);
+}
+
 void draw_segment(CSafeDC& safe, const ToDevice& to, const Segment& s, COLORREF color) {
-  const bool wide = to.coor.FPtoDP(static_cast<double>(std::max(s.startWidth, s.endWidth))) > 1;
+  const bool wide = is_wide(to, std::max(s.startWidth, s.endWidth));
   if (s.straight()) return wide ? fill_band(safe, to, s, color) : draw_line(safe, to(s.from), to(s.to));
   if (wide) return fill_sector(safe, to, s, color);
   const CFShape arc = s.arc();
@@ -241,7 +271,16 @@ void ACAD_POLYLINE::Draw(CDC* dc, CFCoor* coor, float dx, float dy) {
   const EntityPen pen(dc, m_szLType, m_nColor);
   CSafeDC& safe = clipping_context(dc);
   const ToDevice to{*coor, dx, dy};
-  for_each_segment(*this, to, [&](const Segment& segment) { draw_segment(safe, to, segment, pen.color()); });
+  std::optional<Segment> first;
+  std::optional<Segment> before;
+  for_each_segment(*this, to, [&](const Segment& segment) {
+    draw_segment(safe, to, segment, pen.color());
+    if (before) fill_corner(safe, to, *before, segment, pen.color());
+    if (!first) first = segment;
+    before = segment;
+  });
+  const bool closed = (m_nFlags & 1) != 0;
+  if (closed && before) fill_corner(safe, to, *before, *first, pen.color());
 }
 
 void ACAD_SOLID::Draw(CDC* dc, CFCoor* coor, float dx, float dy) {

@@ -183,6 +183,18 @@ bool replace_file(const std::string& from, const std::string& to) {
 
 #endif
 
+/// A name beside the target that no other file of this process takes.
+std::string temporary_name(const std::string& target) {
+  static std::atomic<unsigned> count{0};
+  return target + '.' + std::to_string(process_id()) + '-' + std::to_string(count++) + ".tmp";
+}
+
+/// Whether no file may ever be made there. A disk that is full or a table that overflows is none: writing in place
+/// would lose the old file.
+bool is_refusal(int error) {
+  return error == EACCES || error == EPERM || error == EROFS || error == ENAMETOOLONG;
+}
+
 std::FILE* open_binary(const char* path, const char* mode) {
   char binary[8];
   std::size_t n = 0;
@@ -230,11 +242,13 @@ char* read_line(char* buffer, int size, std::FILE* file) {
 SavedFile::SavedFile(const char* path) : target_(resolved(path)) {
   if (!is_writable(target_)) return;
   if (is_replaceable(target_)) {
-    static std::atomic<unsigned> count{0};
-    beside_ = target_ + '.' + std::to_string(process_id()) + '-' + std::to_string(count++) + ".tmp";
-    file_ = create_new(beside_, target_);
+    do {
+      beside_ = temporary_name(target_);
+      file_ = create_new(beside_, target_);
+    } while (!file_ && errno == EEXIST);
     if (file_) return;
     beside_.clear();
+    if (!is_refusal(errno)) return;
   }
   file_ = std::fopen(target_.c_str(), "wb");
 }

@@ -16,6 +16,12 @@ inline std::string on_disk(const std::string& lines) {
   return text;
 }
 
+/// The text without its carriage returns.
+inline std::string without_returns(std::string text) {
+  std::erase(text, '\r');
+  return text;
+}
+
 /// What an in-memory document becomes on disk.
 inline std::string saved(DXF& dxf) {
   const TemporaryDirectory directory;

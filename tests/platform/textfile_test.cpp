@@ -84,6 +84,16 @@ TEST(SavedFile, ReplacesOnlyOnCommit) {
   EXPECT_EQ(qv::list_matches(directory.prefix() + "*").size(), 1u);
 }
 
+TEST(SavedFile, IsWrittenInPlaceWhereNoFileFitsBeside) {
+  const TemporaryDirectory directory;
+  const std::string name(254, 'n');  // the longest name less one
+  directory.write(name, "old");
+  qv::SavedFile file(directory.path(name).c_str());
+  ASSERT_TRUE(file.write("new", 3));
+  EXPECT_TRUE(file.commit());
+  EXPECT_EQ(directory.read(name), "new");
+}
+
 TEST(SavedFile, FailsWhereNothingCanBeWritten) {
   const TemporaryDirectory directory;
   EXPECT_FALSE(qv::SavedFile(directory.path("no/such").c_str()).is_open());

@@ -1,0 +1,136 @@
+"""Runs qvdraw as a user would, and lets other programs judge its drawings."""
+
+import json
+import os
+import re
+import subprocess
+import sys
+import tempfile
+import unittest
+
+QVDRAW = sys.argv.pop(1)
+
+
+def run(*words):
+    return subprocess.run([QVDRAW, *words], capture_output=True, text=True, timeout=120)
+
+
+class Demo(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.directory = tempfile.TemporaryDirectory()
+        cls.out = os.path.join(cls.directory.name, "new", "out")
+        cls.result = run("demo", "--out", cls.out)
+        cls.drawings = sorted(os.path.join(cls.out, name) for name in os.listdir(cls.out) if name.endswith(".dxf"))
+
+    @classmethod
+    def tearDownClass(cls):
+        cls.directory.cleanup()
+
+    def test_every_drawing_comes_in_every_form(self):
+        self.assertEqual((self.result.returncode, self.result.stderr), (0, ""))
+        self.assertTrue(self.drawings)
+        starts = {".png": b"\x89PNG", ".svg": b"<?xml", ".pdf": b"%PDF"}
+        for drawing in self.drawings:
+            for ending, start in starts.items():
+                with open(drawing[:-4] + ending, "rb") as file:
+                    self.assertEqual(file.read(len(start)), start)
+
+    def test_lines_end_in_cr_lf_and_codes_are_padded(self):
+        for drawing in self.drawings:
+            with open(drawing, "rb") as file:
+                lines = file.read().split(b"\r\n")
+            self.assertEqual(lines.pop(), b"")
+            self.assertFalse([line for line in lines if b"\n" in line or b"\r" in line])
+            self.assertFalse([code for code in lines[::2] if not re.fullmatch(rb"  \d| \d\d", code)])
+
+    def test_other_readers_open_the_drawings(self):
+        import ezdxf
+
+        for drawing in self.drawings:
+            document = ezdxf.readfile(drawing)
+            auditor = document.audit()
+            self.assertEqual((auditor.errors, auditor.fixes), ([], []))
+            info = json.loads(run("info", drawing, "--json").stdout)
+            self.assertEqual(len(document.modelspace()), sum(info["entities"].values()))
+            ogr = subprocess.run(["ogrinfo", "-so", drawing, "entities"], capture_output=True, text=True)
+            self.assertEqual(ogr.returncode, 0)
+            self.assertNotIn("ERROR", ogr.stdout + ogr.stderr)
+
+    def test_a_loaded_drawing_is_shown_as_the_composed_one(self):
+        for drawing in self.drawings:
+            again = os.path.join(self.out, "again.png")
+            self.assertEqual(run("render", drawing, "-o", again).returncode, 0)
+            with open(again, "rb") as file, open(drawing[:-4] + ".png", "rb") as composed:
+                self.assertEqual(file.read(), composed.read())
+
+    def test_render_takes_windows_views_and_backgrounds(self):
+        drawing = self.drawings[0]
+        for options in (
+            ["--window", "0,-600,3000,600"],
+            ["--view", "30,45"],
+            ["--background", "black", "--size", "320x200"],
+        ):
+            for ending in ("png", "svg", "pdf"):
+                out = os.path.join(self.out, "view." + ending)
+                result = run("render", drawing, "-o", out, *options)
+                self.assertEqual((result.returncode, result.stderr), (0, ""))
+                self.assertGreater(os.path.getsize(out), 100)
+                os.remove(out)
+
+
+class BadCalls(unittest.TestCase):
+    def expect(self, code, words, message):
+        result = run(*words)
+        self.assertEqual(result.returncode, code, words)
+        self.assertIn(message, result.stderr)
+        self.assertEqual(result.stdout, "")
+
+    def test_usage_errors_exit_with_2(self):
+        for words, message in (
+            ([], "a command is missing"),
+            (["draw"], 'no command "draw"'),
+            (["demo"], "--out is missing"),
+            (["demo", "--out"], "--out needs a value"),
+            (["demo", "--out", "a", "--fast"], 'no option "--fast"'),
+            (["render", "-o", "a.png"], "a file name is missing"),
+            (["render", "a", "b", "-o", "c.png"], "one word too many"),
+            (["render", "a.dxf", "-o", "a.png", "--size", "9"], "--size wants 2 numbers"),
+            (["render", "a.dxf", "-o", "a.png", "--size", "9,1e9"], "--size is 16 to 16000"),
+            (["render", "a.dxf", "-o", "a.png", "--window", "1,1,1,2"], "--window is empty"),
+        ):
+            self.expect(2, words, message)
+
+    def test_failures_exit_with_1_and_one_line(self):
+        with tempfile.TemporaryDirectory() as directory:
+
+            def write(name, content):
+                path = os.path.join(directory, name)
+                with open(path, "wb") as file:
+                    file.write(content)
+                return path
+
+            bare = write("bare.dxf", b"0\nSECTION\n2\nENTITIES\n0\nENDSEC\n0\nEOF\n")
+            binary = write("binary.dxf", b"AutoCAD Binary DXF\r\n\x1a\x00\x00\x00SECTION\x00")
+            empty = write("empty.dxf", b"")
+            good = write("good.dxf", b"  0\nSECTION\n  2\nENTITIES\n  0\nENDSEC\n  0\nEOF\n")
+            for words, message in (
+                (["info", os.path.join(directory, "none.dxf")], "no such file"),
+                (["info", directory], "is a directory"),
+                (["info", bare], "not right-aligned"),
+                (["info", binary], "is a binary DXF file"),
+                (["info", empty], "no ENTITIES section"),
+                (["render", good, "-o", os.path.join(directory, "none", "a.png")], "cannot be written"),
+                (["demo", "--out", os.path.join(good, "out")], "cannot be made a directory"),
+            ):
+                self.expect(1, words, message)
+                self.assertEqual(run(*words).stderr.count("\n"), 1)
+            self.assertEqual(run("render", good, "-o", os.path.join(directory, "a.png")).returncode, 0)
+
+    def test_help_and_version(self):
+        self.assertIn("qvdraw render IN.dxf", run("help").stdout)
+        self.assertRegex(run("--version").stdout, r"^qvdraw \d+\.\d+\.\d+\n$")
+
+
+if __name__ == "__main__":
+    unittest.main()
