@@ -3,7 +3,6 @@
 /// The drawings that benchmarks write, read and show.
 
 #include <cstdint>
-#include <cstdio>
 
 #include "dxf/document.h"
 
@@ -43,8 +42,8 @@ inline void write_mixed(DXF& dxf) {
     } else if (kind < 17) {
       dxf.Write_Arc(at(), at(), 0, r.below(500), r.below(360), r.below(360), "BEAM", "BYLAYER", "DASHED");
     } else if (kind < 19) {
-      char text[16];
-      std::snprintf(text, sizeof text, "KL-%d(2A)", i % 1000);
+      char text[] = "KL-000(2A)";
+      for (int k = 5, n = i; k > 2; --k, n /= 10) text[k] = static_cast<char>('0' + n % 10);
       dxf.Write_Text(at(), at(), 0, 350, 90, text, "STANDARD", "REBAR", "BYLAYER", "BYLAYER");
     } else {
       float x[6];
