@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "baseline.h"
-#include "dxf/workload.h"
 #include "platform/bitmap/bitmap_dc.h"
+#include "workload.h"
 
 namespace {
 
