@@ -16,8 +16,10 @@ namespace {
 #define CAPTION(name) \
   { #name, qv::captions::name }
 const std::map<std::string, std::string> kCaptions = {
-    CAPTION(kCannotOpenFile),      CAPTION(kCannotMakeFile), CAPTION(kCalculationMessages), CAPTION(kRombergIterations),
-    CAPTION(kInterpolationPoints), CAPTION(kReadingTables),  CAPTION(kNoEntitySection),     CAPTION(kTooManyNumbers),
+    CAPTION(kCannotOpenFile),    CAPTION(kCannotMakeFile),      CAPTION(kCalculationMessages),
+    CAPTION(kRombergIterations), CAPTION(kInterpolationPoints), CAPTION(kReadingTables),
+    CAPTION(kNoEntitySection),   CAPTION(kTooManyNumbers),      CAPTION(kUserConcrete),
+    CAPTION(kUserReinforcement), CAPTION(kQueryContent),        CAPTION(kWrongContent),
 };
 
 #if !defined(_WIN32)
