@@ -1,6 +1,7 @@
 #include "dxf/record_reader.h"
 
 #include <array>
+#include <vector>
 
 #include "platform/numbers.h"
 
@@ -159,12 +160,13 @@ void read_rest(GroupReader&, ACAD_LTYPE& ltype) {
 }
 
 void read_rest(GroupReader& in, ACAD_POLYLINE& polyline) {
+  // Gathered aside: a vector doubles, where the polyline's own array grows by steps and many vertices would cost their square.
+  std::vector<ACAD_VERTEX> vertices;
   while (in.next() && !in.at(0, "SEQEND")) {
-    if (!in.at(0, "VERTEX")) continue;
-    ACAD_VERTEX vertex;
-    read_groups(in, vertex);
-    polyline.m_Vertices.Add(vertex);
+    if (in.at(0, "VERTEX")) read_groups(in, vertices.emplace_back());
   }
+  polyline.m_Vertices.SetSize(static_cast<int>(vertices.size()));
+  std::copy(vertices.begin(), vertices.end(), polyline.m_Vertices.begin());
 }
 
 void read_rest(GroupReader& in, ACAD_BLOCK& block) {
