@@ -5,6 +5,7 @@
 #include <stdexcept>
 
 #include "platform/qt/qt_text.h"
+#include "progress.h"
 
 namespace qvdraw {
 
@@ -36,6 +37,7 @@ std::unique_ptr<DXF> load_drawing(const std::string& path) {
   dxf->New_MemDxf();
   if (!std::filesystem::exists(path)) throw std::runtime_error(path + ": there is no such file");
   if (std::filesystem::is_directory(path)) throw std::runtime_error(path + ": is a directory");
+  const Progress progress("reading " + path);
   if (!dxf->Read_FileDxf_To_Mem(path.c_str())) throw std::runtime_error(path + ": " + diagnose(path));
   return dxf;
 }

@@ -20,7 +20,7 @@ double value_of(float (*f)(float), double x) {
 }
 
 bool same_abscissa(double a, double b) {
-  return std::fabs(a - b) <= kSameAbscissa;
+  return a == b || std::fabs(a - b) <= kSameAbscissa;
 }
 
 double between_entries(const float* xs, const float* ys, int k, double x) {
@@ -36,7 +36,9 @@ double value_in_jump_table(int n, const float* xs, const float* ys, float x, Sid
   const auto* first = std::partition_point(xs, xs + n, [x](float v) { return v < x && !same_abscissa(v, x); });
   const auto* last = std::partition_point(first, xs + n, [x](float v) { return v < x || same_abscissa(v, x); });
   if (first != last) return ys[(side == Side::Left ? first : last - 1) - xs];
-  return between_entries(xs, ys, static_cast<int>(first - xs) - 1, x);
+  // x lies strictly between two entries, unless the table is in disorder.
+  const int k = (std::max)(0, (std::min)(static_cast<int>(first - xs) - 1, n - 2));
+  return n < 2 ? ys[0] : between_entries(xs, ys, k, x);
 }
 
 double value_at(int n, const float* xs, const float* ys, float x, Side side) {

@@ -80,12 +80,17 @@ double distance_to_segment(const Edge& edge, const CFPoint& p) {
   return Vec{v.x - edge.chord.x * t, v.y - edge.chord.y * t}.length();
 }
 
+/// The distance within which points on the outline, computed along different edges, count as one.
+float grain(const CFRegion& region) {
+  double largest = 0;
+  for (const CFShoot& v : region) largest = (std::max)(largest, qv::detail::resolution({v}));
+  return static_cast<float>(8 * largest);
+}
+
 /// Appends to the points out[0 .. count) those that are not there yet.
-int add_new(CFPoint* out, int count, const CFPoint* found, int n) {
+int add_new(CFPoint* out, int count, const CFPoint* found, int n, float tol) {
   for (int i = 0; i < n; ++i) {
-    const auto same = [&](const CFPoint& p) {
-      return p.HitTest(found[i], static_cast<float>(8 * qv::detail::resolution({p, found[i]})));
-    };
+    const auto same = [&](const CFPoint& p) { return p.HitTest(found[i], tol) != 0; };
     if (std::none_of(out, out + count, same)) out[count++] = found[i];
   }
   return count;
@@ -107,21 +112,21 @@ CFPoint point_at(const CFShape& shape, double part) {
 }
 
 /// The parts of a figure at which it meets the outline or passes a vertex that lies on it, with 0 and 1, in order.
-std::vector<double> cuts(const CFRegion& region, const CFShape& shape) {
+std::vector<double> cuts(const CFRegion& region, const CFShape& shape, float tol) {
   std::vector<double> parts{0, 1};
   for (int i = 0; i < region.GetSize(); ++i) {
     CFPoint found[4];
     int n = shape.Intersect(region.GetEdge(i), found, 0, 0);
     if (n < 0) n = 0;
-    if (shape.DistanceToFigure(region[i]) <= 8 * qv::detail::resolution({region[i]})) found[n++] = region[i];
+    if (shape.DistanceToFigure(region[i]) <= tol) found[n++] = region[i];
     for (int k = 0; k < n; ++k) parts.push_back(std::clamp(part_before(shape, found[k]), 0.0, 1.0));
   }
   std::sort(parts.begin(), parts.end());
   return parts;
 }
 
-bool inside_or_on(const CFRegion& region, const CFPoint& p) {
-  return region.InRegion(p) || region.HitTest(p, static_cast<float>(8 * qv::detail::resolution({p})));
+bool inside_or_on(const CFRegion& region, const CFPoint& p, float tol) {
+  return region.InRegion(p) || region.HitTest(p, tol);
 }
 
 }  // namespace
@@ -191,7 +196,7 @@ int CFRegion::HitShape(const CFShape& shape, int mode) const {
   GetRect(low, high);
   shape.GetRect(from, to);
   const CFRect box(low, high);
-  const auto slack = static_cast<float>(8 * qv::detail::resolution({low, high, from, to}));
+  const float slack = grain(*this);
   if (from.x > high.x + slack || to.x < low.x - slack || from.y > high.y + slack || to.y < low.y - slack) return 0;
   if (mode != 0) {
     for (int i = 0; i < GetSize(); ++i) {
@@ -201,10 +206,10 @@ int CFRegion::HitShape(const CFShape& shape, int mode) const {
     return InRegion(shape.GetMiddlePoint());
   }
   if (!box.FpInFRect(from, slack) || !box.FpInFRect(to, slack)) return 0;
-  if (shape.IsPoint()) return inside_or_on(*this, shape);
-  const std::vector<double> parts = cuts(*this, shape);
+  if (shape.IsPoint()) return inside_or_on(*this, shape, slack);
+  const std::vector<double> parts = cuts(*this, shape, slack);
   for (std::size_t i = 0; i + 1 < parts.size(); ++i) {
-    if (!inside_or_on(*this, point_at(shape, (parts[i] + parts[i + 1]) / 2))) return 0;
+    if (!inside_or_on(*this, point_at(shape, (parts[i] + parts[i + 1]) / 2), slack)) return 0;
   }
   return 1;
 }
@@ -222,17 +227,19 @@ int CFRegion::Contain(const CFPoint& p1, const CFPoint& p2) const {
 }
 
 int CFRegion::Intersect(const CFShape& shape, CFPoint* out) const {
+  const float tol = grain(*this);
   int count = 0;
   for (int i = 0; i < GetSize(); ++i) {
     CFPoint found[2];
     const int n = GetEdge(i).Intersect(shape, found, 0, 0);
     if (n < 0) return -1;
-    count = add_new(out, count, found, n);
+    count = add_new(out, count, found, n, tol);
   }
   return count;
 }
 
 int CFRegion::Intersect(const CFRegion& other, CFPoint* out, int first_only) const {
+  const float tol = (std::max)(grain(*this), grain(other));
   int count = 0;
   for (int i = 0; i < GetSize(); ++i) {
     const CFShape edge = GetEdge(i);
@@ -240,7 +247,7 @@ int CFRegion::Intersect(const CFRegion& other, CFPoint* out, int first_only) con
       CFPoint found[2];
       const int n = edge.Intersect(other.GetEdge(k), found, 0, 0);
       if (n < 0) return -1;
-      count = add_new(out, count, found, n);
+      count = add_new(out, count, found, n, tol);
       if (first_only && count > 0) return 1;
     }
   }

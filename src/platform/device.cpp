@@ -1,19 +1,92 @@
 #include "platform/device.h"
 
-#include <algorithm>
 #include <cstdint>
 
 namespace {
 
-constexpr CPen kBlackPen{qv::PenStyle::Solid, 1, 0x000000};
-constexpr CPen kWhitePen{qv::PenStyle::Solid, 1, 0xFFFFFF};
-constexpr CBrush kWhiteBrush{0xFFFFFF};
+const CPen kBlackPen{qv::PenStyle::Solid, 1, 0x000000};
+const CPen kWhitePen{qv::PenStyle::Solid, 1, 0xFFFFFF};
+const CBrush kWhiteBrush{0xFFFFFF};
+
+// Differences of ints need 33 bits and their products 66, so they are formed in double.
+double cross(const CPoint& a, const CPoint& b, double x, double y) {
+  return (static_cast<double>(b.x) - a.x) * (y - a.y) - (static_cast<double>(b.y) - a.y) * (x - a.x);
+}
+
+bool inside(const CRect& rect, const CPoint& p) {
+  return p.x >= rect.left && p.x <= rect.right && p.y >= rect.top && p.y <= rect.bottom;
+}
+
+bool edge_meets(const CRect& rect, const CPoint& a, const CPoint& b) {
+  if (inside(rect, a) || inside(rect, b)) return true;
+  if (std::max(a.x, b.x) < rect.left || std::min(a.x, b.x) > rect.right) return false;
+  if (std::max(a.y, b.y) < rect.top || std::min(a.y, b.y) > rect.bottom) return false;
+  const double sides[] = {cross(a, b, rect.left, rect.top), cross(a, b, rect.right, rect.top),
+                          cross(a, b, rect.left, rect.bottom), cross(a, b, rect.right, rect.bottom)};
+  const auto [low, high] = std::minmax_element(std::begin(sides), std::end(sides));
+  return *low <= 0 && *high >= 0;
+}
 
 }  // namespace
 
-CDC::CDC() : pen_(&kBlackPen), brush_(&kWhiteBrush) {}
+int CRgn::CreatePolygonRgn(const CPoint* points, int n, qv::FillRule rule) {
+  rule_ = rule;
+  count_ = points && n >= 3 ? n : 0;
+  if (count_ <= kInline) {
+    std::copy_n(points, count_, few_.data());
+  } else {
+    many_.assign(points, points + n);
+  }
+  return count_ > 0;
+}
 
+CRect CRgn::GetRgnBox() const {
+  if (count_ == 0) return {};
+  const CPoint* p = Points();
+  CRect box(p->x, p->y, p->x, p->y);
+  for (int i = 1; i < count_; ++i) {
+    box.left = std::min(box.left, p[i].x);
+    box.top = std::min(box.top, p[i].y);
+    box.right = std::max(box.right, p[i].x);
+    box.bottom = std::max(box.bottom, p[i].y);
+  }
+  return box;
+}
+
+bool CRgn::RectInRegion(const CRect& rect) const {
+  if (count_ == 0) return false;
+  const CRect box = GetRgnBox();
+  if (box.right < rect.left || box.left > rect.right || box.bottom < rect.top || box.top > rect.bottom) return false;
+  const CPoint* p = Points();
+  // No edge meets the rectangle: then it lies wholly in or wholly out, and one corner tells.
+  int winding = 0;
+  for (int i = 0, j = count_ - 1; i < count_; j = i++) {
+    const CPoint &a = p[j], &b = p[i];
+    if (edge_meets(rect, a, b)) return true;
+    if ((a.y <= rect.top) == (b.y <= rect.top)) continue;
+    const bool down = a.y <= rect.top;
+    if ((cross(a, b, rect.left, rect.top) > 0) == down) winding += down ? 1 : -1;
+  }
+  return rule_ == qv::FillRule::Winding ? winding != 0 : (winding & 1) != 0;
+}
+
+CDC::CDC() : pen_(&kBlackPen), brush_(&kWhiteBrush) {}
 CDC::~CDC() = default;
+
+const CPen* CDC::SelectObject(const CPen* pen) {
+  const CPen* before = pen_;
+  if (pen) {
+    pen_ = pen;
+    PenChanged();
+  }
+  return before;
+}
+
+const CBrush* CDC::SelectObject(const CBrush* brush) {
+  const CBrush* before = brush_;
+  if (brush) brush_ = brush;
+  return before;
+}
 
 const CPen* CDC::StockWhitePen() {
   return &kWhitePen;
@@ -22,86 +95,16 @@ const CPen* CDC::StockBlackPen() {
   return &kBlackPen;
 }
 
-const CPen* CDC::SelectObject(const CPen* pen) {
-  const CPen* before = std::exchange(pen_, pen);
-  PenChanged();
-  return before;
-}
-
-const CBrush* CDC::SelectObject(const CBrush* brush) {
-  return std::exchange(brush_, brush);
-}
-
 qv::BackgroundMode CDC::SetBkMode(qv::BackgroundMode mode) {
-  const qv::BackgroundMode before = std::exchange(mode_, mode);
+  const qv::BackgroundMode before = mode_;
+  mode_ = mode;
   PenChanged();
   return before;
 }
 
 qv::RasterOp CDC::SetROP2(qv::RasterOp op) {
-  const qv::RasterOp before = std::exchange(op_, op);
+  const qv::RasterOp before = op_;
+  op_ = op;
   PenChanged();
   return before;
-}
-
-int CRgn::CreatePolygonRgn(const CPoint* points, int n, qv::FillRule rule) {
-  rule_ = rule;
-  count_ = n < 3 ? 0 : n;
-  if (count_ > kInline)
-    many_.assign(points, points + n);
-  else
-    std::copy_n(points, count_, few_.begin());
-  return count_ > 0 ? 1 : 0;
-}
-
-CRect CRgn::GetRgnBox() const {
-  if (count_ == 0) return {};
-  const CPoint* p = Points();
-  CRect box(p->x, p->y, p->x, p->y);
-  for (const CPoint* const end = p + count_; p != end; ++p) {
-    box.left = std::min(box.left, p->x);
-    box.top = std::min(box.top, p->y);
-    box.right = std::max(box.right, p->x);
-    box.bottom = std::max(box.bottom, p->y);
-  }
-  return box;
-}
-
-namespace {
-
-/// Whether a segment meets a rectangle, borders included: it may not lie beyond one side, nor may all corners lie on
-/// one side of it.
-bool meets(const CPoint& a, const CPoint& b, const CRect& r) {
-  if (std::max(a.x, b.x) < r.left || std::min(a.x, b.x) > r.right) return false;
-  if (std::max(a.y, b.y) < r.top || std::min(a.y, b.y) > r.bottom) return false;
-  const double dx = static_cast<double>(b.x) - a.x;
-  const double dy = static_cast<double>(b.y) - a.y;
-  int left = 0;
-  int right = 0;
-  for (const CPoint& c :
-       {CPoint(r.left, r.top), CPoint(r.right, r.top), CPoint(r.right, r.bottom), CPoint(r.left, r.bottom)}) {
-    const double side = dx * (static_cast<double>(c.y) - a.y) - dy * (static_cast<double>(c.x) - a.x);
-    left += side > 0;
-    right += side < 0;
-  }
-  return left < 4 && right < 4;
-}
-
-}  // namespace
-
-bool CRgn::RectInRegion(const CRect& rect) const {
-  const CPoint* const p = Points();
-  // The number of times that the outline winds round the rectangle's first corner.
-  int winding = 0;
-  for (int i = 0; i < count_; ++i) {
-    const CPoint& a = p[i];
-    const CPoint& b = p[i + 1 < count_ ? i + 1 : 0];
-    if (meets(a, b, rect)) return true;
-    if ((a.y <= rect.top) == (b.y <= rect.top)) continue;
-    const double side = (static_cast<double>(b.x) - a.x) * (static_cast<double>(rect.top) - a.y) -
-                        (static_cast<double>(b.y) - a.y) * (static_cast<double>(rect.left) - a.x);
-    const bool downward = b.y > a.y;
-    if (downward == (side > 0)) winding += downward ? 1 : -1;
-  }
-  return rule_ == qv::FillRule::Winding ? winding != 0 : (winding & 1) != 0;
 }

@@ -224,6 +224,53 @@ TEST_F(Display, ProjectedDrawingIsTheProjectionDrawnInPlan) {
   EXPECT_EQ(dc.calls, "M100,100 L110,70 ");
 }
 
+TEST_F(Display, AZoomOfAThousandShowsTheSameLinesInTheSamePlaces) {
+  // Lines through and near a point far from the origin, as a plan in millimetres has them.
+  const double x0 = 51234.5;
+  const double y0 = -8765.25;
+  struct Line {
+    double x1, y1, x2, y2;
+  };
+  std::vector<Line> lines;
+  for (int i = 0; i < 24; ++i) {
+    const double a = i * std::numbers::pi / 24;
+    const double off = 0.02 * i;
+    const double nx = -std::sin(a) * off;
+    const double ny = std::cos(a) * off;
+    lines.push_back({x0 + nx - 900 * std::cos(a), y0 + ny - 900 * std::sin(a), x0 + nx + 900 * std::cos(a),
+                     y0 + ny + 900 * std::sin(a)});
+  }
+  for (Line& l : lines) {
+    for (double* v : {&l.x1, &l.y1, &l.x2, &l.y2}) *v = static_cast<float>(*v);
+    dxf.Write_Line(static_cast<float>(l.x1), static_cast<float>(l.y1), 0, static_cast<float>(l.x2),
+                   static_cast<float>(l.y2), 0, "0", "1", "BYLAYER");
+  }
+  constexpr int kSize = 801;
+  host.SetScreenSize({kSize, kSize});
+  const double scale = 0.4 * 1000;
+  coor.Init(CFPoint(static_cast<float>(x0 - 400 / scale), static_cast<float>(y0 + 400 / scale)),
+            static_cast<float>(scale), 1);
+  qv::BitmapContext bitmap(kSize, kSize, 0xFFFFFF);
+  dxf.Draw(&bitmap, &coor);
+  // A pixel is drawn just when a line passes it; rounding of ends and clipping may cost two pixels.
+  int drawn = 0;
+  for (int py = 0; py < kSize; ++py)
+    for (int px = 0; px < kSize; ++px) {
+      const double x = coor.GetOrigin().x + px / scale;
+      const double y = coor.GetOrigin().y - py / scale;
+      double nearest = 1e9;
+      for (const Line& l : lines) {
+        const double length = std::hypot(l.x2 - l.x1, l.y2 - l.y1);
+        const double cross = (l.x2 - l.x1) * (y - l.y1) - (l.y2 - l.y1) * (x - l.x1);
+        nearest = std::min(nearest, std::fabs(cross) / length * scale);
+      }
+      const bool is_drawn = bitmap.GetPixel(px, py) != 0xFFFFFF;
+      drawn += is_drawn;
+      ASSERT_FALSE(is_drawn && nearest > 2) << px << ',' << py;
+    }
+  EXPECT_GT(drawn, 24 * 500);
+}
+
 TEST_F(Display, AbsurdCoordinatesNeverReachTheDevice) {
   const float values[] = {0, 1e9F, -1e9F, 1e30F, -1e38F, std::numeric_limits<float>::infinity(), std::nanf("")};
   for (const float a : values)

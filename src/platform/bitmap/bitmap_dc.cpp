@@ -2,94 +2,109 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
+
+#include "platform/bitmap/polygon_scan.h"
 
 namespace qv {
-
 namespace {
 
-constexpr std::uint32_t kOpaque = 0xFF000000;
-constexpr std::uint32_t kColorBits = 0x00FFFFFF;
+constexpr COLORREF kGapColor = 0xFFFFFF;
 
-/// 0x00BBGGRR as 0xFFRRGGBB.
-constexpr std::uint32_t pixel_of(COLORREF c) {
-  return kOpaque | static_cast<std::uint32_t>((c & 0xFF) << 16 | (c & 0xFF00) | (c >> 16 & 0xFF));
+constexpr std::uint32_t pixel_of(COLORREF color) {
+  const auto c = static_cast<std::uint32_t>(color);
+  return 0xFF000000u | (c & 0xFF) << 16 | (c & 0xFF00) | (c >> 16 & 0xFF);
 }
 
-/// Alternating runs of drawn and left-out pixels.
+// The pattern of each pen style: lengths in pixels, drawn and left out in turn.
 struct Pattern {
-  unsigned runs[6];
-  unsigned count;
-  unsigned length;
+  std::uint32_t runs[6];
+  int count;
+  std::uint32_t period;
 };
 constexpr Pattern kPatterns[] = {
-    {{1}, 1, 1}, {{18, 6}, 2, 24}, {{3, 3}, 2, 6}, {{9, 6, 3, 6}, 4, 24}, {{9, 3, 3, 3, 3, 3}, 6, 24}};
+    {{}, 0, 0}, {{18, 6}, 2, 24}, {{3, 3}, 2, 6}, {{9, 6, 3, 6}, 4, 24}, {{9, 3, 3, 3, 3, 3}, 6, 24}, {{}, 0, 0}};
 
-bool is_on(const Pattern& pattern, unsigned phase) {
-  unsigned at = phase % pattern.length;
-  for (unsigned i = 0; i < pattern.count; ++i) {
-    if (at < pattern.runs[i]) return i % 2 == 0;
-    at -= pattern.runs[i];
+// A line as steps along its longer (major) and shorter (minor) difference. Pixel k lies k steps along the major and
+// (k * minor + half) / major steps along the minor: nearest, ties to the smaller coordinate. With differences of 32
+// bits, these products fit 64 bits unsigned.
+struct Steps {
+  std::uint64_t major;
+  std::uint64_t minor;
+  std::uint64_t half;
+  std::uint64_t from = 0;  // the pixels that lie in the bitmap
+  std::uint64_t to;
+  bool x_major;
+  bool x_back;
+  bool y_back;
+
+  Steps(CPoint a, CPoint b) {
+    const std::int64_t dx = std::int64_t{b.x} - a.x, dy = std::int64_t{b.y} - a.y;
+    x_back = dx < 0;
+    y_back = dy < 0;
+    const auto ax = static_cast<std::uint64_t>(x_back ? -dx : dx), ay = static_cast<std::uint64_t>(y_back ? -dy : dy);
+    x_major = ax >= ay;
+    major = x_major ? ax : ay;
+    minor = x_major ? ay : ax;
+    const bool back = x_major ? y_back : x_back;
+    half = (major - (back || major == 0 ? 0 : 1)) / 2;
+    to = major;
   }
-  return false;
-}
 
-/// The stepping of a line along its longer axis: step i (of `steps`, the last pixel not among them) stands i pixels
-/// along the longer axis and, across it, `rise` times floor((2 i across + along - tie) / (2 along)).
-struct Stepping {
-  std::int64_t along;
-  std::int64_t across;
-  int rise;
-  std::int64_t tie;
+  // Cuts to the pixels from which `start`, moving one way, is inside 0 to size - 1; false when none is left.
+  bool cut(CPoint start, int width, int height) {
+    return cut_major(x_major ? start.x : start.y, x_major ? x_back : y_back, x_major ? width : height) &&
+           cut_minor(x_major ? start.y : start.x, x_major ? y_back : x_back, x_major ? height : width) && from < to;
+  }
 
-  std::int64_t offset(std::int64_t i) const { return rise * ((2 * i * across + along - tie) / (2 * along)); }
-  /// The first step whose offset from `origin` is at least `bound` (rising) or at most `bound` (falling).
-  std::int64_t first_reaching(std::int64_t origin, std::int64_t bound, std::int64_t steps) const {
-    std::int64_t low = 0;
-    std::int64_t high = steps;
-    while (low < high) {
-      const std::int64_t middle = (low + high) / 2;
-      const std::int64_t at = origin + offset(middle);
-      if (rise > 0 ? at >= bound : at <= bound)
-        high = middle;
-      else
-        low = middle + 1;
-    }
-    return low;
+ private:
+  // The least and the greatest number of steps that lie inside; false when none does.
+  static bool reach(std::int64_t start, bool back, int size, std::uint64_t& low, std::uint64_t& high) {
+    const std::int64_t first = back ? start - (size - 1) : -start;
+    const std::int64_t last = back ? start : size - 1 - start;
+    if (last < 0) return false;
+    low = static_cast<std::uint64_t>(std::max<std::int64_t>(first, 0));
+    high = static_cast<std::uint64_t>(last);
+    return true;
+  }
+  bool cut_major(std::int64_t start, bool back, int size) {
+    std::uint64_t low, high;
+    if (!reach(start, back, size, low, high)) return false;
+    from = std::max(from, low);
+    to = std::min(to, high + 1);
+    return from < to;
+  }
+  bool cut_minor(std::int64_t start, bool back, int size) {
+    std::uint64_t low, high;
+    if (!reach(start, back, size, low, high) || low > minor) return false;
+    if (low > 0) from = std::max(from, (low * major - half + minor - 1) / minor);
+    if (high < minor) to = std::min(to, ((high + 1) * major - half - 1) / minor + 1);
+    return true;
   }
 };
 
-/// Steps from..to of a line are within the bitmap.
-struct Visible {
-  std::int64_t from;
-  std::int64_t to;
-};
-
-/// The steps whose place u = origin + direction i lies in 0 to size - 1.
-Visible clip_along(std::int64_t origin, int direction, std::int64_t steps, std::int64_t size) {
-  if (direction > 0) return {std::max<std::int64_t>(0, -origin), std::min(steps, size - origin)};
-  return {std::max<std::int64_t>(0, origin - (size - 1)), std::min(steps, origin + 1)};
-}
-
-Visible clip_across(const Stepping& line, std::int64_t origin, std::int64_t steps, std::int64_t size) {
-  if (line.across == 0) return origin >= 0 && origin < size ? Visible{0, steps} : Visible{0, 0};
-  if (line.rise > 0) return {line.first_reaching(origin, 0, steps), line.first_reaching(origin, size, steps)};
-  return {line.first_reaching(origin, size - 1, steps), line.first_reaching(origin, -1, steps)};
-}
-
-/// Coordinates for which the stepping stays exact in 64 bits.
-int tame(int v) {
-  constexpr int kFar = 1 << 29;
-  return std::clamp(v, -kFar, kFar);
+// Steps through n pixels from `at`. Paint is called with each pixel and its number.
+template <class Paint>
+inline void step_line(std::uint32_t* at, const Steps& steps, int stride, Paint paint) {
+  const std::ptrdiff_t dx = steps.x_back ? -1 : 1, dy = steps.y_back ? -stride : stride;
+  const std::ptrdiff_t along = steps.x_major ? dx : dy, across = steps.x_major ? dy : dx;
+  const auto major = static_cast<std::int64_t>(steps.major), minor = static_cast<std::int64_t>(steps.minor);
+  const std::uint64_t rest = steps.from == 0 ? steps.half : (steps.from * steps.minor + steps.half) % steps.major;
+  std::int64_t error = static_cast<std::int64_t>(rest) - major;
+  for (std::uint64_t n = steps.to - steps.from; n > 0; --n) {
+    paint(*at);
+    error += minor;
+    const std::int64_t stay = error >> 63;
+    at += along + (across & ~stay);
+    error -= major & ~stay;
+  }
 }
 
 }  // namespace
 
 BitmapContext::BitmapContext(int width, int height, COLORREF background)
-    : width_(std::clamp(width, 1, 32767)),
-      height_(std::clamp(height, 1, 32767)),
-      pixels_(static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_), pixel_of(background)) {
-  PenChanged();
+    : width_(std::clamp(width, 1, 32767)), height_(std::clamp(height, 1, 32767)) {
+  pixels_.assign(static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_), pixel_of(background));
+  BitmapContext::PenChanged();
 }
 
 BitmapContext::~BitmapContext() = default;
@@ -99,137 +114,133 @@ void BitmapContext::Clear(COLORREF color) {
 }
 
 COLORREF BitmapContext::GetPixel(int x, int y) const {
-  const std::uint32_t p =
+  const std::uint32_t v =
       pixels_[static_cast<std::size_t>(y) * static_cast<std::size_t>(width_) + static_cast<std::size_t>(x)];
-  return rgb(p >> 16 & 255, p >> 8 & 255, p & 255);
+  return rgb(v >> 16 & 255, v >> 8 & 255, v & 255);
+}
+
+BitmapContext::Ink BitmapContext::ink(COLORREF color) const {
+  switch (Rop2()) {
+    case RasterOp::Not:
+      return {~0u, 0x00FFFFFFu};
+    case RasterOp::XorPen:
+      return {~0u, pixel_of(color) & 0x00FFFFFFu};
+    case RasterOp::CopyPen:
+      break;
+  }
+  return {0, pixel_of(color)};
 }
 
 void BitmapContext::PenChanged() {
-  const std::uint32_t pen = pixel_of(Pen().color);
-  switch (Rop2()) {
-    case RasterOp::CopyPen:
-      and_ = 0, xor_ = pen;
-      break;
-    case RasterOp::Not:
-      and_ = ~std::uint32_t{0}, xor_ = kColorBits;
-      break;
-    case RasterOp::XorPen:
-      and_ = ~std::uint32_t{0}, xor_ = pen & kColorBits;
-      break;
-  }
-}
-
-void BitmapContext::MoveTo(int x, int y) {
-  position_ = {x, y};
+  pen_ink_ = ink(Pen().color);
+  gap_ink_ = ink(kGapColor);
   phase_ = 0;
 }
 
-void BitmapContext::LineTo(int x2, int y2) {
-  const int x1 = tame(position_.x);
-  const int y1 = tame(position_.y);
-  position_ = {x2, y2};
-  if (Pen().style == PenStyle::Null) return;
-  x2 = tame(x2);
-  y2 = tame(y2);
-  const std::int64_t dx = std::abs(x2 - x1);
-  const std::int64_t dy = std::abs(y2 - y1);
-  const std::int64_t steps = std::max(dx, dy);
-  if (steps == 0) return;
-  const int stepX = x2 < x1 ? -1 : 1;
-  const int stepY = y2 < y1 ? -1 : 1;
-  const bool flat = dx >= dy;
-  const int rise = flat ? stepY : stepX;
-  const Stepping line{steps, flat ? dy : dx, rise, rise > 0 ? 1 : 0};
+void BitmapContext::MoveTo(int x, int y) {
+  if (x == position_.x && y == position_.y) return;
+  position_ = CPoint(x, y);
+  phase_ = 0;
+}
 
-  Visible visible{0, steps};
-  const auto inside = [&](int x, int y) { return x >= 0 && x < width_ && y >= 0 && y < height_; };
-  if (!inside(x1, y1) || !inside(x2, y2)) {
-    const Visible along = flat ? clip_along(x1, stepX, steps, width_) : clip_along(y1, stepY, steps, height_);
-    const Visible across = flat ? clip_across(line, y1, steps, height_) : clip_across(line, x1, steps, width_);
-    visible = {std::max(along.from, across.from), std::min(along.to, across.to)};
+void BitmapContext::LineTo(int x, int y) {
+  const CPoint start = std::exchange(position_, CPoint(x, y));
+  const CPen& pen = Pen();
+  if (pen.style == PenStyle::Null) return;
+  if (pen.width > 1) return draw_wide(start, position_);
+  Steps steps(start, position_);
+  const auto w = static_cast<unsigned>(width_), h = static_cast<unsigned>(height_);
+  const bool whole = (static_cast<unsigned>(start.x) < w) & (static_cast<unsigned>(start.y) < h) &
+                     (static_cast<unsigned>(x) < w) & (static_cast<unsigned>(y) < h);
+  const Pattern& pattern = kPatterns[static_cast<int>(pen.style)];
+  const std::uint32_t phase = phase_;
+  if (pattern.count) phase_ = static_cast<std::uint32_t>((phase + steps.major) % pattern.period);
+  if (!whole && !steps.cut(start, width_, height_)) return;
+
+  std::int64_t px = start.x, py = start.y;
+  if (steps.from > 0) {
+    const auto k = static_cast<std::int64_t>(steps.from);
+    const auto q = static_cast<std::int64_t>((steps.from * steps.minor + steps.half) / steps.major);
+    px += (steps.x_back ? -1 : 1) * (steps.x_major ? k : q);
+    py += (steps.y_back ? -1 : 1) * (steps.x_major ? q : k);
   }
-  const unsigned phase = phase_;
-  phase_ += static_cast<unsigned>(steps);
-  if (visible.from >= visible.to) return;
-
-  const std::int64_t i = visible.from;
-  const std::int64_t startX = flat ? x1 + stepX * i : x1 + line.offset(i);
-  const std::int64_t startY = flat ? y1 + line.offset(i) : y1 + stepY * i;
-  const std::ptrdiff_t alongStep = flat ? stepX : static_cast<std::ptrdiff_t>(stepY) * width_;
-  const std::ptrdiff_t acrossStep = flat ? static_cast<std::ptrdiff_t>(stepY) * width_ : stepX;
-  std::uint32_t* pixel = pixels_.data() + startY * width_ + startX;
-  std::int64_t error = (2 * i * line.across + steps - line.tie) % (2 * steps) - 2 * steps;
-  const auto each = [&](const auto& put) {
-    for (std::int64_t n = visible.from; n < visible.to; ++n) {
-      put(*pixel, n);
-      error += 2 * line.across;
-      // Without a branch, since the turn of a slanted line cannot be predicted.
-      const std::int64_t carry = error >= 0 ? -1 : 0;
-      pixel += alongStep + (acrossStep & carry);
-      error -= (2 * steps) & carry;
+  std::uint32_t* at = pixels_.data() + py * width_ + px;
+  const Ink ink = pen_ink_;
+  if (pattern.count == 0) {
+    if (ink.keep == 0) {
+      step_line(at, steps, width_, [c = ink.change](std::uint32_t& v) { v = c; });
+    } else {
+      step_line(at, steps, width_, [c = ink.change](std::uint32_t& v) { v ^= c; });
     }
-  };
-  if (Pen().style == PenStyle::Solid) {
-    if (and_ == 0) return each([color = xor_](std::uint32_t& p, std::int64_t) { p = color; });
-    return each([this](std::uint32_t& p, std::int64_t) { p = (p & and_) ^ xor_; });
+    return;
   }
-  const Pattern& pattern = kPatterns[static_cast<std::size_t>(Pen().style)];
-  const bool gaps = BkMode() == BackgroundMode::Opaque;
-  each([&](std::uint32_t& p, std::int64_t n) {
-    if (is_on(pattern, phase + static_cast<unsigned>(n)))
-      p = (p & and_) ^ xor_;
-    else if (gaps)
-      p = ~std::uint32_t{0};
+  // Where in the pattern the first visible pixel lies: its run, and how many pixels of it are left.
+  auto left = static_cast<std::uint32_t>((phase + steps.from) % pattern.period);
+  int run = 0;
+  while (left >= pattern.runs[run]) left -= pattern.runs[run++];
+  left = pattern.runs[run] - left;
+  const Ink gap = BkMode() == BackgroundMode::Opaque ? gap_ink_ : Ink{~0u, 0};
+  step_line(at, steps, width_, [&](std::uint32_t& v) {
+    const Ink& now = run & 1 ? gap : ink;
+    v = (v & now.keep) ^ now.change;
+    if (--left == 0) {
+      run = run + 1 < pattern.count ? run + 1 : 0;
+      left = pattern.runs[run];
+    }
   });
 }
 
+// A stroke is the points within half its width of the segment: convex, so each row is one span.
+void BitmapContext::draw_wide(CPoint from, CPoint to) {
+  if (from == to) return;
+  const double r = Pen().width / 2.0;
+  const double dx = double(to.x) - from.x, dy = double(to.y) - from.y, length = std::hypot(dx, dy);
+  const double nx = -dy / length * r, ny = dx / length * r;
+  const CPoint ends[2] = {from, to};
+  const double corner_x[4] = {from.x + nx, to.x + nx, to.x - nx, from.x - nx};
+  const double corner_y[4] = {from.y + ny, to.y + ny, to.y - ny, from.y - ny};
+  const double top = std::max(0.0, std::ceil(std::min(from.y, to.y) - r));
+  const double bottom = std::min(height_ - 1.0, std::floor(std::max(from.y, to.y) + r));
+  for (double y = top; y <= bottom; ++y) {
+    double left = width_, right = -1;
+    const auto cover = [&](double a, double b) {
+      left = std::min(left, a);
+      right = std::max(right, b);
+    };
+    for (const CPoint& end : ends) {
+      const double rise = y - end.y, reach = r * r - rise * rise;
+      if (reach >= 0) cover(end.x - std::sqrt(reach), end.x + std::sqrt(reach));
+    }
+    for (int i = 0, j = 3; i < 4; j = i++) {
+      if ((corner_y[i] <= y) == (corner_y[j] <= y)) continue;
+      const double x = corner_x[j] + (y - corner_y[j]) * (corner_x[i] - corner_x[j]) / (corner_y[i] - corner_y[j]);
+      cover(x, x);
+    }
+    const double first = std::max(0.0, std::ceil(left)), last = std::min(width_ - 1.0, std::floor(right));
+    if (first <= last) {
+      fill_span(static_cast<int>(y), static_cast<std::int64_t>(first), static_cast<std::int64_t>(last) + 1, pen_ink_);
+    }
+  }
+}
+
 void BitmapContext::SetPixel(int x, int y, COLORREF color) {
-  if (static_cast<unsigned>(x) < static_cast<unsigned>(width_) &&
-      static_cast<unsigned>(y) < static_cast<unsigned>(height_))
-    pixels_[static_cast<std::size_t>(y) * static_cast<std::size_t>(width_) + static_cast<std::size_t>(x)] =
-        pixel_of(color);
+  if (static_cast<unsigned>(x) >= static_cast<unsigned>(width_)) return;
+  if (static_cast<unsigned>(y) >= static_cast<unsigned>(height_)) return;
+  pixels_[static_cast<std::size_t>(y) * static_cast<std::size_t>(width_) + static_cast<std::size_t>(x)] =
+      pixel_of(color);
+}
+
+void BitmapContext::fill_span(int y, std::int64_t left, std::int64_t right, Ink ink) {
+  std::uint32_t* row = pixels_.data() + static_cast<std::ptrdiff_t>(y) * width_;
+  std::uint32_t* const end = row + std::min<std::int64_t>(right, width_);
+  for (std::uint32_t* at = row + std::max<std::int64_t>(left, 0); at < end; ++at) *at = (*at & ink.keep) ^ ink.change;
 }
 
 void BitmapContext::FillRgn(const CRgn& region, const CBrush& brush) {
-  edges_.clear();
-  const CPoint* const p = region.Points();
-  const int n = region.Count();
-  for (int i = 0; i < n; ++i) {
-    const CPoint& a = p[i];
-    const CPoint& b = p[i + 1 < n ? i + 1 : 0];
-    const CPoint& upper = a.y < b.y ? a : b;
-    const CPoint& lower = a.y < b.y ? b : a;
-    if (upper.y == lower.y || upper.y >= height_ || lower.y <= 0) continue;
-    const double slope = (static_cast<double>(lower.x) - upper.x) / (static_cast<double>(lower.y) - upper.y);
-    const int top = std::max(upper.y, 0);
-    edges_.push_back({top, std::min(lower.y, height_), upper.x + slope * (static_cast<double>(top) - upper.y), slope,
-                      a.y < b.y ? 1 : -1});
-  }
-  if (edges_.empty()) return;
-  std::sort(edges_.begin(), edges_.end(), [](const Edge& a, const Edge& b) { return a.top < b.top; });
-  active_.clear();
-  std::size_t next = 0;
-  const std::uint32_t color = pixel_of(brush.color);
-  for (int y = edges_[0].top; next < edges_.size() || !active_.empty(); ++y) {
-    std::erase_if(active_, [y](const Edge& e) { return e.bottom <= y; });
-    while (next < edges_.size() && edges_[next].top == y) active_.push_back(edges_[next++]);
-    fill_row(y, region.Rule(), color);
-  }
-}
-
-void BitmapContext::fill_row(int y, FillRule rule, std::uint32_t color) {
-  crossings_.clear();
-  for (const Edge& e : active_) crossings_.push_back({e.x + e.slope * (y - e.top), e.winding});
-  std::sort(crossings_.begin(), crossings_.end(), [](const Crossing& a, const Crossing& b) { return a.x < b.x; });
-  std::uint32_t* const row = pixels_.data() + static_cast<std::ptrdiff_t>(y) * width_;
-  int winding = 0;
-  for (std::size_t i = 0; i + 1 < crossings_.size(); ++i) {
-    winding += rule == FillRule::Winding ? crossings_[i].winding : 1;
-    if (rule == FillRule::Winding ? winding == 0 : winding % 2 == 0) continue;
-    const double from = std::clamp(std::ceil(crossings_[i].x), 0.0, static_cast<double>(width_));
-    const double to = std::clamp(std::ceil(crossings_[i + 1].x), 0.0, static_cast<double>(width_));
-    std::fill(row + static_cast<int>(from), row + static_cast<int>(to), color);
-  }
+  const Ink fill = ink(brush.color);
+  detail::scan_polygon(region, height_, [&](int y, std::int64_t left, std::int64_t right) {
+    if (left < width_ && right > 0) fill_span(y, left, right, fill);
+  });
 }
 
 }  // namespace qv

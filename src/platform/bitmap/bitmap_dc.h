@@ -2,11 +2,17 @@
 
 /// A device context on a 32-bit bitmap in memory, with GDI's pixel rules: the same picture on every system.
 ///
-/// Lines set the pixel nearest to the line in each column (or row, for steep lines), the one of the smaller coordinate
-/// where two are equally near, and leave out the last pixel. Styles are dashes in pixels: Dash 18 on 6 off, Dot 3 3,
-/// DashDot 9 6 3 6, DashDotDot 9 3 3 3 3 3; a pattern starts anew at every move and goes on through joined lines. Gaps
-/// are white with an opaque background. Every pen is one pixel wide. Fills take the pixels whose upper left corner lies
-/// in the region, its left and top borders included.
+/// Lines: one pixel wide, stepped along the longer difference; where the line passes half way between two pixels, the
+/// one with the smaller coordinate (upper, left) is set, so that both directions of a line set the same pixels. The
+/// last pixel is left out. Pens wider than a pixel are solid strokes with round ends. Any coordinates are safe: a line
+/// that leaves the bitmap sets the pixels that the whole line sets there, at a cost bounded by the bitmap.
+///
+/// Styles, in pixels drawn and left out: dash 18 6; dot 3 3; dash-dot 9 6 3 6; dash-dot-dot 9 3 3 3 3 3. The pattern
+/// begins anew with a pen and at a move to another place, and goes on along joined lines. An opaque background draws
+/// the gaps white.
+///
+/// Fills: a pixel belongs to a polygon when the point at its coordinates does: left and top edges in, right and bottom
+/// edges out. The raster operation applies to lines and fills, not to SetPixel.
 
 #include <cstdint>
 #include <vector>
@@ -37,33 +43,23 @@ class QV_API BitmapContext : public CDC {
   COLORREF GetPixel(int x, int y) const;
 
  private:
-  /// One side of a polygon between two rows, running down.
-  struct Edge {
-    int top;
-    int bottom;
-    double x;      // on the top row
-    double slope;  // dx for each row
-    int winding;
-  };
-  struct Crossing {
-    double x;
-    int winding;
-  };
-
   void PenChanged() override;
-  void fill_row(int y, FillRule rule, std::uint32_t color);
+  void draw_wide(CPoint from, CPoint to);
+  /// A pixel v becomes (v & keep) ^ change, in the pen's colour and in the background's.
+  struct Ink {
+    std::uint32_t keep = 0;
+    std::uint32_t change = 0;
+  };
+  Ink ink(COLORREF color) const;
+  void fill_span(int y, std::int64_t left, std::int64_t right, Ink ink);
 
   int width_;
   int height_;
   std::vector<std::uint32_t> pixels_;
   CPoint position_;
-  unsigned phase_ = 0;  // pixels drawn since the last move
-  // What drawing with the present pen does to a pixel: keep its bits of `and_`, then flip those of `xor_`.
-  std::uint32_t and_ = 0;
-  std::uint32_t xor_ = 0;
-  std::vector<Edge> edges_;  // scratch of fills
-  std::vector<Edge> active_;
-  std::vector<Crossing> crossings_;
+  Ink pen_ink_;
+  Ink gap_ink_;
+  std::uint32_t phase_ = 0;
 };
 
 }  // namespace qv

@@ -1,0 +1,125 @@
+#pragma once
+
+/// The rows of a polygon: which spans of sample points at integer coordinates it covers.
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <vector>
+
+#include "platform/device.h"
+
+namespace qv::detail {
+
+/// An edge that runs down from row `top` to row `bottom`, which it leaves out. At the present row it passes through
+/// x + rest / height with -height < rest <= 0, so that x is the first sample at its right or on it.
+struct ScanEdge {
+  std::int64_t x;
+  std::int64_t rest;
+  std::int64_t step;  // per row: step + step_rest / height, 0 <= step_rest < height
+  std::int64_t step_rest;
+  std::int64_t height;
+  int top;
+  int bottom;
+  int winding;
+
+  /// The edge from a to b as it stands at row 0 or its first row, whichever is lower down; false when it crosses no
+  /// row.
+  bool set(CPoint a, CPoint b, int rows) {
+    winding = a.y < b.y ? 1 : -1;
+    if (a.y > b.y) std::swap(a, b);
+    top = std::max(a.y, 0);
+    bottom = std::min(b.y, rows);
+    if (top >= bottom) return false;
+    const std::int64_t dx = std::int64_t{b.x} - a.x;
+    height = std::int64_t{b.y} - a.y;
+    step = dx / height;
+    step_rest = dx % height;
+    if (step_rest < 0) {
+      step_rest += height;
+      --step;
+    }
+    x = a.x;
+    rest = 0;
+    if (top > a.y) skip(static_cast<std::uint64_t>(std::int64_t{top} - a.y), dx);
+    return true;
+  }
+  void next_row() {
+    x += step;
+    rest += step_rest;
+    if (rest > 0) {
+      rest -= height;
+      ++x;
+    }
+  }
+
+ private:
+  // Rows and differences have 32 bits, so their product fits 64 bits unsigned.
+  void skip(std::uint64_t rows, std::int64_t dx) {
+    const auto h = static_cast<std::uint64_t>(height);
+    const std::uint64_t run = rows * static_cast<std::uint64_t>(dx < 0 ? -dx : dx);
+    const auto whole = static_cast<std::int64_t>(run / h), part = static_cast<std::int64_t>(run % h);
+    x += dx < 0 ? -whole : whole + (part > 0);
+    rest = dx < 0 ? -part : part > 0 ? part - height : 0;
+  }
+};
+
+/// Walks the edges, which are sorted by their tops, row by row; span(y, left, right) gets each run of samples, right
+/// end left out.
+template <class Span>
+void scan_edges(ScanEdge** edges, int count, FillRule rule, Span& span) {
+  const int mask = rule == FillRule::Winding ? ~0 : 1;
+  int first = 0, active = 0;  // edges[first .. active) are alive, by x
+  for (int y = count ? edges[0]->top : 0; first < active || active < count; ++y) {
+    if (first == active) y = edges[active]->top;
+    while (active < count && edges[active]->top == y) ++active;
+    for (int i = first + 1; i < active; ++i) {
+      ScanEdge* const edge = edges[i];
+      int j = i;
+      for (; j > first && edges[j - 1]->x > edge->x; --j) edges[j] = edges[j - 1];
+      edges[j] = edge;
+    }
+    int winding = 0;
+    for (int i = first; i + 1 < active; ++i) {
+      winding += edges[i]->winding;
+      if ((winding & mask) && edges[i]->x < edges[i + 1]->x) span(y, edges[i]->x, edges[i + 1]->x);
+    }
+    // The ended ones move to the front, out of the living range.
+    int kept = active;
+    for (int i = active; i-- > first;) {
+      if (edges[i]->bottom == y + 1) continue;
+      edges[i]->next_row();
+      edges[--kept] = edges[i];
+    }
+    first = kept;
+  }
+}
+
+/// Calls span(y, left, right) for the covered samples of the rows 0 to rows - 1, row by row from the top.
+template <class Span>
+void scan_polygon(const CRgn& region, int rows, Span span) {
+  constexpr int kFew = 8;
+  const int n = region.Count();
+  const CPoint* p = region.Points();
+  std::array<ScanEdge, kFew> few;
+  std::array<ScanEdge*, kFew> few_order;
+  std::vector<ScanEdge> many;
+  std::vector<ScanEdge*> many_order;
+  if (n > kFew) {
+    many.resize(static_cast<std::size_t>(n));
+    many_order.resize(static_cast<std::size_t>(n));
+  }
+  ScanEdge* edges = n > kFew ? many.data() : few.data();
+  ScanEdge** order = n > kFew ? many_order.data() : few_order.data();
+  int count = 0;
+  for (int i = 0, j = n - 1; i < n; j = i++) {
+    if (edges[count].set(p[j], p[i], rows)) {
+      order[count] = &edges[count];
+      ++count;
+    }
+  }
+  std::sort(order, order + count, [](const ScanEdge* a, const ScanEdge* b) { return a->top < b->top; });
+  scan_edges(order, count, region.Rule(), span);
+}
+
+}  // namespace qv::detail
