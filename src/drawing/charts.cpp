@@ -36,7 +36,9 @@ struct Scale {
   /// Calls draw(value) for each tick in the range; one that meets an end of the range up to rounding is in it.
   template <class Draw>
   void ticks(const Draw& draw) const {
-    const double first = std::trunc(low / step) - 1;
+    const double steps = low / step;
+    const bool whole = std::fabs(steps - std::round(steps)) < 1e-6 * std::max(1.0, std::fabs(steps));
+    const double first = (whole ? std::round(steps) : std::trunc(steps)) - 1;
     for (int k = 0; k < 2 * divisions; ++k) {
       const double value = (first + k) * step;
       const double slack = 1e-4 * step + 1e-7 * std::fabs(value);
