@@ -25,4 +25,26 @@ inline constexpr char kTooManyNumbers[] =  // 数字列表太长,最多1000000�
     "\xCA\xFD\xD7\xD6\xC1\xD0\xB1\xED\xCC\xAB\xB3\xA4,\xD7\xEE\xB6\xE0"
     "1000000\xB8\xF6 !";
 
+// The title block.
+inline constexpr char kProfessionLead[] =  // 专业负责
+    "\xD7\xA8\xD2\xB5\xB8\xBA\xD4\xF0";
+inline constexpr char kDesign[] =  // 设计
+    "\xC9\xE8\xBC\xC6";
+inline constexpr char kReview[] =  // 审核
+    "\xC9\xF3\xBA\xCB";
+inline constexpr char kDrawingNumber[] =  // 图号
+    "\xCD\xBC\xBA\xC5";
+inline constexpr char kProjectLead[] =  // 项目负责
+    "\xCF\xEE\xC4\xBF\xB8\xBA\xD4\xF0";
+inline constexpr char kCheck[] =  // 校对
+    "\xD0\xA3\xB6\xD4";
+inline constexpr char kApprove[] =  // 审定
+    "\xC9\xF3\xB6\xA8";
+inline constexpr char kDate[] =  // 日期
+    "\xC8\xD5\xC6\xDA";
+inline constexpr char kProjectName[] =  // 工程名称
+    "\xB9\xA4\xB3\xCC\xC3\xFB\xB3\xC6";
+inline constexpr char kDrawingName[] =  // 图名
+    "\xCD\xBC\xC3\xFB";
+
 }  // namespace qv::captions

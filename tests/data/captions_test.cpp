@@ -16,8 +16,24 @@ namespace {
 #define CAPTION(name) \
   { #name, qv::captions::name }
 const std::map<std::string, std::string> kCaptions = {
-    CAPTION(kCannotOpenFile),      CAPTION(kCannotMakeFile), CAPTION(kCalculationMessages), CAPTION(kRombergIterations),
-    CAPTION(kInterpolationPoints), CAPTION(kReadingTables),  CAPTION(kNoEntitySection),     CAPTION(kTooManyNumbers),
+    CAPTION(kCannotOpenFile),
+    CAPTION(kCannotMakeFile),
+    CAPTION(kCalculationMessages),
+    CAPTION(kRombergIterations),
+    CAPTION(kInterpolationPoints),
+    CAPTION(kReadingTables),
+    CAPTION(kNoEntitySection),
+    CAPTION(kTooManyNumbers),
+    CAPTION(kProfessionLead),
+    CAPTION(kDesign),
+    CAPTION(kReview),
+    CAPTION(kDrawingNumber),
+    CAPTION(kProjectLead),
+    CAPTION(kCheck),
+    CAPTION(kApprove),
+    CAPTION(kDate),
+    CAPTION(kProjectName),
+    CAPTION(kDrawingName),
 };
 
 #if !defined(_WIN32)
