@@ -2,6 +2,7 @@
 
 /// The whole public interface.
 
+#include "cadformats/script.h"
 #include "cadformats/shx.h"
 #include "cadformats/slide.h"
 #include "cadformats/slide_library.h"
@@ -12,12 +13,18 @@
 #include "data/services.h"
 #include "drawing/base_sgt.h"
 #include "dxf/document.h"
+#include "geometry/analysis.h"
 #include "geometry/coor.h"
+#include "geometry/domain.h"
+#include "geometry/jh.h"
 #include "geometry/numeric.h"
 #include "geometry/point.h"
+#include "geometry/polygons.h"
+#include "geometry/prepared_domain.h"
 #include "geometry/rect.h"
 #include "geometry/region.h"
 #include "geometry/shape.h"
+#include "geometry/vectors.h"
 #include "platform/bitmap/bitmap_dc.h"
 #include "platform/console/console_host.h"
 #include "platform/device.h"

@@ -33,4 +33,26 @@ inline constexpr char kQueryContent[] =  // 查询内容
 inline constexpr char kWrongContent[] =  // 文件内容错误 !
     "\xCE\xC4\xBC\xFE\xC4\xDA\xC8\xDD\xB4\xED\xCE\xF3 !";
 
+// The title block.
+inline constexpr char kProfessionLead[] =  // 专业负责
+    "\xD7\xA8\xD2\xB5\xB8\xBA\xD4\xF0";
+inline constexpr char kDesign[] =  // 设计
+    "\xC9\xE8\xBC\xC6";
+inline constexpr char kReview[] =  // 审核
+    "\xC9\xF3\xBA\xCB";
+inline constexpr char kDrawingNumber[] =  // 图号
+    "\xCD\xBC\xBA\xC5";
+inline constexpr char kProjectLead[] =  // 项目负责
+    "\xCF\xEE\xC4\xBF\xB8\xBA\xD4\xF0";
+inline constexpr char kCheck[] =  // 校对
+    "\xD0\xA3\xB6\xD4";
+inline constexpr char kApprove[] =  // 审定
+    "\xC9\xF3\xB6\xA8";
+inline constexpr char kDate[] =  // 日期
+    "\xC8\xD5\xC6\xDA";
+inline constexpr char kProjectName[] =  // 工程名称
+    "\xB9\xA4\xB3\xCC\xC3\xFB\xB3\xC6";
+inline constexpr char kDrawingName[] =  // 图名
+    "\xCD\xBC\xC3\xFB";
+
 }  // namespace qv::captions

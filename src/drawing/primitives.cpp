@@ -1,33 +1,11 @@
-#include <cmath>
-#include <numbers>
 #include <vector>
 
-#include "cadformats/shx.h"
-#include "drawing/base_sgt.h"
+#include "drawing/placing.h"
 #include "geometry/numeric.h"
 
+using namespace qv::detail;
+
 namespace {
-
-constexpr double kRadian = std::numbers::pi / 180;
-
-float degrees(double radians) {
-  return static_cast<float>(radians / kRadian);
-}
-
-/// Turns a point counter-clockwise about the origin by an angle in degrees; multiples of 90 turn exactly.
-void turn(double angle, float& x, float& y) {
-  const double quarter = std::fmod(angle, 360.0) / 90;
-  double c = std::cos(angle * kRadian);
-  double s = std::sin(angle * kRadian);
-  if (quarter == std::trunc(quarter)) {
-    c = std::round(c);
-    s = std::round(s);
-  }
-  const double px = x;
-  const double py = y;
-  x = static_cast<float>(px * c - py * s);
-  y = static_cast<float>(px * s + py * c);
-}
 
 /// The corners of a w by h rectangle about (cx, cy), counter-clockwise from the lower left, turned by the angle.
 struct Corners {
@@ -128,7 +106,7 @@ void CBase_SGT::Draw_Text(float x, float y, float h, float angle, const char* te
   h *= m_fTextFactor;
   angle += m_fRotAngle;
   if (angle > 91 && angle <= 271) {
-    float dx = G_ShapeFont.GetTxtWidth(text, h, 0.75F);
+    float dx = text_width(text, h);
     float dy = h;
     turn(angle, dx, dy);
     x += dx;
@@ -237,7 +215,7 @@ void CBase_SGT::Draw_Text_Vertical_Line(float x1, float y1, float x2, float y2, 
 void CBase_SGT::Draw_Text_Along_Arc(float cx, float cy, float r, float a1, float a2, int n, int i, const char* text,
                                     float h, float off) {
   const double a = a1 + i * (static_cast<double>(a2) - a1) / (n == 0 ? 1 : n);
-  const double half = G_ShapeFont.GetTxtWidth(text, h, 0.75F) / 2;
+  const double half = text_width(text, h) / 2;
   const double radius = static_cast<double>(r) - off;
   const double back = a + 3 * std::numbers::pi / 2;
   Draw_Text(static_cast<float>(cx + radius * std::cos(a) + half * std::cos(back)),

@@ -1,9 +1,9 @@
 #pragma once
 
 /// The drawing document: an in-memory drawing, or a writer or reader that streams a drawing file. The same write calls
-/// serve both. Files are ASCII DXF of the flat form: an empty HEADER section, the tables LTYPE, LAYER and STYLE,
-/// BLOCKS, ENTITIES and EOF, with group codes right-aligned in three characters, reals "%.2f" and lines that end in CR
-/// LF.
+/// serve both. Files are ASCII DXF of the flat form: a HEADER section that is empty unless asked for, the tables LTYPE,
+/// LAYER and STYLE, BLOCKS, ENTITIES and EOF, with group codes right-aligned in three characters, reals "%.2f" and
+/// lines that end in CR LF.
 ///
 /// Calling order for a file: `Set_MaxNum_of_Tables` (optional), `New`, `Add_*`, `Write_Tables`, `Begin_AllBlocks` …
 /// `End_AllBlocks` (optional), `Begin_Entity`, write calls, `End_Entity` or `Close`. In memory: `New_MemDxf`, `Add_*`,
@@ -147,6 +147,10 @@ class QV_API DXF : public qv::WorkingRecords {
   static float GetTextWidth(const char* text, float height, float widthFactor);
 
   int m_nMemFlag = 0;  ///< 1: in memory; 0: writing to or reading from a file
+  /// Not 0: written files name the release (AC1009) and the code page of their texts (ANSI_936) in the HEADER section,
+  /// so that other programs show Chinese texts rightly. Off by default: the section is empty. Set it before the tables
+  /// are written.
+  int m_bCodePageHeader = 0;
   char m_szFileName[300] = "";
   std::FILE* m_fp = nullptr;  ///< the file; a binary stream into which the document itself writes CR LF
   int m_nOpenMode = -1;       ///< -1 nothing opened yet, 0 created for writing, 1 opened for reading
@@ -154,10 +158,10 @@ class QV_API DXF : public qv::WorkingRecords {
   int m_nMaxLType = qv::kDefaultMaxLType;
   int m_nMaxLayer = qv::kDefaultMaxLayer;
   int m_nMaxStyle = qv::kDefaultMaxStyle;
-  CFCoor* m_pCoor;        ///< the transform last given to `Draw`, not owned; `G_ConCoor` at first
-  CPtrList m_EntityList;  ///< owned `ACAD_ENTITY` records, in drawing order
-  CPtrList m_BlockList;   ///< owned `ACAD_BLOCK` records, in file order
-  int m_nLType = 0;       ///< entries in use of each table
+  CFCoor* m_pCoor;                    ///< the transform last given to `Draw`, not owned; `G_ConCoor` at first
+  CPtrList m_EntityList{kListBlock};  ///< owned `ACAD_ENTITY` records, in drawing order
+  CPtrList m_BlockList;               ///< owned `ACAD_BLOCK` records, in file order
+  int m_nLType = 0;                   ///< entries in use of each table
   int m_nLayer = 0;
   int m_nStyle = 0;
   std::unique_ptr<ACAD_LTYPE[]> m_pLType;  ///< as many entries as the capacity; null before the first open
@@ -166,6 +170,7 @@ class QV_API DXF : public qv::WorkingRecords {
   ACAD_BLOCK m_Block;  ///< the reader's working block
 
  private:
+  static constexpr int kListBlock = 512;  // nodes side by side are walked at the speed of an array
   int create_tables();
   void delete_drawing();
   const ACAD_LTYPE* find_ltype(const char* name) const;

@@ -16,7 +16,9 @@ constexpr auto frame(const char (&text)[N]) {
   return Lines<LineEnd::CrLf, N>(text);
 }
 
-constexpr auto kHeaderAndTables = frame("  0\nSECTION\n  2\nHEADER\n  0\nENDSEC\n  0\nSECTION\n  2\nTABLES\n");
+constexpr auto kHeader = frame("  0\nSECTION\n  2\nHEADER\n");
+constexpr auto kCodePage = frame("  9\n$ACADVER\n  1\nAC1009\n  9\n$DWGCODEPAGE\n  3\nANSI_936\n");
+constexpr auto kTables = frame("  0\nENDSEC\n  0\nSECTION\n  2\nTABLES\n");
 constexpr auto kTable = frame("  0\nTABLE\n");
 constexpr auto kEndTab = frame("  0\nENDTAB\n");
 constexpr auto kEndSec = frame("  0\nENDSEC\n");
@@ -40,7 +42,9 @@ bool write_table(Writer& writer, const Entry* table, int count, const char* empt
 }
 
 bool write_tables(Writer& writer, const DXF& dxf) {
-  writer.lines(kHeaderAndTables);
+  writer.lines(kHeader);
+  if (dxf.m_bCodePageHeader) writer.lines(kCodePage);
+  writer.lines(kTables);
   if (!write_table(writer, dxf.m_pLType.get(), dxf.m_nLType, "Num_LType <= 0 !")) return false;
   if (!write_table(writer, dxf.m_pLayer.get(), dxf.m_nLayer, "Num_Layer <= 0 !")) return false;
   if (!write_table(writer, dxf.m_pStyle.get(), dxf.m_nStyle, "Num_Style <= 0 !")) return false;

@@ -16,10 +16,28 @@ namespace {
 #define CAPTION(name) \
   { #name, qv::captions::name }
 const std::map<std::string, std::string> kCaptions = {
-    CAPTION(kCannotOpenFile),    CAPTION(kCannotMakeFile),      CAPTION(kCalculationMessages),
-    CAPTION(kRombergIterations), CAPTION(kInterpolationPoints), CAPTION(kReadingTables),
-    CAPTION(kNoEntitySection),   CAPTION(kTooManyNumbers),      CAPTION(kUserConcrete),
-    CAPTION(kUserReinforcement), CAPTION(kQueryContent),        CAPTION(kWrongContent),
+    CAPTION(kCannotOpenFile),
+    CAPTION(kCannotMakeFile),
+    CAPTION(kCalculationMessages),
+    CAPTION(kRombergIterations),
+    CAPTION(kInterpolationPoints),
+    CAPTION(kReadingTables),
+    CAPTION(kNoEntitySection),
+    CAPTION(kTooManyNumbers),
+    CAPTION(kUserConcrete),
+    CAPTION(kUserReinforcement),
+    CAPTION(kQueryContent),
+    CAPTION(kWrongContent),
+    CAPTION(kProfessionLead),
+    CAPTION(kDesign),
+    CAPTION(kReview),
+    CAPTION(kDrawingNumber),
+    CAPTION(kProjectLead),
+    CAPTION(kCheck),
+    CAPTION(kApprove),
+    CAPTION(kDate),
+    CAPTION(kProjectName),
+    CAPTION(kDrawingName),
 };
 
 #if !defined(_WIN32)

@@ -26,6 +26,23 @@ constexpr char kFreshTables[] =
     "  0\nTABLE\n  2\nSTYLE\n 70\n1\n  0\nSTYLE\n  2\nSTANDARD\n 70\n64\n 40\n0.00\n 41\n0.75\n 50\n0.00\n 71\n0\n"
     " 42\n0.20\n  3\ntxt\n  4\n\n  0\nENDTAB\n  0\nENDSEC\n";
 
+TEST(DxfWriting, TheHeaderNamesTheCodePageOnlyWhenAsked) {
+  DXF dxf;
+  dxf.New_MemDxf();
+  const std::string plain = saved(dxf);
+  dxf.m_bCodePageHeader = 1;
+  std::string expected = plain;
+  expected.insert(on_disk("  0\nSECTION\n  2\nHEADER\n").size(),
+                  on_disk("  9\n$ACADVER\n  1\nAC1009\n  9\n$DWGCODEPAGE\n  3\nANSI_936\n"));
+  EXPECT_EQ(saved(dxf), expected);
+  const TemporaryDirectory directory;
+  directory.write("named.dxf", expected);
+  DXF again;
+  again.New_MemDxf();
+  EXPECT_EQ(again.Read_FileDxf_To_Mem(directory.path("named.dxf").c_str()), 1);
+  EXPECT_EQ(saved(again), plain);
+}
+
 TEST(DxfWriting, AFreshFileHoldsTheDefaultTablesAndWhatIsWritten) {
   const TemporaryDirectory directory;
   DXF dxf;
