@@ -9,6 +9,8 @@
 #include "data/base_data.h"
 #include "data/component.h"
 #include "data/database_file.h"
+#include "data/field.h"
+#include "data/field_locator.h"
 #include "data/materials.h"
 #include "data/services.h"
 #include "drawing/base_sgt.h"
