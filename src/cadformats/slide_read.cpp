@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstring>
 #include <memory>
 #include <new>
@@ -27,7 +28,12 @@ class StreamSource {
 /// Reads a stream in blocks, and takes it back to just behind what was read in the end.
 class BlockSource {
  public:
-  explicit BlockSource(std::FILE* file) : file_(file), block_(new (std::nothrow) unsigned char[kBlock]) {}
+  explicit BlockSource(std::FILE* file) : file_(file), block_(new (std::nothrow) unsigned char[kBlock]) {
+    const long begin = std::ftell(file);
+    if (begin < 0 || std::fseek(file, 0, SEEK_END) != 0) return;
+    ahead_ = static_cast<std::size_t>(std::max(std::ftell(file) - begin, 0L));
+    std::fseek(file, begin, SEEK_SET);
+  }
   ~BlockSource() {
     if (at_ < size_) std::fseek(file_, -static_cast<long>(size_ - at_), SEEK_CUR);
   }
@@ -40,6 +46,8 @@ class BlockSource {
     at_ += size;
     return true;
   }
+  /// No more bytes than these are left.
+  std::size_t left() const { return ahead_ + size_ - at_; }
 
  private:
   static constexpr std::size_t kBlock = std::size_t{1} << 16;
@@ -49,15 +57,25 @@ class BlockSource {
     std::memmove(block_.get(), block_.get() + at_, size_ - at_);
     size_ -= at_;
     at_ = 0;
-    size_ += std::fread(block_.get() + size_, 1, kBlock - size_, file_);
+    const std::size_t got = std::fread(block_.get() + size_, 1, kBlock - size_, file_);
+    size_ += got;
+    ahead_ -= std::min(ahead_, got);
     return size_ >= size;
   }
 
   std::FILE* file_;
   std::unique_ptr<unsigned char[]> block_;
+  std::size_t ahead_ = 0;
   std::size_t at_ = 0;
   std::size_t size_ = 0;
 };
+
+/// Room for more items in large steps, since moving them is the dearest part of reading, but no more than the bytes
+/// that are left can make: the smallest records take two.
+void make_room(std::vector<CSlideItem>& items, std::size_t bytesLeft) {
+  if (items.size() < items.capacity()) return;
+  items.reserve(items.size() + std::min(7 * items.size() + 64, bytesLeft / 2 + 1));
+}
 
 /// Sums of 16 bits wrap, as the format's arithmetic does.
 short wrapped(int v) {
@@ -114,6 +132,7 @@ bool CWxSlide::read_header(Source& in) {
 template <class Source>
 void CWxSlide::read_records(Source& in) {
   while (in.read(&m_nRecord, sizeof m_nRecord)) {
+    make_room(m_Items, in.left());
     const unsigned kind = m_nRecord >> 8;
     if (kind <= 0x7F)
       read_line(in);

@@ -85,7 +85,8 @@ struct ToDevice {
   CPoint operator()(const qv::Point3& p) const { return coor.FPtoDP(world(p)); }
 };
 
-void draw_line(CSafeDC& safe, const CPoint& from, const CPoint& to) {
+/// By value: points that were just stored in halves are slow to load as wholes.
+void draw_line(CSafeDC& safe, CPoint from, CPoint to) {
   safe.MoveTo(from.x, from.y);
   safe.LineTo(to.x, to.y);
 }

@@ -158,10 +158,10 @@ class QV_API DXF : public qv::WorkingRecords {
   int m_nMaxLType = qv::kDefaultMaxLType;
   int m_nMaxLayer = qv::kDefaultMaxLayer;
   int m_nMaxStyle = qv::kDefaultMaxStyle;
-  CFCoor* m_pCoor;        ///< the transform last given to `Draw`, not owned; `G_ConCoor` at first
-  CPtrList m_EntityList;  ///< owned `ACAD_ENTITY` records, in drawing order
-  CPtrList m_BlockList;   ///< owned `ACAD_BLOCK` records, in file order
-  int m_nLType = 0;       ///< entries in use of each table
+  CFCoor* m_pCoor;                    ///< the transform last given to `Draw`, not owned; `G_ConCoor` at first
+  CPtrList m_EntityList{kListBlock};  ///< owned `ACAD_ENTITY` records, in drawing order
+  CPtrList m_BlockList;               ///< owned `ACAD_BLOCK` records, in file order
+  int m_nLType = 0;                   ///< entries in use of each table
   int m_nLayer = 0;
   int m_nStyle = 0;
   std::unique_ptr<ACAD_LTYPE[]> m_pLType;  ///< as many entries as the capacity; null before the first open
@@ -170,6 +170,7 @@ class QV_API DXF : public qv::WorkingRecords {
   ACAD_BLOCK m_Block;  ///< the reader's working block
 
  private:
+  static constexpr int kListBlock = 512;  // nodes side by side are walked at the speed of an array
   int create_tables();
   void delete_drawing();
   const ACAD_LTYPE* find_ltype(const char* name) const;

@@ -13,10 +13,12 @@ template <class F>
 bool walk_until(const CPtrList& list, const F& f) {
   constexpr int kAhead = 12;
   constexpr std::size_t kCacheLine = 64;  // a line or a circle takes two
+  constexpr std::size_t kFarther = 512;   // the nodes of a list lie side by side for the most part
   POSITION ahead = list.GetHeadPosition();
   for (int i = 0; i < kAhead && ahead; ++i) list.GetNext(ahead);
   for (POSITION at = list.GetHeadPosition(); at;) {
     if (ahead) {
+      prefetch(reinterpret_cast<const char*>(ahead) + kFarther);
       const char* const data = static_cast<const char*>(list.GetNext(ahead));
       prefetch(data);
       prefetch(data + kCacheLine);

@@ -216,6 +216,18 @@ TEST(DxfReading, LinesAreKnownByTheirExactText) {
   EXPECT_STREQ(wide.entity<ACAD_TEXT>(1).m_szStyle, "STANDARD");
 }
 
+TEST(DxfReading, EndlessLinesAndBlocksEndWithTheFile) {
+  Loaded line(kEntities + std::string("  0\nPOINT\n  8\n") + std::string(3000000, 'a'));
+  EXPECT_EQ(line.result, 1);
+  ASSERT_EQ(line.count(), 1);
+  EXPECT_EQ(std::string(line.entity<ACAD_POINT>(0).m_szLayer), std::string(29, 'a'));
+  std::string nested = "  0\nSECTION\n  2\nBLOCKS\n";
+  for (int i = 0; i < 20000; ++i) nested += "  0\nBLOCK\n";
+  Loaded blocks(nested);
+  EXPECT_EQ(blocks.result, 0);
+  EXPECT_EQ(blocks.count(), 0);
+}
+
 TEST(DxfReading, OpeningReportsWhatIsMissing) {
   const TemporaryDirectory directory;
   RecordingHost host;
