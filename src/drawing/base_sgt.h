@@ -336,7 +336,7 @@ class QV_API CBase_SGT : public DXF, public qv::SgtEnvironment {
     int color = 1;
     int ltype = 0;   ///< as in `Draw_Curve`
     int marker = 0;  ///< as in `Draw_Curve`
-    int values = 0;  ///< not 0: y is written at each point, in two decimals
+    int values = 0;  ///< not 0: y is written at each point, in two decimals, under it when negative
   };
   /// A curve with its axis box. Returns 1, or 0 with nothing drawn when the arrays differ in length or hold fewer than
   /// two points.
