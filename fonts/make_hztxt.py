@@ -241,12 +241,12 @@ def composed_signs(letters, capital):
 
 
 def gb2312(character):
-    """The code of a character; None when it has none."""
+    """The code of a character, as GBK has it; None outside GB2312."""
     try:
-        code = character.encode("gb2312")
+        code = character.encode("gbk")
     except UnicodeEncodeError:
         return None
-    return code[0] << 8 | code[1] if len(code) == 2 else None
+    return code[0] << 8 | code[1] if len(code) == 2 and 0xA1 <= code[0] <= 0xF7 and code[1] >= 0xA1 else None
 
 
 def compose(archive, text_source):
@@ -279,7 +279,7 @@ def compose(archive, text_source):
 def write_source(shapes, path):
     lead = [code >> 8 for code in shapes]
     with open(path, "w", encoding="ascii") as file:
-        file.write(f"*BIGFONT {len(shapes)},1,{min(lead):03X},{max(lead):03X}\n*0,5,hztxt\n{HEIGHT},8,0,0,0\n")
+        file.write(f"*BIGFONT {len(shapes)},1,{min(lead):03X},{max(lead):03X}\n*0,4,hztxt\n{HEIGHT},8,0,0\n")
         for code in sorted(shapes):
             codes = shape_codes([on_grid(stroke) for stroke in shapes[code]])
             file.write(f"*0{code:X},{len(codes)},h\n")
