@@ -195,9 +195,7 @@ void draw_hook(CBase_SGT& sgt) {
   sgt.Draw_Line(x, y, x, y + 900);
   use_pen(sgt, "DIM", "5");
   sgt.Draw_DimJiaoDu(x, y, 600, -45, "", 135);
-  sgt.m_fDimOffset = 400;
-  sgt.m_fDimPolarA = sgt.m_fDimPolarB = 6 * kScale;
-  sgt.Draw_Dim_Points(x, y, x + run, y - run, "10d", 0, 1);
+  sgt.Draw_GangJin_BiaoZhu(x + 0.8F * run, y - 0.8F * run, x + 1100, y - 350, 700, 0, "10d");
   use_pen(sgt, "TEXT", "7");
   sgt.Draw_TuMing(x + 500, y - 3600, captions::kHookTitle, 1, 0);
 }
