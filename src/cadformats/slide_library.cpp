@@ -122,8 +122,8 @@ int CWxSlideLib::SLB2SLD(const char* dir) {
   return m_nCount > 0 ? 1 : 0;
 }
 
-int CWxSlideLib::Read_SLB_SLD(const CString& spec, CWxSlide* slide) {
-  const std::string& text = spec.str();
+int CWxSlideLib::Read_SLB_SLD(const CString& name, CWxSlide* slide) {
+  const std::string& text = name.str();
   const std::size_t dot = text.rfind('.');
   if (dot == std::string::npos) return 0;
   if (!Open_SLB((text.substr(0, dot) + ".slb").c_str())) return 0;

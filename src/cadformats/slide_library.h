@@ -36,7 +36,7 @@ class QV_API CWxSlideLib {
   int SLB2SLD(const char* dir);
   /// Opens the library and reads the slide that "LIBRARY.NAME" says (LIBRARY is a path without its ".slb"). 0 when
   /// there is no dot, no such library or no such slide.
-  int Read_SLB_SLD(const CString& spec, CWxSlide* slide);
+  int Read_SLB_SLD(const CString& name, CWxSlide* slide);
 
   int m_nCount = 0;
   std::vector<Entry> m_Directory;
