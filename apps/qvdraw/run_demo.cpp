@@ -14,11 +14,21 @@ int run_demo(const Arguments& arguments) {
   std::error_code error;
   std::filesystem::create_directories(directory, error);
   if (!std::filesystem::is_directory(directory)) throw std::runtime_error(directory + ": cannot be made a directory");
-  const std::unique_ptr<CBase_SGT> beam = compose_beam();
-  const std::string base = directory + "/beam";
-  if (!beam->Write_MemDxf_To_File((base + ".dxf").c_str())) throw std::runtime_error(base + ".dxf: cannot be written");
-  resolve_for_display(*beam, true);
-  for (const char* ending : {".png", ".svg", ".pdf"}) save_picture(*beam, base + ending, PictureOptions());
+  constexpr int kWidth = 3200;  // pixels of a picture: its smallest texts stay legible
+  const struct {
+    const char* name;
+    std::unique_ptr<CBase_SGT> (*compose)();
+  } sheets[] = {{"plan", compose_plan}, {"beam", compose_beam}, {"calc", compose_calculation}};
+  for (const auto& sheet : sheets) {
+    const std::unique_ptr<CBase_SGT> sgt = sheet.compose();
+    if (!sgt) throw std::runtime_error("not enough memory");
+    const std::string base = directory + "/" + sheet.name;
+    if (!sgt->Write_MemDxf_To_File((base + ".dxf").c_str())) throw std::runtime_error(base + ".dxf: cannot be written");
+    resolve_for_display(*sgt, true);
+    PictureOptions options;
+    options.size = CSize(kWidth, kWidth);
+    for (const char* ending : {".png", ".svg", ".pdf"}) save_picture(*sgt, base + ending, options);
+  }
   write_sample_library(directory + "/details.slb");
   return 0;
 }

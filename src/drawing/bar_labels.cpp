@@ -124,6 +124,6 @@ void CBase_SGT::Draw_GJH_And_Text_Along_Line(float x1, float y1, float x2, float
   const double along = static_cast<double>(i) * get_dist(x1, y1, x2, y2) / (n == 0 ? 1 : n);
   const float r = circle_radius(h);
   draw_number(*this, line.at(along, off + h / 2), r, h, line.angle, number);
-  const Place at = line.at(along + r + m_fTextGap, off);
+  const Place at = line.at(along + r + m_fBiLiChi, off);
   Draw_Text(at.x, at.y, h, line.angle, text);
 }

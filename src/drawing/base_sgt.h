@@ -275,7 +275,7 @@ class QV_API CBase_SGT : public DXF, public qv::SgtEnvironment {
                             int flag, const char* text);
   /// A bar number of text height h in a thin circle of radius 1.2 h about (x, y).
   void Draw_GJH(float x, float y, float h, int number);
-  /// The same placed as `Draw_Text_Along_Line` places a text, with a label behind it along the line.
+  /// The same placed as `Draw_Text_Along_Line` places a text, with a label 1 mm behind it along the line.
   void Draw_GJH_And_Text_Along_Line(float x1, float y1, float x2, float y2, int n, int i, int number, const char* text,
                                     float h, float off);
 
@@ -336,7 +336,7 @@ class QV_API CBase_SGT : public DXF, public qv::SgtEnvironment {
     int color = 1;
     int ltype = 0;   ///< as in `Draw_Curve`
     int marker = 0;  ///< as in `Draw_Curve`
-    int values = 0;  ///< not 0: y is written at each point, in two decimals
+    int values = 0;  ///< not 0: y is written at each point, in two decimals, under it when negative
   };
   /// A curve with its axis box. Returns 1, or 0 with nothing drawn when the arrays differ in length or hold fewer than
   /// two points.

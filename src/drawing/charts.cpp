@@ -148,7 +148,9 @@ void draw_curve(CBase_SGT& sgt, const CBase_SGT::CURVEINFO& info, int n, const f
     char text[64];
     qv::format_text(text, sizeof text, "%.2f", static_cast<double>(y[i]));
     const float h = 0.8F * axes.textHeight;
-    sgt.Draw_Text(axes.x.at(x[i]) - text_width(text, h) / 2, axes.y.at(y[i]) + 2 * r, h, 0, text);
+    // On the side away from zero, where the curve does not go on.
+    const float off = y[i] < 0 ? -2 * r - h : 2 * r;
+    sgt.Draw_Text(axes.x.at(x[i]) - text_width(text, h) / 2, axes.y.at(y[i]) + off, h, 0, text);
   }
 }
 

@@ -116,6 +116,9 @@ void CBase_SGT::Draw_DimJiaoDu(float x, float y, float r, float angle, const cha
   const std::string label = text && *text ? text : std::string(Measure(*this, std::fabs(sweep)).text) + kDegreeSign;
   const float h = m_fDimTextHeight * m_fTextFactor;
   m_fTextFactor = 1;  // so that the text is centred by the width that it has
-  Draw_Text_Along_Arc(x, y, r, static_cast<float>(from * kRadian), static_cast<float>(to * kRadian), 2, 1,
-                      label.c_str(), h, -m_fTextGap - h);
+  // The text's own direction, a quarter turn further than its place, has to lie in one turn to be read from below.
+  const float half = std::fabs(sweep) / 2;
+  const float middle = within_a_turn(from + half + 90) - 90;
+  Draw_Text_Along_Arc(x, y, r, static_cast<float>((middle - half) * kRadian),
+                      static_cast<float>((middle + half) * kRadian), 2, 1, label.c_str(), h, -m_fTextGap - h);
 }

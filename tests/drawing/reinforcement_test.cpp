@@ -251,7 +251,7 @@ TEST_F(Reinforcement, Labels) {
         const double angle = 90 + m.rotation;
         const double along = 1000 * m.length;
         number(m, from + turned({along, 100}, angle), 120, 100, angle, "3");
-        m.text(from + turned({along + 120 + 0.5 * m.s, 50}, angle), 100, angle, "x", false);
+        m.text(from + turned({along + 120 + m.s, 50}, angle), 100, angle, "x", false);
       });
 }
 

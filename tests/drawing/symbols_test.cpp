@@ -303,6 +303,20 @@ TEST_F(Symbols, AnglesAndGround) {
          m.text(c + turned({r + 0.5 * m.s + h, 0}, middle) + turned({-w / 2, 0}, middle + 90), h, middle + 90, "30\x7F",
                 false);
        }},
+      {"angle over the start of a turn", [](CBase_SGT& g, float) { g.Draw_DimJiaoDu(0, 0, 2000, 315, "x", 135); },
+       [](Model& m) {
+         m.color = "4";
+         const XY c = m.place({0, 0});
+         const double r = 2000 * m.length;
+         const double a = 315 + m.rotation;
+         m.world = true;
+         m.arc(c, r, a, a + 135);
+         arrowhead(m, c + turned({r, 0}, a), a - 90);
+         arrowhead(m, c + turned({r, 0}, a + 135), a + 225);
+         const double h = 2.5 * m.s * m.textFactor;
+         const double middle = a + 67.5 - 360;
+         m.text(c + turned({r + 0.5 * m.s + h, -Model::width("x", h) / 2}, middle), h, middle + 90, "x", false);
+       }},
       {"ground", [](CBase_SGT& g, float s) { g.Draw_TuMianXian(0, 0, 24 * s / g.m_fLenFactor, 0, 0, 0); },
        [](Model& m) {
          m.line({0, 0}, {24 * m.s / m.length, 0});
