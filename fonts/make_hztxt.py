@@ -21,7 +21,9 @@ PACKAGE = "hanzi-writer-data"
 VERSION = "2.0.1"
 
 CELL = 64  # the advance of every character
-HEIGHT = 56  # of a character that fills a text's height
+# Of a character that fills the height of a text. Four characters of a title block caption, 7 mm high and 0.75 wide, have
+# to stay within their cell of 22.5 mm less 0.75 mm.
+HEIGHT = 62
 SINK = 4  # how far the cell reaches below the base line
 TOLERANCE = 0.75
 
