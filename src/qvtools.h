@@ -3,6 +3,8 @@
 /// The whole public interface.
 
 #include "cadformats/shx.h"
+#include "cadformats/slide.h"
+#include "cadformats/slide_library.h"
 #include "data/services.h"
 #include "drawing/base_sgt.h"
 #include "dxf/document.h"

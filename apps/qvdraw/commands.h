@@ -9,5 +9,7 @@ namespace qvdraw {
 int run_demo(const Arguments& arguments);
 int run_render(const Arguments& arguments);
 int run_info(const Arguments& arguments);
+int run_slide(const Arguments& arguments);
+int run_slides(const Arguments& arguments);
 
 }  // namespace qvdraw

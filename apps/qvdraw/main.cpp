@@ -28,6 +28,10 @@ constexpr Command kCommands[] = {
      "render IN.dxf -o OUT.png|svg|pdf [--size WxH] [--window x1,y1,x2,y2] [--view A,B] [--background white|black]",
      "show a drawing, or a window of it, as a picture; view angles in degrees", qvdraw::run_render},
     {"info", "info IN.dxf [--json]", "tell a drawing's tables, entities and extent", qvdraw::run_info},
+    {"slide", "slide IN.sld|LIBRARY.NAME -o OUT.png|svg|pdf|dxf|scr [--size WxH]",
+     "show or convert a slide, from its file or a library", qvdraw::run_slide},
+    {"slides", "slides IN.slb [-o OUT.png|svg|pdf] [--size WxH] [--extract DIR]",
+     "list a slide library, show all its slides, or extract them", qvdraw::run_slides},
     {"help", "help", "show this page", help},
 };
 

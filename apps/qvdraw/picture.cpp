@@ -110,44 +110,43 @@ void resolve_for_display(DXF& dxf, bool whiteBackground) {
   for_each<ACAD_BLOCK>(dxf.m_BlockList, [&](ACAD_BLOCK& block) { resolve_all(block.m_EntityList); });
 }
 
-void save_picture(DXF& dxf, const std::string& path, const PictureOptions& options) {
+void save_drawn(const std::string& path, CSize size, COLORREF background, const std::function<void(CDC&)>& draw) {
   constexpr int kPdfDotsPerInch = 300;
-  const bool pdf = ends_with(path, ".pdf");
-  const bool svg = ends_with(path, ".svg");
-  if (!pdf && !svg && !ends_with(path, ".png")) throw UsageError(path + ": a picture ends in .png, .svg or .pdf");
-  const Progress progress("drawing " + path);
-  PictureOptions sized = options;
-  if (pdf) {
-    // A page of twice the picture's dots: at 300 an inch, 1600 pixels become 27 cm.
-    sized.size = CSize(2 * options.size.cx, 2 * options.size.cy);
-  }
-  Fit fit(shown_rect(dxf, sized), sized);
-  const PictureHost host(fit.size);
-  const COLORREF background = options.white ? 0xFFFFFF : 0x000000;
-  const auto draw = [&](CDC& dc) {
-    if (options.projected)
-      dxf.Draw3D(&dc, &fit.coor, options.viewA, options.viewB);
-    else
-      dxf.Draw(&dc, &fit.coor);
-  };
+  const PictureHost host(size);
   const auto draw_on_background = [&](CDC& dc) {
-    const CPoint corners[4] = {{0, 0}, {fit.size.cx, 0}, {fit.size.cx, fit.size.cy}, {0, fit.size.cy}};
+    const CPoint corners[4] = {{0, 0}, {size.cx, 0}, {size.cx, size.cy}, {0, size.cy}};
     CRgn page;
     page.CreatePolygonRgn(corners, 4, qv::FillRule::Winding);
     dc.FillRgn(page, CBrush{background});
     draw(dc);
   };
   bool saved = false;
-  if (pdf) {
-    saved = qv::save_pdf(path, fit.size, kPdfDotsPerInch, draw);
-  } else if (svg) {
-    saved = qv::save_svg(path, fit.size, draw_on_background);
-  } else {
-    qv::BitmapContext bitmap(fit.size.cx, fit.size.cy, background);
+  if (ends_with(path, ".pdf")) {
+    saved = qv::save_pdf(path, size, kPdfDotsPerInch, draw);
+  } else if (ends_with(path, ".svg")) {
+    saved = qv::save_svg(path, size, draw_on_background);
+  } else if (ends_with(path, ".png")) {
+    qv::BitmapContext bitmap(size.cx, size.cy, background);
     draw(bitmap);
     saved = qv::save_png(bitmap, path);
+  } else {
+    throw UsageError(path + ": a picture ends in .png, .svg or .pdf");
   }
   if (!saved) throw std::runtime_error(path + ": cannot be written");
+}
+
+void save_picture(DXF& dxf, const std::string& path, const PictureOptions& options) {
+  const Progress progress("drawing " + path);
+  PictureOptions sized = options;
+  // A page of twice the picture's dots: at 300 an inch, 1600 pixels become 27 cm.
+  if (ends_with(path, ".pdf")) sized.size = CSize(2 * options.size.cx, 2 * options.size.cy);
+  Fit fit(shown_rect(dxf, sized), sized);
+  save_drawn(path, fit.size, options.white ? 0xFFFFFF : 0x000000, [&](CDC& dc) {
+    if (options.projected)
+      dxf.Draw3D(&dc, &fit.coor, options.viewA, options.viewB);
+    else
+      dxf.Draw(&dc, &fit.coor);
+  });
 }
 
 }  // namespace qvdraw

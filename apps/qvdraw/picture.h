@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -25,5 +26,9 @@ void resolve_for_display(DXF& dxf, bool whiteBackground);
 /// Writes a picture of the drawing; the ending of the path (.png, .svg, .pdf) says of what kind. Throws
 /// `std::runtime_error` when it cannot be written, `UsageError` for another ending.
 void save_picture(DXF& dxf, const std::string& path, const PictureOptions& options);
+
+/// Writes what `draw` draws on a picture of a size and background, a PDF page being a printer's; the ending of the path
+/// says of what kind. Throws as `save_picture` does.
+void save_drawn(const std::string& path, CSize size, COLORREF background, const std::function<void(CDC&)>& draw);
 
 }  // namespace qvdraw

@@ -4,6 +4,7 @@
 #include "commands.h"
 #include "demo.h"
 #include "picture.h"
+#include "slide_samples.h"
 
 namespace qvdraw {
 
@@ -18,6 +19,7 @@ int run_demo(const Arguments& arguments) {
   if (!beam->Write_MemDxf_To_File((base + ".dxf").c_str())) throw std::runtime_error(base + ".dxf: cannot be written");
   resolve_for_display(*beam, true);
   for (const char* ending : {".png", ".svg", ".pdf"}) save_picture(*beam, base + ending, PictureOptions());
+  write_sample_library(directory + "/details.slb");
   return 0;
 }
 

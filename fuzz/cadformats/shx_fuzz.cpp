@@ -1,33 +1,11 @@
 // Font files of any bytes: load, measure, draw. The first byte chooses the kind of font.
 
-#include <sys/mman.h>
-#include <unistd.h>
-
 #include <cstddef>
 #include <cstdint>
-#include <string>
 
+#include "../memory_file.h"
 #include "cadformats/shx.h"
 #include "platform/bitmap/bitmap_dc.h"
-
-namespace {
-
-/// A file in memory that can be opened by its path.
-class MemoryFile {
- public:
-  MemoryFile(const std::uint8_t* data, std::size_t size) : fd_(memfd_create("font", 0)) {
-    good_ = write(fd_, data, size) == static_cast<ssize_t>(size);
-  }
-  ~MemoryFile() { close(fd_); }
-  bool good() const { return good_; }
-  std::string path() const { return "/proc/self/fd/" + std::to_string(fd_); }
-
- private:
-  int fd_;
-  bool good_;
-};
-
-}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size == 0) return 0;

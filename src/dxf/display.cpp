@@ -3,6 +3,7 @@
 
 #include "cadformats/shx.h"
 #include "dxf/document.h"
+#include "dxf/walk.h"
 #include "geometry/numeric.h"
 #include "geometry/shape.h"
 #include "ui/safe_dc.h"
@@ -45,6 +46,32 @@ class EntityPen {
   CDC* dc_;
   CPen pen_;
   const CPen* before_;
+};
+
+/// The pen of a drawing's lines, selected anew only where it changes: most lines have the pen of the line before.
+class SharedPen {
+ public:
+  explicit SharedPen(CDC* dc) : dc_(dc), black_(is_black_only(*dc)) {}
+  ~SharedPen() {
+    if (before_) dc_->SelectObject(before_);
+  }
+  SharedPen(const SharedPen&) = delete;
+  SharedPen& operator=(const SharedPen&) = delete;
+  void select(const char* ltype, int color) {
+    const qv::PenStyle style = pen_style(ltype);
+    if (before_ && style == pen_.style && color == color_) return;
+    pen_ = {style, 1, black_ ? 0 : ACAD_ENTITY::GetColor(color)};
+    color_ = color;
+    const CPen* const before = dc_->SelectObject(&pen_);
+    if (!before_) before_ = before;
+  }
+
+ private:
+  CDC* dc_;
+  bool black_;
+  int color_ = 0;
+  CPen pen_;
+  const CPen* before_ = nullptr;
 };
 
 /// The way from displaced world points to the device.
@@ -307,6 +334,19 @@ void ACAD_BLOCK::Draw(CDC* dc, CFCoor* coor, ACAD_INSERT* insert) {
   }
 }
 
+namespace {
+
+/// A line of a drawing, as its own `Draw` draws it.
+void draw_shared(const ACAD_LINE& line, CSafeDC& safe, const ToDevice& to, SharedPen& pen) {
+  const CPoint from = to(line.m_Start);
+  const CPoint until = to(line.m_End);
+  if (safe.IsOutside(from, until)) return;  // no pen for what cannot be seen
+  pen.select(line.m_szLType, line.m_nColor);
+  draw_line(safe, from, until);
+}
+
+}  // namespace
+
 void DXF::Draw(CDC* dc, CFCoor* coor) {
   m_pCoor = coor;
   Draw(dc);
@@ -316,15 +356,21 @@ void DXF::Draw(CDC* dc) {
   if (!m_nMemFlag) return;
   clipping_context(dc) = CSafeDC(dc);
   dc->SetBkMode(qv::BackgroundMode::Transparent);
-  for (POSITION at = m_EntityList.GetHeadPosition(); at;) {
-    auto* entity = static_cast<ACAD_ENTITY*>(m_EntityList.GetNext(at));
-    if (entity->GetType() != ACAD_TYPE_INSERT) {
-      entity->Draw(dc, m_pCoor, 0, 0);
-    } else {
-      auto* insert = static_cast<ACAD_INSERT*>(entity);
-      if (ACAD_BLOCK* block = GetBlock(insert)) block->Draw(dc, m_pCoor, insert);
+  SharedPen linePen(dc);
+  const ToDevice to{*m_pCoor, 0, 0};
+  qv::detail::walk(m_EntityList, [&](ACAD_ENTITY& entity) {
+    switch (entity.GetType()) {
+      case ACAD_TYPE_LINE:
+        return draw_shared(static_cast<const ACAD_LINE&>(entity), clipping_context(dc), to, linePen);
+      case ACAD_TYPE_INSERT: {
+        auto& insert = static_cast<ACAD_INSERT&>(entity);
+        ACAD_BLOCK* const block = GetBlock(&insert);
+        return block ? block->Draw(dc, m_pCoor, &insert) : void();
+      }
+      default:
+        return entity.Draw(dc, m_pCoor, 0, 0);
     }
-  }
+  });
 }
 
 float DXF::GetTextWidth(const char* text, float height, float widthFactor) {

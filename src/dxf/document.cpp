@@ -8,7 +8,7 @@
 DXF::DXF() : m_pCoor(&G_ConCoor) {}
 
 DXF::~DXF() {
-  if (m_fp) std::fclose(m_fp);
+  if (m_fp) std::fclose(m_fp);  // before the buffer that it may write from
   delete_drawing();
 }
 
@@ -32,6 +32,10 @@ int DXF::New(const char* fileName) {
   qv::copy_text(m_szFileName, fileName);
   m_fp = qv::open_text(fileName, "wb");
   if (!m_fp) return 0;
+  constexpr std::size_t kBlock = std::size_t{1} << 18;
+  if (!streamBuffer_) streamBuffer_.reset(new (std::nothrow) char[kBlock]);
+  // Without one of ours the stream keeps its own, smaller buffer.
+  if (streamBuffer_) std::setvbuf(m_fp, streamBuffer_.get(), _IOFBF, kBlock);
   m_nMemFlag = 0;
   return create_tables();
 }

@@ -188,6 +188,7 @@ class QV_API DXF : public qv::WorkingRecords {
   template <class Compose>
   int write_frame(const Compose& compose);
 
+  std::unique_ptr<char[]> streamBuffer_;  // of a file that is being written
   // Entries that the present tables have room for.
   int roomLType_ = 0;
   int roomLayer_ = 0;

@@ -4,6 +4,7 @@
 
 #include "dxf/document.h"
 #include "dxf/outline.h"
+#include "dxf/walk.h"
 
 namespace qv::detail {
 
@@ -128,8 +129,7 @@ namespace {
 /// Adds the extents of a list's entities; `add_insert` answers for the inserts in it.
 template <class F>
 void add_entities(const CPtrList& list, const Plane& plane, Box& box, const F& add_insert) {
-  for (POSITION at = list.GetHeadPosition(); at;) {
-    auto& entity = *static_cast<ACAD_ENTITY*>(list.GetNext(at));
+  qv::detail::walk(list, [&](ACAD_ENTITY& entity) {
     if (entity.GetType() == ACAD_TYPE_INSERT)
       add_insert(static_cast<ACAD_INSERT&>(entity));
     else
@@ -137,7 +137,7 @@ void add_entities(const CPtrList& list, const Plane& plane, Box& box, const F& a
         if (!qv::detail::is_empty(record)) box.add(qv::detail::extent(record, plane));
         return 0;
       });
-  }
+  });
 }
 
 void add_block(const ACAD_BLOCK& block, const ACAD_INSERT& insert, const Plane& plane, Box& box) {

@@ -1,26 +1,10 @@
 #include "dxf/group_reader.h"
 
-#include <algorithm>
-#include <bit>
-#include <cstdint>
 #include <new>
 
 namespace qv::detail {
 
 namespace {
-
-/// The first line feed from p on, or `limit`; words are read up to 7 bytes past the limit.
-const char* find_line_feed(const char* p, const char* limit) {
-  constexpr std::uint64_t kOnes = 0x0101010101010101;
-  for (; p < limit; p += 8) {
-    std::uint64_t word;
-    std::memcpy(&word, p, 8);
-    const std::uint64_t x = word ^ (kOnes * '\n');
-    const std::uint64_t zero = (x - kOnes) & ~x & (kOnes << 7);
-    if (zero) return std::min(p + std::countr_zero(zero) / 8, limit);
-  }
-  return limit;
-}
 
 /// The code that a line names when it is written just as the writer does.
 int decode(const Line& line) {
@@ -40,6 +24,7 @@ std::string_view without_return(std::string_view text) {
 }  // namespace
 
 GroupReader::GroupReader(std::FILE* file, Stream kind) : file_(file), kind_(kind) {
+  atEnd_ = true;
   if (kind == Stream::Host) return;
   buffer_.reset(new (std::nothrow) char[kBlock + kPadding]());
   at_ = end_ = pair_ = buffer_.get();
@@ -83,9 +68,8 @@ bool GroupReader::next_line(Line& line) {
   return true;
 }
 
-bool GroupReader::next() {
+bool GroupReader::next_slowly() {
   if (kind_ == Stream::Host) return next_from_host();
-  reserve(kMaxPair);
   pair_ = at_;
   if (at_ == end_) return false;
   const Line codeLine = take_line();
@@ -97,7 +81,7 @@ bool GroupReader::next() {
 
 void GroupReader::finish_pair(const Line& codeLine) {
   code_ = decode(codeLine);
-  if (code_ == 0 && value_.is("ENDBLK")) ++blocksEnded_;
+  if (code_ == 0) count_block_end();
 }
 
 void GroupReader::unread() {

@@ -1,5 +1,6 @@
 #include "dxf/document.h"
 #include "dxf/outline.h"
+#include "dxf/walk.h"
 #include "geometry/region.h"
 
 using namespace qv::detail;
@@ -154,18 +155,14 @@ int DXF::HitTest(const CFRegion& region, int mode, float a, float b) {
   const Plane plane(a, b);
   const Pick pick(region, mode);
   int index = 0;
-  for (POSITION at = m_EntityList.GetHeadPosition(); at;) {
-    auto& entity = *static_cast<ACAD_ENTITY*>(m_EntityList.GetNext(at));
+  const bool found = walk_until(m_EntityList, [&](ACAD_ENTITY& entity) {
     ++index;
-    if (entity.GetType() != ACAD_TYPE_INSERT) {
-      if (picks_entity(entity, plane, pick)) return index;
-      continue;
-    }
+    if (entity.GetType() != ACAD_TYPE_INSERT) return picks_entity(entity, plane, pick);
     const auto& insert = static_cast<ACAD_INSERT&>(entity);
     const ACAD_BLOCK* block = GetBlock(&insert);
-    if (block && picks_block(*block, insert, plane, pick)) return index;
-  }
-  return 0;
+    return block && picks_block(*block, insert, plane, pick);
+  });
+  return found ? index : 0;
 }
 
 int DXF::HitTest(const CFRect& rect, int mode, float a, float b) {

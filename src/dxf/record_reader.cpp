@@ -1,6 +1,7 @@
 #include "dxf/record_reader.h"
 
 #include <array>
+#include <vector>
 
 #include "platform/numbers.h"
 
@@ -42,6 +43,33 @@ struct Terminated {
     text[line.size()] = '\0';
   }
 };
+
+/// "1234.56" with two decimals and up to eight digits before them, as the writer writes nearly all: eight digits at a
+/// time. Up to eight bytes behind the text are read. False for anything else.
+bool written_real(std::string_view text, double& value) {
+  constexpr std::uint64_t kOnes = 0x0101010101010101;
+  const bool negative = !text.empty() && text[0] == '-';
+  const char* const first = text.data() + negative;
+  const std::size_t length = text.size() - negative;  // d.dd at least
+  if (length - 4 > 7 || first[length - 3] != '.') return false;
+  const std::size_t before = length - 3;
+  std::uint64_t digits;
+  std::memcpy(&digits, first, sizeof digits);
+  // Leading zeros fill up to eight digits. Of the digits, only nothing but 0 to 9 stays below 10 after the flip.
+  digits = (digits ^ kOnes * '0') << (64 - 8 * before);
+  const unsigned tenths = static_cast<unsigned char>(first[length - 2]) - unsigned{'0'};
+  const unsigned hundredths = static_cast<unsigned char>(first[length - 1]) - unsigned{'0'};
+  if (((digits | (digits + kOnes * 118)) & kOnes << 7) != 0 || tenths > 9 || hundredths > 9) return false;
+  // Pairs, then fours, then all eight, each sum in the upper half of its lane.
+  digits = digits * 10 + (digits >> 8);
+  digits = ((digits & 0x000000FF000000FF) * 0x000F424000000064 +
+            ((digits >> 16) & 0x000000FF000000FF) * 0x0000271000000001) >>
+           32;
+  const auto hundreds = static_cast<std::int64_t>(digits & 0xFFFFFFFF) * 100 + tenths * 10 + hundredths;
+  const double magnitude = static_cast<double>(hundreds) / 100;
+  value = negative ? -magnitude : magnitude;
+  return true;
+}
 
 /// Plain decimals of up to 15 digits: both the digits as an integer and the power of ten are exact in double, so their
 /// quotient is what the general parser gives. False for anything else.
@@ -109,6 +137,8 @@ bool ends_record(const Line& value) {
 
 double real_of(const Line& value) {
   double v;
+  if constexpr (std::endian::native == std::endian::little)
+    if (written_real(value.text, v)) return v;
   return plain_real(value.text, v) ? v : parse_real(Terminated(value.text).text);
 }
 
@@ -130,12 +160,13 @@ void read_rest(GroupReader&, ACAD_LTYPE& ltype) {
 }
 
 void read_rest(GroupReader& in, ACAD_POLYLINE& polyline) {
+  // Gathered aside: a vector doubles, where the polyline's own array grows by steps and many vertices would cost their square.
+  std::vector<ACAD_VERTEX> vertices;
   while (in.next() && !in.at(0, "SEQEND")) {
-    if (!in.at(0, "VERTEX")) continue;
-    ACAD_VERTEX vertex;
-    read_groups(in, vertex);
-    polyline.m_Vertices.Add(vertex);
+    if (in.at(0, "VERTEX")) read_groups(in, vertices.emplace_back());
   }
+  polyline.m_Vertices.SetSize(static_cast<int>(vertices.size()));
+  std::copy(vertices.begin(), vertices.end(), polyline.m_Vertices.begin());
 }
 
 void read_rest(GroupReader& in, ACAD_BLOCK& block) {

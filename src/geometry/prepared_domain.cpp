@@ -10,7 +10,8 @@ namespace {
 
 // Odd parts of a cell, so that no reference point falls on an edge with round coordinates.
 constexpr double kPartX = 0.41421356237, kPartY = 0.57721566490;
-constexpr double kEntriesPerEdge = 32;
+constexpr double kEntriesPerEdge = 64;
+constexpr double kMostCells = 2048;  // along one side of the box
 
 /// Whether the way from the tested point (the origin) to `goal` crosses the chord. A vertex on the way is taken to lie
 /// to its right, for both of its edges; the tested point on the chord as `chord_crosses` takes it.
@@ -197,7 +198,7 @@ CPreparedDomain::CPreparedDomain(int n, const CDomainEdge* edges) {
     spans += (width > 0 ? (ex2 - ex1) / width : 0) + (height > 0 ? (ey2 - ey1) / height : 0);
   }
   if (!std::isfinite(spans) || !std::isfinite(width + height) || spans > 4.0 * n) return;
-  const double most = 4 * std::sqrt(static_cast<double>(n)) + 4;
+  const double most = (std::min)(8 * std::sqrt(static_cast<double>(n)) + 4, kMostCells);
   const int cells = static_cast<int>(std::clamp(kEntriesPerEdge * n / (spans + 1), 1.0, most));
   x_.divide(x1, x2, cells, kPartX);
   y_.divide(y1, y2, cells, kPartY);

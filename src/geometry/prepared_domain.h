@@ -8,8 +8,8 @@
 
 /// A domain made ready for many point queries. It keeps its own copy of the edges, and a grid over their bounding box
 /// in which every cell knows the edges that reach into it and whether one reference point of it is inside. A query
-/// looks at the edges of one cell. Space and preparation are proportional to the number of edges (about 32 entries and
-/// 16 cells for each).
+/// looks at the edges of one cell. The grid takes up to about 1 KB for an edge of a short outline, less for an edge of
+/// a long one, and about the time of a thousand queries without it.
 class QV_API CPreparedDomain {
  public:
   CPreparedDomain(int n, const CDomainEdge* edges);

@@ -27,6 +27,8 @@ std::size_t char_length(const char* text) {
 }
 
 std::size_t cut_length(const char* text, std::size_t limit) {
+  if (const void* end = std::memchr(text, '\0', limit + 1))
+    return static_cast<std::size_t>(static_cast<const char*>(end) - text);
   std::size_t length = 0;
   while (const std::size_t n = char_length(text + length)) {
     if (length + n > limit) break;

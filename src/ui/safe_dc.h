@@ -38,7 +38,8 @@ class QV_API CSafeDC {
     const CPoint from = std::exchange(position_, CPoint(x, y));
     if (!dc_) return 0;
     SetLimit();
-    if (inside(from.x, right_) & inside(from.y, bottom_) & inside(x, right_) & inside(y, bottom_)) {
+    // One branch for all: an end outside is not to be guessed.
+    if ((inside(from.x, right_) & inside(from.y, bottom_) & inside(x, right_) & inside(y, bottom_)) != 0) {
       dc_->MoveTo(from.x, from.y);
       dc_->LineTo(x, y);
       return 1;
@@ -86,7 +87,7 @@ class QV_API CSafeDC {
 
  private:
   /// Left and top are 0, so one unsigned comparison does for both sides.
-  static bool inside(int v, int limit) { return static_cast<unsigned>(v) <= static_cast<unsigned>(limit); }
+  static unsigned inside(int v, int limit) { return static_cast<unsigned>(v) <= static_cast<unsigned>(limit) ? 1 : 0; }
   int cut_and_draw(CPoint from, int x, int y);
   int change_limits();
   bool records() const { return dc_ && dc_->IsMetafile(); }

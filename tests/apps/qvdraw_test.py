@@ -21,7 +21,8 @@ class Demo(unittest.TestCase):
         cls.directory = tempfile.TemporaryDirectory()
         cls.out = os.path.join(cls.directory.name, "new", "out")
         cls.result = run("demo", "--out", cls.out)
-        cls.drawings = sorted(os.path.join(cls.out, name) for name in os.listdir(cls.out) if name.endswith(".dxf"))
+        names = sorted(name for name in os.listdir(cls.out) if name.endswith(".dxf"))
+        cls.drawings = [os.path.join(cls.out, name) for name in names]
 
     @classmethod
     def tearDownClass(cls):
@@ -79,6 +80,30 @@ class Demo(unittest.TestCase):
                 os.remove(out)
 
 
+    def test_slides_are_listed_shown_and_converted(self):
+        library = os.path.join(self.out, "details.slb")
+        listing = run("slides", library).stdout.splitlines()
+        self.assertEqual(len(listing), 12)
+        slides = os.path.join(self.out, "slides")
+        sheet = os.path.join(self.out, "sheet.png")
+        self.assertEqual(run("slides", library, "--extract", slides, "-o", sheet).returncode, 0)
+        self.assertEqual(len(os.listdir(slides)), 12)
+        self.assertGreater(os.path.getsize(sheet), 1000)
+        import ezdxf
+
+        for name in (os.path.join(slides, "DOOR.SLD"), library[:-4] + ".door"):
+            for ending in ("png", "svg", "pdf", "dxf", "scr"):
+                out = os.path.join(self.out, "slide." + ending)
+                result = run("slide", name, "-o", out)
+                self.assertEqual((result.returncode, result.stderr), (0, ""))
+                self.assertGreater(os.path.getsize(out), 100)
+            drawing = os.path.join(self.out, "slide.dxf")
+            self.assertEqual(ezdxf.readfile(drawing).audit().errors, [])
+            ogr = subprocess.run(["ogrinfo", "-so", drawing, "entities"], capture_output=True, text=True)
+            self.assertIn("Feature Count: 20", ogr.stdout)
+            os.remove(drawing)
+
+
 class BadCalls(unittest.TestCase):
     def expect(self, code, words, message):
         result = run(*words)
@@ -120,6 +145,8 @@ class BadCalls(unittest.TestCase):
                 (["info", bare], "not right-aligned"),
                 (["info", binary], "is a binary DXF file"),
                 (["info", empty], "no ENTITIES section"),
+                (["slide", good, "-o", os.path.join(directory, "a.png")], "is no slide file"),
+                (["slides", os.path.join(directory, "none.slb")], "no such file"),
                 (["render", good, "-o", os.path.join(directory, "none", "a.png")], "cannot be written"),
                 (["demo", "--out", os.path.join(good, "out")], "cannot be made a directory"),
             ):

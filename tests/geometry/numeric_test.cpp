@@ -10,6 +10,7 @@
 #include "geometry/polygons.h"
 #include "geometry/random_case.h"
 #include "geometry/vectors.h"
+#include "support/failing_allocations.h"
 #include "support/recording_host.h"
 
 namespace {
@@ -181,6 +182,29 @@ TEST(Analysis, Tables) {
   ASSERT_EQ(add_segment_function_2(3, xs, ys, 2, other_x, other_y, sum_x, sum_y), 6);
   const float expected[] = {0, 2, 12, 11, 1, 0};
   for (int i = 0; i < 6; ++i) EXPECT_FLOAT_EQ(sum_y[i], expected[i]) << i;
+}
+
+TEST(Analysis, MemoryRunsOut) {
+  RecordingHost host;
+  float a[] = {2}, b[] = {4}, x = 7, y = 7;
+  {
+    qvtest::FailingAllocations fail;
+    gaussj(a, 1, b, 1);
+  }
+  ASSERT_EQ(host.boxes.size(), 3u) << "once for each array";
+  EXPECT_EQ(host.boxes[2].second, "Out of memery in gaussj");
+  EXPECT_EQ(a[0], 2) << "left alone";
+  host.boxes.clear();
+  {
+    qvtest::FailingAllocations fail;
+    QV_ERROR_CODE = 0;
+    polint(a, b, 1, 0, &x, &y);
+    EXPECT_EQ(add_segment_function(1, a, b, 1, a, b, &x, &y), 0);
+  }
+  ASSERT_EQ(host.boxes.size(), 2u);
+  EXPECT_EQ(host.boxes[0].second, "Out of memery in polint");
+  EXPECT_EQ(host.boxes[1].second, "Out of memery in add_seg_ment_function");
+  EXPECT_TRUE(x == 7 && y == 7 && QV_ERROR_CODE == 301);
 }
 
 TEST(Vectors, LocalAxes) {

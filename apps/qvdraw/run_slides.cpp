@@ -1,0 +1,128 @@
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <stdexcept>
+
+#include "commands.h"
+#include "drawing_file.h"
+#include "picture.h"
+#include "slide_samples.h"
+
+namespace qvdraw {
+
+namespace {
+
+/// Loads a slide file, or the slide "LIBRARY.NAME" of a library.
+CWxSlide load_slide(const std::string& name) {
+  CWxSlide slide;
+  if (slide.Read_SLD(name.c_str())) return slide;
+  CWxSlideLib library;
+  if (library.Read_SLB_SLD(CString(name.c_str()), &slide)) return slide;
+  if (std::filesystem::exists(name)) throw std::runtime_error(name + ": is no slide file");
+  throw std::runtime_error(name + ": there is no such slide file, nor a library with such a slide");
+}
+
+void open_library(CWxSlideLib& library, const std::string& path) {
+  if (library.Open_SLB(path.c_str())) return;
+  throw std::runtime_error(path +
+                           (std::filesystem::exists(path) ? ": is no slide library" : ": there is no such file"));
+}
+
+CSize picture_size(const Arguments& arguments, CSize otherwise) {
+  if (!arguments.has("--size")) return otherwise;
+  const std::vector<double> size = arguments.numbers("--size", 2);
+  if (std::min(size[0], size[1]) < 16 || std::max(size[0], size[1]) > 16000)
+    throw UsageError("--size is 16 to 16000 pixels each way");
+  return {static_cast<int>(size[0]), static_cast<int>(size[1])};
+}
+
+void list(CWxSlideLib& library) {
+  for (int i = 0; i < library.m_nCount; ++i) {
+    CWxSlide slide;
+    const CWxSlideLib::Entry& entry = library.m_Directory[static_cast<std::size_t>(i)];
+    const bool read = library.Read_SLD(i, &slide) != 0;
+    const CRect box = slide.GetRect();
+    if (read)
+      std::printf("%-32s %6u bytes  %5zu items  %d x %d\n", to_utf8(entry.m_szName).c_str(), entry.m_nLength,
+                  slide.m_Items.size(), box.Width(), box.Height());
+    else
+      std::printf("%-32s %6u bytes  is no slide\n", to_utf8(entry.m_szName).c_str(), entry.m_nLength);
+  }
+}
+
+void extract(CWxSlideLib& library, const std::string& directory) {
+  std::error_code ignored;
+  std::filesystem::create_directories(directory, ignored);
+  const std::string prefix = directory + "/";
+  for (int i = 0; i < library.m_nCount; ++i) {
+    const char* name = library.m_Directory[static_cast<std::size_t>(i)].m_szName;
+    if (!library.Pick_SLD(i, prefix.c_str())) throw std::runtime_error(to_utf8(name) + ": is no name for a file");
+    if (!std::filesystem::exists(prefix + name + ".SLD"))
+      throw std::runtime_error(prefix + name + ".SLD: cannot be written");
+  }
+}
+
+/// All slides of a library in a grid, with their names.
+void save_contact_sheet(CWxSlideLib& library, const std::string& path, int width) {
+  constexpr int kName = 14;
+  constexpr int kGap = 12;
+  const int columns = std::max(1, static_cast<int>(std::ceil(std::sqrt(library.m_nCount * 1.5))));
+  const int rows = (library.m_nCount + columns - 1) / columns;
+  const int cell = std::max(width / columns, 48);
+  const int height = cell * 3 / 4;
+  save_drawn(path, {columns * cell, std::min(rows * height, 32000)}, 0x000000, [&](CDC& dc) {
+    for (int i = 0; i < library.m_nCount; ++i) {
+      const int left = i % columns * cell;
+      const int top = i / columns * height;
+      CWxSlide slide;
+      library.Read_SLD(i, &slide);
+      const CRect place(left + kGap, top + kGap, left + cell - kGap, top + height - kGap - kName - 4);
+      slide.Draw(&dc, &place);
+      const char* const name = library.m_Directory[static_cast<std::size_t>(i)].m_szName;
+      const float size = kName;
+      const float textWidth = G_ShapeFont.GetHzWidth(name, size, 0.75F);
+      const CPen pen{qv::PenStyle::Solid, 1, dc.IsPrinting() ? 0 : CWxSlide::GetColor(7)};
+      const CPen* const before = dc.SelectObject(&pen);
+      G_ShapeFont.DrawHzShx(&dc, left + (cell - static_cast<int>(textWidth)) / 2, top + height - kGap, name, size, 0,
+                            size * 0.75F, 1);
+      dc.SelectObject(before);
+    }
+  });
+}
+
+bool ends_with(const std::string& text, const char* ending) {
+  return text.size() >= 4 && text.compare(text.size() - 4, 4, ending) == 0;
+}
+
+}  // namespace
+
+int run_slide(const Arguments& arguments) {
+  arguments.expect(1, {"-o", "--size"});
+  const std::string out = arguments.required("-o");
+  const CSize size = picture_size(arguments, {800, 600});
+  CWxSlide slide = load_slide(arguments.operand(0));
+  if (ends_with(out, ".scr")) {
+    if (!slide.Form_SCR(out.c_str())) throw std::runtime_error(out + ": cannot be written");
+  } else if (ends_with(out, ".dxf")) {
+    DXF dxf;
+    dxf.New_MemDxf();
+    Form_Dxf(&dxf, &slide);
+    if (!dxf.Write_MemDxf_To_File(out.c_str())) throw std::runtime_error(out + ": cannot be written");
+  } else {
+    const CRect place(0, 0, size.cx, size.cy);
+    save_drawn(out, size, 0x000000, [&](CDC& dc) { slide.Draw(&dc, &place); });
+  }
+  return 0;
+}
+
+int run_slides(const Arguments& arguments) {
+  arguments.expect(1, {"-o", "--size", "--extract"});
+  CWxSlideLib library;
+  open_library(library, arguments.operand(0));
+  if (arguments.has("--extract")) extract(library, arguments.value("--extract"));
+  if (arguments.has("-o")) save_contact_sheet(library, arguments.value("-o"), picture_size(arguments, {1200, 900}).cx);
+  if (!arguments.has("--extract") && !arguments.has("-o")) list(library);
+  return 0;
+}
+
+}  // namespace qvdraw

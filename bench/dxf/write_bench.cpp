@@ -1,0 +1,93 @@
+#include <benchmark/benchmark.h>
+#include <malloc.h>
+
+#include "baseline.h"
+#include "plain_writer.h"
+#include "support/temporary_directory.h"
+#include "workload.h"
+
+namespace {
+
+using qvbench::kEntities;
+using qvtest::TemporaryDirectory;
+
+void report(benchmark::State& state, double own, double baseline, double least, double goal) {
+  state.counters["M/s"] = kEntities / own / 1e6;
+  state.counters["ratio"] = baseline / own;
+  state.counters["least"] = least;
+  state.counters["goal"] = goal;
+}
+
+// Saving a document in memory, to the same bytes as one fprintf for each group pair.
+void SaveDocument(benchmark::State& state) {
+  const TemporaryDirectory directory;
+  qvbench::MixedDrawing drawing;
+  for (auto _ : state) {
+    const auto [own, baseline] =
+        qvbench::medians([&] { drawing.dxf.Write_MemDxf_To_File(directory.path("own.dxf").c_str()); },
+                         [&] { qvbench::PlainWriter(directory.path("plain.dxf").c_str()).document(drawing.dxf); });
+    report(state, own, baseline, 12, 20);
+  }
+  const std::string bytes = directory.read("own.dxf");
+  state.counters["MB"] = static_cast<double>(bytes.size()) / 1e6;
+  if (bytes != directory.read("plain.dxf")) state.SkipWithError("the baseline writes other bytes");
+}
+BENCHMARK(SaveDocument)->Iterations(1)->Unit(benchmark::kMillisecond);
+
+// Streaming the same drawing through the write calls.
+void StreamDocument(benchmark::State& state) {
+  const TemporaryDirectory directory;
+  qvbench::MixedDrawing drawing;
+  for (auto _ : state) {
+    const auto [own, baseline] =
+        qvbench::medians([&] { qvbench::stream_mixed(directory.path("own.dxf").c_str()); },
+                         [&] { qvbench::PlainWriter(directory.path("plain.dxf").c_str()).document(drawing.dxf); });
+    report(state, own, baseline, 8, 12);
+  }
+  // A streamed file has its end once more.
+  if (directory.read("own.dxf").compare(0, std::string::npos, directory.read("plain.dxf")) != 0)
+    state.SkipWithError("the baseline writes other bytes");
+}
+BENCHMARK(StreamDocument)->Iterations(1)->Unit(benchmark::kMillisecond);
+
+/// Bytes that the process has from the allocator.
+double allocated() {
+  const struct mallinfo2 info = mallinfo2();
+  return static_cast<double>(info.uordblks + info.hblkhd);
+}
+
+// Composing lines in memory, against allocating the records and appending them to a list.
+void ComposeLines(benchmark::State& state) {
+  const auto compose = [](DXF& dxf) {
+    qvbench::Random r;
+    const auto at = [&r] { return r.below(30000); };
+    for (int i = 0; i < kEntities; ++i) dxf.Write_Line(at(), at(), 0, at(), at(), 0, "BEAM", "BYLAYER", "BYLAYER");
+  };
+  double bytes = 0;
+  double own[5];
+  double bare[5];
+  for (auto _ : state) {
+    for (int run = 0; run < 5; ++run) {
+      {
+        DXF dxf;
+        dxf.New_MemDxf();
+        qvbench::add_layers(dxf);
+        const double before = allocated();
+        own[run] = qvbench::seconds_once([&] { compose(dxf); });
+        bytes = (allocated() - before) / kEntities;
+      }
+      CPtrList list;
+      bare[run] = qvbench::seconds_once([&] {
+        for (int i = 0; i < kEntities; ++i) list.AddTail(new ACAD_LINE);
+      });
+      for (POSITION at = list.GetHeadPosition(); at;) delete static_cast<ACAD_LINE*>(list.GetNext(at));
+    }
+    std::sort(own, own + 5);
+    std::sort(bare, bare + 5);
+    report(state, own[2], bare[2], 0.5, 0.5);
+  }
+  state.counters["bytes"] = bytes;
+}
+BENCHMARK(ComposeLines)->Iterations(1)->Unit(benchmark::kMillisecond);
+
+}  // namespace

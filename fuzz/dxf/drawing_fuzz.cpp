@@ -1,0 +1,81 @@
+// Any bytes as a drawing file, loaded whole: measured, picked, drawn, merged, saved, and loaded and saved again.
+
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+
+#include "dxf/document.h"
+#include "platform/bitmap/bitmap_dc.h"
+#include "platform/console/console_host.h"
+#include "scratch_file.h"
+
+namespace {
+
+using qvfuzz::require;
+
+/// A page that sees every coordinate that the drawing hands on.
+class CheckingContext : public CDC {
+ public:
+  void MoveTo(int x, int y) override { check(x, y); }
+  void LineTo(int x, int y) override { check(x, y); }
+  void SetPixel(int x, int y, COLORREF) override { check(x, y); }
+  void FillRgn(const CRgn& region, const CBrush&) override {
+    for (int i = 0; i < region.Count(); ++i) check(region.Points()[i].x, region.Points()[i].y);
+  }
+  CSize GetResolution() const override { return {300, 200}; }
+
+ private:
+  static void check(int x, int y) { require(std::abs(x) <= 32767 && std::abs(y) <= 32767); }
+};
+
+void look_at(DXF& dxf) {
+  const CFRect extent = dxf.GetFRect();
+  dxf.GetFRect3D(0.5F, 0.7F);
+  dxf.HitTest(CFRect(0, 0, 10, 10), 1, 0, 1.5707964F);
+  dxf.HitTest(extent, 0, 0.5F, 0.7F);
+  CFCoor whole(CFPoint(extent.x1, extent.y2), 1, 1);
+  const float width = extent.x2 - extent.x1;
+  if (width > 0 && std::isfinite(width)) whole.SetScale(300 / width);
+  CFCoor near(CFPoint(0, 0), 1000, 0);
+  CheckingContext page;
+  qv::BitmapContext bitmap(300, 200, 0xFFFFFF);
+  for (CDC* dc : {static_cast<CDC*>(&page), static_cast<CDC*>(&bitmap)}) {
+    dxf.Draw(dc, &whole);
+    dxf.Draw(dc, &near);
+    dxf.Draw3D(dc, &whole, 0.5F, 0.7F);
+  }
+}
+
+/// The bytes of the drawing as saved under the name; empty when it has no tables to save.
+std::string saved(DXF& dxf, const char* name) {
+  require(dxf.Write_MemDxf_To_File(qvfuzz::scratch().path(name).c_str()) == 1);
+  return qvfuzz::scratch().read(name);
+}
+
+std::string saved_again(const char* from, const char* name) {
+  DXF dxf;
+  dxf.New_MemDxf();
+  dxf.Read_FileDxf_To_Mem(qvfuzz::scratch().path(from).c_str());
+  return saved(dxf, name);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  static qvfuzz::QuietHost host;
+  qv::SetHost(&host);
+  QV_ERROR_CODE = 0;
+  DXF dxf;
+  dxf.New_MemDxf();
+  dxf.Read_FileDxf_To_Mem(qvfuzz::scratch_file(data, size).c_str());
+  look_at(dxf);
+  saved(dxf, "1.dxf");
+  // What the form cannot hold is gone after the first file; from the second on nothing may change.
+  const std::string second = saved_again("1.dxf", "2.dxf");
+  require(saved_again("2.dxf", "3.dxf") == second);
+  DXF merged;
+  merged.New_MemDxf();
+  merged.InsertDxf(&dxf, 10, 20, 30);
+  require(merged.m_EntityList.GetCount() == dxf.m_EntityList.GetCount());
+  return 0;
+}

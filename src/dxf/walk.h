@@ -1,0 +1,37 @@
+#pragma once
+
+/// Walks the entities of a list. Records lie all over memory, and a walk waits for each of them unless it asks for them
+/// ahead of time.
+
+#include "dxf/entity.h"
+#include "platform/prefetch.h"
+
+namespace qv::detail {
+
+/// Calls f(entity) for each entity of the list until it returns true; whether it did.
+template <class F>
+bool walk_until(const CPtrList& list, const F& f) {
+  constexpr int kAhead = 12;
+  constexpr std::size_t kCacheLine = 64;  // a line or a circle takes two
+  POSITION ahead = list.GetHeadPosition();
+  for (int i = 0; i < kAhead && ahead; ++i) list.GetNext(ahead);
+  for (POSITION at = list.GetHeadPosition(); at;) {
+    if (ahead) {
+      const char* const data = static_cast<const char*>(list.GetNext(ahead));
+      prefetch(data);
+      prefetch(data + kCacheLine);
+    }
+    if (f(*static_cast<ACAD_ENTITY*>(list.GetNext(at)))) return true;
+  }
+  return false;
+}
+
+template <class F>
+void walk(const CPtrList& list, const F& f) {
+  walk_until(list, [&](ACAD_ENTITY& entity) {
+    f(entity);
+    return false;
+  });
+}
+
+}  // namespace qv::detail
