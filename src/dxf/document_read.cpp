@@ -161,6 +161,20 @@ ACAD_Entity_Type DXF::Read_One_Entity() {
   return type;
 }
 
+namespace {
+
+/// A record of its own of what was read. A polyline's vertices move into it: they need not be copied again.
+ACAD_ENTITY* take(qv::WorkingRecords& records, ACAD_Entity_Type type) {
+  if (type != ACAD_TYPE_POLYLINE) return qv::CloneEntity(*records.Of(type));
+  CArray<ACAD_VERTEX, ACAD_VERTEX&> vertices;
+  vertices.Swap(records.m_Polyline.m_Vertices);
+  auto* polyline = static_cast<ACAD_POLYLINE*>(qv::CloneEntity(records.m_Polyline));
+  if (polyline) polyline->m_Vertices.Swap(vertices);
+  return polyline;
+}
+
+}  // namespace
+
 int DXF::Read_FileDxf_To_Mem(const char* fileName) {
   if (!m_nMemFlag || !open_to_read(fileName)) return 0;
   Read_Tables();
@@ -177,7 +191,7 @@ int DXF::Read_FileDxf_To_Mem(const char* fileName) {
   }
   if (!Find_Start_Entities()) return 0;
   for (ACAD_Entity_Type type; (type = Read_One_Entity()) < ACAD_TYPE_NONE;) {
-    ACAD_ENTITY* copy = qv::CloneEntity(*Of(type));
+    ACAD_ENTITY* copy = take(*this, type);
     if (!copy || !m_EntityList.AddTail(copy)) {
       delete copy;
       break;

@@ -160,13 +160,17 @@ void read_rest(GroupReader&, ACAD_LTYPE& ltype) {
 }
 
 void read_rest(GroupReader& in, ACAD_POLYLINE& polyline) {
-  // Gathered aside: a vector doubles, where the polyline's own array grows by steps and many vertices would cost their square.
-  std::vector<ACAD_VERTEX> vertices;
+  // Gathered aside: a vector doubles, where the polyline's own array grows by steps and many vertices would cost their
+  // square. It is kept for the next polyline unless it has grown large.
+  constexpr std::size_t kKept = 4096;
+  static std::vector<ACAD_VERTEX> vertices;
+  vertices.clear();
   while (in.next() && !in.at(0, "SEQEND")) {
     if (in.at(0, "VERTEX")) read_groups(in, vertices.emplace_back());
   }
   polyline.m_Vertices.SetSize(static_cast<int>(vertices.size()));
   std::copy(vertices.begin(), vertices.end(), polyline.m_Vertices.begin());
+  if (vertices.capacity() > kKept) std::vector<ACAD_VERTEX>().swap(vertices);
 }
 
 void read_rest(GroupReader& in, ACAD_BLOCK& block) {

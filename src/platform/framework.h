@@ -193,6 +193,7 @@ class CArray : public CObject {
   void RemoveAll() { std::vector<T>().swap(items_); }
   void FreeExtra() { items_.shrink_to_fit(); }
   void Copy(const CArray& other) { items_ = other.items_; }
+  void Swap(CArray& other) { items_.swap(other.items_); }
   T* begin() { return items_.data(); }
   T* end() { return items_.data() + items_.size(); }
   const T* begin() const { return items_.data(); }
