@@ -13,7 +13,7 @@ class QV_API CSafeDC {
   CSafeDC();
 
   /// Fits the limits to the device: its resolution when it is printing, else the screen's size. Returns 1 when the
-  /// printing state differed from the one that the limits were made for, else 0. Every drawing call runs it first.
+  /// printing state differed from the one that the limits were made for, else 0. Every call that draws runs it first.
   int SetLimit() { return dc_ && dc_->IsPrinting() != (printing_ != 0) ? change_limits() : 0; }
 
   /// The wrapped context.
@@ -30,10 +30,7 @@ class QV_API CSafeDC {
 
   /// Sets the current position and returns it.
   /// Quirk: the new position, not the one before; host programs read back where they are.
-  CPoint MoveTo(int x, int y) {
-    SetLimit();
-    return position_ = CPoint(x, y);
-  }
+  CPoint MoveTo(int x, int y) { return position_ = CPoint(x, y); }
   CPoint MoveTo(CPoint p) { return MoveTo(p.x, p.y); }
   /// Draws the visible part of the segment from the current position to (x, y), which becomes the current position.
   /// Returns 1 when any of it is visible, else 0.
@@ -47,6 +44,7 @@ class QV_API CSafeDC {
       dc_->LineTo(x, y);
       return 1;
     }
+    if (misses(from.x, from.y, x, y) && !dc_->IsMetafile()) return 0;
     return cut_and_draw(from, x, y);
   }
   int LineTo(CPoint p) { return LineTo(p.x, p.y); }

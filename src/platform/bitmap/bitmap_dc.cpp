@@ -50,7 +50,15 @@ struct Steps {
     to = major;
   }
 
-  // Cuts to the pixels from which `start`, moving one way, is inside 0 to size - 1; false when none is left.
+  // Where pixel `from` lies in the rows of a bitmap.
+  std::ptrdiff_t first_pixel(CPoint start, int stride) const {
+    if (from == 0) return static_cast<std::ptrdiff_t>(start.y) * stride + start.x;
+    const auto k = static_cast<std::int64_t>(from), q = static_cast<std::int64_t>((from * minor + half) / major);
+    const std::int64_t x = x_major ? k : q, y = x_major ? q : k;
+    return (start.y + (y_back ? -y : y)) * stride + start.x + (x_back ? -x : x);
+  }
+
+  // Cuts to the pixels that lie in the bitmap; false when none is left.
   bool cut(CPoint start, int width, int height) {
     return cut_major(x_major ? start.x : start.y, x_major ? x_back : y_back, x_major ? width : height) &&
            cut_minor(x_major ? start.y : start.x, x_major ? y_back : x_back, x_major ? height : width) && from < to;
@@ -99,6 +107,26 @@ inline void step_line(std::uint32_t* at, const Steps& steps, int stride, Paint p
   }
 }
 
+// A line that lies wholly in the bitmap: the same steps in 32 bits.
+template <class Paint>
+inline void step_inside(std::uint32_t* pixels, int stride, CPoint a, CPoint b, Paint paint) {
+  const int dx = b.x - a.x, dy = b.y - a.y, ax = dx < 0 ? -dx : dx, ay = dy < 0 ? -dy : dy;
+  const int x_back = dx >> 31, y_back = dy >> 31;
+  const int step_x = x_back | 1, step_y = (stride ^ y_back) - y_back;
+  const bool steep = ay > ax;
+  const int along = steep ? step_y : step_x, across = steep ? step_x : step_y;
+  const int major = steep ? ay : ax, up = 2 * (steep ? ax : ay), down = 2 * major;
+  // Half way, a step that would leave the smaller coordinate is not taken.
+  int error = up - major - 1 - (steep ? x_back : y_back);
+  std::uint32_t* at = pixels + static_cast<std::ptrdiff_t>(a.y) * stride + a.x;
+  for (int n = major; n > 0; --n) {
+    paint(*at);
+    const int stay = error >> 31;
+    at += along + (across & ~stay);
+    error += up - (down & ~stay);
+  }
+}
+
 }  // namespace
 
 BitmapContext::BitmapContext(int width, int height, COLORREF background)
@@ -134,6 +162,7 @@ BitmapContext::Ink BitmapContext::ink(COLORREF color) const {
 void BitmapContext::PenChanged() {
   pen_ink_ = ink(Pen().color);
   gap_ink_ = ink(kGapColor);
+  plain_ = Pen().style == PenStyle::Solid && Pen().width <= 1 && pen_ink_.keep == 0;
   phase_ = 0;
 }
 
@@ -145,33 +174,29 @@ void BitmapContext::MoveTo(int x, int y) {
 
 void BitmapContext::LineTo(int x, int y) {
   const CPoint start = std::exchange(position_, CPoint(x, y));
-  const CPen& pen = Pen();
-  if (pen.style == PenStyle::Null) return;
-  if (pen.width > 1) return draw_wide(start, position_);
-  Steps steps(start, position_);
   const auto w = static_cast<unsigned>(width_), h = static_cast<unsigned>(height_);
   const bool whole = (static_cast<unsigned>(start.x) < w) & (static_cast<unsigned>(start.y) < h) &
                      (static_cast<unsigned>(x) < w) & (static_cast<unsigned>(y) < h);
+  if (whole & plain_) {
+    step_inside(pixels_.data(), width_, start, position_, [c = pen_ink_.change](std::uint32_t& v) { v = c; });
+  } else {
+    draw_line(start, position_);
+  }
+}
+
+void BitmapContext::draw_line(CPoint start, CPoint end) {
+  const CPen& pen = Pen();
+  if (pen.style == PenStyle::Null) return;
+  if (pen.width > 1) return draw_wide(start, end);
+  Steps steps(start, end);
   const Pattern& pattern = kPatterns[static_cast<int>(pen.style)];
   const std::uint32_t phase = phase_;
   if (pattern.count) phase_ = static_cast<std::uint32_t>((phase + steps.major) % pattern.period);
-  if (!whole && !steps.cut(start, width_, height_)) return;
-
-  std::int64_t px = start.x, py = start.y;
-  if (steps.from > 0) {
-    const auto k = static_cast<std::int64_t>(steps.from);
-    const auto q = static_cast<std::int64_t>((steps.from * steps.minor + steps.half) / steps.major);
-    px += (steps.x_back ? -1 : 1) * (steps.x_major ? k : q);
-    py += (steps.y_back ? -1 : 1) * (steps.x_major ? q : k);
-  }
-  std::uint32_t* at = pixels_.data() + py * width_ + px;
+  if (!steps.cut(start, width_, height_)) return;
+  std::uint32_t* at = pixels_.data() + steps.first_pixel(start, width_);
   const Ink ink = pen_ink_;
   if (pattern.count == 0) {
-    if (ink.keep == 0) {
-      step_line(at, steps, width_, [c = ink.change](std::uint32_t& v) { v = c; });
-    } else {
-      step_line(at, steps, width_, [c = ink.change](std::uint32_t& v) { v ^= c; });
-    }
+    step_line(at, steps, width_, [ink](std::uint32_t& v) { v = (v & ink.keep) ^ ink.change; });
     return;
   }
   // Where in the pattern the first visible pixel lies: its run, and how many pixels of it are left.

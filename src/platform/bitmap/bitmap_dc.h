@@ -44,6 +44,7 @@ class QV_API BitmapContext : public CDC {
 
  private:
   void PenChanged() override;
+  void draw_line(CPoint from, CPoint to);
   void draw_wide(CPoint from, CPoint to);
   /// A pixel v becomes (v & keep) ^ change, in the pen's colour and in the background's.
   struct Ink {
@@ -59,6 +60,7 @@ class QV_API BitmapContext : public CDC {
   CPoint position_;
   Ink pen_ink_;
   Ink gap_ink_;
+  bool plain_ = true;  // the pen is solid, one pixel wide and covers
   std::uint32_t phase_ = 0;
 };
 
