@@ -16,9 +16,14 @@ bool is_in(const std::vector<std::string>& list, const std::string& word) {
 
 void Arguments::expect(std::size_t operands, const std::vector<std::string>& options,
                        const std::vector<std::string>& flags) const {
+  expect_between(operands, operands, options, flags);
+}
+
+void Arguments::expect_between(std::size_t least, std::size_t most, const std::vector<std::string>& options,
+                               const std::vector<std::string>& flags) const {
   for (std::size_t i = 0; i < words_.size(); ++i) {
     const std::string& word = words_[i];
-    if (word.size() < 2 || word[0] != '-') {
+    if (word.size() < 2 || word[0] != '-' || (word[1] >= '0' && word[1] <= '9')) {
       operands_.push_back(word);
       continue;
     }
@@ -27,8 +32,8 @@ void Arguments::expect(std::size_t operands, const std::vector<std::string>& opt
     if (takesValue && i + 1 == words_.size()) throw UsageError(word + " needs a value");
     if (!values_.emplace(word, takesValue ? words_[++i] : "").second) throw UsageError(word + " is given twice");
   }
-  if (operands_.size() < operands) throw UsageError("a file name is missing");
-  if (operands_.size() > operands) throw UsageError("\"" + operands_[operands] + "\" is one word too many");
+  if (operands_.size() < least) throw UsageError("a file name is missing");
+  if (operands_.size() > most) throw UsageError("\"" + operands_[most] + "\" is one word too many");
 }
 
 std::string Arguments::value(const std::string& option, const std::string& otherwise) const {

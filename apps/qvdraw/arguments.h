@@ -20,6 +20,11 @@ class Arguments {
   /// other words than `operands`, are usage errors.
   void expect(std::size_t operands, const std::vector<std::string>& options,
               const std::vector<std::string>& flags = {}) const;
+  /// The same for a call with `least` to `most` other words. A negative number is no option.
+  void expect_between(std::size_t least, std::size_t most, const std::vector<std::string>& options,
+                      const std::vector<std::string>& flags = {}) const;
+  /// How many other words there were.
+  std::size_t count() const { return operands_.size(); }
 
   const std::string& operand(std::size_t i) const { return operands_[i]; }
   bool has(const std::string& option) const { return values_.count(option) > 0; }

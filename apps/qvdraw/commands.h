@@ -11,5 +11,9 @@ int run_render(const Arguments& arguments);
 int run_info(const Arguments& arguments);
 int run_slide(const Arguments& arguments);
 int run_slides(const Arguments& arguments);
+int run_db(const Arguments& arguments);
+int run_materials(const Arguments& arguments);
+int run_contour(const Arguments& arguments);
+int run_value(const Arguments& arguments);
 
 }  // namespace qvdraw

@@ -32,6 +32,13 @@ constexpr Command kCommands[] = {
      "show or convert a slide, from its file or a library", qvdraw::run_slide},
     {"slides", "slides IN.slb [-o OUT.png|svg|pdf] [--size WxH] [--extract DIR]",
      "list a slide library, show all its slides, or extract them", qvdraw::run_slides},
+    {"db", "db IN [SEGMENT [KEY]] [--json]", "list a database's segments, a segment's items, or show an item's value",
+     qvdraw::run_db},
+    {"materials", "materials [--file UserOpt.dat]", "show the concrete and reinforcement grades, with the user's own",
+     qvdraw::run_materials},
+    {"contour", "contour FIELD -o OUT.png|svg|pdf [--value K] [--size WxH]",
+     "show a field as a colour contour with its legend; K, 0 to 4, is the value shown", qvdraw::run_contour},
+    {"value", "value FIELD X Y [--value K]", "tell a field's value at a point, in metres", qvdraw::run_value},
     {"help", "help", "show this page", help},
 };
 

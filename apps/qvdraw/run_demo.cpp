@@ -4,6 +4,7 @@
 #include "commands.h"
 #include "demo.h"
 #include "picture.h"
+#include "slab_sample.h"
 #include "slide_samples.h"
 
 namespace qvdraw {
@@ -30,6 +31,7 @@ int run_demo(const Arguments& arguments) {
     for (const char* ending : {".png", ".svg", ".pdf"}) save_picture(*sgt, base + ending, options);
   }
   write_sample_library(directory + "/details.slb");
+  write_sample_slab(directory);
   return 0;
 }
 

@@ -24,6 +24,14 @@ inline constexpr char kNoEntitySection[] =  // 找不到实体段的开始标志
 inline constexpr char kTooManyNumbers[] =  // 数字列表太长,最多1000000个 !
     "\xCA\xFD\xD7\xD6\xC1\xD0\xB1\xED\xCC\xAB\xB3\xA4,\xD7\xEE\xB6\xE0"
     "1000000\xB8\xF6 !";
+inline constexpr char kUserConcrete[] =  // 用户定义混凝土
+    "\xD3\xC3\xBB\xA7\xB6\xA8\xD2\xE5\xBB\xEC\xC4\xFD\xCD\xC1";
+inline constexpr char kUserReinforcement[] =  // 用户定义钢筋
+    "\xD3\xC3\xBB\xA7\xB6\xA8\xD2\xE5\xB8\xD6\xBD\xEE";
+inline constexpr char kQueryContent[] =  // 查询内容
+    "\xB2\xE9\xD1\xAF\xC4\xDA\xC8\xDD";
+inline constexpr char kWrongContent[] =  // 文件内容错误 !
+    "\xCE\xC4\xBC\xFE\xC4\xDA\xC8\xDD\xB4\xED\xCE\xF3 !";
 
 // The title block.
 inline constexpr char kProfessionLead[] =  // 专业负责

@@ -282,6 +282,23 @@ int print_conversion(char* out, std::size_t size, const Conversion& c, Arguments
   }
 }
 
+/// Prints %d or %s without flags, width and precision, most of what formats ask for, free of the C library; returns
+/// the length that it wants.
+std::size_t print_plain(char* out, std::size_t room, char letter, Arguments& arguments) {
+  char digits[16];
+  const char* text = digits;
+  std::size_t length = 0;
+  if (letter == 'd') {
+    length = static_cast<std::size_t>(format_int(digits, va_arg(arguments.list, int)) - digits);
+  } else {
+    text = va_arg(arguments.list, const char*);
+    if (!text) text = "(null)";
+    length = std::strlen(text);
+  }
+  std::memcpy(out, text, std::min(length, room));
+  return length;
+}
+
 /// Ends a text that did not fit: at size - 1 bytes at most, and not with a first byte that lost its second one.
 int cut_at_end(char* out, std::size_t size) {
   out[size - 1] = '\0';
@@ -304,6 +321,11 @@ int format_list(char* out, std::size_t size, const char* format, std::va_list li
     const std::size_t room = size - used;
     if (*format != '%') {
       out[used++] = *format++;
+      continue;
+    }
+    if (format[1] == 'd' || format[1] == 's') {
+      used += print_plain(out + used, room, format[1], arguments);
+      format += 2;
       continue;
     }
     const Conversion conversion = parse_conversion(++format, arguments);

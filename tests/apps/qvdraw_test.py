@@ -103,6 +103,33 @@ class Demo(unittest.TestCase):
             self.assertIn("Feature Count: 20", ogr.stdout)
             os.remove(drawing)
 
+    def test_engineering_data_is_shown(self):
+        field = os.path.join(self.out, "slab.field")
+        with open(field, "rb") as file:
+            self.assertRegex(file.readline(), rb"^\d+,\d{5}\r\n$")
+        picture = os.path.join(self.out, "contour.png")
+        self.assertEqual(run("contour", field, "-o", picture, "--value", "0").returncode, 0)
+        with open(picture, "rb") as file, open(os.path.join(self.out, "slab.png"), "rb") as demo:
+            self.assertEqual(file.read(), demo.read())
+        self.assertAlmostEqual(float(run("value", field, "3", "4").stdout), 9.021, delta=0.005)
+        self.assertIn("outside", run("value", field, "-3", "4", "--value", "2").stdout)
+        database = os.path.join(self.out, "beams.dat")
+        body = b"[ Beam1 ]\r\nb = 250\r\nh = 50%%\r\n"
+        with open(database, "wb") as file:
+            file.write(body + b"[Index]\r\nBeam1 = 0 %d\r\nIndexPosition = %12d\r\n" % (len(body), len(body)))
+        self.assertEqual(run("db", database).stdout, "Beam1\n")
+        self.assertEqual(json.loads(run("db", database, "--json").stdout), ["Beam1"])
+        self.assertEqual(json.loads(run("db", database, "Beam1", "--json").stdout), {"b": "250", "h": "50%"})
+        self.assertEqual(run("db", database, "Beam1", "h").stdout, "50%\n")
+        for words in ([field], [database, "Beam2"], [database, "Beam1", "x"]):
+            self.assertEqual(run("db", *words).returncode, 1)
+        options = os.path.join(self.out, "UserOpt.dat")
+        with open(options, "wb") as file:
+            file.write(b"t\r\n1,UC-1,31.5\r\n")
+        self.assertRegex(run("materials").stdout, r"C60 .*\nUC-1  +10.00")
+        self.assertRegex(run("materials", "--file", options).stdout, r"UC-1  +31.50")
+        self.assertEqual(run("contour", field, "-o", picture, "--value", "5").returncode, 2)
+
 
 class BadCalls(unittest.TestCase):
     def expect(self, code, words, message):

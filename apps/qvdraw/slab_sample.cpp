@@ -1,0 +1,106 @@
+#include "slab_sample.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+#include <stdexcept>
+
+#include "picture.h"
+
+namespace qvdraw {
+
+namespace {
+
+constexpr int kRound = 320;  // nodes around the opening
+constexpr int kAcross = 96;  // cells from the opening to the slab's border
+constexpr double kLength = 12, kWidth = 8;
+constexpr double kHoleX = 7.5, kHoleY = 4.5, kHoleRadius = 1.3;
+
+/// How far the slab's border is from the opening's centre in a direction.
+double border_distance(double c, double s) {
+  const double across = c > 0 ? (kLength - kHoleX) / c : c < 0 ? kHoleX / -c : 1e9;
+  const double along = s > 0 ? (kWidth - kHoleY) / s : s < 0 ? kHoleY / -s : 1e9;
+  return std::min(across, along);
+}
+
+/// A ring mesh that leaves the slab's corners: the directions of the nodes pass through them.
+double direction(int i) {
+  const double corners[] = {std::atan2(-kHoleY, kLength - kHoleX), std::atan2(kWidth - kHoleY, kLength - kHoleX),
+                            std::atan2(kWidth - kHoleY, -kHoleX), std::atan2(-kHoleY, -kHoleX) + 2 * std::numbers::pi,
+                            std::atan2(-kHoleY, kLength - kHoleX) + 2 * std::numbers::pi};
+  constexpr int kSide = kRound / 4;
+  const int side = i / kSide;
+  const double part = i % kSide / static_cast<double>(kSide);
+  return corners[side] + (corners[side + 1] - corners[side]) * part;
+}
+
+CChangNode node_at(double x, double y) {
+  const double p = std::numbers::pi * x / kLength, q = std::numbers::pi * y / kWidth;
+  const double r = std::hypot(x - kHoleX, y - kHoleY) / kHoleRadius;
+  const double rise = 1 + 0.35 / (r * r);
+  CChangNode node;
+  node.x = static_cast<float>(x);
+  node.y = static_cast<float>(y);
+  const double values[] = {12.4 * std::sin(p) * std::sin(q) * rise, 3.2 * std::cos(p) * std::sin(q),
+                           4.9 * std::sin(p) * std::cos(q), 18.0 * std::sin(p) * std::sin(q),
+                           9.0 * std::cos(p) * std::cos(q)};
+  for (int k = 0; k < CChangNode::kValues; ++k) node.value[k] = static_cast<float>(values[k]);
+  return node;
+}
+
+}  // namespace
+
+void make_sample_slab(CChang& field) {
+  for (int ring = 0; ring <= kAcross; ++ring) {
+    for (int i = 0; i < kRound; ++i) {
+      const double c = std::cos(direction(i)), s = std::sin(direction(i));
+      const double distance = kHoleRadius + (border_distance(c, s) - kHoleRadius) * ring / kAcross;
+      field.m_Nodes.Add(node_at(kHoleX + c * distance, kHoleY + s * distance));
+    }
+  }
+  for (int ring = 0; ring < kAcross; ++ring) {
+    for (int i = 0; i < kRound; ++i) {
+      const int inner = ring * kRound + i + 1;
+      const int next = ring * kRound + (i + 1) % kRound + 1;
+      field.m_Tris.Add(CChangTri{{inner, inner + kRound, next + kRound}});
+      field.m_Tris.Add(CChangTri{{inner, next + kRound, next}});
+    }
+  }
+}
+
+void save_contour(CChang& field, const std::string& path, CSize size) {
+  constexpr int kMargin = 24;
+  constexpr int kLegend = 130;  // the bar and the numbers beside it
+  constexpr double kMillimetres = 1000;
+  double left = 0, right = 1, bottom = 0, top = 1;
+  bool first = true;
+  for (const CChangNode& node : field.m_Nodes) {
+    if (!std::isfinite(node.x) || !std::isfinite(node.y)) continue;
+    left = first ? node.x : std::min<double>(left, node.x);
+    right = first ? node.x : std::max<double>(right, node.x);
+    bottom = first ? node.y : std::min<double>(bottom, node.y);
+    top = first ? node.y : std::max<double>(top, node.y);
+    first = false;
+  }
+  const double width = std::max(size.cx - kLegend - kMargin, 1), height = std::max(size.cy - 2 * kMargin, 1);
+  const double scale =
+      std::min(width / std::max(right - left, 1e-3), height / std::max(top - bottom, 1e-3)) / kMillimetres;
+  const double x = (left + right) / 2 * kMillimetres - (kLegend + width / 2) / scale;
+  const double y = (top + bottom) / 2 * kMillimetres + size.cy / 2.0 / scale;
+  CFCoor coor(CFPoint(static_cast<float>(x), static_cast<float>(y)), static_cast<float>(scale), 1);
+  CRect window(0, 0, size.cx, size.cy);
+  save_drawn(path, size, 0x000000, [&](CDC& dc) { field.Draw_CaiSeTu(&dc, &window, &coor); });
+}
+
+void write_sample_slab(const std::string& directory) {
+  CChang field;
+  make_sample_slab(field);
+  const std::string path = directory + "/slab.field";
+  std::FILE* const file = qv::open_text(path.c_str(), "wt");
+  const bool written = file && field.SaveData(file);
+  if (file) std::fclose(file);
+  if (!written) throw std::runtime_error(path + ": cannot be written");
+  save_contour(field, directory + "/slab.png", CSize(1200, 800));
+}
+
+}  // namespace qvdraw
