@@ -148,7 +148,7 @@ class Demo(unittest.TestCase):
             self.assertRegex(file.readline(), rb"^\d+,\d{5}\r\n$")
         picture = os.path.join(self.out, "contour.png")
         self.assertEqual(run("contour", field, "-o", picture, "--value", "0").returncode, 0)
-        self.expect_same_picture(picture, os.path.join(self.out, "slab.png"), 0.05)
+        self.expect_same_picture(picture, os.path.join(self.out, "slab.png"), 0.002)
         self.assertAlmostEqual(float(run("value", field, "3", "4").stdout), 9.021, delta=0.005)
         self.assertIn("outside", run("value", field, "-3", "4", "--value", "2").stdout)
         database = os.path.join(self.out, "beams.dat")
@@ -171,6 +171,9 @@ class Demo(unittest.TestCase):
 
     def expect_same_picture(self, a, b, share):
         """The pictures have one size, and at most a share of their bytes differs: coordinates are rounded in files."""
+        with open(a, "rb") as one, open(b, "rb") as other:
+            if one.read() == other.read():
+                return
         first, second = pixels(a), pixels(b)
         self.assertEqual(first[:2], second[:2])
         differing = sum(sum(x != y for x, y in zip(r, s)) for r, s in zip(first[2], second[2]) if r != s)
