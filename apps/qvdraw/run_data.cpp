@@ -7,6 +7,7 @@
 
 #include "commands.h"
 #include "drawing_file.h"
+#include "json.h"
 #include "picture.h"
 #include "slab_sample.h"
 
@@ -34,23 +35,6 @@ int value_index(const Arguments& arguments) {
   const double index = arguments.has("--value") ? arguments.numbers("--value", 1)[0] : 0;
   if (index < 0 || index > 4 || index != std::floor(index)) throw UsageError("--value is 0 to 4");
   return static_cast<int>(index);
-}
-
-std::string quoted(const std::string& text) {
-  std::string out = "\"";
-  for (const char c : text) {
-    char escape[8];
-    const auto byte = static_cast<unsigned char>(c);
-    if (c == '"' || c == '\\') {
-      (out += '\\') += c;
-    } else if (byte < 0x20) {
-      qv::format_text(escape, sizeof escape, "\\u%04x", static_cast<unsigned>(byte));
-      out += escape;
-    } else {
-      out += c;
-    }
-  }
-  return out + "\"";
 }
 
 /// A value without the line feed that it was read with.

@@ -3,6 +3,7 @@
 
 #include "commands.h"
 #include "drawing_file.h"
+#include "json.h"
 #include "qvtools.h"
 
 namespace qvdraw {
@@ -44,23 +45,6 @@ Summary summarize(DXF& dxf) {
   });
   s.extent = dxf.GetFRect();
   return s;
-}
-
-std::string quoted(const std::string& text) {
-  std::string out = "\"";
-  for (const char c : text) {
-    char escape[8];
-    if (c == '"' || c == '\\') {
-      out += '\\';
-      out += c;
-    } else if (static_cast<unsigned char>(c) < 0x20) {
-      qv::format_text(escape, sizeof escape, "\\u%04x", static_cast<unsigned>(c));
-      out += escape;
-    } else {
-      out += c;
-    }
-  }
-  return out + "\"";
 }
 
 std::string value_of(int n) {
