@@ -14,13 +14,14 @@ namespace qv::detail {
 /// An edge that runs down from row `top` to row `bottom`, which it leaves out. At the present row it passes through
 /// x + rest / height with -height < rest <= 0, so that x is the first sample at its right or on it.
 struct ScanEdge {
+  // What a row changes lies apart: side by side, fields would be read as one before their single stores have settled.
   std::int64_t x;
+  std::int64_t height;
   std::int64_t rest;
   std::int64_t step;  // per row: step + step_rest / height, 0 <= step_rest < height
-  std::int64_t step_rest;
-  std::int64_t height;
   int top;
   int bottom;
+  std::int64_t step_rest;
   int winding;
 
   /// The edge from a to b as it stands at row 0 or its first row, whichever is lower down; false when it crosses no
@@ -151,8 +152,12 @@ void scan_polygon(const CRgn& region, int rows, Span span) {
   if (n > kFew) {
     std::sort(order, order + count, higher);
   } else {
-    for (int i = 1; i < count; ++i)
-      for (int j = i; j > 0 && higher(order[j], order[j - 1]); --j) std::swap(order[j], order[j - 1]);
+    for (int i = 1; i < count; ++i) {
+      ScanEdge* const edge = order[i];
+      int j = i;
+      for (; j > 0 && higher(edge, order[j - 1]); --j) order[j] = order[j - 1];
+      order[j] = edge;
+    }
   }
   scan_edges(order, count, region.Rule(), span);
 }
