@@ -79,7 +79,8 @@ struct Fit {
   Fit(const CFRect& r, const PictureOptions& options) : size(options.size) {
     if (!options.fixedSize) {
       const double height = size.cx * static_cast<double>(r.Height()) / r.Width();
-      size.cy = std::clamp(static_cast<int>(height), size.cx / 8, size.cx * 4);
+      // Rounded up: the same picture comes when this size is asked for.
+      size.cy = std::clamp(static_cast<int>(std::ceil(height)), size.cx / 8, size.cx * 4);
     }
     const double scale = std::min(size.cx / static_cast<double>(r.Width()), size.cy / static_cast<double>(r.Height()));
     const double x = (static_cast<double>(r.x1) + r.x2) / 2 - size.cx / scale / 2;

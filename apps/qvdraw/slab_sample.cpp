@@ -41,7 +41,7 @@ CChangNode node_at(double x, double y) {
   CChangNode node;
   node.x = static_cast<float>(x);
   node.y = static_cast<float>(y);
-  const double values[] = {12.4 * std::sin(p) * std::sin(q) * rise, 3.2 * std::cos(p) * std::sin(q),
+  const double values[] = {std::max(12.4 * std::sin(p) * std::sin(q) * rise, 0.0), 3.2 * std::cos(p) * std::sin(q),
                            4.9 * std::sin(p) * std::cos(q), 18.0 * std::sin(p) * std::sin(q),
                            9.0 * std::cos(p) * std::cos(q)};
   for (int k = 0; k < CChangNode::kValues; ++k) node.value[k] = static_cast<float>(values[k]);
@@ -93,13 +93,18 @@ void save_contour(CChang& field, const std::string& path, CSize size) {
 }
 
 void write_sample_slab(const std::string& directory) {
-  CChang field;
-  make_sample_slab(field);
+  CChang slab;
+  make_sample_slab(slab);
   const std::string path = directory + "/slab.field";
-  std::FILE* const file = qv::open_text(path.c_str(), "wt");
-  const bool written = file && field.SaveData(file);
+  std::FILE* file = qv::open_text(path.c_str(), "wt");
+  const bool written = file && slab.SaveData(file);
   if (file) std::fclose(file);
-  if (!written) throw std::runtime_error(path + ": cannot be written");
+  file = written ? qv::open_text(path.c_str(), "rt") : nullptr;
+  if (!file) throw std::runtime_error(path + ": cannot be written");
+  // The picture shows what the file holds: six decimals.
+  CChang field;
+  field.LoadData(file);
+  std::fclose(file);
   save_contour(field, directory + "/slab.png", CSize(1200, 800));
 }
 

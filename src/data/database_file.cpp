@@ -12,8 +12,9 @@
 namespace {
 
 constexpr std::size_t kBlock = 1 << 18;
-constexpr int kLine = 2048;
+constexpr std::size_t kLine = 2048;
 constexpr std::size_t kLongestKey = 999;
+constexpr std::string_view kSeparator = " = ";
 constexpr std::size_t kLongestLiteral = 999;
 // Positions have 12 places in the trailer and are seeked to by a long.
 constexpr std::int64_t kLastPosition = std::min<std::int64_t>(999999999999, LONG_MAX);
@@ -97,12 +98,10 @@ void CDataBaseFile::put_line(const char* text, std::size_t length) {
 }
 
 void CDataBaseFile::put_pair(std::string_view key, std::string_view value) {
-  char line[kLine];
-  char* at = line + cut(key, kLongestKey).copy(line, kLongestKey);
-  std::memcpy(at, " = ", 3);
-  at += 3;
-  at += cut(value, static_cast<std::size_t>(line + kLine - at) - 2).copy(at, kLine);
-  put_line(line, static_cast<std::size_t>(at - line));
+  key = cut(key, kLongestKey);
+  value = cut(value, kLine - 2 - kSeparator.size() - key.size());
+  m_Block.append(key).append(kSeparator);
+  put_line(value.data(), value.size());
 }
 
 void CDataBaseFile::Write_FileVersion(const char* text) {
