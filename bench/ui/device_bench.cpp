@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "baseline.h"
-#include "dxf/document.h"
 #include "geometry/coor.h"
 #include "platform/bitmap/bitmap_dc.h"
 #include "platform/console/console_host.h"
@@ -80,27 +79,27 @@ void bare_line(std::uint32_t* pixels, const Segment& s, std::uint32_t color) {
 struct Lines {
   std::vector<Line> world = make_lines();
   std::vector<Segment> device;
-  double bare = 0;  // seconds
   Lines() {
     for (const Line& line : world) device.push_back({kView.FPtoDP(line.from), kView.FPtoDP(line.to)});
-    std::vector<std::uint32_t> pixels(static_cast<std::size_t>(kWidth) * kHeight);
-    bare = qvbench::seconds([&] {
-      for (const Segment& s : device) bare_line(pixels.data(), s, 0xFF0000FFu);
-      benchmark::DoNotOptimize(pixels.data());
-    });
   }
 };
 
-void report(benchmark::State& state, double count, double own, double baseline) {
+/// Runs the work for the table, then states its speed and its ratio to a baseline.
+template <class Work, class Baseline>
+void compare(benchmark::State& state, double count, const Work& work, const Baseline& baseline) {
+  for (auto _ : state) work();
+  const auto [own, bare] = qvbench::medians(work, baseline);
   state.counters["M/s"] = count / own / 1e6;
-  state.counters["ratio"] = baseline / own;
+  state.counters["ratio"] = bare / own;
 }
 
-/// Runs the work for the table, then states the best of three runs against the baseline that is measured before it.
 template <class Work>
 void against_bare_lines(benchmark::State& state, const Lines& lines, const Work& work) {
-  for (auto _ : state) work();
-  report(state, kLines, qvbench::seconds(work), lines.bare);
+  std::vector<std::uint32_t> pixels(static_cast<std::size_t>(kWidth) * kHeight);
+  compare(state, kLines, work, [&] {
+    for (const Segment& s : lines.device) bare_line(pixels.data(), s, 0xFF0000FFu);
+    benchmark::DoNotOptimize(pixels.data());
+  });
 }
 
 void LinesBitmap(benchmark::State& state) {
@@ -130,24 +129,6 @@ void LinesClipped(benchmark::State& state) {
 }
 BENCHMARK(LinesClipped)->ArgName("visible")->Arg(1)->Arg(0)->Unit(benchmark::kMillisecond);
 
-// The whole way from a drawing; the outside case also tells how much faster it is than the visible one.
-void LinesOfDrawing(benchmark::State& state) {
-  const Screen screen;
-  const Lines lines;
-  DXF dxf;
-  dxf.New_MemDxf();
-  for (const Line& l : lines.world) dxf.Write_Line(l.from.x, l.from.y, 0, l.to.x, l.to.y, 0, "0", "3", "BYLAYER");
-  qv::BitmapContext bitmap(kWidth, kHeight, 0);
-  CFCoor view = kView, elsewhere = kElsewhere;
-  CFCoor& shown = state.range(0) ? view : elsewhere;
-  against_bare_lines(state, lines, [&] { dxf.Draw(&bitmap, &shown); });
-  if (!state.range(0)) {
-    const double visible = qvbench::seconds([&] { dxf.Draw(&bitmap, &view); });
-    state.counters["to visible"] = visible / qvbench::seconds([&] { dxf.Draw(&bitmap, &elsewhere); });
-  }
-}
-BENCHMARK(LinesOfDrawing)->ArgName("visible")->Arg(1)->Arg(0)->Unit(benchmark::kMillisecond);
-
 // Triangles of 40 pixels, against the writing of their pixels alone, row by row.
 void FillTriangles(benchmark::State& state) {
   constexpr int kTriangles = 100000;
@@ -165,9 +146,8 @@ void FillTriangles(benchmark::State& state) {
   const auto fill = [&] {
     for (const CRgn& region : regions) bitmap.FillRgn(region, brush);
   };
-  for (auto _ : state) fill();
   std::vector<std::uint32_t> pixels(static_cast<std::size_t>(kWidth) * kHeight);
-  const double bare = qvbench::seconds([&] {
+  compare(state, kTriangles, fill, [&] {
     for (const CPoint& at : corners)
       for (int y = 0; y < 9; ++y) {
         std::uint32_t* row = pixels.data() + static_cast<std::ptrdiff_t>(at.y + y) * kWidth + at.x;
@@ -175,7 +155,6 @@ void FillTriangles(benchmark::State& state) {
         benchmark::DoNotOptimize(row);
       }
   });
-  report(state, kTriangles, qvbench::seconds(fill), bare);
 }
 BENCHMARK(FillTriangles)->Unit(benchmark::kMillisecond);
 
@@ -189,8 +168,7 @@ void Arcs(benchmark::State& state) {
   const auto arcs = [&] {
     for (int i = 0; i < kArcs; ++i) safe.DrawArc(kWidth / 2 - r + i, kHeight / 2, r, 0, 6.2831855f, 1);
   };
-  for (auto _ : state) arcs();
-  const double every = qvbench::seconds([&] {
+  compare(state, kArcs, arcs, [&] {
     const int n = std::max(5, static_cast<int>(6.2831855 * r / 4 + 0.5));
     for (int i = 0; i < kArcs; ++i) {
       const auto point = [&](int k) {
@@ -202,7 +180,6 @@ void Arcs(benchmark::State& state) {
       for (int k = 1; k <= n; ++k) safe.LineTo(point(k));
     }
   });
-  report(state, kArcs, qvbench::seconds(arcs), every);
 }
 BENCHMARK(Arcs)->ArgName("radius")->Arg(10)->Arg(300)->Arg(10000)->Arg(1000000)->Unit(benchmark::kMillisecond);
 

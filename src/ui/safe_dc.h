@@ -30,22 +30,26 @@ class QV_API CSafeDC {
 
   /// Sets the current position and returns it.
   /// Quirk: the new position, not the one before; host programs read back where they are.
-  CPoint MoveTo(int x, int y) { return position_ = CPoint(x, y); }
+  CPoint MoveTo(int x, int y) {
+    x_ = x;
+    y_ = y;
+    return {x, y};
+  }
   CPoint MoveTo(CPoint p) { return MoveTo(p.x, p.y); }
   /// Draws the visible part of the segment from the current position to (x, y), which becomes the current position.
   /// Returns 1 when any of it is visible, else 0.
   int LineTo(int x, int y) {
-    const CPoint from = std::exchange(position_, CPoint(x, y));
+    const int from_x = std::exchange(x_, x), from_y = std::exchange(y_, y);
     if (!dc_) return 0;
     SetLimit();
     // One branch for all: an end outside is not to be guessed.
-    if ((inside(from.x, right_) & inside(from.y, bottom_) & inside(x, right_) & inside(y, bottom_)) != 0) {
-      dc_->MoveTo(from.x, from.y);
+    if ((inside(from_x, right_) & inside(from_y, bottom_) & inside(x, right_) & inside(y, bottom_)) != 0) {
+      dc_->MoveTo(from_x, from_y);
       dc_->LineTo(x, y);
       return 1;
     }
-    if (misses(from.x, from.y, x, y) && !dc_->IsMetafile()) return 0;
-    return cut_and_draw(from, x, y);
+    if (misses(from_x, from_y, x, y) && !dc_->IsMetafile()) return 0;
+    return cut_and_draw({from_x, from_y}, x, y);
   }
   int LineTo(CPoint p) { return LineTo(p.x, p.y); }
 
@@ -97,9 +101,10 @@ class QV_API CSafeDC {
   }
 
   CDC* dc_ = nullptr;
-  CPoint position_;
+  int x_ = 0;  // the current position, its halves apart: read at once, they would wait for the stores of each
   int left_ = 0;
   int top_ = 0;
+  int y_ = 0;
   int right_ = 0;
   int bottom_ = 0;
   int printing_ = 0;

@@ -107,22 +107,24 @@ inline void step_line(std::uint32_t* at, const Steps& steps, int stride, Paint p
   }
 }
 
-// A line that lies wholly in the bitmap: the same steps in 32 bits.
+// A line from `at` that lies wholly in the bitmap: the same steps in 32 bits. Which way it runs is as good as random,
+// so everything but the loop is free of branches.
 template <class Paint>
-inline void step_inside(std::uint32_t* pixels, int stride, CPoint a, CPoint b, Paint paint) {
-  const int dx = b.x - a.x, dy = b.y - a.y, ax = dx < 0 ? -dx : dx, ay = dy < 0 ? -dy : dy;
+inline void step_inside(std::uint32_t* at, int stride, int dx, int dy, Paint paint) {
   const int x_back = dx >> 31, y_back = dy >> 31;
+  const int ax = (dx ^ x_back) - x_back, ay = (dy ^ y_back) - y_back;
   const int step_x = x_back | 1, step_y = (stride ^ y_back) - y_back;
-  const bool steep = ay > ax;
-  const int along = steep ? step_y : step_x, across = steep ? step_x : step_y;
-  const int major = steep ? ay : ax, up = 2 * (steep ? ax : ay), down = 2 * major;
+  const int steep = (ax - ay) >> 31;
+  const int turned = (step_x ^ step_y) & steep;
+  const std::ptrdiff_t along = step_x ^ turned, across = step_y ^ turned;
+  const int swapped = (ax ^ ay) & steep;
+  const int major = ax ^ swapped, up = 2 * (ay ^ swapped), down = 2 * major;
   // Half way, a step that would leave the smaller coordinate is not taken.
-  int error = up - major - 1 - (steep ? x_back : y_back);
-  std::uint32_t* at = pixels + static_cast<std::ptrdiff_t>(a.y) * stride + a.x;
+  int error = up - major - 1 - (y_back ^ ((x_back ^ y_back) & steep));
   for (int n = major; n > 0; --n) {
     paint(*at);
     const int stay = error >> 31;
-    at += along + (across & ~stay);
+    at += along + (across & ~static_cast<std::ptrdiff_t>(stay));
     error += up - (down & ~stay);
   }
 }
@@ -167,20 +169,22 @@ void BitmapContext::PenChanged() {
 }
 
 void BitmapContext::MoveTo(int x, int y) {
-  if (x == position_.x && y == position_.y) return;
-  position_ = CPoint(x, y);
+  if (x == x_ && y == y_) return;
+  x_ = x;
+  y_ = y;
   phase_ = 0;
 }
 
 void BitmapContext::LineTo(int x, int y) {
-  const CPoint start = std::exchange(position_, CPoint(x, y));
+  const int from_x = std::exchange(x_, x), from_y = std::exchange(y_, y);
   const auto w = static_cast<unsigned>(width_), h = static_cast<unsigned>(height_);
-  const bool whole = (static_cast<unsigned>(start.x) < w) & (static_cast<unsigned>(start.y) < h) &
+  const bool whole = (static_cast<unsigned>(from_x) < w) & (static_cast<unsigned>(from_y) < h) &
                      (static_cast<unsigned>(x) < w) & (static_cast<unsigned>(y) < h);
   if (whole & plain_) {
-    step_inside(pixels_.data(), width_, start, position_, [c = pen_ink_.change](std::uint32_t& v) { v = c; });
+    std::uint32_t* const at = pixels_.data() + static_cast<std::ptrdiff_t>(from_y) * width_ + from_x;
+    step_inside(at, width_, x - from_x, y - from_y, [c = pen_ink_.change](std::uint32_t& v) { v = c; });
   } else {
-    draw_line(start, position_);
+    draw_line({from_x, from_y}, {x, y});
   }
 }
 
@@ -256,9 +260,14 @@ void BitmapContext::SetPixel(int x, int y, COLORREF color) {
 }
 
 void BitmapContext::fill_span(int y, std::int64_t left, std::int64_t right, Ink ink) {
-  std::uint32_t* row = pixels_.data() + static_cast<std::ptrdiff_t>(y) * width_;
-  std::uint32_t* const end = row + std::min<std::int64_t>(right, width_);
-  for (std::uint32_t* at = row + std::max<std::int64_t>(left, 0); at < end; ++at) *at = (*at & ink.keep) ^ ink.change;
+  std::uint32_t* const row = pixels_.data() + static_cast<std::ptrdiff_t>(y) * width_;
+  std::uint32_t* const from = row + std::max<std::int64_t>(left, 0);
+  std::uint32_t* const to = row + std::min<std::int64_t>(right, width_);
+  if (ink.keep == 0) {
+    for (std::uint32_t* at = from; at < to; ++at) *at = ink.change;  // does not wait for what is there
+  } else {
+    for (std::uint32_t* at = from; at < to; ++at) *at ^= ink.change;
+  }
 }
 
 void BitmapContext::FillRgn(const CRgn& region, const CBrush& brush) {

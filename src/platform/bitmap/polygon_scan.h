@@ -14,13 +14,14 @@ namespace qv::detail {
 /// An edge that runs down from row `top` to row `bottom`, which it leaves out. At the present row it passes through
 /// x + rest / height with -height < rest <= 0, so that x is the first sample at its right or on it.
 struct ScanEdge {
+  // What a row changes lies apart: side by side, fields would be read as one before their single stores have settled.
   std::int64_t x;
+  std::int64_t height;
   std::int64_t rest;
   std::int64_t step;  // per row: step + step_rest / height, 0 <= step_rest < height
-  std::int64_t step_rest;
-  std::int64_t height;
   int top;
   int bottom;
+  std::int64_t step_rest;
   int winding;
 
   /// The edge from a to b as it stands at row 0 or its first row, whichever is lower down; false when it crosses no
@@ -33,8 +34,12 @@ struct ScanEdge {
     if (top >= bottom) return false;
     const std::int64_t dx = std::int64_t{b.x} - a.x;
     height = std::int64_t{b.y} - a.y;
-    step = dx / height;
-    step_rest = dx % height;
+    if (static_cast<std::int32_t>(dx) == dx && static_cast<std::int32_t>(height) == height) {
+      step = static_cast<std::int32_t>(dx) / static_cast<std::int32_t>(height);  // much faster than in 64 bits
+    } else {
+      step = dx / height;
+    }
+    step_rest = dx - step * height;
     if (step_rest < 0) {
       step_rest += height;
       --step;
@@ -64,34 +69,59 @@ struct ScanEdge {
   }
 };
 
+/// The rows y to end - 1 of the only two living edges, whose run is covered by either rule.
+template <class Span>
+void scan_pair(ScanEdge& a, ScanEdge& b, int y, int end, Span& span) {
+  for (; y < end; ++y) {
+    if (a.x < b.x) span(y, a.x, b.x);
+    if (b.x < a.x) span(y, b.x, a.x);
+    a.next_row();
+    b.next_row();
+  }
+}
+
+/// One row of living edges, which are brought into order.
+template <class Span>
+void scan_row(ScanEdge** first, ScanEdge** last, int y, FillRule rule, Span& span) {
+  const int mask = rule == FillRule::Winding ? ~0 : 1;
+  for (ScanEdge** i = first + 1; i < last; ++i) {
+    ScanEdge* const edge = *i;
+    ScanEdge** j = i;
+    for (; j > first && j[-1]->x > edge->x; --j) *j = j[-1];
+    *j = edge;
+  }
+  int winding = 0;
+  for (ScanEdge** i = first; i + 1 < last; ++i) {
+    winding += (*i)->winding;
+    if ((winding & mask) && i[0]->x < i[1]->x) span(y, i[0]->x, i[1]->x);
+  }
+  for (ScanEdge** i = first; i < last; ++i) (*i)->next_row();
+}
+
 /// Walks the edges, which are sorted by their tops, row by row; span(y, left, right) gets each run of samples, right
 /// end left out.
 template <class Span>
 void scan_edges(ScanEdge** edges, int count, FillRule rule, Span& span) {
-  const int mask = rule == FillRule::Winding ? ~0 : 1;
-  int first = 0, active = 0;  // edges[first .. active) are alive, by x
-  for (int y = count ? edges[0]->top : 0; first < active || active < count; ++y) {
+  int first = 0, active = 0;  // edges[first .. active) are alive
+  for (int y = 0; first < active || active < count;) {
     if (first == active) y = edges[active]->top;
     while (active < count && edges[active]->top == y) ++active;
-    for (int i = first + 1; i < active; ++i) {
-      ScanEdge* const edge = edges[i];
-      int j = i;
-      for (; j > first && edges[j - 1]->x > edge->x; --j) edges[j] = edges[j - 1];
-      edges[j] = edge;
-    }
-    int winding = 0;
-    for (int i = first; i + 1 < active; ++i) {
-      winding += edges[i]->winding;
-      if ((winding & mask) && edges[i]->x < edges[i + 1]->x) span(y, edges[i]->x, edges[i + 1]->x);
+    int end = y + 1;
+    if (active - first == 2) {
+      ScanEdge &a = *edges[first], &b = *edges[first + 1];
+      end = std::min(a.bottom, b.bottom);
+      if (active < count) end = std::min(end, edges[active]->top);
+      scan_pair(a, b, y, end, span);
+    } else {
+      scan_row(edges + first, edges + active, y, rule, span);
     }
     // The ended ones move to the front, out of the living range.
     int kept = active;
     for (int i = active; i-- > first;) {
-      if (edges[i]->bottom == y + 1) continue;
-      edges[i]->next_row();
-      edges[--kept] = edges[i];
+      if (edges[i]->bottom != end) edges[--kept] = edges[i];
     }
     first = kept;
+    y = end;
   }
 }
 
@@ -118,7 +148,17 @@ void scan_polygon(const CRgn& region, int rows, Span span) {
       ++count;
     }
   }
-  std::sort(order, order + count, [](const ScanEdge* a, const ScanEdge* b) { return a->top < b->top; });
+  const auto higher = [](const ScanEdge* a, const ScanEdge* b) { return a->top < b->top; };
+  if (n > kFew) {
+    std::sort(order, order + count, higher);
+  } else {
+    for (int i = 1; i < count; ++i) {
+      ScanEdge* const edge = order[i];
+      int j = i;
+      for (; j > 0 && higher(edge, order[j - 1]); --j) order[j] = order[j - 1];
+      order[j] = edge;
+    }
+  }
   scan_edges(order, count, region.Rule(), span);
 }
 
