@@ -18,8 +18,8 @@ void put_word(std::string& bytes, unsigned v) {
   bytes += static_cast<char>(v >> 8 & 255);
 }
 
-/// What a slide is made of: lines in full, or mostly the short records of chains (offsets and common ends), which give more
-/// items a byte.
+/// What a slide is made of: lines in full, or mostly the short records of chains (offsets and common ends), which give
+/// more items a byte.
 enum class Mix { Lines, Chains };
 
 /// A slide of ten megabytes.

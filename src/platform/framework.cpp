@@ -10,11 +10,15 @@ CObject::~CObject() = default;
 
 void CObject::Serialize(CArchive&) {}
 
-void CString::MakeUpper() { qv::upper_case(text_.data()); }
+void CString::MakeUpper() {
+  qv::upper_case(text_.data());
+}
 
 CArchive::CArchive(std::string_view bytes) : bytes_(bytes), storing_(false) {}
 
-void CArchive::Write(const void* data, std::size_t n) { bytes_.append(static_cast<const char*>(data), n); }
+void CArchive::Write(const void* data, std::size_t n) {
+  bytes_.append(static_cast<const char*>(data), n);
+}
 
 bool CArchive::Read(void* data, std::size_t n) {
   if (n > Remaining()) {
@@ -27,23 +31,34 @@ bool CArchive::Read(void* data, std::size_t n) {
   return true;
 }
 
-CArchive& CArchive::operator<<(float v) { return Write(&v, sizeof v), *this; }
-CArchive& CArchive::operator<<(std::uint32_t v) { return Write(&v, sizeof v), *this; }
-CArchive& CArchive::operator>>(float& v) { return Read(&v, sizeof v), *this; }
-CArchive& CArchive::operator>>(std::uint32_t& v) { return Read(&v, sizeof v), *this; }
-CArchive& CArchive::operator>>(std::int32_t& v) { return Read(&v, sizeof v), *this; }
+CArchive& CArchive::operator<<(float v) {
+  return Write(&v, sizeof v), *this;
+}
+CArchive& CArchive::operator<<(std::uint32_t v) {
+  return Write(&v, sizeof v), *this;
+}
+CArchive& CArchive::operator>>(float& v) {
+  return Read(&v, sizeof v), *this;
+}
+CArchive& CArchive::operator>>(std::uint32_t& v) {
+  return Read(&v, sizeof v), *this;
+}
+CArchive& CArchive::operator>>(std::int32_t& v) {
+  return Read(&v, sizeof v), *this;
+}
 
 struct CPtrList::Block {
   Block* next;
 };
 
-CPtrList::~CPtrList() { RemoveAll(); }
+CPtrList::~CPtrList() {
+  RemoveAll();
+}
 
 POSITION CPtrList::new_node(void* data) {
   if (!free_) {
     const auto n = static_cast<std::size_t>(blockSize_);
-    auto* block =
-        static_cast<Block*>(::operator new(sizeof(Block) + n * sizeof(qv::detail::ListNode), std::nothrow));
+    auto* block = static_cast<Block*>(::operator new(sizeof(Block) + n * sizeof(qv::detail::ListNode), std::nothrow));
     if (!block) return nullptr;
     block->next = blocks_;
     blocks_ = block;

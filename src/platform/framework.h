@@ -44,11 +44,12 @@ struct CPoint {
   CPoint() = default;
   CPoint(int px, int py) : x(px), y(py) {}
   template <class P>
-    requires(!std::is_same_v<P, CPoint> && requires(const P& p) {
-      requires std::is_integral_v<std::remove_cvref_t<decltype(p.x)>>;
-      requires std::is_integral_v<std::remove_cvref_t<decltype(p.y)>>;
-    })
-  CPoint(const P& p) : x(static_cast<int>(p.x)), y(static_cast<int>(p.y)) {}
+  requires(!std::is_same_v<P, CPoint> &&
+           requires(const P& p) {
+             requires std::is_integral_v<std::remove_cvref_t<decltype(p.x)>>;
+             requires std::is_integral_v<std::remove_cvref_t<decltype(p.y)>>;
+           }) CPoint(const P& p)
+      : x(static_cast<int>(p.x)), y(static_cast<int>(p.y)) {}
   friend bool operator==(const CPoint&, const CPoint&) = default;
 };
 
@@ -104,7 +105,9 @@ class CString {
   friend bool operator==(const CString& a, const char* b) { return a.text_ == b; }
 
  private:
-  std::size_t clamp(int n) const { return n < 0 ? 0 : std::min<std::size_t>(static_cast<std::size_t>(n), text_.size()); }
+  std::size_t clamp(int n) const {
+    return n < 0 ? 0 : std::min<std::size_t>(static_cast<std::size_t>(n), text_.size());
+  }
   std::string text_;
 };
 
