@@ -1,3 +1,4 @@
+#include <limits>
 #include <numbers>
 #include <optional>
 
@@ -337,6 +338,44 @@ void ACAD_BLOCK::Draw(CDC* dc, CFCoor* coor, ACAD_INSERT* insert) {
 
 namespace {
 
+/// What of the world the limits can show, a few pixels more on every side: most of a large drawing lies outside a small
+/// window, and is passed over without being taken to the device. A metafile, and a transform that turns x over, show
+/// everything.
+class WorldWindow {
+ public:
+  WorldWindow(CSafeDC& safe, const CDC& dc, const CFCoor& coor) {
+    constexpr double kMargin = 4;
+    const double scale = coor.GetScale();
+    if (dc.IsMetafile() || !(scale > 0)) return;
+    const CRect limits = safe.Limits();
+    const double x = coor.GetOrigin().x;
+    const double y = coor.GetOrigin().y;
+    const double down = coor.IsReverseY() ? -1 : 1;
+    const double y1 = y + down * (limits.top - kMargin) / scale;
+    const double y2 = y + down * (limits.bottom + kMargin) / scale;
+    x1_ = below(x + (limits.left - kMargin) / scale);
+    x2_ = -below(-(x + (limits.right + kMargin) / scale));
+    y1_ = below(std::min(y1, y2));
+    y2_ = -below(-std::max(y1, y2));
+  }
+  bool misses(const qv::Point3& a, const qv::Point3& b) const {
+    return (a.x < x1_ && b.x < x1_) || (a.x > x2_ && b.x > x2_) || (a.y < y1_ && b.y < y1_) || (a.y > y2_ && b.y > y2_);
+  }
+
+ private:
+  static constexpr float kEverything = std::numeric_limits<float>::infinity();
+  /// The next float below a number; the lowest bound where it is none.
+  static float below(double v) {
+    constexpr double kLargest = std::numeric_limits<float>::max();
+    return v > -kLargest && v < kLargest ? std::nextafter(static_cast<float>(v), -kEverything) : -kEverything;
+  }
+
+  float x1_ = -kEverything;
+  float y1_ = -kEverything;
+  float x2_ = kEverything;
+  float y2_ = kEverything;
+};
+
 /// A line of a drawing, as its own `Draw` draws it.
 void draw_shared(const ACAD_LINE& line, CSafeDC& safe, const ToDevice& to, SharedPen& pen) {
   const CPoint from = to(line.m_Start);
@@ -359,10 +398,13 @@ void DXF::Draw(CDC* dc) {
   dc->SetBkMode(qv::BackgroundMode::Transparent);
   SharedPen linePen(dc);
   const ToDevice to{*m_pCoor, 0, 0};
+  const WorldWindow window(clipping_context(dc), *dc, *m_pCoor);
   qv::detail::walk(m_EntityList, [&](ACAD_ENTITY& entity) {
     switch (entity.GetType()) {
-      case ACAD_TYPE_LINE:
-        return draw_shared(static_cast<const ACAD_LINE&>(entity), clipping_context(dc), to, linePen);
+      case ACAD_TYPE_LINE: {
+        const auto& line = static_cast<const ACAD_LINE&>(entity);
+        return window.misses(line.m_Start, line.m_End) ? void() : draw_shared(line, clipping_context(dc), to, linePen);
+      }
       case ACAD_TYPE_INSERT: {
         auto& insert = static_cast<ACAD_INSERT&>(entity);
         ACAD_BLOCK* const block = GetBlock(&insert);

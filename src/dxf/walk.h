@@ -11,7 +11,7 @@ namespace qv::detail {
 /// Calls f(entity) for each entity of the list until it returns true; whether it did.
 template <class F>
 bool walk_until(const CPtrList& list, const F& f) {
-  constexpr int kAhead = 12;
+  constexpr int kAhead = 40;
   constexpr std::size_t kCacheLine = 64;  // a line or a circle takes two
   constexpr std::size_t kFarther = 512;   // the nodes of a list lie side by side for the most part
   POSITION ahead = list.GetHeadPosition();

@@ -18,6 +18,11 @@ class QV_API CSafeDC {
 
   /// The wrapped context.
   CDC* GetDC() const { return dc_; }
+  /// The limits in force: left and top are always 0.
+  CRect Limits() {
+    SetLimit();
+    return {0, 0, right_, bottom_};
+  }
   /// Whether a segment is sure to be invisible: both ends lie beyond the same limit. Never so on a metafile.
   bool IsOutside(CPoint a, CPoint b) {
     SetLimit();
