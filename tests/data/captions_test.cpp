@@ -7,7 +7,9 @@
 #include <map>
 #include <string>
 
-#if !defined(_WIN32)
+#if defined(_WIN32)
+#include <windows.h>
+#else
 #include <iconv.h>
 #endif
 
@@ -40,7 +42,15 @@ const std::map<std::string, std::string> kCaptions = {
     CAPTION(kDrawingName),
 };
 
-#if !defined(_WIN32)
+#if defined(_WIN32)
+std::string to_utf8(const std::string& gbk) {
+  wchar_t wide[256];
+  char out[512];
+  const int n = MultiByteToWideChar(936, MB_ERR_INVALID_CHARS, gbk.data(), static_cast<int>(gbk.size()), wide, 256);
+  const int bytes = WideCharToMultiByte(CP_UTF8, 0, wide, n, out, sizeof out, nullptr, nullptr);
+  return n > 0 ? std::string(out, static_cast<std::size_t>(bytes)) : "not GBK";
+}
+#else
 std::string to_utf8(std::string gbk) {
   const iconv_t converter = iconv_open("UTF-8", "GBK");
   char out[512];
@@ -50,6 +60,7 @@ std::string to_utf8(std::string gbk) {
   iconv_close(converter);
   return good ? std::string(out, to) : "not GBK";
 }
+#endif
 
 // The header writes each caption as: inline constexpr char NAME[] =  // READABLE TEXT
 TEST(Captions, SayWhatTheirCommentsSay) {
@@ -69,6 +80,5 @@ TEST(Captions, SayWhatTheirCommentsSay) {
   }
   EXPECT_EQ(seen, kCaptions.size());
 }
-#endif
 
 }  // namespace
