@@ -1,9 +1,7 @@
-#include "pictures/picture.h"
-
 #include <gtest/gtest.h>
 
+#include "pictures/device_suite.h"
 #include "platform/bitmap/bitmap_dc.h"
-#include "support/model_context.h"
 #include "support/temporary_directory.h"
 
 namespace {
@@ -35,17 +33,24 @@ class Spoiled : public qv::BitmapContext {
   Fault fault_;
 };
 
+TEST(BitmapContext, DrawsAsEveryDevice) {
+  expect_conforming([](const std::function<void(const Device&)>& use) {
+    qv::BitmapContext bitmap(kPictureWidth, kPictureHeight, kPicturePaper);
+    use({bitmap, [&] { return picture_of(bitmap.GetResolution(), bitmap.Pixels()); }});
+  });
+}
+
 // The comparison finds what a device can do wrong, and lets pass what devices may do.
 TEST(Pictures, AreComparedWithinAPixel) {
   const Picture right = on_bitmap(1);
-  EXPECT_EQ(difference(right, right), "");
+  EXPECT_EQ(difference(1, right, right), "");
   Picture moved = right;
   std::rotate(moved.pixels.begin(), moved.pixels.end() - 1, moved.pixels.end());
-  EXPECT_EQ(difference(right, moved), "");
+  EXPECT_EQ(difference(1, right, moved), "");
   for (const auto fault : {Spoiled::kFartherDown, Spoiled::kLongerLines, Spoiled::kThinPens, Spoiled::kNoXor}) {
     Spoiled spoiled(fault);
     draw_commands(spoiled, 1);
-    EXPECT_NE(difference(right, picture_of(spoiled.GetResolution(), spoiled.Pixels())), "") << fault;
+    EXPECT_NE(difference(1, right, picture_of(spoiled.GetResolution(), spoiled.Pixels())), "") << fault;
   }
   const TemporaryDirectory directory;
   ASSERT_TRUE(write_picture(right, directory.path("a.ppm")));

@@ -96,7 +96,9 @@ void GdiContext::Flush() {
 
 void GdiContext::SetPixel(int x, int y, COLORREF color) {
   Flush();
+  ::SetROP2(dc_, R2_COPYPEN);
   SetPixelV(dc_, x, y, color & 0xFFFFFF);
+  ::SetROP2(dc_, static_cast<int>(Rop2()));
 }
 
 // A polygon without an outline rather than a region: metafiles and printers get its corners.
