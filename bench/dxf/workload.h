@@ -84,19 +84,22 @@ inline int stream_mixed(const char* path) {
   return dxf.Close();
 }
 
-/// The size in millimetres of a storey with a million entities.
-inline constexpr float kPlanWidth = 410000;
-inline constexpr float kPlanHeight = 230000;
+/// The size in millimetres of a storey with a million entities: bays of 10 m, a thousand entities each.
+inline constexpr float kBay = 10000;
+inline constexpr int kBaysAcross = 40;
+inline constexpr float kPlanWidth = kBaysAcross * kBay;
+inline constexpr float kPlanHeight = 25 * kBay;
 
-/// The same kinds as parts of a floor plan, each of its size on a building: members of 6 m, axis bubbles and door
-/// swings, labels of 350 mm, bars of five legs.
+/// The same kinds as parts of a floor plan, composed bay by bay and each of its size on a building: members of 6 m,
+/// axis bubbles and door swings, labels of 350 mm, bars of five legs.
 inline void write_plan(DXF& dxf) {
   constexpr float kMember = 6000;
   Random r;
   for (int i = 0; i < kEntities; ++i) {
     const int kind = i % 20;
-    const float x = kMember + r.below(kPlanWidth - 2 * kMember);
-    const float y = kMember + r.below(kPlanHeight - 2 * kMember);
+    const int bay = i / 1000;
+    const float x = kBay * static_cast<float>(bay % kBaysAcross) + r.below(kBay);
+    const float y = kBay * static_cast<float>(bay / kBaysAcross) + r.below(kBay);
     const float turn = r.below(360);
     if (kind < 14) {
       const double angle = turn * std::numbers::pi / 180;
