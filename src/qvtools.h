@@ -35,4 +35,5 @@
 #include "platform/numbers.h"
 #include "platform/text.h"
 #include "platform/textfile.h"
+#include "ui/draw_tool.h"
 #include "ui/safe_dc.h"
