@@ -71,6 +71,7 @@ const BitmapContext& QtWindow::Picture() {
 }
 
 void QtWindow::ShowShifted(CPoint by) {
+  if (by == shift_) return;
   shift_ = by;
   update();
 }
