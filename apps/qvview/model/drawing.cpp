@@ -10,6 +10,7 @@ namespace qvview {
 namespace {
 
 constexpr int kFrozen = 1;
+constexpr COLORREF kHighlight = qv::rgb(255, 128, 0);
 constexpr const char* kBlockLayer = "0";  // entities of a block on it are seen wherever the insert is
 
 ACAD_INSERT* as_insert(ACAD_ENTITY& entity) {
@@ -211,13 +212,18 @@ void Drawing::draw_entity(ACAD_ENTITY& record, CDC& dc, CFCoor& coor, const View
 }
 
 void Drawing::highlight(CDC& dc, const CFCoor& coor, const ViewAngles& angles, const std::vector<int>& entities) {
-  constexpr COLORREF kHighlight = qv::rgb(255, 128, 0);
   constexpr std::size_t kManyEntities = 20000;  // wide lines take their time
-  HighlightContext wide(dc, kHighlight, entities.size() < kManyEntities ? 3 : 1);
-  wide.SetBkMode(qv::BackgroundMode::Transparent);
+  const bool wide = entities.size() < kManyEntities;
   CFCoor view = coor;
-  for (const int i : entities)
-    if (is_shown(i)) draw_entity(entity(i), wide, view, angles);
+  // Texts with wide strokes cannot be read.
+  const auto draw_those = [&](int width, auto&& wanted) {
+    HighlightContext context(dc, kHighlight, width);
+    context.SetBkMode(qv::BackgroundMode::Transparent);
+    for (const int i : entities)
+      if (is_shown(i) && wanted(entity(i))) draw_entity(entity(i), context, view, angles);
+  };
+  draw_those(wide ? 3 : 1, [](ACAD_ENTITY& record) { return record.GetType() != ACAD_TYPE_TEXT; });
+  draw_those(1, [](ACAD_ENTITY& record) { return record.GetType() == ACAD_TYPE_TEXT; });
 }
 
 std::vector<int> Drawing::pick(const CFRect& rect, bool crossing, const ViewAngles& angles) const {

@@ -113,7 +113,7 @@ void QtWindow::paintEvent(QPaintEvent*) {
 }
 
 void QtWindow::resizeEvent(QResizeEvent*) {
-  Invalidate(true);
+  bitmap();  // of the new size, to be painted
 }
 
 bool QtWindow::event(QEvent* event) {
