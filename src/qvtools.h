@@ -15,6 +15,7 @@
 #include "data/services.h"
 #include "drawing/base_sgt.h"
 #include "dxf/document.h"
+#include "dxf/prepared_drawing.h"
 #include "geometry/analysis.h"
 #include "geometry/coor.h"
 #include "geometry/domain.h"

@@ -99,7 +99,10 @@ CSafeDC& clip_to(CDC* dc) {
 }
 
 int device(double v) {
-  return qv::TruncInt(2.0 * v + 1.0) / 2;
+  const double doubled = 2.0 * v + 1.0;
+  // In range the plain conversion is the same and inlines.
+  const bool plain = doubled > -2147483648.0 && doubled < 2147483648.0;
+  return (plain ? static_cast<int>(doubled) : qv::TruncInt(doubled)) / 2;
 }
 
 /// A shape's axes in device units.
@@ -113,17 +116,20 @@ struct Axes {
 /// Draws displacements through the clipping context.
 class DrawingPen {
  public:
-  DrawingPen(CSafeDC& context, double x, double y) : context_(context), x_(x), y_(y) {
-    context_.MoveTo(device(x_), device(y_));
+  DrawingPen(CSafeDC& context, double x, double y) : context_(context), x_(x), y_(y), at_(device(x), device(y)) {
+    context_.MoveTo(at_);
   }
   void set_axes(const Axes& axes) { axes_ = axes; }
   void step(double u, double v, bool down) {
     x_ += axes_.a * u + axes_.c * v;
     y_ += axes_.b * u + axes_.d * v;
+    const CPoint to(device(x_), device(y_));
+    if (to == at_) return;  // small letters are mostly strokes within a pixel, which show nothing
+    at_ = to;
     if (down) {
-      context_.LineTo(device(x_), device(y_));
+      context_.LineTo(to);
     } else {
-      context_.MoveTo(device(x_), device(y_));
+      context_.MoveTo(to);
     }
   }
   void push() {
@@ -143,6 +149,7 @@ class DrawingPen {
   Axes axes_{};
   double x_;
   double y_;
+  CPoint at_;  // the device pen
   double keptX_ = 0;
   double keptY_ = 0;
 };
