@@ -313,11 +313,11 @@ TEST_F(ViewTest, WhatIsSeenFitsPicturesOfOtherSizes) {
   view.wheel(pixel(300, 300), 4, false);
   const CFPoint middle = view.CurrentView().DPtoFP(CPoint(250, 200));
   qv::BitmapContext same(500, 400, 0xFFFFFF);
-  view.draw_into(same, {500, 400});
+  view.draw_into(same, {500, 400}, false);
   EXPECT_EQ(std::vector<std::uint32_t>(same.Pixels(), same.Pixels() + 500 * 400), painted());
   EXPECT_LT(std::fabs(middle.x - 300), 200) << "the circle is in view";
   qv::BitmapContext large(1000, 800, 0xFFFFFF);
-  view.draw_into(large, {1000, 800});
+  view.draw_into(large, {1000, 800}, true);
   int red = 0;
   for (int i = 0; i < 1000 * 800; ++i) red += large.Pixels()[i] == 0xFFFF0000;
   EXPECT_GT(red, 500);

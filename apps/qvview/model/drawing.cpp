@@ -131,7 +131,18 @@ bool Drawing::is_seen_in_block(const Item& item) const {
   return layers_[item.layer].on || layers_[item.layer].name == kBlockLayer;
 }
 
+qv::PreparedDrawing& Drawing::prepared(const ViewAngles& angles) {
+  if (prepared_ && preparedAngles_ == angles) return *prepared_;
+  if (angles.is_plan())
+    prepared_.emplace(*shown_);
+  else
+    prepared_.emplace(*shown_, angles.a, angles.b);
+  preparedAngles_ = angles;
+  return *prepared_;
+}
+
 void Drawing::rebuild() {
+  prepared_.reset();
   shown_ = std::make_unique<Shown>();
   auto block = blocks_.begin();
   qvapps::for_each<ACAD_BLOCK>(document_->m_BlockList, [&](ACAD_BLOCK& from) {
@@ -180,13 +191,11 @@ CFRect Drawing::extent_of(int i, const ViewAngles& angles) {
   return angles.is_plan() ? record.GetFRect() : record.GetFRect3D(angles.a, angles.b);
 }
 
-void Drawing::draw(CDC& dc, const CFCoor& coor, const ViewAngles& angles) {
+void Drawing::draw(CDC& dc, const CFCoor& coor, const ViewAngles& angles, bool everyLetter) {
+  constexpr int kReadable = 3;  // pixels
   CFCoor view = coor;
-  if (angles.is_plan())
-    shown_->Draw(&dc, &view);
-  else
-    shown_->Draw3D(&dc, &view, angles.a, angles.b);
-  shown_->m_pCoor = &G_ConCoor;  // the view's goes
+  prepared(angles).SetReadableHeight(everyLetter ? 0 : kReadable);
+  prepared(angles).Draw(&dc, &view);
   if (!dc.IsPrinting() && !dc.IsMetafile()) draw_marks(dc, view, angles);
 }
 
@@ -226,19 +235,14 @@ void Drawing::highlight(CDC& dc, const CFCoor& coor, const ViewAngles& angles, c
   draw_those(1, [](ACAD_ENTITY& record) { return record.GetType() == ACAD_TYPE_TEXT; });
 }
 
-std::vector<int> Drawing::pick(const CFRect& rect, bool crossing, const ViewAngles& angles) const {
-  std::vector<int> hits;
-  const CFRegion region(rect);
-  for (int i = 0; i < count(); ++i) {
-    if (!is_shown(i)) continue;
-    ACAD_ENTITY& record = entity(i);
-    ACAD_INSERT* const insert = as_insert(record);
-    ACAD_BLOCK* const block = insert ? shown_->GetBlock(insert) : nullptr;
-    const int hit = block ? block->HitTest(region, crossing, angles.a, angles.b, insert)
-                          : record.HitTest(region, crossing, angles.a, angles.b);
-    if (hit) hits.push_back(i);
+std::vector<int> Drawing::pick(const CFRect& rect, bool crossing, const ViewAngles& angles) {
+  std::vector<int> places;
+  int i = 0;
+  for (const ACAD_ENTITY* const hit : prepared(angles).Pick(rect, crossing)) {
+    while (items_[static_cast<std::size_t>(i)].record != hit) ++i;  // both in drawing order
+    places.push_back(i);
   }
-  return hits;
+  return places;
 }
 
 }  // namespace qvview

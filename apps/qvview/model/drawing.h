@@ -4,10 +4,12 @@
 /// background. Nothing here needs a screen.
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "common/display_form.h"
+#include "dxf/prepared_drawing.h"
 #include "qvtools.h"
 
 namespace qvview {
@@ -57,13 +59,16 @@ class Drawing {
   CFRect extent(const ViewAngles& angles);
   CFRect extent_of(int entity, const ViewAngles& angles);
 
-  void draw(CDC& dc, const CFCoor& coor, const ViewAngles& angles);
+  /// Draws what is shown; texts too low to be read as lines, unless every letter is asked for.
+  void draw(CDC& dc, const CFCoor& coor, const ViewAngles& angles, bool everyLetter = false);
+  /// The shape fonts have changed.
+  void fonts_changed() { prepared_.reset(); }
   /// Draws entities of the drawing so that they stand out.
   void highlight(CDC& dc, const CFCoor& coor, const ViewAngles& angles, const std::vector<int>& entities);
 
   /// The shown entities that lie wholly inside the rectangle, with `crossing` also those that touch it, in drawing
   /// order.
-  std::vector<int> pick(const CFRect& rect, bool crossing, const ViewAngles& angles) const;
+  std::vector<int> pick(const CFRect& rect, bool crossing, const ViewAngles& angles);
 
  private:
   /// A record of the document and what it was before it was resolved.
@@ -85,6 +90,8 @@ class Drawing {
   void rebuild();
   bool is_seen_in_block(const Item& item) const;
   void collect_marks();
+  /// What is shown, ready to be drawn and picked from a direction.
+  qv::PreparedDrawing& prepared(const ViewAngles& angles);
   void draw_marks(CDC& dc, const CFCoor& coor, const ViewAngles& angles);
   void draw_entity(ACAD_ENTITY& entity, CDC& dc, CFCoor& coor, const ViewAngles& angles) const;
 
@@ -95,6 +102,8 @@ class Drawing {
   std::vector<std::vector<Item>> blocks_;  // of each block, in the document's order
   std::vector<Mark> marks_;
   std::unique_ptr<Shown> shown_;
+  std::optional<qv::PreparedDrawing> prepared_;  // of the shown document, from one direction; absent until asked for
+  ViewAngles preparedAngles_;
   int shownCount_ = 0;
 };
 

@@ -47,6 +47,11 @@ void View::drawing_changed() {
   repaint();
 }
 
+void View::fonts_changed() {
+  if (drawing_) drawing_->fonts_changed();
+  drawing_changed();
+}
+
 void View::set_light(bool light) {
   light_ = light;
   if (drawing_) drawing_->set_background(light);
@@ -69,11 +74,11 @@ void View::paint(CDC& dc) {
   OnDraw(dc, 1);
 }
 
-void View::draw_into(CDC& dc, CSize size) {
+void View::draw_into(CDC& dc, CSize size, bool everyLetter) {
   if (!drawing_) return;
   const CRect client = window_.ClientRect();
-  if (size == CSize(client.Width(), client.Height())) return drawing_->draw(dc, CurrentView(), angles_);
-  drawing_->draw(dc, qvapps::fitted(seen(), size), angles_);
+  if (size == CSize(client.Width(), client.Height())) return drawing_->draw(dc, CurrentView(), angles_, everyLetter);
+  drawing_->draw(dc, qvapps::fitted(seen(), size), angles_, everyLetter);
 }
 
 // ---------------------------------------------------------------- navigation

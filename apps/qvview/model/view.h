@@ -37,8 +37,8 @@ class View : public CDrawTool {
 
   /// Draws the client area, whose background is there, and what the pointer shows on it.
   void paint(CDC& dc);
-  /// Draws what is seen fitted into a picture of a size.
-  void draw_into(CDC& dc, CSize size);
+  /// Draws what is seen fitted into a picture of a size; see `Drawing::draw`.
+  void draw_into(CDC& dc, CSize size, bool everyLetter);
   /// The window has another size: everything stays in view where everything was, else the middle stays the middle.
   void resized();
 
@@ -60,8 +60,9 @@ class View : public CDrawTool {
   Mode mode() const { return mode_; }
   void set_light(bool light);
   bool is_light() const { return light_; }
-  /// Layers, fonts or other things of the drawing changed: picks that are no longer shown go.
+  /// Layers of the drawing, or the fonts, have changed: picks that are no longer shown go.
   void drawing_changed();
+  void fonts_changed();
 
   // The pointer, in pixels.
   void left_down(CPoint point, bool add);

@@ -208,7 +208,7 @@ bool MainWindow::use_fonts(const qvapps::FontFiles& fonts) {
   };
   keep(kTextFontKey, fonts.text, usualFonts_.text);
   keep(kBigFontKey, fonts.big, usualFonts_.big);
-  view_.drawing_changed();
+  view_.fonts_changed();
   statusBar()->showMessage(words_(Text::FontChanged), kMessageTime);
   return true;
 }

@@ -26,7 +26,8 @@ QString export_view(QWidget* parent, const Words& words, View& view, CSize size,
   }
   const CSize drawn = qvapps::drawn_size(kind, size);
   const COLORREF background = view.is_light() ? 0xFFFFFF : 0x000000;
-  if (qvapps::save_drawn(name, drawn, background, [&](CDC& dc) { view.draw_into(dc, drawn); }))
+  const bool everyLetter = kind != qvapps::PictureKind::Png;  // others can be looked at more closely
+  if (qvapps::save_drawn(name, drawn, background, [&](CDC& dc) { view.draw_into(dc, drawn, everyLetter); }))
     return words(Text::Exported, path);
   QMessageBox::warning(parent, words(Text::ExportTitle), words(Text::CannotWrite, path));
   return {};
@@ -46,7 +47,7 @@ void print_view(QWidget* parent, const Words& words, View& view, CSize size) {
   }
   const qvapps::PictureScreen screen(sheet);
   qv::QtContext context(painter, qv::QtContext::Target::Printer, sheet);
-  view.draw_into(context, sheet);
+  view.draw_into(context, sheet, true);
 }
 
 }  // namespace qvview
