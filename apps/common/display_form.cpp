@@ -78,4 +78,12 @@ CFRect with_margin(const CFRect& extent) {
   return r;
 }
 
+CFCoor fitted(const CFRect& rect, CSize picture) {
+  const double across = picture.cx / static_cast<double>(rect.Width());
+  const double scale = std::min(across, picture.cy / static_cast<double>(rect.Height()));
+  const double x = (static_cast<double>(rect.x1) + rect.x2) / 2 - picture.cx / scale / 2;
+  const double y = (static_cast<double>(rect.y1) + rect.y2) / 2 + picture.cy / scale / 2;
+  return {CFPoint(static_cast<float>(x), static_cast<float>(y)), static_cast<float>(scale), 1};
+}
+
 }  // namespace qvapps

@@ -42,4 +42,7 @@ CFRect with_margin(const CFRect& extent);
 /// The same without the margin.
 CFRect never_empty(const CFRect& extent);
 
+/// The transform that fits a world rectangle into the middle of a picture.
+CFCoor fitted(const CFRect& rect, CSize picture);
+
 }  // namespace qvapps

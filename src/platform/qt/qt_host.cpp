@@ -95,7 +95,6 @@ void QtHost::DrainMessages() {
 }
 
 CSize QtHost::ScreenSize() const {
-  if (screen_) return *screen_;
   const QScreen* const screen = QGuiApplication::primaryScreen();
   if (!screen) return {1920, 1080};
   const QSizeF size = QSizeF(screen->virtualSize()) * screen->devicePixelRatio();

@@ -6,7 +6,6 @@
 #include <QtWidgets/QDialog>
 #include <QtWidgets/QPlainTextEdit>
 #include <memory>
-#include <optional>
 
 #include "platform/host.h"
 #include "platform/message_text.h"
@@ -26,12 +25,9 @@ class QtHost : public Host {
   void SelectMessage(int from, int to) override { messages_.Select(from, to); }
   void ReplaceMessageSelection(const char* text) override;
   void DrainMessages() override;
-  /// The size of the whole desktop in pixels, so that windows on any of its screens are drawn to their ends; or the
-  /// size that was set.
+  /// The size of the whole desktop in pixels, so that windows on any of its screens are drawn to their ends.
   CSize ScreenSize() const override;
 
-  /// Takes this for the screen's size, while a picture of its own size is drawn; nothing brings the desktop back.
-  void SetScreenSize(std::optional<CSize> size) { screen_ = size; }
   /// What the message window holds, in GBK.
   const std::string& Messages() const { return messages_.Bytes(); }
   /// The dialog; null before it is created.
@@ -41,7 +37,6 @@ class QtHost : public Host {
   MessageText messages_;
   std::unique_ptr<QDialog> window_;
   QPlainTextEdit* edit_ = nullptr;  // owned by the window
-  std::optional<CSize> screen_;
 };
 
 }  // namespace qv

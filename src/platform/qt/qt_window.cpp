@@ -71,6 +71,7 @@ const BitmapContext& QtWindow::Picture() {
 }
 
 void QtWindow::ShowShifted(CPoint by) {
+  if (by == shift_) return;
   shift_ = by;
   update();
 }
@@ -112,7 +113,7 @@ void QtWindow::paintEvent(QPaintEvent*) {
 }
 
 void QtWindow::resizeEvent(QResizeEvent*) {
-  Invalidate(true);
+  bitmap();  // of the new size, to be painted
 }
 
 bool QtWindow::event(QEvent* event) {
