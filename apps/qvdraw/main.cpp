@@ -25,8 +25,7 @@ int help(const Arguments& arguments);
 
 constexpr Command kCommands[] = {
     {"demo", "demo --out DIR", "draw the sample drawings into a directory", qvdraw::run_demo},
-    {"render",
-     "render IN.dxf -o PICTURE [--size WxH] [--window x1,y1,x2,y2] [--view A,B] [--background white|black]",
+    {"render", "render IN.dxf -o PICTURE [--size WxH] [--window x1,y1,x2,y2] [--view A,B] [--background white|black]",
      "show a drawing, or a window of it, as a picture; view angles in degrees", qvdraw::run_render},
     {"info", "info IN.dxf [--json]", "tell a drawing's tables, entities and extent", qvdraw::run_info},
     {"slide", "slide IN.sld|LIBRARY.NAME -o PICTURE|OUT.dxf|OUT.scr [--size WxH]",

@@ -1,8 +1,7 @@
 /// qvview32: shows a drawing in a native window. qvview32 [FILE.dxf]
 
-#include <windows.h>
-
 #include <shellapi.h>
+#include <windows.h>
 
 #include "common/fonts.h"
 #include "common/system.h"

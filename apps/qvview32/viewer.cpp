@@ -211,7 +211,8 @@ void Viewer::wheel(WPARAM w, CPoint point) {
   constexpr DWORD kPause = 800;  // milliseconds after which a new turn begins
   const DWORD now = GetTickCount();
   const bool continues = now - std::exchange(lastWheel_, now) < kPause;
-  if (!view_->dragged_by()) view_->wheel(point, GET_WHEEL_DELTA_WPARAM(w) / static_cast<double>(WHEEL_DELTA), continues);
+  if (!view_->dragged_by())
+    view_->wheel(point, GET_WHEEL_DELTA_WPARAM(w) / static_cast<double>(WHEEL_DELTA), continues);
 }
 
 void Viewer::paint() {
@@ -276,9 +277,8 @@ void Viewer::print() {
   // On paper the background is light.
   const bool light = view_->is_light();
   if (!light) view_->set_light(true);
-  const bool printed = qv::print_page(dialog.hDC, "qvview32", [&](CDC& dc) {
-    view_->draw_into(dc, dc.GetResolution(), true);
-  });
+  const bool printed =
+      qv::print_page(dialog.hDC, "qvview32", [&](CDC& dc) { view_->draw_into(dc, dc.GetResolution(), true); });
   if (!light) view_->set_light(false);
   DeleteDC(dialog.hDC);
   if (!printed) complain(Text::CannotPrint, path_);

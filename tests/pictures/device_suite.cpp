@@ -87,8 +87,7 @@ void expect_fills_with_left_and_top_borders(const Device& device) {
   region.CreatePolygonRgn(star, 5, qv::FillRule::Alternate);
   device.dc.FillRgn(region, CBrush{0});
   const Picture picture = device.picture();
-  for (int y = 1; y <= 4; ++y)
-    EXPECT_EQ(row(picture, 0, y, 8), y == 2 || y == 3 ? "..###..." : "........") << y;
+  for (int y = 1; y <= 4; ++y) EXPECT_EQ(row(picture, 0, y, 8), y == 2 || y == 3 ? "..###..." : "........") << y;
   EXPECT_EQ(picture.at(50, 42), kPaper);
   EXPECT_EQ(picture.at(50, 28), 0u);
   region.CreatePolygonRgn(star, 5, qv::FillRule::Winding);

@@ -105,9 +105,9 @@ struct Group {
   void (*draw)(Cell& cell);
   bool countsPixels;  // every device sets the same number of pixels of each colour
 };
-constexpr Group kGroups[] = {{thin_line, true},      {thin_line, true}, {styled_line, true},    {joined_lines, false},
-                             {wide_line, false},    {fills, false},    {inverted_line, false}, {inverted_fill, false},
-                             {pixels, true}};
+constexpr Group kGroups[] = {{thin_line, true},      {thin_line, true},      {styled_line, true},
+                             {joined_lines, false},  {wide_line, false},     {fills, false},
+                             {inverted_line, false}, {inverted_fill, false}, {pixels, true}};
 constexpr int kGroupCount = static_cast<int>(std::size(kGroups));
 
 /// Calls f with the number of each cell and its upper left corner.

@@ -31,8 +31,9 @@ inline constexpr COLORREF kPicturePaper = 0xE0F0FF;
 /// each group of commands in a cell of its own.
 void draw_commands(CDC& dc, unsigned seed);
 
-/// Where two pictures of the stream of a seed differ by more than devices may: a colour that stands nowhere within a pixel
-/// in the other picture, unless a fill has its border there, or thin lines of other lengths. Empty when they agree.
+/// Where two pictures of the stream of a seed differ by more than devices may: a colour that stands nowhere within a
+/// pixel in the other picture, unless a fill has its border there, or thin lines of other lengths. Empty when they
+/// agree.
 std::string difference(unsigned seed, const Picture& a, const Picture& b);
 
 /// Binary PPM files. Reading returns an empty picture, writing false, on failure.

@@ -18,9 +18,7 @@ void with_image(const std::function<void(const qvtest::Device&)>& use) {
   image.fill(QColor(qvtest::kPicturePaper & 255, qvtest::kPicturePaper >> 8 & 255, qvtest::kPicturePaper >> 16 & 255));
   QPainter painter(&image);
   QtContext context(painter, QtContext::Target::Image, size);
-  use({context, [&] {
-         return qvtest::picture_of(size, reinterpret_cast<const std::uint32_t*>(image.constBits()));
-       }});
+  use({context, [&] { return qvtest::picture_of(size, reinterpret_cast<const std::uint32_t*>(image.constBits())); }});
 }
 
 TEST(QtContext, DrawsOnImagesAsOnEveryDevice) {

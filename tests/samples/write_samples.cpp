@@ -34,8 +34,10 @@ void draw_primitives(CBase_SGT& sgt, Chance& chance) {
   sgt.Draw_PArc(a.x, a.y, r, angle, sweep, 30, 30);
   sgt.Draw_Rect_C(chance.size(), chance.size(), b.x, b.y, angle);
   sgt.Draw_Rect_LB(chance.size(), chance.size(), b.x, b.y, angle, 20);
-  sgt.Draw_Text_Along_Line(a.x, a.y, b.x, b.y, 7, chance.below(8), "4\\x8B"
-                                                                   "25", 350, 1);
+  sgt.Draw_Text_Along_Line(a.x, a.y, b.x, b.y, 7, chance.below(8),
+                           "4\\x8B"
+                           "25",
+                           350, 1);
   sgt.Draw_Text_Along_Arc(a.x, a.y, r, angle, sweep, 5, chance.below(6), "\xB8\xD6\xBD\xEE", 250, 1);
   sgt.Draw_Line_Rotate_Shift(angle, b.x, b.y, a.x, a.y, r, r);
   sgt.Draw_Pline(a.x, a.y, b.x, b.y, 30, 40);

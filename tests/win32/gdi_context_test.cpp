@@ -89,9 +89,9 @@ TEST(GdiOutput, WritesMetafiles) {
   DeleteEnhMetaFile(file);
   qv::BitmapContext expected(size.cx, size.cy, qvtest::kPicturePaper);
   qvtest::draw_commands(expected, 1);
-  EXPECT_EQ(qvtest::difference(1, qvtest::picture_of(size, expected.Pixels()),
-                               qvtest::picture_of(size, bitmap.Pixels())),
-            "");
+  EXPECT_EQ(
+      qvtest::difference(1, qvtest::picture_of(size, expected.Pixels()), qvtest::picture_of(size, bitmap.Pixels())),
+      "");
 }
 
 }  // namespace

@@ -110,7 +110,8 @@ struct ViewWindow {
     kind.hInstance = GetModuleHandleW(nullptr);
     kind.lpszClassName = L"view";
     RegisterClassW(&kind);
-    handle = CreateWindowW(L"view", L"", WS_POPUP | WS_VISIBLE, 20, 30, 120, 90, nullptr, nullptr, kind.hInstance, nullptr);
+    handle =
+        CreateWindowW(L"view", L"", WS_POPUP | WS_VISIBLE, 20, 30, 120, 90, nullptr, nullptr, kind.hInstance, nullptr);
   }
   ~ViewWindow() { DestroyWindow(handle); }
   HWND handle;

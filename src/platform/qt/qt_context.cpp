@@ -36,8 +36,8 @@ QList<qreal> pattern_of(PenStyle style) {
   return {};
 }
 
-// Qt's pixels have their middles at halves, ours at whole numbers. Shapes on an image are moved by a little less, one of
-// Qt's own steps, so that a middle on a left or top edge lies inside.
+// Qt's pixels have their middles at halves, ours at whole numbers. Shapes on an image are moved by a little less, one
+// of Qt's own steps, so that a middle on a left or top edge lies inside.
 constexpr double kHalf = 0.5;
 constexpr double kLess = kHalf - 1.0 / 64;
 
@@ -90,8 +90,8 @@ void QtContext::MoveTo(int x, int y) {
   position_ = {x, y};
 }
 
-// A thin line sets, from its smaller end on, the pixels whose middles lie beyond the end: a little less than a half takes
-// the first pixel in and leaves the last one out, and takes the smaller pixel half way between two.
+// A thin line sets, from its smaller end on, the pixels whose middles lie beyond the end: a little less than a half
+// takes the first pixel in and leaves the last one out, and takes the smaller pixel half way between two.
 void QtContext::draw_on_pixels(CPoint from, CPoint to) {
   const double dx = std::abs(static_cast<double>(to.x) - from.x), dy = std::abs(static_cast<double>(to.y) - from.y);
   const bool thin = pen_.width() <= 1;

@@ -2,11 +2,11 @@
 
 /// A device context on a QPainter: images, SVG, PDF and other printers, recorded pictures.
 ///
-/// Nothing is smoothed. On an image lines and fills set the pixels that `BitmapContext` sets, but for the border of a wide
-/// pen and, on long lines, a pixel almost half way between two. On a vector device, which has no pixels, a line runs to
-/// its end, and lines that join are handed on as one path, so that corners close and files stay small. A line of no
-/// length draws nothing on either. Raster operations other than R2_COPYPEN need a device that has them (images do);
-/// elsewhere they draw as R2_COPYPEN.
+/// Nothing is smoothed. On an image lines and fills set the pixels that `BitmapContext` sets, but for the border of a
+/// wide pen and, on long lines, a pixel almost half way between two. On a vector device, which has no pixels, a line
+/// runs to its end, and lines that join are handed on as one path, so that corners close and files stay small. A line
+/// of no length draws nothing on either. Raster operations other than R2_COPYPEN need a device that has them (images
+/// do); elsewhere they draw as R2_COPYPEN.
 
 #include <QtGui/QPainter>
 #include <QtGui/QPainterPath>

@@ -46,8 +46,8 @@ GdiContext::~GdiContext() {
 HGDIOBJ GdiContext::pen_object() {
   const CPen& pen = Pen();
   const int width = std::max(pen.width, 1);
-  const std::uint64_t key = std::uint64_t{pen.color & 0xFFFFFF} | std::uint64_t(pen.style) << 24 |
-                            static_cast<std::uint64_t>(width) << 32;
+  const std::uint64_t key =
+      std::uint64_t{pen.color & 0xFFFFFF} | std::uint64_t(pen.style) << 24 | static_cast<std::uint64_t>(width) << 32;
   if (pens_.size() >= kMostObjects && !pens_.contains(key)) {
     ::SelectObject(dc_, GetStockObject(BLACK_PEN));
     delete_all(pens_);

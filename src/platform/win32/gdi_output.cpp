@@ -1,7 +1,7 @@
 #include "platform/win32/gdi_output.h"
 
 #include <objidl.h>
-//
+// Stands on the streams of the one above.
 #include <gdiplus.h>
 
 #include <algorithm>

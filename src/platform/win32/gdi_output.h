@@ -1,8 +1,8 @@
 #pragma once
 
-/// Pictures through GDI: a bitmap that GDI draws on, a bitmap shown on a device, PNG and enhanced metafiles as files, and
-/// printed pages. Paths are in the system's code page. What writes returns false when it could not; an existing file is
-/// replaced only by a complete one.
+/// Pictures through GDI: a bitmap that GDI draws on, a bitmap shown on a device, PNG and enhanced metafiles as files,
+/// and printed pages. Paths are in the system's code page. What writes returns false when it could not; an existing
+/// file is replaced only by a complete one.
 
 #include <windows.h>
 
