@@ -113,6 +113,7 @@ constexpr Caption kCaptions[] = {
     {Text::AngleA, "绕竖轴旋转(度)", "Turned about the vertical axis (degrees)"},
     {Text::AngleB, "俯视角(度,90 为平面)", "Looking down (degrees, 90 is plan)"},
     {Text::Reading, "正在读入 %1", "Reading %1"},
+    {Text::GiveUp, "放弃", "Give up"},
     {Text::GivenUp, "已放弃读入", "Reading was given up"},
     {Text::CannotOpen, "不能打开 %1\n%2", "%1 cannot be opened.\n%2"},
     {Text::Missing, "没有这个文件。", "There is no such file."},

@@ -112,6 +112,7 @@ enum class Text {
   AngleA,
   AngleB,
   Reading,
+  GiveUp,
   GivenUp,
   // failures
   CannotOpen,
