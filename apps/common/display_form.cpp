@@ -63,8 +63,9 @@ void resolve_for_display(DXF& dxf, bool lightBackground) {
 
 CFRect never_empty(const CFRect& extent) {
   CFRect r = extent;
-  const bool finite = std::isfinite(r.x1) && std::isfinite(r.y1) && std::isfinite(r.x2) && std::isfinite(r.y2);
-  if (!finite) r = CFRect();
+  constexpr float kFarthest = 1e30F;  // beyond, sizes and margins are no numbers any more
+  const auto sane = [](float v) { return std::fabs(v) < kFarthest; };
+  if (!sane(r.x1) || !sane(r.y1) || !sane(r.x2) || !sane(r.y2)) r = CFRect();
   const float least = std::max(1e-3F, 1e-6F * std::max(std::fabs(r.x2), std::fabs(r.y2)));
   if (r.Width() < least) r.Inflect(least / 2, 0, least / 2, 0);
   if (r.Height() < least) r.Inflect(0, least / 2, 0, least / 2);

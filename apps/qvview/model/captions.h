@@ -99,7 +99,7 @@ enum class Text {
   Exported,
   Copied,
   FontChanged,
-  FileChanged,
+  Reloaded,
   ChangedUnreadable,
   // dialogs
   OpenTitle,

@@ -169,10 +169,9 @@ void View::zoom_in() {
 }
 
 void View::show_entity(int entity) {
-  if (drawing_) {
-    const CFRect rect = qvapps::with_margin(drawing_->extent_of(entity, angles_));
-    ShowRect(rect.Nearest(), rect.Furthest());
-  }
+  if (!drawing_) return;
+  const CFRect rect = qvapps::with_margin(drawing_->extent_of(entity, angles_));
+  ShowRect(rect.Nearest(), rect.Furthest());
 }
 
 void View::wheel(CPoint point, double steps, bool continues) {
@@ -304,6 +303,7 @@ bool View::cancel() {
   if (dragFrom_) {
     dragFrom_.reset();
     listener_.on_mode_changed();
+    repaint();
     return true;
   }
   if (HasCorner()) return OnRButtonDown(0, point_), true;

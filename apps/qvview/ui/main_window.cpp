@@ -157,7 +157,7 @@ void MainWindow::reload(bool asked) {
     view_.reload(std::make_unique<Drawing>(std::move(loaded.document), view_.is_light()));
     layers_->refresh(view_.drawing());
     show_status();
-    statusBar()->showMessage(words_(Text::FileChanged), kMessageTime);
+    statusBar()->showMessage(words_(Text::Reloaded), kMessageTime);
   } else if (asked && loaded.reason != Text::GivenUp) {
     QMessageBox::warning(this, words_(Text::OpenTitle), words_(Text::CannotOpen, path_, words_(loaded.reason)));
   } else {
@@ -264,6 +264,7 @@ void MainWindow::on_picks_changed() {
 void MainWindow::on_mode_changed() {
   static constexpr Text kHints[] = {Text::PickHint, Text::WindowHint, Text::HandHint};
   hint_->setText(words_(kHints[static_cast<int>(view_.mode())]));
+  canvas_->show_pointer_shape();
   update_commands();
 }
 
@@ -281,7 +282,6 @@ void MainWindow::show_status() {
     count += QStringLiteral("   ") + words_(Text::PickedIs, QString::number(view_.picks().size()));
   scale_->setText(words_(Text::ScaleIs, QString::number(view_.CurrentView().GetScale(), 'g', 4)));
   count_->setText(count);
-  on_mode_changed();
 }
 
 void MainWindow::show_picked() {
