@@ -153,6 +153,12 @@ Grown reach_of(ACAD_ENTITY& entity, const Plane& plane) {
   return box;
 }
 
+/// Whether a line lies inside the rectangle, off its border: then there is nothing more to ask.
+bool lies_within(const detail::Box& line, const CFRect& rect) {
+  const auto inside = [&](float x, float y) { return x > rect.x1 && x < rect.x2 && y > rect.y1 && y < rect.y2; };
+  return inside(line.x1, line.y1) && inside(line.x2, line.y2);
+}
+
 }  // namespace
 
 /// Makes the items and the grid.
@@ -350,7 +356,8 @@ std::vector<ACAD_ENTITY*> PreparedDrawing::Pick(const CFRect& rect, int mode) {
                std::min(b.y1, b.y2) > reach.y2;
       },
       [&](const Item& item) {
-        if (picks(item, region, mode)) taken.push_back(item.entity);
+        const bool within = item.kind == Kind::Line && lies_within(item.box, rect);
+        if (within || picks(item, region, mode)) taken.push_back(item.entity);
       });
   return taken;
 }
