@@ -17,7 +17,7 @@ LayerTable::LayerTable(const DXF& dxf) : dxf_(dxf) {
     indices_.emplace(dxf.m_pLayer[static_cast<std::size_t>(i)].m_szName, i);
 }
 
-int LayerTable::find(const char* name) const {
+int LayerTable::find(std::string_view name) const {
   const auto found = indices_.find(name);
   return found == indices_.end() ? -1 : found->second;
 }
@@ -36,10 +36,9 @@ int shown_color(int own, int layerColor, bool lightBackground) {
   return color == kBlack ? kWhite : color;
 }
 
-int resolve(ACAD_ENTITY& entity, const LayerTable& layers, bool lightBackground) {
+int resolve(ACAD_ENTITY& entity, int layer, const LayerTable& layers, bool lightBackground) {
   int own = qv::kByLayer;
   visit(entity, [&](auto& record) {
-    const int layer = layers.find(record.m_szLayer);
     if constexpr (requires { record.m_nColor; }) {
       own = record.m_nColor;
       record.m_nColor = shown_color(own, layers.color(layer), lightBackground);
@@ -55,7 +54,8 @@ int resolve(ACAD_ENTITY& entity, const LayerTable& layers, bool lightBackground)
 void resolve_for_display(DXF& dxf, bool lightBackground) {
   const LayerTable layers(dxf);
   const auto resolve_all = [&](const CPtrList& list) {
-    for_each<ACAD_ENTITY>(list, [&](ACAD_ENTITY& entity) { resolve(entity, layers, lightBackground); });
+    for_each<ACAD_ENTITY>(
+        list, [&](ACAD_ENTITY& entity) { resolve(entity, layers.find(layer_of(entity)), layers, lightBackground); });
   };
   resolve_all(dxf.m_EntityList);
   for_each<ACAD_BLOCK>(dxf.m_BlockList, [&](ACAD_BLOCK& block) { resolve_all(block.m_EntityList); });
@@ -63,8 +63,9 @@ void resolve_for_display(DXF& dxf, bool lightBackground) {
 
 CFRect never_empty(const CFRect& extent) {
   CFRect r = extent;
-  const bool finite = std::isfinite(r.x1) && std::isfinite(r.y1) && std::isfinite(r.x2) && std::isfinite(r.y2);
-  if (!finite) r = CFRect();
+  constexpr float kFarthest = 1e30F;  // beyond, sizes and margins are no numbers any more
+  const auto sane = [](float v) { return std::fabs(v) < kFarthest; };
+  if (!sane(r.x1) || !sane(r.y1) || !sane(r.x2) || !sane(r.y2)) r = CFRect();
   const float least = std::max(1e-3F, 1e-6F * std::max(std::fabs(r.x2), std::fabs(r.y2)));
   if (r.Width() < least) r.Inflect(least / 2, 0, least / 2, 0);
   if (r.Height() < least) r.Inflect(0, least / 2, 0, least / 2);

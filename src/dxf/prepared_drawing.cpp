@@ -153,6 +153,12 @@ Grown reach_of(ACAD_ENTITY& entity, const Plane& plane) {
   return box;
 }
 
+/// Whether a line lies inside the rectangle, off its border: then there is nothing more to ask.
+bool lies_within(const detail::Box& line, const CFRect& rect) {
+  const auto inside = [&](float x, float y) { return x > rect.x1 && x < rect.x2 && y > rect.y1 && y < rect.y2; };
+  return inside(line.x1, line.y1) && inside(line.x2, line.y2);
+}
+
 }  // namespace
 
 /// Makes the items and the grid.
@@ -241,51 +247,19 @@ struct PreparedDrawing::Builder {
     return found->second;
   }
 
-  static Box in_order(const Item& item) {
-    const Box& b = item.box;
-    const Box box{std::min(b.x1, b.x2), std::min(b.y1, b.y2), std::max(b.x1, b.x2), std::max(b.y1, b.y2)};
-    const bool finite = std::isfinite(b.x1) && std::isfinite(b.y1) && std::isfinite(b.x2) && std::isfinite(b.y2);
-    return finite ? box : Box{-kInfinity, -kInfinity, kInfinity, kInfinity};
-  }
-  static void grow(Box& box, const Box& by) {
-    box = {std::min(box.x1, by.x1), std::min(box.y1, by.y1), std::max(box.x2, by.x2), std::max(box.y2, by.y2)};
-  }
-
   void add_grid() {
-    constexpr Box kNothing{kInfinity, kInfinity, -kInfinity, -kInfinity};
-    constexpr std::size_t kItemsOfCell = 16;
-    constexpr std::size_t kMostSide = 512;
-    const std::size_t n = to.items_.size();
-    const auto side = static_cast<std::size_t>(std::sqrt(static_cast<double>(n / kItemsOfCell)));
-    const std::size_t cells = std::clamp<std::size_t>(side, 1, kMostSide);
-    Box middles = kNothing;
+    std::vector<Box> boxes;
+    boxes.reserve(to.items_.size());
     for (const Item& item : to.items_) {
-      const Box box = in_order(item);
-      if (std::isfinite(box.x1))
-        grow(middles, {middle(box.x1, box.x2), middle(box.y1, box.y2), middle(box.x1, box.x2), middle(box.y1, box.y2)});
+      const Box& b = item.box;
+      boxes.push_back({std::min(b.x1, b.x2), std::min(b.y1, b.y2), std::max(b.x1, b.x2), std::max(b.y1, b.y2)});
+      // What is no number lies anywhere.
+      if (!(boxes.back().x2 - boxes.back().x1 + boxes.back().y2 - boxes.back().y1 < kInfinity))
+        boxes.back() = {-kInfinity, -kInfinity, kInfinity, kInfinity};
     }
-    const auto place = [cells](float v, float low, float high) {
-      const double t = (static_cast<double>(v) - low) / (static_cast<double>(high) - low) * static_cast<double>(cells);
-      return t > 0 ? std::min(static_cast<std::size_t>(std::min(t, 1e6)), cells - 1) : 0;
-    };
-    std::vector<std::uint32_t> cell(n);
-    to.cells_.assign(cells * cells, kNothing);
-    to.starts_.assign(cells * cells + 1, 0);
-    for (std::size_t i = 0; i < n; ++i) {
-      const Box box = in_order(to.items_[i]);
-      const std::size_t row = place(middle(box.y1, box.y2), middles.y1, middles.y2);
-      const std::size_t at = row * cells + place(middle(box.x1, box.x2), middles.x1, middles.x2);
-      cell[i] = static_cast<std::uint32_t>(at);
-      grow(to.cells_[at], box);
-      ++to.starts_[at + 1];
-    }
-    for (std::size_t c = 0; c < cells * cells; ++c) to.starts_[c + 1] += to.starts_[c];
-    to.order_.resize(n);
-    std::vector<std::uint32_t> next(to.starts_.begin(), to.starts_.end() - 1);
-    for (std::size_t i = 0; i < n; ++i) to.order_[next[cell[i]]++] = static_cast<std::uint32_t>(i);
-    to.marks_.assign((n + 63) / 64, 0);
+    to.grid_ = detail::BoxGrid(boxes);
+    to.marks_.assign((boxes.size() + 63) / 64, 0);
   }
-  static float middle(float a, float b) { return static_cast<float>((static_cast<double>(a) + b) / 2); }
 };
 
 PreparedDrawing::PreparedDrawing(DXF& dxf) : plan_(true), a_(0), b_(kHalfPi) {
@@ -302,12 +276,10 @@ PreparedDrawing::PreparedDrawing(DXF& dxf, float a, float b) : plan_(false), a_(
 
 template <class Misses, class F>
 void PreparedDrawing::for_each_in_cells(const std::vector<std::uint32_t>& cells, const Misses& misses, const F& f) {
-  for (const std::uint32_t c : cells) {
-    for (std::uint32_t k = starts_[c]; k < starts_[c + 1]; ++k) {
-      const std::uint32_t i = order_[k];
+  for (const std::uint32_t cell : cells)
+    grid_.for_each_of(cell, [&](std::uint32_t i) {
       if (!misses(items_[i].box)) marks_[i / 64] |= std::uint64_t{1} << (i % 64);
-    }
-  }
+    });
   for (std::size_t word = 0; word < marks_.size(); ++word) {
     for (std::uint64_t bits = std::exchange(marks_[word], 0); bits; bits &= bits - 1) {
       const Item& item = items_[word * 64 + static_cast<std::size_t>(std::countr_zero(bits))];
@@ -318,13 +290,8 @@ void PreparedDrawing::for_each_in_cells(const std::vector<std::uint32_t>& cells,
 
 template <class Misses, class F>
 void PreparedDrawing::for_each_shown(const Misses& misses, const F& f) {
-  std::vector<std::uint32_t> cells;
   std::size_t reached = 0;
-  for (std::uint32_t c = 0; c < cells_.size(); ++c) {
-    if (misses(cells_[c])) continue;
-    cells.push_back(c);
-    reached += starts_[c + 1] - starts_[c];
-  }
+  const std::vector<std::uint32_t> cells = grid_.cells_in(misses, reached);
   // Where most is reached, going through all in order is faster than gathering.
   if (reached < items_.size() / 4) return for_each_in_cells(cells, misses, f);
   constexpr std::size_t kAhead = 24;
@@ -389,7 +356,8 @@ std::vector<ACAD_ENTITY*> PreparedDrawing::Pick(const CFRect& rect, int mode) {
                std::min(b.y1, b.y2) > reach.y2;
       },
       [&](const Item& item) {
-        if (picks(item, region, mode)) taken.push_back(item.entity);
+        const bool within = item.kind == Kind::Line && lies_within(item.box, rect);
+        if (within || picks(item, region, mode)) taken.push_back(item.entity);
       });
   return taken;
 }

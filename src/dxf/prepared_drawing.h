@@ -4,6 +4,7 @@
 #include <functional>
 #include <vector>
 
+#include "dxf/box_grid.h"
 #include "dxf/document.h"
 
 namespace qv {
@@ -36,13 +37,7 @@ class QV_API PreparedDrawing {
   void SetReadableHeight(int pixels) { readable_ = pixels; }
 
  private:
-  /// An axis-parallel box in the plane of the view.
-  struct Box {
-    float x1;
-    float y1;
-    float x2;
-    float y2;
-  };
+  using Box = detail::Box;
   enum class Kind : std::uint8_t { Line, Text, Insert, Other };
   struct Item {
     Box box;  // of a line its start and end, as they are drawn
@@ -74,10 +69,7 @@ class QV_API PreparedDrawing {
   std::vector<ACAD_BLOCK*> blocks_;
   std::vector<BaseLine> baseLines_;
   int readable_ = 0;
-  // A grid over the middles of the boxes: which items each cell has, and the box of all of them.
-  std::vector<std::uint32_t> order_;
-  std::vector<std::uint32_t> starts_;
-  std::vector<Box> cells_;
+  detail::BoxGrid grid_;              // over the items
   std::vector<std::uint64_t> marks_;  // a bit an item, for one call
 };
 

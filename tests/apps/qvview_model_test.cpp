@@ -258,6 +258,15 @@ TEST_F(ViewTest, PicksTakeWhatIsInsideOrToTheLeftWhatIsCrossedToo) {
   click(pixel(850, 500));
   EXPECT_THAT(view.picks(), ElementsAre(7));
   EXPECT_EQ(told.picks, 5);
+  // The first corner stays where it is in the drawing, whatever is done to the view before the other.
+  click(pixel(150, 450));
+  view.wheel(pixel(150, 450), 2, false);
+  view.pan_by(0.2, -0.3);
+  view.middle_down({100, 100});
+  view.middle_up({90, 130});
+  view.zoom_in();
+  click(pixel(450, 150));
+  EXPECT_THAT(view.picks(), ElementsAre(4));
   view.select_all();
   EXPECT_EQ(view.picks().size(), 7U);
   view.drawing()->show_layers({true, false, true, false, false});

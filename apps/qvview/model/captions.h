@@ -99,7 +99,7 @@ enum class Text {
   Exported,
   Copied,
   FontChanged,
-  FileChanged,
+  Reloaded,
   ChangedUnreadable,
   // dialogs
   OpenTitle,
@@ -112,6 +112,7 @@ enum class Text {
   AngleA,
   AngleB,
   Reading,
+  GiveUp,
   GivenUp,
   // failures
   CannotOpen,

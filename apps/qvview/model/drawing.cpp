@@ -52,24 +52,27 @@ class Drawing::Shown : public DXF {
 class Drawing::LayerIndex {
  public:
   LayerIndex(const DXF& document, std::vector<Layer>& layers) : table(document), layers_(layers) {
-    for (int i = 0; document.m_pLayer && i < document.m_nLayer; ++i) {
+    for (int i = 0; document.m_pLayer && i < document.m_nLayer; ++i, ++tabled_) {
       const ACAD_LAYER& layer = document.m_pLayer[static_cast<std::size_t>(i)];
       const bool off = layer.m_nColor < 0 || (layer.m_nFlags & kFrozen) != 0;
       layers_.push_back({layer.m_szName, table.color(i), !off});
       indices_.emplace(layer.m_szName, layers_.size() - 1);
     }
   }
-  std::size_t operator()(const char* name) {
-    const auto [at, isNew] = indices_.try_emplace(name, layers_.size());
-    if (isNew) layers_.push_back({name});
-    return at->second;
+  std::size_t operator()(std::string_view name) {
+    if (const auto found = indices_.find(name); found != indices_.end()) return found->second;
+    layers_.push_back({std::string(name)});
+    return indices_.emplace(name, layers_.size() - 1).first->second;
   }
+  /// The layer's index in the document's table; -1 when only entities name it.
+  int in_table(std::size_t layer) const { return layer < tabled_ ? static_cast<int>(layer) : -1; }
 
   const qvapps::LayerTable table;
 
  private:
   std::vector<Layer>& layers_;
-  std::unordered_map<std::string, std::size_t> indices_;
+  qvapps::NameMap<std::size_t> indices_;
+  std::size_t tabled_ = 0;
 };
 
 Drawing::Drawing(std::unique_ptr<DXF> document, bool lightBackground)
@@ -89,7 +92,7 @@ std::vector<Drawing::Item> Drawing::take_items(const CPtrList& list, LayerIndex&
   items.reserve(static_cast<std::size_t>(list.GetCount()));
   qvapps::for_each<ACAD_ENTITY>(list, [&](ACAD_ENTITY& entity) {
     const std::size_t layer = index(qvapps::layer_of(entity));
-    items.push_back({&entity, layer, qvapps::resolve(entity, index.table, light_)});
+    items.push_back({&entity, layer, qvapps::resolve(entity, index.in_table(layer), index.table, light_)});
   });
   return items;
 }

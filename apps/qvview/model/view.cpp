@@ -129,6 +129,17 @@ void View::fit() {
   listener_.on_view_changed();
 }
 
+template <class Change>
+void View::keeping_corner(const Change& change) {
+  const bool given = HasCorner();
+  const CFPoint corner = CurrentView().DPtoFP(Corner());
+  change();
+  if (!given) return;
+  OnRButtonDown(0, point_);
+  OnLButtonDown(0, CurrentView().FPtoDP(corner));
+  OnMouseMove(0, point_);
+}
+
 void View::show_all() {
   ShowAll();
   everything_ = drawing_ != nullptr;
@@ -150,18 +161,17 @@ double View::clamped_zoom(double factor) const {
 }
 
 void View::zoom_out() {
-  if (drawing_ && clamped_zoom(kZoomStep) >= kZoomStep) ShowZoomOut();
+  if (drawing_ && clamped_zoom(kZoomStep) >= kZoomStep) keeping_corner([&] { ShowZoomOut(); });
 }
 
 void View::zoom_in() {
-  if (drawing_ && clamped_zoom(1 / kZoomStep) <= 1 / kZoomStep) ShowZoomIn();
+  if (drawing_ && clamped_zoom(1 / kZoomStep) <= 1 / kZoomStep) keeping_corner([&] { ShowZoomIn(); });
 }
 
 void View::show_entity(int entity) {
-  if (drawing_) {
-    const CFRect rect = qvapps::with_margin(drawing_->extent_of(entity, angles_));
-    ShowRect(rect.Nearest(), rect.Furthest());
-  }
+  if (!drawing_) return;
+  const CFRect rect = qvapps::with_margin(drawing_->extent_of(entity, angles_));
+  ShowRect(rect.Nearest(), rect.Furthest());
 }
 
 void View::wheel(CPoint point, double steps, bool continues) {
@@ -175,9 +185,11 @@ void View::wheel(CPoint point, double steps, bool continues) {
   const auto beside = [&](float v, int pixels) { return static_cast<float>(v + pixels / scale); };
   const CFPoint corner(beside(at.x, client.left - point.x), beside(at.y, point.y - client.bottom));
   const CFPoint opposite(beside(at.x, client.right - point.x), beside(at.y, point.y - client.top));
-  // The turn so far is taken back, and the whole of it made one change.
-  if (continues && inWheel_) show_previous();
-  ShowRect(corner, opposite);
+  keeping_corner([&] {
+    // The turn so far is taken back, and the whole of it made one change.
+    if (continues && inWheel_) show_previous();
+    ShowRect(corner, opposite);
+  });
   inWheel_ = true;
 }
 
@@ -186,7 +198,7 @@ void View::pan_by(double across, double up) {
   const CFRect rect = seen();
   const CFPoint from(static_cast<float>(rect.x1 + across * rect.Width()),
                      static_cast<float>(rect.y1 + up * rect.Height()));
-  ShowMove(from, rect.Nearest());
+  keeping_corner([&] { ShowMove(from, rect.Nearest()); });
 }
 
 void View::set_angles(const ViewAngles& angles) {
@@ -252,7 +264,6 @@ void View::middle_up(CPoint point) {
 }
 
 void View::begin_drag(CPoint point) {
-  if (HasCorner()) OnRButtonDown(0, point);
   point_ = point;
   dragFrom_ = point;
   listener_.on_mode_changed();
@@ -264,8 +275,9 @@ void View::end_drag(CPoint point) {
   const CFPoint to = CurrentView().DPtoFP(point);
   const bool moved = *dragFrom_ != point;
   dragFrom_.reset();
+  point_ = point;
   OnMouseMove(0, point);
-  if (moved && drawing_) ShowMove(from, to);
+  if (moved && drawing_) keeping_corner([&] { ShowMove(from, to); });
   listener_.on_mode_changed();
 }
 
@@ -291,6 +303,7 @@ bool View::cancel() {
   if (dragFrom_) {
     dragFrom_.reset();
     listener_.on_mode_changed();
+    repaint();
     return true;
   }
   if (HasCorner()) return OnRButtonDown(0, point_), true;

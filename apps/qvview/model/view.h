@@ -94,6 +94,9 @@ class View : public CDrawTool {
   static constexpr unsigned int kChanged = 1;  // the message of every state
 
   void after_corner(bool hadCorner);
+  /// Changes the view while a corner that has been given stays at its place in the world.
+  template <class Change>
+  void keeping_corner(const Change& change);
   void begin_drag(CPoint point);
   void end_drag(CPoint point);
   void pick(const CFPoint& from, const CFPoint& to);

@@ -81,12 +81,16 @@ void Canvas::wheelEvent(QWheelEvent* event) {
   pointer_changed();
 }
 
-void Canvas::pointer_changed() {
+void Canvas::show_pointer_shape() {
   // Cross hairs are drawn in place of the system's pointer where corners are given.
   if (view_.dragged_by())
     setCursor(Qt::ClosedHandCursor);
   else
     setCursor(view_.mode() == Mode::Hand ? Qt::OpenHandCursor : Qt::BlankCursor);
+}
+
+void Canvas::pointer_changed() {
+  show_pointer_shape();
   if (!view_.dragged_by()) ShowShifted({});
   if (on_pointer) on_pointer();
 }

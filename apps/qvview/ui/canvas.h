@@ -17,6 +17,8 @@ class Canvas : public qv::QtWindow {
 
   View& view() { return view_; }
   void set_light(bool light);
+  /// Gives the pointer the shape of what it does.
+  void show_pointer_shape();
   /// Called when the pointer has moved or left.
   std::function<void()> on_pointer;
 

@@ -160,7 +160,9 @@ void MainWindow::add_recent_menu(QMenu& menu) {
   words_.bind(Text::RecentMenu, [recent](const QString& text) { recent->setTitle(text); });
   connect(recent, &QMenu::aboutToShow, this, [this, recent] {
     recent->clear();
-    for (const QString& path : RecentFiles::paths()) recent->addAction(path, this, [this, path] { open(path); });
+    for (const QString& path : RecentFiles::paths())
+      recent->addAction(QString(path).replace(QLatin1String("&"), QLatin1String("&&")), this,
+                        [this, path] { open(path); });
     recent->addSeparator();
     recent->addAction(words_(Text::ClearRecent), this, [] { RecentFiles::clear(); });
   });

@@ -28,8 +28,9 @@ Loaded load_drawing(QWidget* parent, const Words& words, const QString& path) {
   constexpr int kPatience = 400;  // milliseconds
   const std::string name = native(path);
   if (qv::path_kind(name.c_str()) != qv::PathKind::File) return {nullptr, reason_of(qvapps::diagnose(name))};
-  QProgressDialog dialog(words(Text::Reading, QFileInfo(path).fileName()), QString(), 0, kParts, parent);
-  dialog.setCancelButtonText(QProgressDialog::tr("Cancel"));
+  const QString what = words(Text::Reading, QFileInfo(path).fileName());
+  QProgressDialog dialog(what, words(Text::GiveUp), 0, kParts, parent);
+  dialog.setWindowTitle(words(Text::OpenTitle));
   dialog.setWindowModality(Qt::WindowModal);
   dialog.setMinimumDuration(kPatience);
   const auto progress = [&](double share) {

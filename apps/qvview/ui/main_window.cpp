@@ -3,6 +3,7 @@
 #include <QtCore/QFileInfo>
 #include <QtCore/QLibraryInfo>
 #include <QtCore/QMimeData>
+#include <QtCore/QScopedValueRollback>
 #include <QtCore/QSettings>
 #include <QtGui/QClipboard>
 #include <QtGui/QCloseEvent>
@@ -15,7 +16,6 @@
 
 #include "ui/angles_dialog.h"
 #include "ui/entity_text.h"
-#include "ui/loading.h"
 #include "ui/output.h"
 #include "ui/recent_files.h"
 
@@ -85,6 +85,7 @@ QDockWidget* MainWindow::add_panel(Text caption, const char* name, QWidget* cont
 
 void MainWindow::build_status_bar() {
   hint_ = new QLabel;
+  hint_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);  // the window may be narrower than it
   statusBar()->addWidget(hint_, 1);
   for (QLabel** const label : {&pointer_, &scale_, &count_}) {
     *label = new QLabel;
@@ -117,8 +118,15 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 
 // ---------------------------------------------------------------- files
 
+Loaded MainWindow::load(const QString& path) {
+  // Events are handled while the progress is shown; none of them may load another drawing in between.
+  const QScopedValueRollback<bool> busy(loading_, true);
+  return load_drawing(this, words_, path);
+}
+
 void MainWindow::open(const QString& path) {
-  Loaded loaded = load_drawing(this, words_, path);
+  if (loading_) return;
+  Loaded loaded = load(path);
   if (!loaded.document) {
     if (loaded.reason == Text::GivenUp) return statusBar()->showMessage(words_(Text::GivenUp), kMessageTime);
     RecentFiles::remove(QFileInfo(path).absoluteFilePath());
@@ -143,13 +151,13 @@ void MainWindow::choose_drawing() {
 }
 
 void MainWindow::reload(bool asked) {
-  if (path_.isEmpty()) return;
-  Loaded loaded = load_drawing(this, words_, path_);
+  if (path_.isEmpty() || loading_) return;
+  Loaded loaded = load(path_);
   if (loaded.document) {
     view_.reload(std::make_unique<Drawing>(std::move(loaded.document), view_.is_light()));
     layers_->refresh(view_.drawing());
     show_status();
-    statusBar()->showMessage(words_(Text::FileChanged), kMessageTime);
+    statusBar()->showMessage(words_(Text::Reloaded), kMessageTime);
   } else if (asked && loaded.reason != Text::GivenUp) {
     QMessageBox::warning(this, words_(Text::OpenTitle), words_(Text::CannotOpen, path_, words_(loaded.reason)));
   } else {
@@ -256,6 +264,7 @@ void MainWindow::on_picks_changed() {
 void MainWindow::on_mode_changed() {
   static constexpr Text kHints[] = {Text::PickHint, Text::WindowHint, Text::HandHint};
   hint_->setText(words_(kHints[static_cast<int>(view_.mode())]));
+  canvas_->show_pointer_shape();
   update_commands();
 }
 
@@ -273,7 +282,6 @@ void MainWindow::show_status() {
     count += QStringLiteral("   ") + words_(Text::PickedIs, QString::number(view_.picks().size()));
   scale_->setText(words_(Text::ScaleIs, QString::number(view_.CurrentView().GetScale(), 'g', 4)));
   count_->setText(count);
-  on_mode_changed();
 }
 
 void MainWindow::show_picked() {

@@ -10,6 +10,7 @@
 #include "ui/canvas.h"
 #include "ui/file_watch.h"
 #include "ui/layers_panel.h"
+#include "ui/loading.h"
 #include "ui/picks_panel.h"
 
 namespace qvview {
@@ -59,6 +60,7 @@ class MainWindow : public QMainWindow, private View::Listener {
   void show_status();
   void update_commands();
 
+  Loaded load(const QString& path);
   void choose_drawing();
   void reload(bool asked);
   void export_picture();
@@ -91,6 +93,7 @@ class MainWindow : public QMainWindow, private View::Listener {
   std::vector<QAction*> actions_;  // by their captions
   std::vector<QAction*> needDrawing_;
   QString path_;
+  bool loading_ = false;
   FileWatch watch_;
   QTranslator dialogs_;
 };

@@ -81,6 +81,7 @@ PicksPanel::PicksPanel(const View& view, const Words& words, std::function<void(
   connect(this, &QTableView::doubleClicked, this, [this, show = std::move(show)](const QModelIndex& index) {
     show(view_.picks()[static_cast<std::size_t>(index.row())]);
   });
+  refresh();
 }
 
 void PicksPanel::refresh() {

@@ -1,10 +1,12 @@
 #include "platform/qt/qt_window.h"
 
 #include <QtCore/QCoreApplication>
+#include <QtGui/QImage>
 #include <QtGui/QPaintEvent>
 #include <QtGui/QPainter>
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace qv {
 
