@@ -1,7 +1,8 @@
 /// qvview32: shows a drawing in a native window. qvview32 [FILE.dxf]
 
-#include <shellapi.h>
 #include <windows.h>
+// Stands on the one above.
+#include <shellapi.h>
 
 #include "common/fonts.h"
 #include "common/system.h"
