@@ -157,7 +157,11 @@ LRESULT Viewer::handle(UINT message, WPARAM w, LPARAM l) {
     }
     case Canvas::kPosted:
       return view_->on_message(static_cast<unsigned int>(w)), 0;
+    case WM_SETCURSOR:
+      if (LOWORD(l) != HTCLIENT) return DefWindowProcW(window_, message, w, l);
+      return show_pointer(), TRUE;
     case WM_DESTROY:
+      SetWindowLongPtrW(window_, GWLP_USERDATA, 0);
       window_ = nullptr;
       return PostQuitMessage(0), 0;
     default:
@@ -281,6 +285,8 @@ void Viewer::print() {
       qv::print_page(dialog.hDC, "qvview32", [&](CDC& dc) { view_->draw_into(dc, dc.GetResolution(), true); });
   if (!light) view_->set_light(false);
   DeleteDC(dialog.hDC);
+  GlobalFree(dialog.hDevMode);
+  GlobalFree(dialog.hDevNames);
   if (!printed) complain(Text::CannotPrint, path_);
 }
 
@@ -303,7 +309,6 @@ void Viewer::show_title() {
 // Cross hairs are drawn in place of the system's pointer where corners are given.
 void Viewer::show_pointer() {
   const bool hand = view_ && view_->mode() == Mode::Hand;
-  SetClassLongPtrW(window_, GCLP_HCURSOR, reinterpret_cast<LONG_PTR>(hand ? LoadCursorW(nullptr, IDC_HAND) : nullptr));
   SetCursor(hand ? LoadCursorW(nullptr, IDC_HAND) : nullptr);
 }
 

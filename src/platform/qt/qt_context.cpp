@@ -18,7 +18,8 @@ Qt::PenStyle style_of(PenStyle style) {
   return kStyles[static_cast<int>(style)];
 }
 
-/// The runs of a style in pixels, the same as on every device.
+/// The runs of a style in pixels, the same as on every device. All of them come round within the period.
+constexpr double kPeriod = 24;
 QList<qreal> pattern_of(PenStyle style) {
   switch (style) {
     case PenStyle::Dash:
@@ -100,7 +101,7 @@ void QtContext::draw_on_pixels(CPoint from, CPoint to) {
   if (pen_.style() == Qt::CustomDashLine) {
     pen_.setDashOffset(phase_);
     painter_.setPen(pen_);
-    phase_ += std::max(dx, dy);
+    phase_ = std::fmod(phase_ + std::max(dx, dy), kPeriod);
   }
   painter_.drawLine(QLineF(from.x + x, from.y + y, to.x + x, to.y + y));
 }
