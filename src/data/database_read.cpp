@@ -6,12 +6,14 @@
 #include "data/database_file.h"
 #include "platform/numbers.h"
 #include "platform/text.h"
+#include "platform/words.h"
 
 namespace {
 
-constexpr std::int64_t kBlock = 1 << 18;
 constexpr std::int64_t kTrailer = 30;
 constexpr std::int64_t kVersionLine = 289;
+constexpr std::string_view kSeparator = " = ";
+constexpr std::size_t kPadding = 8;
 constexpr std::size_t kShortest = 5;
 constexpr std::size_t kLongest = CDataBaseFile::kValueSize - 1;
 
@@ -33,65 +35,73 @@ bool take_offset(std::string_view& text, std::int64_t& value) {
   return true;
 }
 
-/// Calls f with each line that is no comment and not too short, without its line end, and whether it had one.
+/// Calls f with each line that is no comment and not too short, without its line end, and whether it had one. Up to
+/// `kPadding` bytes behind the text are read.
 template <class F>
 void for_each_line(std::string_view text, const F& f) {
-  while (!text.empty()) {
-    const std::size_t feed = text.find('\n');
-    const bool ended = feed != std::string_view::npos;
-    std::string_view line = text.substr(0, ended ? feed : text.size());
-    text.remove_prefix(line.size() + ended);
+  const char* at = text.data();
+  const char* const end = at + text.size();
+  while (at < end) {
+    const char* const feed = qv::find_byte(at, end, '\n');
+    const bool ended = feed != end;
+    std::string_view line(at, static_cast<std::size_t>(feed - at));
+    at = feed + 1;
     if (ended && !line.empty() && line.back() == '\r') line.remove_suffix(1);
-    if (line.size() + ended >= kShortest && line.substr(0, 2) != "##") f(line, ended);
+    if (line.size() + ended >= kShortest && !line.starts_with("##")) f(line, ended);
   }
+}
+
+/// Where the separator begins, behind a key of at least one byte; npos when there is none. Reads as `for_each_line`.
+std::size_t find_separator(std::string_view line) {
+  const char* const end = line.data() + line.size();
+  for (const char* at = line.data() + 2; (at = qv::find_byte(at, end, '=')) < end - 1; ++at) {
+    if (at[-1] == ' ' && at[1] == ' ') return static_cast<std::size_t>(at - 1 - line.data());
+  }
+  return line.npos;
+}
+
+/// Makes "%%" in a text "%", any other percent sign stays; returns the new length. Reads as `for_each_line`.
+std::size_t halve_percents(char* text, std::size_t length) {
+  const char* const end = text + length;
+  const char* from = qv::find_byte(text, end, '%');
+  char* to = text + (from - text);
+  for (; from != end; ++from) {
+    *to++ = *from;
+    from += *from == '%' && from + 1 != end && from[1] == '%';
+  }
+  return static_cast<std::size_t>(to - text);
 }
 
 }  // namespace
 
-/// The bytes of the file from start to end, less when it ends before; they are valid until the next call.
-std::string_view CDataBaseFile::view(std::int64_t start, std::int64_t end) {
-  end = std::min(end, m_nSize);
-  if (start < 0 || start >= end) return {};
-  const std::int64_t blockEnd = m_nFlushed + static_cast<std::int64_t>(m_Block.size());
-  if (start < m_nFlushed || end > blockEnd) {
-    m_Block.resize(static_cast<std::size_t>(std::min(std::max(end - start, kBlock), m_nSize - start)));
-    const bool found = std::fseek(m_pFile, static_cast<long>(start), SEEK_SET) == 0;
-    m_Block.resize(found ? std::fread(m_Block.data(), 1, m_Block.size(), m_pFile) : 0);
-    m_nFlushed = start;
-  }
-  return std::string_view(m_Block).substr(static_cast<std::size_t>(start - m_nFlushed),
-                                          static_cast<std::size_t>(end - start));
-}
-
 bool CDataBaseFile::read_trailer(Range& index) {
-  index.end = m_nSize - kTrailer;
-  std::string_view line = view(index.end, m_nSize);
+  index.end = m_Window.size() - kTrailer;
+  std::string_view line = m_Window.view(index.end, m_Window.size());
   return skip_prefix(line, "IndexPosition = ") && take_offset(line, index.start) && index.start < index.end;
 }
 
 int CDataBaseFile::Read_Index() {
-  if (std::fseek(m_pFile, 0, SEEK_END) != 0) return 0;
-  m_nSize = std::max(std::ftell(m_pFile), 0L);
+  m_Window.attach(m_pFile);
   Range index{};
   if (!read_trailer(index)) return 0;
-  std::string_view text = view(index.start, index.end);
+  std::string_view text = m_Window.view(index.start, index.end);
   if (!skip_prefix(text, "[Index]")) return 0;
   for_each_line(text, [&](std::string_view line, bool) { read_index_entry(line); });
   return 1;
 }
 
 void CDataBaseFile::read_index_entry(std::string_view line) {
-  const std::size_t at = line.rfind(" = ");
+  const std::size_t at = line.rfind(kSeparator);
   if (at == std::string_view::npos || at == 0 || at >= kNameSize) return;
-  std::string_view numbers = line.substr(at + 3);
+  std::string_view numbers = line.substr(at + kSeparator.size());
   Range range{};
   if (!take_offset(numbers, range.start) || !take_offset(numbers, range.end)) return;
-  if (range.start <= range.end && range.end <= m_nSize) m_Segments.add(line.substr(0, at), range);
+  if (range.start <= range.end && range.end <= m_Window.size()) m_Segments.add(line.substr(0, at), range);
 }
 
 int CDataBaseFile::Check_FileVersion(const char* text) {
-  if (!m_pFile || m_Mode != IO_READ) return 0;
-  std::string_view line = view(m_nPosition, m_nPosition + kVersionLine);
+  if (!is_reading()) return 0;
+  std::string_view line = m_Window.view(m_nPosition, m_nPosition + kVersionLine);
   line = line.substr(0, line.find('\n'));
   m_nPosition += static_cast<std::int64_t>(line.size()) + 1;
   return line.find(text) != std::string_view::npos;
@@ -101,40 +111,42 @@ int CDataBaseFile::Read_Segment(const char* format, ...) {
   char name[kNameSize];
   std::va_list arguments;
   va_start(arguments, format);
-  qv::format_list(name, sizeof name, format, arguments);
+  const int length = qv::format_list(name, sizeof name, format, arguments);
   va_end(arguments);
-  clear_items();
-  const Range* const range = m_pFile && m_Mode == IO_READ ? m_Segments.find(name) : nullptr;
+  m_Items.clear();
+  const Range* const range = is_reading() ? m_Segments.find({name, static_cast<std::size_t>(length)}) : nullptr;
   if (!range) return 0;
-  std::string_view text = view(range->start, range->end);
+  std::string_view text = m_Window.view(range->start, range->end);
   text.remove_prefix(std::min(text.find('\n'), text.size() - 1) + 1);
-  for_each_line(text, [&](std::string_view line, bool ended) { read_item(line, ended); });
+  std::string& texts = m_Items.texts();
+  texts.assign(text).append(kPadding, '\0');
+  for_each_line({texts.data(), text.size()}, [&](std::string_view line, bool ended) { read_item(line, ended); });
   m_nPosition = range->end;
   return 1;
 }
 
-/// Keeps the item of a line. Its value is never a format: "%%" is "%", any other percent sign stays.
+/// Keeps the item of a line among the texts of the items, where its value is changed to what is asked for. It is never
+/// a format: "%%" is "%", any other percent sign stays.
 void CDataBaseFile::read_item(std::string_view line, bool ended) {
   if (line.size() + ended > kLongest) {
     line = line.substr(0, kLongest);
     ended = false;
   }
-  const std::size_t at = line.find(" = ", 1);
-  if (at == std::string_view::npos) return;
-  const std::size_t offset = m_Values.size();
-  std::string_view value = line.substr(at + 3);
-  for (std::size_t percent; (percent = value.find("%%")) != std::string_view::npos;) {
-    m_Values.append(value.substr(0, percent + 1));
-    value.remove_prefix(percent + 2);
-  }
-  m_Values.append(value);
-  if (ended) m_Values.push_back('\n');
-  if (!m_Items.add(line.substr(0, at), {offset, m_Values.size() - offset})) m_Values.resize(offset);
+  const std::size_t at = find_separator(line);
+  if (at == line.npos) return;
+  char* const texts = m_Items.texts().data();
+  const auto key = static_cast<std::size_t>(line.data() - texts);
+  const std::size_t value = key + at + kSeparator.size();
+  std::size_t length = halve_percents(texts + value, key + line.size() - value);
+  if (ended) texts[value + length++] = '\n';
+  m_Items.add_placed(key, at, {value, length});
 }
 
 int CDataBaseFile::Get_Item(const char* key, char* out) {
   const Text* const text = m_Items.find(key);
-  out[text ? m_Values.copy(out, text->length, text->offset) : 0] = '\0';
+  const std::size_t length = text ? text->length : 0;
+  if (text) std::memcpy(out, m_Items.texts().data() + text->offset, length);
+  out[length] = '\0';
   return text != nullptr;
 }
 

@@ -282,21 +282,61 @@ int print_conversion(char* out, std::size_t size, const Conversion& c, Arguments
   }
 }
 
-/// Prints %d or %s without flags, width and precision, most of what formats ask for, free of the C library; returns
-/// the length that it wants.
-std::size_t print_plain(char* out, std::size_t room, char letter, Arguments& arguments) {
-  char digits[16];
-  const char* text = digits;
-  std::size_t length = 0;
-  if (letter == 'd') {
-    length = static_cast<std::size_t>(format_int(digits, va_arg(arguments.list, int)) - digits);
-  } else {
-    text = va_arg(arguments.list, const char*);
+// The room that a plain %d and a real of at most nine decimals need, what is written behind their ends included.
+constexpr std::size_t kPlainRoom = 48;
+
+char* put_whole(char* out, std::uint64_t v) {
+  return v < 100000000 ? detail::put_eight_digits(out, static_cast<std::uint32_t>(v)) : detail::put_unsigned_wide(out, v);
+}
+
+/// Writes v with up to nine decimals, and returns the end; null when that takes more than the nearest whole number of
+/// its last decimals: for what is large or no number, and where the rounded product is too near to a tie to tell how
+/// the exact one rounds.
+char* put_real(char* out, double v, unsigned decimals) {
+  const double scaled = std::fabs(v) * kPowersOfTen[decimals];
+  if (!(scaled < 1e15)) return nullptr;
+  const double nearest = scaled + detail::kTwoTo52 - detail::kTwoTo52;
+  if (!(std::fabs(scaled - nearest) < 0.5 - scaled * std::numeric_limits<double>::epsilon())) return nullptr;
+  *out = '-';
+  out += std::signbit(v);
+  const auto digits = static_cast<std::uint64_t>(nearest);
+  const auto one = static_cast<std::uint64_t>(kPowersOfTen[decimals]);
+  // Below one, a leading 1 keeps the zeros behind the point.
+  char* const end = put_whole(out, digits < one ? digits + one : digits);
+  if (digits < one) *out = '0';
+  if (decimals == 0) return end;
+  char* const point = end - decimals;
+  std::memmove(point + 1, point, 9);
+  *point = '.';
+  return end + 1;
+}
+
+/// Prints the conversions that most formats are made of, free of the C library: %d, %s, and %f alone or with a precision
+/// of one digit. Moves behind the conversion and returns the length that it wants; -1, with nothing taken, for any other.
+std::ptrdiff_t print_plain(char* out, std::size_t room, const char*& format, Arguments& arguments) {
+  if (format[1] == 's') {
+    const char* text = va_arg(arguments.list, const char*);
     if (!text) text = "(null)";
-    length = std::strlen(text);
+    const std::size_t length = std::strlen(text);
+    std::memcpy(out, text, std::min(length, room));
+    format += 2;
+    return static_cast<std::ptrdiff_t>(length);
   }
-  std::memcpy(out, text, std::min(length, room));
-  return length;
+  if (room < kPlainRoom) return -1;
+  if (format[1] == 'd') {
+    format += 2;
+    return format_int(out, va_arg(arguments.list, int)) - out;
+  }
+  const bool precise = format[1] == '.' && is_digit(format[2]);
+  if (format[precise ? 3 : 1] != 'f') return -1;
+  Arguments ahead;
+  va_copy(ahead.list, arguments.list);
+  const char* const end = put_real(out, va_arg(ahead.list, double), precise ? static_cast<unsigned>(format[2] - '0') : 6);
+  va_end(ahead.list);
+  if (!end) return -1;
+  va_arg(arguments.list, double);
+  format += precise ? 4 : 2;
+  return end - out;
 }
 
 /// Ends a text that did not fit: at size - 1 bytes at most, and not with a first byte that lost its second one.
@@ -323,9 +363,8 @@ int format_list(char* out, std::size_t size, const char* format, std::va_list li
       out[used++] = *format++;
       continue;
     }
-    if (format[1] == 'd' || format[1] == 's') {
-      used += print_plain(out + used, room, format[1], arguments);
-      format += 2;
+    if (const std::ptrdiff_t plain = print_plain(out + used, room, format, arguments); plain >= 0) {
+      used += static_cast<std::size_t>(plain);
       continue;
     }
     const Conversion conversion = parse_conversion(++format, arguments);
