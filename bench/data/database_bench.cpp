@@ -106,14 +106,13 @@ void ReadDatabase(benchmark::State& state) {
   write_at_once(path.c_str(), values);
   for (auto _ : state) {
     std::size_t ownBytes = 0, plainBytes = 0;
-    const auto [own, plain] = qvbench::medians([&] { ownBytes = read_every_item(path.c_str(), values); },
-                                               [&] {
-                                                 plainBytes = 0;
-                                                 qvbench::read_plain_database(
-                                                     path.c_str(), [&](const char*, const char* value) {
-                                                       plainBytes += std::strlen(value);
-                                                     });
-                                               });
+    const auto [own, plain] =
+        qvbench::medians([&] { ownBytes = read_every_item(path.c_str(), values); },
+                         [&] {
+                           plainBytes = 0;
+                           qvbench::read_plain_database(
+                               path.c_str(), [&](const char*, const char* value) { plainBytes += std::strlen(value); });
+                         });
     state.counters["ns/item"] = own / kSegments / kItems * 1e9;
     state.counters["ratio"] = plain / own;
     state.counters["least"] = 3;

@@ -21,8 +21,10 @@ struct Format {
   const char* value;
   const char* line;
 };
-#define QVBENCH_FORMAT(value) \
-  Format { value, "%s = " value "\r\n" }
+#define QVBENCH_FORMAT(value)   \
+  Format {                      \
+    value, "%s = " value "\r\n" \
+  }
 
 /// Calls f(key, format, values...) for the items of a segment.
 template <class F>

@@ -30,8 +30,8 @@ Items items_of(CDataBaseFile& file, const CString& segment) {
 bool is_writable(const std::pair<CString, std::string>& item) {
   const std::string& key = item.first.str();
   const std::string& value = item.second;
-  return key.size() < kShortEnough && key.find('\0') == std::string::npos && value.size() < kShortEnough && value.ends_with('\n') &&
-         value.find('\r') == std::string::npos;
+  return key.size() < kShortEnough && key.find('\0') == std::string::npos && value.size() < kShortEnough &&
+         value.ends_with('\n') && value.find('\r') == std::string::npos;
 }
 
 /// The segments that can be opened in a new database, with the items that were taken.

@@ -19,12 +19,14 @@ bool is_short(float value) {
 }
 
 bool is_short(const CUserOpt& options) {
-  return std::all_of(options.m_Con, options.m_Con + 5, [](const Con_Prop& c) {
-    const float values[] = {c.fc, c.fcm, c.ft, c.fck, c.fcmk, c.ftk, c.Ec, c.Gc, c.nu, c.alpha};
-    return std::all_of(std::begin(values), std::end(values), [](float v) { return is_short(v); });
-  }) && std::all_of(options.m_Rein, options.m_Rein + 5, [](const Rein_Prop& r) {
-    return is_short(r.fy) && is_short(r.fy2) && is_short(r.fyk) && is_short(r.Es);
-  });
+  return std::all_of(options.m_Con, options.m_Con + 5,
+                     [](const Con_Prop& c) {
+                       const float values[] = {c.fc, c.fcm, c.ft, c.fck, c.fcmk, c.ftk, c.Ec, c.Gc, c.nu, c.alpha};
+                       return std::all_of(std::begin(values), std::end(values), [](float v) { return is_short(v); });
+                     }) &&
+         std::all_of(options.m_Rein, options.m_Rein + 5, [](const Rein_Prop& r) {
+           return is_short(r.fy) && is_short(r.fy2) && is_short(r.fyk) && is_short(r.Es);
+         });
 }
 
 /// Reads the file and saves it again; returns the saved bytes.

@@ -7,7 +7,6 @@
 #include "data/files.h"
 #include "platform/numbers.h"
 #include "platform/text.h"
-#include "platform/words.h"
 
 namespace {
 
@@ -20,9 +19,24 @@ constexpr std::string_view kLineEnd = "\r\n";
 // The key, the separator, and the value before it is cut, with a CR more for each line feed.
 static_assert(kLongestKey + kSeparator.size() + 2 * kLine < qv::detail::BlockWriter::kRoom);
 
+/// Copies the first and the last bytes of a text that fill a word; together they are all of it.
+template <class Word>
+void copy_ends(char* to, std::string_view text) {
+  std::memcpy(to, text.data(), sizeof(Word));
+  std::memcpy(to + text.size() - sizeof(Word), text.data() + text.size() - sizeof(Word), sizeof(Word));
+}
+
+/// Copies a text and returns its end. Most are short, and not worth a call.
 char* append(char* to, std::string_view text) {
-  std::memcpy(to, text.data(), text.size());
-  return to + text.size();
+  const std::size_t n = text.size();
+  if (n >= 8 && n <= 16) {
+    copy_ends<std::uint64_t>(to, text);
+  } else if (n >= 4 && n < 8) {
+    copy_ends<std::uint32_t>(to, text);
+  } else {
+    std::memcpy(to, text.data(), n);
+  }
+  return to + n;
 }
 
 /// The head of a text that is at most `limit` bytes and ends between characters.
@@ -32,7 +46,8 @@ std::string_view cut(std::string_view text, std::size_t limit) {
 
 /// Puts a CR in front of each line feed; returns the new end.
 char* add_carriage_returns(char* text, char* end) {
-  if (qv::find_byte(text, end, '\n') == end) return end;
+  // Byte by byte: whole words would wait for the narrower stores that have just written the text.
+  if (std::find(text, end, '\n') == end) return end;
   char* const newEnd = end + std::count(text, end, '\n');
   for (char* to = newEnd; to != end;) {
     *--to = *--end;
@@ -112,8 +127,8 @@ void CDataBaseFile::put_line(std::string_view text) {
   m_Writer.put(kLineEnd);
 }
 
-/// Writes the line of an item. Its value is what `put_value` puts at an address, at most `kValueSize` bytes, and returns
-/// the length of.
+/// Writes the line of an item. Its value is what `put_value` puts at an address, at most `kValueSize` bytes, and
+/// returns the length of.
 template <class PutValue>
 void CDataBaseFile::put_item(std::string_view key, const PutValue& put_value) {
   key = cut(key, kLongestKey);

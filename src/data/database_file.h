@@ -107,7 +107,7 @@ class QV_API CDataBaseFile : public CObject {
   void end_segment();
   bool read_trailer(Range& index);
   void read_index_entry(std::string_view line);
-  void read_item(std::string_view line, bool ended);
+  void read_item(std::string_view key, std::string_view value, bool ended, bool percents);
   int Write_Index();
   int Read_Index();
   void Clear_Map();

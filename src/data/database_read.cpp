@@ -1,19 +1,16 @@
 #include <algorithm>
-#include <charconv>
 #include <cstdarg>
 #include <cstring>
 
 #include "data/database_file.h"
 #include "platform/numbers.h"
 #include "platform/text.h"
-#include "platform/words.h"
 
 namespace {
 
 constexpr std::int64_t kTrailer = 30;
 constexpr std::int64_t kVersionLine = 289;
 constexpr std::string_view kSeparator = " = ";
-constexpr std::size_t kPadding = 8;
 constexpr std::size_t kShortest = 5;
 constexpr std::size_t kLongest = CDataBaseFile::kValueSize - 1;
 
@@ -24,46 +21,66 @@ bool skip_prefix(std::string_view& text, std::string_view prefix) {
 }
 
 void skip_blanks(std::string_view& text) {
-  text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
+  while (text.starts_with(' ')) text.remove_prefix(1);
 }
 
 bool take_offset(std::string_view& text, std::int64_t& value) {
+  constexpr std::int64_t kMost = std::int64_t{1} << 56;
   skip_blanks(text);
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (error != std::errc() || value < 0) return false;
-  text.remove_prefix(static_cast<std::size_t>(end - text.data()));
-  return true;
+  const char* const begin = text.data();
+  const char* const end = begin + text.size();
+  const char* at = begin;
+  for (value = 0; at != end && *at >= '0' && *at <= '9'; ++at) {
+    if (value > kMost) return false;
+    value = value * 10 + (*at - '0');
+  }
+  text.remove_prefix(static_cast<std::size_t>(at - begin));
+  return at != begin;
 }
 
-/// Calls f with each line that is no comment and not too short, without its line end, and whether it had one. Up to
-/// `kPadding` bytes behind the text are read.
+constexpr std::size_t kNone = std::string_view::npos;
+
+const char* find_byte(const char* begin, const char* end, char c) {
+  const void* const found = std::memchr(begin, c, static_cast<std::size_t>(end - begin));
+  return found ? static_cast<const char*>(found) : end;
+}
+
+/// Where " = " begins in a line, behind a key of at least one byte.
+std::size_t find_separator(std::string_view line) {
+  const char* const end = line.data() + line.size();
+  for (const char* at = line.data() + 2; at + 1 < end; ++at) {
+    at = find_byte(at, end - 1, '=');
+    if (at != end - 1 && at[-1] == ' ' && at[1] == ' ') return static_cast<std::size_t>(at - line.data()) - 1;
+  }
+  return kNone;
+}
+
+/// Calls f with each line that is no comment and not too short.
 template <class F>
 void for_each_line(std::string_view text, const F& f) {
-  const char* at = text.data();
-  const char* const end = at + text.size();
-  while (at < end) {
-    const char* const feed = qv::find_byte(at, end, '\n');
+  const char* const end = text.data() + text.size();
+  for (const char* at = text.data(); at < end;) {
+    const char* const feed = find_byte(at, end, '\n');
     const bool ended = feed != end;
     std::string_view line(at, static_cast<std::size_t>(feed - at));
     at = feed + 1;
-    if (ended && !line.empty() && line.back() == '\r') line.remove_suffix(1);
+    if (ended && line.ends_with('\r')) line.remove_suffix(1);
     if (line.size() + ended >= kShortest && !line.starts_with("##")) f(line, ended);
   }
 }
 
-/// Where the separator begins, behind a key of at least one byte; npos when there is none. Reads as `for_each_line`.
-std::size_t find_separator(std::string_view line) {
-  const char* const end = line.data() + line.size();
-  for (const char* at = line.data() + 2; (at = qv::find_byte(at, end, '=')) < end - 1; ++at) {
-    if (at[-1] == ' ' && at[1] == ' ') return static_cast<std::size_t>(at - 1 - line.data());
+/// Where the last separator of a line begins.
+std::size_t find_last_separator(std::string_view line) {
+  for (std::size_t at = line.size(); at >= kSeparator.size(); --at) {
+    if (line[at - 2] == '=' && line[at - 1] == ' ' && line[at - 3] == ' ') return at - kSeparator.size();
   }
-  return line.npos;
+  return kNone;
 }
 
-/// Makes "%%" in a text "%", any other percent sign stays; returns the new length. Reads as `for_each_line`.
+/// Makes "%%" in a text "%", any other percent sign stays; returns the new length.
 std::size_t halve_percents(char* text, std::size_t length) {
   const char* const end = text + length;
-  const char* from = qv::find_byte(text, end, '%');
+  const char* from = find_byte(text, end, '%');
   char* to = text + (from - text);
   for (; from != end; ++from) {
     *to++ = *from;
@@ -86,17 +103,22 @@ int CDataBaseFile::Read_Index() {
   if (!read_trailer(index)) return 0;
   std::string_view text = m_Window.view(index.start, index.end);
   if (!skip_prefix(text, "[Index]")) return 0;
-  for_each_line(text, [&](std::string_view line, bool) { read_index_entry(line); });
+  m_Segments.reserve(static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n')));
+  std::string& texts = m_Segments.texts();
+  texts.assign(text);
+  for_each_line(texts, [this](std::string_view line, bool) { read_index_entry(line); });
   return 1;
 }
 
+/// Keeps an entry whose line stands among the texts of the segments.
 void CDataBaseFile::read_index_entry(std::string_view line) {
-  const std::size_t at = line.rfind(kSeparator);
-  if (at == std::string_view::npos || at == 0 || at >= kNameSize) return;
+  const std::size_t at = find_last_separator(line);
+  if (at == kNone || at == 0 || at >= kNameSize) return;
   std::string_view numbers = line.substr(at + kSeparator.size());
   Range range{};
   if (!take_offset(numbers, range.start) || !take_offset(numbers, range.end)) return;
-  if (range.start <= range.end && range.end <= m_Window.size()) m_Segments.add(line.substr(0, at), range);
+  if (range.start > range.end || range.end > m_Window.size()) return;
+  m_Segments.add_placed(static_cast<std::size_t>(line.data() - m_Segments.texts().data()), at, range);
 }
 
 int CDataBaseFile::Check_FileVersion(const char* text) {
@@ -119,27 +141,29 @@ int CDataBaseFile::Read_Segment(const char* format, ...) {
   std::string_view text = m_Window.view(range->start, range->end);
   text.remove_prefix(std::min(text.find('\n'), text.size() - 1) + 1);
   std::string& texts = m_Items.texts();
-  texts.assign(text).append(kPadding, '\0');
-  for_each_line({texts.data(), text.size()}, [&](std::string_view line, bool ended) { read_item(line, ended); });
+  texts.assign(text);
+  const bool percents = text.find('%') != text.npos;
+  for_each_line({texts.data(), text.size()}, [&](std::string_view line, bool ended) {
+    const std::string_view kept = line.substr(0, kLongest);
+    const std::size_t separator = find_separator(kept);
+    if (separator == kNone) return;
+    read_item(kept.substr(0, separator), kept.substr(separator + kSeparator.size()), ended && line.size() < kLongest,
+              percents);
+  });
   m_nPosition = range->end;
   return 1;
 }
 
-/// Keeps the item of a line among the texts of the items, where its value is changed to what is asked for. It is never
-/// a format: "%%" is "%", any other percent sign stays.
-void CDataBaseFile::read_item(std::string_view line, bool ended) {
-  if (line.size() + ended > kLongest) {
-    line = line.substr(0, kLongest);
-    ended = false;
-  }
-  const std::size_t at = find_separator(line);
-  if (at == line.npos) return;
+/// Keeps an item whose key and value stand among the texts of the items, where the value is changed to what is asked
+/// for: it ends with a line feed when its line did, and is never a format, "%%" is "%" and any other percent sign stays
+/// (`percents`: there may be any).
+void CDataBaseFile::read_item(std::string_view key, std::string_view value, bool ended, bool percents) {
   char* const texts = m_Items.texts().data();
-  const auto key = static_cast<std::size_t>(line.data() - texts);
-  const std::size_t value = key + at + kSeparator.size();
-  std::size_t length = halve_percents(texts + value, key + line.size() - value);
-  if (ended) texts[value + length++] = '\n';
-  m_Items.add_placed(key, at, {value, length});
+  const auto offset = static_cast<std::size_t>(value.data() - texts);
+  std::size_t length = value.size();
+  if (percents) length = halve_percents(texts + offset, length);
+  if (ended) texts[offset + length++] = '\n';
+  m_Items.add_placed(static_cast<std::size_t>(key.data() - texts), key.size(), {offset, length});
 }
 
 int CDataBaseFile::Get_Item(const char* key, char* out) {

@@ -70,7 +70,7 @@ std::string_view FileWindow::view(std::int64_t start, std::int64_t end) {
 void FileWindow::load(std::int64_t start, std::int64_t size) {
   const auto wanted = static_cast<std::size_t>(size);
   if (wanted > capacity_) {
-    block_ = std::make_unique<char[]>(wanted + kPadding);
+    block_ = std::make_unique_for_overwrite<char[]>(wanted);
     capacity_ = wanted;
   }
   start_ = start;

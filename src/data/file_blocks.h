@@ -52,13 +52,10 @@ class QV_API FileWindow {
   /// Reads from the stream, which it does not own.
   void attach(std::FILE* file);
   std::int64_t size() const { return size_; }
-  /// The bytes of the file from start to end, less when it ends before; valid until the next call. Eight bytes behind
-  /// them can be read.
+  /// The bytes of the file from start to end, less when it ends before; valid until the next call.
   std::string_view view(std::int64_t start, std::int64_t end);
 
  private:
-  static constexpr std::size_t kPadding = 8;
-
   void load(std::int64_t start, std::int64_t size);
 
   std::FILE* file_ = nullptr;

@@ -49,7 +49,7 @@ void GroupReader::refill() {
 Line GroupReader::take_line() {
   // CR LF counts as one character, so a full line with it is two bytes longer.
   const auto ahead = static_cast<std::size_t>(end_ - at_);
-  const char* const feed = find_byte(at_, at_ + std::min(ahead, kMaxLine + 1), '\n');
+  const char* const feed = find_line_feed(at_, at_ + std::min(ahead, kMaxLine + 1));
   const std::string_view text(at_, static_cast<std::size_t>(feed - at_));
   const bool ended = feed < end_ && *feed == '\n';
   if (ended && without_return(text).size() < kMaxLine) {

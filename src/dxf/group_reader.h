@@ -8,13 +8,12 @@
 /// it stands where the record ended.
 
 #include <algorithm>
+#include <bit>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <memory>
 #include <string_view>
-
-#include "platform/words.h"
 
 namespace qv::detail {
 
@@ -74,6 +73,24 @@ class GroupReader {
   static constexpr std::size_t kLookAhead = 64;
   static constexpr std::size_t kPadding = 16;  // whole words are read past the end
 
+  static constexpr std::uint64_t kOnes = 0x0101010101010101;
+
+  /// The eight bytes from p on, the first of them lowest.
+  static std::uint64_t word_at(const char* p) {
+    std::uint64_t word;
+    std::memcpy(&word, p, sizeof word);
+    if constexpr (std::endian::native == std::endian::big) word = __builtin_bswap64(word);
+    return word;
+  }
+  /// The first line feed from p on, or `limit`; words are read up to 7 bytes past the limit.
+  static const char* find_line_feed(const char* p, const char* limit) {
+    for (; p < limit; p += 8) {
+      const std::uint64_t x = word_at(p) ^ (kOnes * '\n');
+      const std::uint64_t zero = (x - kOnes) & ~x & (kOnes << 7);
+      if (zero) return std::min(p + std::countr_zero(zero) / 8, limit);
+    }
+    return limit;
+  }
   /// Takes a pair whose code line is just as the writer writes it and whose value line is not too long, which is nearly
   /// every pair. False, with nothing taken, for any other and when no whole pair of the greatest size lies ahead.
   bool take_plain_pair() {
@@ -84,7 +101,7 @@ class GroupReader {
     if (line[0] != ' ' || ones > 9 || (tens - 1 > 8 && line[1] != ' ')) return false;
     const char* const first = line + 4 + (line[3] == '\r');
     if (first[-1] != '\n') return false;
-    const char* const feed = find_byte(first, first + kMaxLine, '\n');
+    const char* const feed = find_line_feed(first, first + kMaxLine);
     if (*feed != '\n' || feed == first + kMaxLine) return false;
     pair_ = line;
     at_ = feed + 1;
