@@ -15,6 +15,7 @@
 #include "data/services.h"
 #include "drawing/base_sgt.h"
 #include "dxf/document.h"
+#include "dxf/prepared_drawing.h"
 #include "geometry/analysis.h"
 #include "geometry/coor.h"
 #include "geometry/domain.h"
@@ -35,4 +36,5 @@
 #include "platform/numbers.h"
 #include "platform/text.h"
 #include "platform/textfile.h"
+#include "ui/draw_tool.h"
 #include "ui/safe_dc.h"

@@ -1,9 +1,9 @@
 #include "drawing_file.h"
 
-#include <cctype>
-#include <filesystem>
 #include <stdexcept>
 
+#include "common/unreadable.h"
+#include "platform/filesystem.h"
 #include "platform/qt/qt_text.h"
 #include "progress.h"
 
@@ -11,23 +11,18 @@ namespace qvdraw {
 
 namespace {
 
-/// Why a file has no entities that the reader finds.
-std::string diagnose(const std::string& path) {
-  std::FILE* file = qv::open_text(path.c_str(), "rb");
-  if (!file) return "cannot be opened";
-  char line[300];
-  std::string first;
-  if (qv::read_line(line, sizeof line, file)) first = line;
-  bool bare = false;  // an ENTITIES section under a code without its blanks
-  std::string before;
-  while (!bare && qv::read_line(line, sizeof line, file)) {
-    bare = before != "  2\n" && std::string(line).find("ENTITIES") == 0;
-    before = line;
-  }
-  std::fclose(file);
-  if (first.find("AutoCAD Binary DXF") == 0) return "is a binary DXF file; save it as ASCII DXF, release 12";
-  if (bare) return "has group codes that are not right-aligned in three characters; save it as ASCII DXF, release 12";
-  return "has no ENTITIES section; is it an ASCII DXF file?";
+/// By the kinds of `qvapps::Unreadable`.
+constexpr const char* kReasons[] = {
+    "there is no such file",
+    "is a directory",
+    "cannot be opened",
+    "is a binary DXF file; save it as ASCII DXF, release 12",
+    "has group codes that are not right-aligned in three characters; save it as ASCII DXF, release 12",
+    "has no ENTITIES section; is it an ASCII DXF file?",
+};
+
+std::runtime_error failure(const std::string& path) {
+  return std::runtime_error(path + ": " + kReasons[static_cast<int>(qvapps::diagnose(path))]);
 }
 
 }  // namespace
@@ -35,42 +30,14 @@ std::string diagnose(const std::string& path) {
 std::unique_ptr<DXF> load_drawing(const std::string& path) {
   auto dxf = std::make_unique<DXF>();
   dxf->New_MemDxf();
-  if (!std::filesystem::exists(path)) throw std::runtime_error(path + ": there is no such file");
-  if (std::filesystem::is_directory(path)) throw std::runtime_error(path + ": is a directory");
+  if (qv::path_kind(path.c_str()) != qv::PathKind::File) throw failure(path);
   const Progress progress("reading " + path);
-  if (!dxf->Read_FileDxf_To_Mem(path.c_str())) throw std::runtime_error(path + ": " + diagnose(path));
+  if (!dxf->Read_FileDxf_To_Mem(path.c_str())) throw failure(path);
   return dxf;
 }
 
 std::string to_utf8(const char* text) {
   return qv::from_gbk(text).toStdString();
-}
-
-const char* layer_of(ACAD_ENTITY& entity) {
-  switch (entity.GetType()) {
-    case ACAD_TYPE_POINT:
-      return static_cast<ACAD_POINT&>(entity).m_szLayer;
-    case ACAD_TYPE_LINE:
-      return static_cast<ACAD_LINE&>(entity).m_szLayer;
-    case ACAD_TYPE_TEXT:
-      return static_cast<ACAD_TEXT&>(entity).m_szLayer;
-    case ACAD_TYPE_CIRCLE:
-      return static_cast<ACAD_CIRCLE&>(entity).m_szLayer;
-    case ACAD_TYPE_ARC:
-      return static_cast<ACAD_ARC&>(entity).m_szLayer;
-    case ACAD_TYPE_POLYLINE:
-      return static_cast<ACAD_POLYLINE&>(entity).m_szLayer;
-    case ACAD_TYPE_SOLID:
-      return static_cast<ACAD_SOLID&>(entity).m_szLayer;
-    case ACAD_TYPE_3DFACE:
-      return static_cast<ACAD_3DFACE&>(entity).m_szLayer;
-    case ACAD_TYPE_INSERT:
-      return static_cast<ACAD_INSERT&>(entity).m_szLayer;
-    case ACAD_TYPE_NONE:
-    case ACAD_TYPE_END:
-      break;
-  }
-  return "";
 }
 
 }  // namespace qvdraw

@@ -7,7 +7,7 @@
 #include <cstring>
 
 #include "commands.h"
-#include "fonts.h"
+#include "common/fonts.h"
 
 namespace {
 
@@ -75,7 +75,7 @@ int main(int argc, char** argv) {
   for (const Command& command : kCommands) {
     if (std::strcmp(command.name, name) != 0) continue;
     const QCoreApplication application(argc, argv);
-    qvdraw::load_fonts(QCoreApplication::applicationDirPath().toStdString());
+    qvapps::load_fonts("qvdraw", QCoreApplication::applicationDirPath().toStdString());
     return run(command, Arguments(argc - 2, argv + 2));
   }
   return bad_usage((std::string("there is no command \"") + argv[1] + "\"").c_str());

@@ -19,10 +19,6 @@ struct PictureOptions {
   bool white = true;  ///< white background, else black
 };
 
-/// Gives entities that take their layer's colour or line type that of the layer, and on a white background draws white
-/// as black. For a document that is only to be shown: it is changed.
-void resolve_for_display(DXF& dxf, bool whiteBackground);
-
 /// Writes a picture of the drawing; the ending of the path (.png, .svg, .pdf) says of what kind. Throws
 /// `std::runtime_error` when it cannot be written, `UsageError` for another ending.
 void save_picture(DXF& dxf, const std::string& path, const PictureOptions& options);

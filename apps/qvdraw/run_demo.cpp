@@ -2,6 +2,7 @@
 #include <stdexcept>
 
 #include "commands.h"
+#include "common/display_form.h"
 #include "demo.h"
 #include "picture.h"
 #include "slab_sample.h"
@@ -25,7 +26,7 @@ int run_demo(const Arguments& arguments) {
     if (!sgt) throw std::runtime_error("not enough memory");
     const std::string base = directory + "/" + sheet.name;
     if (!sgt->Write_MemDxf_To_File((base + ".dxf").c_str())) throw std::runtime_error(base + ".dxf: cannot be written");
-    resolve_for_display(*sgt, true);
+    qvapps::resolve_for_display(*sgt, true);
     PictureOptions options;
     options.size = CSize(kWidth, kWidth);
     for (const char* ending : {".png", ".svg", ".pdf"}) save_picture(*sgt, base + ending, options);

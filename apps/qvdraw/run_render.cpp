@@ -2,6 +2,7 @@
 #include <numbers>
 
 #include "commands.h"
+#include "common/display_form.h"
 #include "drawing_file.h"
 #include "picture.h"
 
@@ -43,7 +44,7 @@ int run_render(const Arguments& arguments) {
   const std::string out = arguments.required("-o");
   const PictureOptions options = options_of(arguments);
   const std::unique_ptr<DXF> dxf = load_drawing(arguments.operand(0));
-  resolve_for_display(*dxf, options.white);
+  qvapps::resolve_for_display(*dxf, options.white);
   save_picture(*dxf, out, options);
   return 0;
 }

@@ -2,7 +2,9 @@
 
 /// The drawings that benchmarks write, read and show.
 
+#include <cmath>
 #include <cstdint>
+#include <numbers>
 
 #include "dxf/document.h"
 
@@ -80,6 +82,42 @@ inline int stream_mixed(const char* path) {
   dxf.Begin_Entity();
   write_mixed(dxf);
   return dxf.Close();
+}
+
+/// The size in millimetres of a storey with a million entities: bays of 10 m, a thousand entities each.
+inline constexpr float kBay = 10000;
+inline constexpr int kBaysAcross = 40;
+inline constexpr float kPlanWidth = kBaysAcross * kBay;
+inline constexpr float kPlanHeight = 25 * kBay;
+
+/// The same kinds as parts of a floor plan, composed bay by bay and each of its size on a building: members of 6 m,
+/// axis bubbles and door swings, labels of 350 mm, bars of five legs.
+inline void write_plan(DXF& dxf) {
+  constexpr float kMember = 6000;
+  Random r;
+  for (int i = 0; i < kEntities; ++i) {
+    const int kind = i % 20;
+    const int bay = i / 1000;
+    const float x = kBay * static_cast<float>(bay % kBaysAcross) + r.below(kBay);
+    const float y = kBay * static_cast<float>(bay / kBaysAcross) + r.below(kBay);
+    const float turn = r.below(360);
+    if (kind < 14) {
+      const double angle = turn * std::numbers::pi / 180;
+      dxf.Write_Line(x, y, 0, x + kMember * static_cast<float>(std::cos(angle)),
+                     y + kMember * static_cast<float>(std::sin(angle)), 0, "BEAM", "3", "BYLAYER");
+    } else if (kind < 16) {
+      dxf.Write_Circle(x, y, 0, 400, "REBAR", "2", "BYLAYER");
+    } else if (kind < 17) {
+      dxf.Write_Arc(x, y, 0, 900, turn, turn + 90, "BEAM", "3", "BYLAYER");
+    } else if (kind < 19) {
+      dxf.Write_Text(x, y, 0, 350, i % 2 ? 90 : 0, "KL-018(2A)", "STANDARD", "REBAR", "1", "BYLAYER");
+    } else {
+      const float bx[6] = {x, x, x + 1500, x + 3000, x + 3000, x + 1500};
+      const float by[6] = {y + 300, y, y, y, y + 300, y + 300};
+      const float zero[6] = {};
+      dxf.Write_Pline(6, bx, by, zero, zero, 0, zero, zero, "REBAR", "1", "BYLAYER");
+    }
+  }
 }
 
 /// Walks the entities of a document.

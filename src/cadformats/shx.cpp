@@ -99,7 +99,10 @@ CSafeDC& clip_to(CDC* dc) {
 }
 
 int device(double v) {
-  return qv::TruncInt(2.0 * v + 1.0) / 2;
+  const double doubled = 2.0 * v + 1.0;
+  // In range the plain conversion is the same and inlines.
+  const bool plain = doubled > -2147483648.0 && doubled < 2147483648.0;
+  return (plain ? static_cast<int>(doubled) : qv::TruncInt(doubled)) / 2;
 }
 
 /// A shape's axes in device units.
@@ -113,17 +116,20 @@ struct Axes {
 /// Draws displacements through the clipping context.
 class DrawingPen {
  public:
-  DrawingPen(CSafeDC& context, double x, double y) : context_(context), x_(x), y_(y) {
-    context_.MoveTo(device(x_), device(y_));
+  DrawingPen(CSafeDC& context, double x, double y) : context_(context), x_(x), y_(y), at_(device(x), device(y)) {
+    context_.MoveTo(at_);
   }
   void set_axes(const Axes& axes) { axes_ = axes; }
   void step(double u, double v, bool down) {
     x_ += axes_.a * u + axes_.c * v;
     y_ += axes_.b * u + axes_.d * v;
+    const CPoint to(device(x_), device(y_));
+    if (to == at_) return;  // small letters are mostly strokes within a pixel, which show nothing
+    at_ = to;
     if (down) {
-      context_.LineTo(device(x_), device(y_));
+      context_.LineTo(to);
     } else {
-      context_.MoveTo(device(x_), device(y_));
+      context_.MoveTo(to);
     }
   }
   void push() {
@@ -143,6 +149,7 @@ class DrawingPen {
   Axes axes_{};
   double x_;
   double y_;
+  CPoint at_;  // the device pen
   double keptX_ = 0;
   double keptY_ = 0;
 };
@@ -239,8 +246,10 @@ int CShx::adopt_txt(const unsigned char* file, std::size_t size) {
   if (!cursor.skip(3) || cursor.remaining() == 0) return 0;
 
   const std::size_t data = cursor.remaining();
-  auto* const index = static_cast<int*>(txtBlock_.allocate(kCodes * sizeof(int) + data + kShapePadding));
-  if (!index) return 0;
+  constexpr std::size_t kTables = kCodes * (sizeof(double) + sizeof(int));
+  auto* const advances = static_cast<double*>(txtBlock_.allocate(kTables + data + kShapePadding));
+  if (!advances) return 0;
+  auto* const index = reinterpret_cast<int*>(advances + kCodes);
   std::fill_n(index, kCodes, -1);
   entries.skip(4);
   std::size_t offset = 0;
@@ -254,6 +263,10 @@ int CShx::adopt_txt(const unsigned char* file, std::size_t size) {
   std::replace(index, index + kCodes, -1, m_nTxtDefault);
   m_pTxtData = reinterpret_cast<unsigned char*>(index + kCodes);
   std::memcpy(m_pTxtData, file + cursor.position(), data);
+  const double standard = measure(m_pTxtData + m_nTxtDefault);
+  std::transform(index, index + kCodes, advances,
+                 [&](int at) { return at == m_nTxtDefault ? standard : measure(m_pTxtData + at); });
+  txtAdvances_ = advances;
   m_fTxtHeight = above ? static_cast<float>(above) : 6.0f;
   m_pTxtIndex = index;
   return 1;
@@ -331,9 +344,9 @@ void CShx::DrawHzShx(CDC* dc, int x, int y, const char* text, float height, floa
 }
 
 float CShx::GetTxtWidth(const char* text, float height, float ratio) {
-  if (!m_pTxtIndex || !text) return 0;
+  if (!txtAdvances_ || !text) return 0;
   double sum = 0;
-  for (; *text; ++text) sum += measure(txt_shape(*this, static_cast<unsigned char>(*text)));
+  for (; *text; ++text) sum += txtAdvances_[static_cast<unsigned char>(*text)];
   return static_cast<float>(sum * height * ratio / m_fTxtHeight);
 }
 
@@ -343,7 +356,7 @@ float CShx::GetHzWidth(const char* text, float height, float ratio) {
   while (*text) {
     const Character character = next_character(text);
     if (!character.big) {
-      if (m_pTxtIndex) heights += measure(txt_shape(*this, character.byte)) / m_fTxtHeight;
+      if (m_pTxtIndex) heights += txtAdvances_[character.byte] / m_fTxtHeight;
     } else {
       const unsigned char* const shape = hz_shape(*this, character);
       heights += shape ? measure(shape) / m_fHzHeight : 1.0;

@@ -87,6 +87,7 @@ class QV_API CShx {
   int adopt_hz(const unsigned char* file, std::size_t size);
   qv::detail::SharedBlock txtBlock_;
   qv::detail::SharedBlock hzBlock_;
+  const double* txtAdvances_ = nullptr;  // of each byte's shape, in shape units
 };
 
 /// The fonts that the whole library measures and draws with; the host program loads them.

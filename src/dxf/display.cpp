@@ -1,4 +1,5 @@
-#include <limits>
+#include "dxf/display.h"
+
 #include <numbers>
 #include <optional>
 
@@ -9,26 +10,31 @@
 #include "geometry/shape.h"
 #include "ui/safe_dc.h"
 
-namespace {
+namespace qv::detail {
 
-/// The library-wide clipping context, on the device context that is drawn on.
 CSafeDC& clipping_context(CDC* dc) {
   static CSafeDC context;
   if (context.GetDC() != dc) context = CSafeDC(dc);
   return context;
 }
 
-bool is_black_only(const CDC& dc) {
-  return dc.IsPrinting() || dc.IsMetafile();
+PenStyle pen_style(const char* ltype) {
+  const char* d = std::strchr(ltype, 'D');
+  if (!d) return PenStyle::Solid;  // BYLAYER, CONTINUOUS and all others without the words
+  if (std::strstr(d, "DASHED")) return PenStyle::Dash;
+  if (std::strstr(d, "DASHDOT")) return PenStyle::DashDot;
+  return std::strstr(d, "DOT") ? PenStyle::Dot : PenStyle::Solid;
 }
 
-/// The pen style that a line-type name asks for.
-qv::PenStyle pen_style(const char* ltype) {
-  const char* d = std::strchr(ltype, 'D');
-  if (!d) return qv::PenStyle::Solid;  // BYLAYER, CONTINUOUS and all others without the words
-  if (std::strstr(d, "DASHED")) return qv::PenStyle::Dash;
-  if (std::strstr(d, "DASHDOT")) return qv::PenStyle::DashDot;
-  return std::strstr(d, "DOT") ? qv::PenStyle::Dot : qv::PenStyle::Solid;
+}  // namespace qv::detail
+
+using qv::detail::clipping_context;
+using qv::detail::pen_style;
+
+namespace {
+
+bool is_black_only(const CDC& dc) {
+  return dc.IsPrinting() || dc.IsMetafile();
 }
 
 /// The one-pixel pen of an entity, selected for the life of the object.
@@ -47,32 +53,6 @@ class EntityPen {
   CDC* dc_;
   CPen pen_;
   const CPen* before_;
-};
-
-/// The pen of a drawing's lines, selected anew only where it changes: most lines have the pen of the line before.
-class SharedPen {
- public:
-  explicit SharedPen(CDC* dc) : dc_(dc), black_(is_black_only(*dc)) {}
-  ~SharedPen() {
-    if (before_) dc_->SelectObject(before_);
-  }
-  SharedPen(const SharedPen&) = delete;
-  SharedPen& operator=(const SharedPen&) = delete;
-  void select(const char* ltype, int color) {
-    const qv::PenStyle style = pen_style(ltype);
-    if (before_ && style == pen_.style && color == color_) return;
-    pen_ = {style, 1, black_ ? 0 : ACAD_ENTITY::GetColor(color)};
-    color_ = color;
-    const CPen* const before = dc_->SelectObject(&pen_);
-    if (!before_) before_ = before;
-  }
-
- private:
-  CDC* dc_;
-  bool black_;
-  int color_ = 0;
-  CPen pen_;
-  const CPen* before_ = nullptr;
 };
 
 /// The way from displaced world points to the device.
@@ -336,56 +316,47 @@ void ACAD_BLOCK::Draw(CDC* dc, CFCoor* coor, ACAD_INSERT* insert) {
   }
 }
 
+namespace qv::detail {
+
 namespace {
 
-/// What of the world the limits can show, a few pixels more on every side: most of a large drawing lies outside a small
-/// window, and is passed over without being taken to the device. A metafile, and a transform that turns x over, show
-/// everything.
-class WorldWindow {
- public:
-  WorldWindow(CSafeDC& safe, const CDC& dc, const CFCoor& coor) {
-    constexpr double kMargin = 4;
-    const double scale = coor.GetScale();
-    if (dc.IsMetafile() || !(scale > 0)) return;
-    const CRect limits = safe.Limits();
-    const double x = coor.GetOrigin().x;
-    const double y = coor.GetOrigin().y;
-    const double down = coor.IsReverseY() ? -1 : 1;
-    const double y1 = y + down * (limits.top - kMargin) / scale;
-    const double y2 = y + down * (limits.bottom + kMargin) / scale;
-    x1_ = below(x + (limits.left - kMargin) / scale);
-    x2_ = -below(-(x + (limits.right + kMargin) / scale));
-    y1_ = below(std::min(y1, y2));
-    y2_ = -below(-std::max(y1, y2));
-  }
-  bool misses(const qv::Point3& a, const qv::Point3& b) const {
-    return (a.x < x1_ && b.x < x1_) || (a.x > x2_ && b.x > x2_) || (a.y < y1_ && b.y < y1_) || (a.y > y2_ && b.y > y2_);
-  }
-
- private:
-  static constexpr float kEverything = std::numeric_limits<float>::infinity();
-  /// The next float below a number; the lowest bound where it is none.
-  static float below(double v) {
-    constexpr double kLargest = std::numeric_limits<float>::max();
-    return v > -kLargest && v < kLargest ? std::nextafter(static_cast<float>(v), -kEverything) : -kEverything;
-  }
-
-  float x1_ = -kEverything;
-  float y1_ = -kEverything;
-  float x2_ = kEverything;
-  float y2_ = kEverything;
-};
-
-/// A line of a drawing, as its own `Draw` draws it.
-void draw_shared(const ACAD_LINE& line, CSafeDC& safe, const ToDevice& to, SharedPen& pen) {
-  const CPoint from = to(line.m_Start);
-  const CPoint until = to(line.m_End);
-  if (safe.IsOutside(from, until)) return;  // no pen for what cannot be seen
-  pen.select(line.m_szLType, line.m_nColor);
-  draw_line(safe, from, until);
+/// The next float below a number; the lowest bound where it is none.
+float below(double v) {
+  constexpr double kLargest = std::numeric_limits<float>::max();
+  constexpr float kLowest = -std::numeric_limits<float>::infinity();
+  return v > -kLargest && v < kLargest ? std::nextafter(static_cast<float>(v), kLowest) : kLowest;
 }
 
 }  // namespace
+
+WorldWindow::WorldWindow(CSafeDC& safe, const CDC& dc, const CFCoor& coor, double margin) {
+  const double scale = coor.GetScale();
+  if (dc.IsMetafile() || !(scale > 0)) return;
+  const CRect limits = safe.Limits();
+  const double x = coor.GetOrigin().x;
+  const double y = coor.GetOrigin().y;
+  const double down = coor.IsReverseY() ? -1 : 1;
+  const double y1 = y + down * (limits.top - margin) / scale;
+  const double y2 = y + down * (limits.bottom + margin) / scale;
+  x1_ = below(x + (limits.left - margin) / scale);
+  x2_ = -below(-(x + (limits.right + margin) / scale));
+  y1_ = below(std::min(y1, y2));
+  y2_ = -below(-std::max(y1, y2));
+}
+
+LinePainter::LinePainter(CDC* dc, const CFCoor& coor) : dc_(dc), coor_(coor), black_(is_black_only(*dc)) {
+  clipping_context(dc) = CSafeDC(dc);
+  dc->SetBkMode(BackgroundMode::Transparent);
+}
+
+void LinePainter::change(PenStyle style, int color) {
+  pen_ = {style, 1, black_ ? 0 : ACAD_ENTITY::GetColor(color)};
+  color_ = color;
+  const CPen* const before = dc_->SelectObject(&pen_);
+  if (!before_) before_ = before;
+}
+
+}  // namespace qv::detail
 
 void DXF::Draw(CDC* dc, CFCoor* coor) {
   m_pCoor = coor;
@@ -394,16 +365,16 @@ void DXF::Draw(CDC* dc, CFCoor* coor) {
 
 void DXF::Draw(CDC* dc) {
   if (!m_nMemFlag) return;
-  clipping_context(dc) = CSafeDC(dc);
-  dc->SetBkMode(qv::BackgroundMode::Transparent);
-  SharedPen linePen(dc);
-  const ToDevice to{*m_pCoor, 0, 0};
-  const WorldWindow window(clipping_context(dc), *dc, *m_pCoor);
+  qv::detail::LinePainter lines(dc, *m_pCoor);
+  const qv::detail::WorldWindow window(clipping_context(dc), *dc, *m_pCoor);
   qv::detail::walk(m_EntityList, [&](ACAD_ENTITY& entity) {
     switch (entity.GetType()) {
       case ACAD_TYPE_LINE: {
         const auto& line = static_cast<const ACAD_LINE&>(entity);
-        return window.misses(line.m_Start, line.m_End) ? void() : draw_shared(line, clipping_context(dc), to, linePen);
+        const qv::Point3& start = line.m_Start;
+        const qv::Point3& end = line.m_End;
+        if (window.misses(start.x, start.y, end.x, end.y)) return;
+        return lines.draw({start.x, start.y}, {end.x, end.y}, pen_style(line.m_szLType), line.m_nColor);
       }
       case ACAD_TYPE_INSERT: {
         auto& insert = static_cast<ACAD_INSERT&>(entity);

@@ -14,6 +14,7 @@
 /// `tell_error(301, text)`, a file that cannot be created or written by the result alone; it leaves the document as it
 /// was.
 
+#include <functional>
 #include <memory>
 #include <string_view>
 
@@ -111,6 +112,9 @@ class QV_API DXF : public qv::WorkingRecords {
   /// Loads a whole drawing file into this in-memory document: its tables replace the present ones, its blocks and
   /// entities are appended. An entity that cannot be read ends the loading; what was read is kept, and the result is 1.
   int Read_FileDxf_To_Mem(const char* fileName);
+  /// The same, telling every few thousand entities what share of the file has been read, 0 to 1. When `progress`
+  /// returns false the loading is given up: what was read is kept, and the result is 0.
+  int Read_FileDxf_To_Mem(const char* fileName, const std::function<bool(double share)>& progress);
 
   /// Appends the other document's drawing, turned by an angle in degrees and then shifted; or transformed by a matrix
   /// (nine floats, row by row) and then an offset (three floats), either of which may be null. Table entries and blocks
@@ -186,6 +190,8 @@ class QV_API DXF : public qv::WorkingRecords {
                    const char* overflow);
   bool merge_blocks(const DXF& other);
   int find_section(std::string_view keyword);
+  void load_blocks();
+  bool load_entities(const std::function<bool(double share)>& progress);
   template <class Record>
   bool set_attributes(Record& record, const char* layer, const char* color, const char* ltype);
   template <class Record>

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 
 #include "data/captions.h"
@@ -173,30 +174,57 @@ ACAD_ENTITY* take(qv::WorkingRecords& records, ACAD_Entity_Type type) {
   return polyline;
 }
 
+/// The size of an open file, whose position stays; 0 when it cannot be told.
+long size_of(std::FILE* file) {
+  const long at = std::ftell(file);
+  if (at < 0 || std::fseek(file, 0, SEEK_END) != 0) return 0;
+  const long size = std::ftell(file);
+  std::fseek(file, at, SEEK_SET);
+  return size;
+}
+
 }  // namespace
 
-int DXF::Read_FileDxf_To_Mem(const char* fileName) {
-  if (!m_nMemFlag || !open_to_read(fileName)) return 0;
-  Read_Tables();
-  if (Find_Start_Blocks()) {
-    while (Read_One_Block()) {
-      auto* block = new (std::nothrow) ACAD_BLOCK;
-      if (!block) break;
-      *block = m_Block;
-      if (!m_BlockList.AddTail(block)) {
-        delete block;
-        break;
-      }
+void DXF::load_blocks() {
+  if (!Find_Start_Blocks()) return;
+  while (Read_One_Block()) {
+    auto* block = new (std::nothrow) ACAD_BLOCK;
+    if (!block) break;
+    *block = m_Block;
+    if (!m_BlockList.AddTail(block)) {
+      delete block;
+      break;
     }
   }
-  if (!Find_Start_Entities()) return 0;
+}
+
+bool DXF::load_entities(const std::function<bool(double share)>& progress) {
+  constexpr int kBetweenReports = 4096;
+  const double size = progress ? static_cast<double>(size_of(m_fp)) : 0;
+  int unreported = 0;
   for (ACAD_Entity_Type type; (type = Read_One_Entity()) < ACAD_TYPE_NONE;) {
     ACAD_ENTITY* copy = take(*this, type);
     if (!copy || !m_EntityList.AddTail(copy)) {
       delete copy;
       break;
     }
+    if (!progress || ++unreported < kBetweenReports) continue;
+    unreported = 0;
+    if (!progress(size > 0 ? std::clamp(static_cast<double>(std::ftell(m_fp)) / size, 0.0, 1.0) : 0)) return false;
   }
+  return true;
+}
+
+int DXF::Read_FileDxf_To_Mem(const char* fileName) {
+  return Read_FileDxf_To_Mem(fileName, nullptr);
+}
+
+int DXF::Read_FileDxf_To_Mem(const char* fileName, const std::function<bool(double share)>& progress) {
+  if (!m_nMemFlag || !open_to_read(fileName)) return 0;
+  Read_Tables();
+  load_blocks();
+  if (!Find_Start_Entities()) return 0;
+  const bool whole = load_entities(progress);
   close_file();
-  return 1;
+  return whole ? 1 : 0;
 }

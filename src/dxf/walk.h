@@ -11,17 +11,17 @@ namespace qv::detail {
 /// Calls f(entity) for each entity of the list until it returns true; whether it did.
 template <class F>
 bool walk_until(const CPtrList& list, const F& f) {
-  constexpr int kAhead = 40;
-  constexpr std::size_t kCacheLine = 64;  // a line or a circle takes two
-  constexpr std::size_t kFarther = 512;   // the nodes of a list lie side by side for the most part
+  constexpr int kAhead = 20;
+  constexpr std::size_t kCacheLine = 64;      // a line or a circle takes two
+  constexpr std::size_t kPagesAhead = 12288;  // records made one after the other lie so, and a new page takes longer
   POSITION ahead = list.GetHeadPosition();
   for (int i = 0; i < kAhead && ahead; ++i) list.GetNext(ahead);
   for (POSITION at = list.GetHeadPosition(); at;) {
     if (ahead) {
-      prefetch(reinterpret_cast<const char*>(ahead) + kFarther);
       const char* const data = static_cast<const char*>(list.GetNext(ahead));
       prefetch(data);
       prefetch(data + kCacheLine);
+      prefetch(data + kPagesAhead);
     }
     if (f(*static_cast<ACAD_ENTITY*>(list.GetNext(at)))) return true;
   }

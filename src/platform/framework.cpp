@@ -49,63 +49,71 @@ CArchive& CArchive::operator>>(std::int32_t& v) {
 
 struct CPtrList::Block {
   Block* next;
+  POSITION slots() { return reinterpret_cast<POSITION>(this + 1); }
 };
 
 CPtrList::~CPtrList() {
   RemoveAll();
 }
 
-POSITION CPtrList::new_node(void* data) {
-  if (!free_) {
-    const auto n = static_cast<std::size_t>(blockSize_);
-    auto* block = static_cast<Block*>(::operator new(sizeof(Block) + n * sizeof(qv::detail::ListNode), std::nothrow));
-    if (!block) return nullptr;
-    block->next = blocks_;
-    blocks_ = block;
-    auto* nodes = reinterpret_cast<POSITION>(block + 1);
-    for (std::size_t i = n; i-- > 0;) free_ = new (nodes + i) qv::detail::ListNode{free_, nullptr, nullptr};
-  }
-  POSITION node = free_;
-  free_ = node->next;
-  node->data = data;
-  ++count_;
-  return node;
+CPtrList::Block* CPtrList::new_block() const {
+  const std::size_t slots = static_cast<std::size_t>(blockSize_) + 2;
+  auto* const block =
+      static_cast<Block*>(::operator new(sizeof(Block) + slots * sizeof(qv::detail::ListSlot), std::nothrow));
+  if (block) block->next = nullptr;
+  return block;
 }
 
 POSITION CPtrList::AddTail(void* data) {
-  POSITION node = new_node(data);
-  if (!node) return nullptr;
-  node->next = nullptr;
-  node->previous = tail_;
-  (tail_ ? tail_->next : head_) = node;
-  return tail_ = node;
+  POSITION slot = tail_ ? tail_ + 1 : nullptr;
+  if (!slot || slot == last_->slots() + blockSize_) {
+    Block* const block = new_block();
+    if (!block) return nullptr;
+    if (slot) set_end(slot, block->slots());
+    (slot ? last_->next : first_) = block;
+    last_ = block;
+    slot = block->slots();
+    if (!head_) head_ = slot;
+  }
+  slot->data = data;
+  set_end(slot + 1, nullptr);
+  ++count_;
+  return tail_ = slot;
 }
 
 POSITION CPtrList::AddHead(void* data) {
-  POSITION node = new_node(data);
-  if (!node) return nullptr;
-  node->previous = nullptr;
-  node->next = head_;
-  (head_ ? head_->previous : tail_) = node;
-  return head_ = node;
+  if (!head_) return AddTail(data);
+  if (head_ == first_->slots()) {
+    Block* const block = new_block();
+    if (!block) return nullptr;
+    POSITION const end = block->slots() + blockSize_;
+    set_end(end, head_);
+    block->next = first_;
+    first_ = block;
+    head_ = end;
+  }
+  --head_;
+  head_->data = data;
+  ++count_;
+  return head_;
 }
 
 void* CPtrList::RemoveHead() {
-  POSITION node = head_;
-  head_ = node->next;
-  (head_ ? head_->previous : tail_) = nullptr;
-  node->next = free_;
-  free_ = node;
+  void* const data = head_->data;
+  if (count_ == 1) {
+    RemoveAll();
+    return data;
+  }
+  const bool lastOfBlock = head_ + 1 == first_->slots() + blockSize_;
+  GetNext(head_);
+  if (lastOfBlock) ::operator delete(std::exchange(first_, first_->next));
   --count_;
-  return node->data;
+  return data;
 }
 
 void CPtrList::RemoveAll() {
-  while (blocks_) {
-    Block* next = blocks_->next;
-    ::operator delete(blocks_);
-    blocks_ = next;
-  }
-  head_ = tail_ = free_ = nullptr;
+  while (first_) ::operator delete(std::exchange(first_, first_->next));
+  last_ = nullptr;
+  head_ = tail_ = nullptr;
   count_ = 0;
 }

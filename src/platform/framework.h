@@ -217,17 +217,16 @@ class CArray : public CObject {
 };
 
 namespace qv::detail {
-struct ListNode {
-  ListNode* next;
-  ListNode* previous;
+struct ListSlot {
   void* data;
 };
 }  // namespace qv::detail
 
-/// A place in a pointer list; null is the end.
-using POSITION = qv::detail::ListNode*;
+/// A place in a pointer list; null is the end. It stays valid while its pointer is in the list.
+using POSITION = qv::detail::ListSlot*;
 
-/// A doubly linked list of pointers, which it does not own. Nodes come from blocks of a fixed number.
+/// A list of pointers that it does not own, walked from its head. Pointers lie side by side in blocks of a fixed
+/// number: a walk runs at the speed of an array.
 class QV_API CPtrList : public CObject {
  public:
   explicit CPtrList(int blockSize = 10) : blockSize_(blockSize < 1 ? 1 : blockSize) {}
@@ -244,7 +243,8 @@ class QV_API CPtrList : public CObject {
   /// The pointer at the position, which moves on to the next.
   void* GetNext(POSITION& position) const {
     void* data = position->data;
-    position = position->next;
+    ++position;
+    if (position->data == end_mark()) position = static_cast<POSITION>(position[1].data);
     return data;
   }
   void* GetAt(POSITION position) const { return position->data; }
@@ -253,16 +253,24 @@ class QV_API CPtrList : public CObject {
   POSITION AddHead(void* data);
   /// Takes the first pointer out of the list, which must not be empty.
   void* RemoveHead();
-  /// Empties the list and frees its nodes, not what the pointers point to.
+  /// Empties the list and frees its blocks, not what the pointers point to.
   void RemoveAll();
 
  private:
+  // Behind the last pointer of a block stand a mark, which is the address of a member of this list and so of nothing
+  // that a list holds, and where the list goes on: the first slot of the next block, or null.
   struct Block;
-  POSITION new_node(void* data);
+  const void* end_mark() const { return &count_; }
+  void set_end(POSITION slot, POSITION next) const {
+    slot[0].data = const_cast<void*>(end_mark());
+    slot[1].data = next;
+  }
+  Block* new_block() const;
+
+  Block* first_ = nullptr;
+  Block* last_ = nullptr;
   POSITION head_ = nullptr;
   POSITION tail_ = nullptr;
-  POSITION free_ = nullptr;
-  Block* blocks_ = nullptr;
   std::size_t count_ = 0;
   int blockSize_;
 };

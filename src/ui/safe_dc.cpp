@@ -1,6 +1,7 @@
 #include "ui/safe_dc.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <cstdint>
 
@@ -49,11 +50,48 @@ struct ArcPath {
   double last;   // angle of the last point
   int chords;
 
-  CPoint point(int i) const {
-    const double angle = i == chords ? last : first + i * step;
-    return {round_device(cx + r * std::cos(angle)), round_device(cy + r * std::sin(angle))};
+  double angle(int i) const { return i == chords ? last : first + i * step; }
+  CPoint point(int i) const { return point(std::cos(angle(i)), std::sin(angle(i))); }
+  CPoint point(double cosine, double sine) const {
+    return {round_device(cx + r * cosine), round_device(cy + r * sine)};
   }
 };
+
+// The directions of an arc of few chords. Bubbles, dots and door swings repeat them all over a drawing.
+struct Directions {
+  static constexpr int kMostChords = 16;
+  double first = 0;
+  double step = 0;
+  double last = 0;
+  int chords = 0;  // 0 while it holds none
+  double cosine[kMostChords + 1];
+  double sine[kMostChords + 1];
+
+  bool serve(const ArcPath& arc) const {
+    return chords == arc.chords && first == arc.first && step == arc.step && last == arc.last;
+  }
+  void fill(const ArcPath& arc) {
+    first = arc.first;
+    step = arc.step;
+    last = arc.last;
+    chords = arc.chords;
+    for (int i = 0; i <= chords; ++i) {
+      cosine[i] = std::cos(arc.angle(i));
+      sine[i] = std::sin(arc.angle(i));
+    }
+  }
+};
+
+// Those of an arc, kept from before or worked out anew.
+const Directions& directions(const ArcPath& arc) {
+  constexpr std::size_t kKept = 32;
+  thread_local Directions kept[kKept];
+  const auto mixed = std::bit_cast<std::uint64_t>(arc.first) * 0x9E3779B97F4A7C15u +
+                     std::bit_cast<std::uint64_t>(arc.step) * 0xC2B2AE3D27D4EB4Fu;
+  Directions& entry = kept[mixed >> 59];
+  if (!entry.serve(arc)) entry.fill(arc);
+  return entry;
+}
 
 // The places, as turns from the arc's first point in its own sense, where the circle crosses the sides of a box: the
 // circle is wholly inside or wholly outside of the box between two neighbours.
@@ -203,7 +241,11 @@ void CSafeDC::DrawArc(int cx, int cy, int r, float start, float sweep, int flip)
     MoveTo(arc.point(from));
     for (int i = from + 1; i <= to; ++i) LineTo(arc.point(i));
   };
-  if (metafile || n <= kFewChords) {
+  if (n <= Directions::kMostChords) {
+    const Directions& to = directions(arc);
+    MoveTo(arc.point(to.cosine[0], to.sine[0]));
+    for (int i = 1; i <= n; ++i) LineTo(arc.point(to.cosine[i], to.sine[i]));
+  } else if (metafile || n <= kFewChords) {
     draw(0, n);
   } else {
     const int along = turn < 0 ? n - 1 : n;

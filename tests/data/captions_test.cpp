@@ -1,46 +1,14 @@
-#include "data/captions.h"
+#if !defined(_WIN32)
 
 #include <gtest/gtest.h>
-
-#include <cstring>
-#include <fstream>
-#include <map>
-#include <string>
-
-#if !defined(_WIN32)
 #include <iconv.h>
-#endif
+
+#include <cstdlib>
+#include <fstream>
+#include <string>
 
 namespace {
 
-#define CAPTION(name) \
-  { #name, qv::captions::name }
-const std::map<std::string, std::string> kCaptions = {
-    CAPTION(kCannotOpenFile),
-    CAPTION(kCannotMakeFile),
-    CAPTION(kCalculationMessages),
-    CAPTION(kRombergIterations),
-    CAPTION(kInterpolationPoints),
-    CAPTION(kReadingTables),
-    CAPTION(kNoEntitySection),
-    CAPTION(kTooManyNumbers),
-    CAPTION(kUserConcrete),
-    CAPTION(kUserReinforcement),
-    CAPTION(kQueryContent),
-    CAPTION(kWrongContent),
-    CAPTION(kProfessionLead),
-    CAPTION(kDesign),
-    CAPTION(kReview),
-    CAPTION(kDrawingNumber),
-    CAPTION(kProjectLead),
-    CAPTION(kCheck),
-    CAPTION(kApprove),
-    CAPTION(kDate),
-    CAPTION(kProjectName),
-    CAPTION(kDrawingName),
-};
-
-#if !defined(_WIN32)
 std::string to_utf8(std::string gbk) {
   const iconv_t converter = iconv_open("UTF-8", "GBK");
   char out[512];
@@ -51,24 +19,48 @@ std::string to_utf8(std::string gbk) {
   return good ? std::string(out, to) : "not GBK";
 }
 
-// The header writes each caption as: inline constexpr char NAME[] =  // READABLE TEXT
-TEST(Captions, SayWhatTheirCommentsSay) {
-  std::ifstream header(QV_TEST_DATA "/../../src/data/captions.h");
-  ASSERT_TRUE(header);
-  const std::string begin = "inline constexpr char ";
-  const std::string middle = "[] =  // ";
-  std::size_t seen = 0;
-  for (std::string line; std::getline(header, line);) {
-    if (line.rfind(begin, 0) != 0) continue;
-    const std::size_t at = line.find(middle);
-    ASSERT_NE(at, std::string::npos) << line;
-    const auto caption = kCaptions.find(line.substr(begin.size(), at - begin.size()));
-    ASSERT_NE(caption, kCaptions.end()) << "not in this test's table: " << line;
-    EXPECT_EQ(to_utf8(caption->second), line.substr(at + middle.size()));
-    ++seen;
+/// What the string literals of a line say; the only escapes are \xNN.
+std::string literals(const std::string& line) {
+  std::string bytes;
+  bool inside = false;
+  for (std::size_t i = 0; i < line.size(); ++i) {
+    if (line[i] == '"') {
+      inside = !inside;
+    } else if (inside && line[i] == '\\') {
+      bytes += static_cast<char>(std::strtol(line.substr(i + 2, 2).c_str(), nullptr, 16));
+      i += 3;
+    } else if (inside) {
+      bytes += line[i];
+    }
   }
-  EXPECT_EQ(seen, kCaptions.size());
+  return bytes;
 }
-#endif
+
+// The headers write each caption as: inline constexpr char NAME[] =  // READABLE TEXT, its bytes on the lines below.
+TEST(Captions, SayWhatTheirCommentsSay) {
+  const std::string middle = "[] =  // ";
+  for (const char* name : {"src/data/captions.h", "apps/qvdraw/demo_captions.h"}) {
+    std::ifstream header(std::string(QV_TEST_DATA "/../../") + name);
+    ASSERT_TRUE(header) << name;
+    int seen = 0;
+    for (std::string line; std::getline(header, line);) {
+      const std::size_t at = line.find(middle);
+      if (at == std::string::npos) {
+        EXPECT_EQ(line.find("inline constexpr char "), std::string::npos) << "without its readable text: " << line;
+        continue;
+      }
+      std::string bytes;
+      for (std::string part; std::getline(header, part);) {
+        bytes += literals(part);
+        if (part.ends_with(';')) break;
+      }
+      EXPECT_EQ(to_utf8(bytes), line.substr(at + middle.size())) << name;
+      ++seen;
+    }
+    EXPECT_GT(seen, 15) << name;
+  }
+}
 
 }  // namespace
+
+#endif

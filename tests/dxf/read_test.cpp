@@ -259,6 +259,25 @@ TEST(DxfReading, AFileCutAnywhereKeepsWhatWasRead) {
   EXPECT_EQ(last, 10);
 }
 
+TEST(DxfReading, TellsHowFarItIsAndCanBeGivenUp) {
+  std::string lines;
+  for (int i = 0; i < 10000; ++i) lines += "  0\nLINE\n  8\n0\n 10\n1.0\n 20\n2.0\n 11\n3.0\n 21\n4.0\n";
+  const TemporaryDirectory directory;
+  const std::string path = directory.write("in.dxf", on_disk(entities(lines)));
+  const RecordingHost host;
+  DXF whole;
+  whole.New_MemDxf();
+  std::vector<double> shares;
+  const auto note = [&](double share) { return shares.push_back(share), true; };
+  EXPECT_EQ(whole.Read_FileDxf_To_Mem(path.c_str(), note), 1);
+  ASSERT_EQ(shares.size(), 2U);
+  EXPECT_TRUE(0.2 < shares[0] && shares[0] < shares[1] && shares[1] <= 1) << shares[0] << ", " << shares[1];
+  DXF part;
+  part.New_MemDxf();
+  EXPECT_EQ(part.Read_FileDxf_To_Mem(path.c_str(), [](double) { return false; }), 0);
+  EXPECT_EQ(part.m_EntityList.GetCount(), 4096);
+}
+
 TEST(DxfInserting, EntitiesAreTransformedAndTablesMerged) {
   RecordingHost host;
   DXF target;

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "platform/host.h"
+#include "platform/message_text.h"
 
 namespace qv {
 
@@ -18,23 +19,21 @@ class QV_API ConsoleHost : public Host {
   Answer ShowBox(const char* text, BoxKind kind) override;
   void CreateMessageWindow() override;
   void ShowMessageWindow(bool visible) override;
-  int MessageLineCount() const override;
-  int MessageLineStart(int line) const override;
-  void SelectMessage(int from, int to) override;
-  void ReplaceMessageSelection(const char* text) override;
+  int MessageLineCount() const override { return messages_.LineCount(); }
+  int MessageLineStart(int line) const override { return messages_.LineStart(line); }
+  void SelectMessage(int from, int to) override { messages_.Select(from, to); }
+  void ReplaceMessageSelection(const char* text) override { messages_.Replace(text); }
   void DrainMessages() override;
   CSize ScreenSize() const override { return screen_; }
 
   void SetScreenSize(CSize screen) { screen_ = screen; }
   /// What the message window holds (GBK, lines ended by "\r\n"), and whether it is shown.
-  const std::string& MessageText() const { return messages_; }
+  const std::string& MessageText() const { return messages_.Bytes(); }
   bool MessageWindowVisible() const { return visible_; }
 
  private:
   CSize screen_;
-  std::string messages_;
-  std::size_t from_ = 0;
-  std::size_t to_ = 0;
+  qv::MessageText messages_;
   bool visible_ = false;
 };
 

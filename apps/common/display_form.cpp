@@ -1,0 +1,90 @@
+#include "common/display_form.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <cstring>
+
+namespace qvapps {
+
+namespace {
+constexpr int kBlack = 0;
+constexpr int kWhite = 7;
+}  // namespace
+
+LayerTable::LayerTable(const DXF& dxf) : dxf_(dxf) {
+  for (int i = 0; dxf.m_pLayer && i < dxf.m_nLayer; ++i)
+    indices_.emplace(dxf.m_pLayer[static_cast<std::size_t>(i)].m_szName, i);
+}
+
+int LayerTable::find(std::string_view name) const {
+  const auto found = indices_.find(name);
+  return found == indices_.end() ? -1 : found->second;
+}
+
+int LayerTable::color(int index) const {
+  return index < 0 ? kWhite : std::abs(dxf_.m_pLayer[static_cast<std::size_t>(index)].m_nColor);
+}
+
+const char* LayerTable::line_type(int index) const {
+  return index < 0 ? nullptr : dxf_.m_pLayer[static_cast<std::size_t>(index)].m_szLType;
+}
+
+int shown_color(int own, int layerColor, bool lightBackground) {
+  const int color = own < 0 ? layerColor : own;
+  if (lightBackground) return color == kWhite ? kBlack : color;
+  return color == kBlack ? kWhite : color;
+}
+
+int resolve(ACAD_ENTITY& entity, int layer, const LayerTable& layers, bool lightBackground) {
+  int own = qv::kByLayer;
+  visit(entity, [&](auto& record) {
+    if constexpr (requires { record.m_nColor; }) {
+      own = record.m_nColor;
+      record.m_nColor = shown_color(own, layers.color(layer), lightBackground);
+    }
+    if constexpr (requires { record.m_szLType; }) {
+      const char* const ltype = layers.line_type(layer);
+      if (ltype && std::strcmp(record.m_szLType, "BYLAYER") == 0) qv::copy_text(record.m_szLType, ltype);
+    }
+  });
+  return own;
+}
+
+void resolve_for_display(DXF& dxf, bool lightBackground) {
+  const LayerTable layers(dxf);
+  const auto resolve_all = [&](const CPtrList& list) {
+    for_each<ACAD_ENTITY>(
+        list, [&](ACAD_ENTITY& entity) { resolve(entity, layers.find(layer_of(entity)), layers, lightBackground); });
+  };
+  resolve_all(dxf.m_EntityList);
+  for_each<ACAD_BLOCK>(dxf.m_BlockList, [&](ACAD_BLOCK& block) { resolve_all(block.m_EntityList); });
+}
+
+CFRect never_empty(const CFRect& extent) {
+  CFRect r = extent;
+  constexpr float kFarthest = 1e30F;  // beyond, sizes and margins are no numbers any more
+  const auto sane = [](float v) { return std::fabs(v) < kFarthest; };
+  if (!sane(r.x1) || !sane(r.y1) || !sane(r.x2) || !sane(r.y2)) r = CFRect();
+  const float least = std::max(1e-3F, 1e-6F * std::max(std::fabs(r.x2), std::fabs(r.y2)));
+  if (r.Width() < least) r.Inflect(least / 2, 0, least / 2, 0);
+  if (r.Height() < least) r.Inflect(0, least / 2, 0, least / 2);
+  return r;
+}
+
+CFRect with_margin(const CFRect& extent) {
+  CFRect r = never_empty(extent);
+  const float margin = 0.02F * std::max(r.Width(), r.Height());
+  r.Inflect(margin, margin, margin, margin);
+  return r;
+}
+
+CFCoor fitted(const CFRect& rect, CSize picture) {
+  const double across = picture.cx / static_cast<double>(rect.Width());
+  const double scale = std::min(across, picture.cy / static_cast<double>(rect.Height()));
+  const double x = (static_cast<double>(rect.x1) + rect.x2) / 2 - picture.cx / scale / 2;
+  const double y = (static_cast<double>(rect.y1) + rect.y2) / 2 + picture.cy / scale / 2;
+  return {CFPoint(static_cast<float>(x), static_cast<float>(y)), static_cast<float>(scale), 1};
+}
+
+}  // namespace qvapps

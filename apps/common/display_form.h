@@ -1,0 +1,57 @@
+#pragma once
+
+/// How entities look that leave it to their layers: the library draws records as they stand, so that a drawing that is
+/// to be shown has its layers' colours and line types written into them first.
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+#include "common/records.h"
+
+namespace qvapps {
+
+/// A map from names, looked up without making a text of each.
+struct NameHash : std::hash<std::string_view> {
+  using is_transparent = void;
+};
+template <class Value>
+using NameMap = std::unordered_map<std::string, Value, NameHash, std::equal_to<>>;
+
+/// The layers of a drawing by their names.
+class LayerTable {
+ public:
+  explicit LayerTable(const DXF& dxf);
+  /// The index of the layer; -1 when the drawing has none of the name.
+  int find(std::string_view name) const;
+  /// The colour of a layer (0 and up, also where the layer is marked as off); white for index -1.
+  int color(int index) const;
+  /// The line type of a layer; null for index -1.
+  const char* line_type(int index) const;
+
+ private:
+  const DXF& dxf_;
+  NameMap<int> indices_;
+};
+
+/// The colour number that shows a record's own colour (`qv::kByLayer`: the layer's): on a light background white is
+/// shown as black, on a dark one black as white.
+int shown_color(int own, int layerColor, bool lightBackground);
+
+/// Gives a record that takes its layer's line type that of the layer (by its index), and sets its colour to what shows
+/// it. Returns the colour that it had.
+int resolve(ACAD_ENTITY& entity, int layer, const LayerTable& layers, bool lightBackground);
+
+/// The same for all entities of the drawing and of its blocks.
+void resolve_for_display(DXF& dxf, bool lightBackground);
+
+/// The extent of a drawing with a margin around it, never empty and all numbers: what to fit into a picture.
+CFRect with_margin(const CFRect& extent);
+/// The same without the margin.
+CFRect never_empty(const CFRect& extent);
+
+/// The transform that fits a world rectangle into the middle of a picture.
+CFCoor fitted(const CFRect& rect, CSize picture);
+
+}  // namespace qvapps

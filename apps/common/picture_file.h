@@ -1,0 +1,36 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "qvtools.h"
+
+namespace qvapps {
+
+/// While it lives, the program's screen is a picture of this size: drawing is cut to it. A report goes to standard
+/// error.
+class PictureScreen {
+ public:
+  explicit PictureScreen(CSize size) : before_(qv::CurrentHost()), host_(size) { qv::SetHost(&host_); }
+  ~PictureScreen() { qv::SetHost(&before_); }
+  PictureScreen(const PictureScreen&) = delete;
+  PictureScreen& operator=(const PictureScreen&) = delete;
+
+ private:
+  qv::Host& before_;
+  qv::ConsoleHost host_;
+};
+
+/// How drawings become files, by the ending of the path.
+enum class PictureKind { Png, Svg, Pdf, Unknown };
+PictureKind picture_kind(const std::string& path);
+
+/// The size in which a picture of so many pixels is drawn: that of a PDF page, 300 dots an inch, is twice as large, so
+/// that 1600 pixels become 27 cm.
+CSize drawn_size(PictureKind kind, CSize pixels);
+
+/// Writes what `draw` draws on a picture of the drawn size and a background, a PDF page being a printer's. False when
+/// the file cannot be written, or is of an unknown kind.
+bool save_drawn(const std::string& path, CSize size, COLORREF background, const std::function<void(CDC&)>& draw);
+
+}  // namespace qvapps

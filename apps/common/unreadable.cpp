@@ -1,0 +1,30 @@
+#include "common/unreadable.h"
+
+#include <cstdio>
+
+#include "platform/filesystem.h"
+#include "qvtools.h"
+
+namespace qvapps {
+
+Unreadable diagnose(const std::string& path) {
+  const qv::PathKind kind = qv::path_kind(path.c_str());
+  if (kind == qv::PathKind::Absent) return Unreadable::Missing;
+  if (kind == qv::PathKind::Directory) return Unreadable::Directory;
+  std::FILE* file = qv::open_text(path.c_str(), "rb");
+  if (!file) return Unreadable::NotOpened;
+  char line[300];
+  std::string first;
+  if (qv::read_line(line, sizeof line, file)) first = line;
+  bool bare = false;  // an ENTITIES section under a code without its blanks
+  std::string before;
+  while (!bare && qv::read_line(line, sizeof line, file)) {
+    bare = before != "  2\n" && std::string(line).find("ENTITIES") == 0;
+    before = line;
+  }
+  std::fclose(file);
+  if (first.find("AutoCAD Binary DXF") == 0) return Unreadable::Binary;
+  return bare ? Unreadable::BareCodes : Unreadable::NoEntities;
+}
+
+}  // namespace qvapps

@@ -1,0 +1,58 @@
+/// qvview: shows a drawing in a window.
+
+#include <QtCore/QCommandLineParser>
+#include <QtCore/QLocale>
+#include <QtCore/QSettings>
+#include <QtWidgets/QApplication>
+
+#include "common/fonts.h"
+#include "platform/qt/qt_host.h"
+#include "ui/main_window.h"
+
+namespace {
+
+/// The language that was asked for, was chosen before, or is the system's.
+qvview::Language language_of(const QString& asked) {
+  const QString name = asked.isEmpty() ? QSettings().value("language", QLocale::system().name()).toString() : asked;
+  return name.startsWith(QLatin1String("zh")) ? qvview::Language::Chinese : qvview::Language::English;
+}
+
+/// The host in force while it lives.
+class InstalledHost {
+ public:
+  InstalledHost() { qv::SetHost(&host_); }
+  ~InstalledHost() { qv::SetHost(nullptr); }
+  InstalledHost(const InstalledHost&) = delete;
+  InstalledHost& operator=(const InstalledHost&) = delete;
+
+ private:
+  qv::QtHost host_;
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  QApplication application(argc, argv);
+  QApplication::setOrganizationName("qvtools");
+  QApplication::setApplicationName("qvview");
+  QApplication::setApplicationVersion(QVVIEW_VERSION);
+  QCommandLineParser parser;
+  parser.setApplicationDescription("Shows a DXF drawing.");
+  parser.addHelpOption();
+  parser.addVersionOption();
+  const QCommandLineOption language("language", "The language of the captions: zh or en.", "zh|en");
+  parser.addOption(language);
+  parser.addPositionalArgument("FILE.dxf", "The drawing to show.", "[FILE.dxf]");
+  parser.process(application);
+
+  const InstalledHost host;
+  const std::string directory = QApplication::applicationDirPath().toStdString();
+  qvview::MainWindow window(language_of(parser.value(language)), qvapps::load_fonts("qvview", directory));
+  window.show();
+  if (!parser.positionalArguments().isEmpty()) {
+    // The window is there first: a large drawing shows its progress over it.
+    QMetaObject::invokeMethod(
+        &window, [&] { window.open(parser.positionalArguments().first()); }, Qt::QueuedConnection);
+  }
+  return QApplication::exec();
+}

@@ -1,0 +1,168 @@
+#include "model/captions.h"
+
+#include <cstddef>
+#include <iterator>
+
+namespace qvview {
+
+namespace {
+
+struct Caption {
+  Text text;
+  const char* chinese;
+  const char* english;
+};
+
+constexpr Caption kCaptions[] = {
+    {Text::FileMenu, "文件(&F)", "&File"},
+    {Text::ViewMenu, "视图(&V)", "&View"},
+    {Text::DirectionMenu, "视角(&D)", "&Direction"},
+    {Text::PickMenu, "拾取(&P)", "&Pick"},
+    {Text::FontMenu, "字体(&T)", "Fon&ts"},
+    {Text::LanguageMenu, "语言(&L)", "&Language"},
+    {Text::HelpMenu, "帮助(&H)", "&Help"},
+    {Text::RecentMenu, "最近打开的图形", "Recent drawings"},
+    {Text::PanMenu, "移动", "Pan"},
+    {Text::Open, "打开…", "Open…"},
+    {Text::Reload, "重新读入", "Reload"},
+    {Text::Export, "输出所见画面…", "Export what is seen…"},
+    {Text::Print, "打印…", "Print…"},
+    {Text::Quit, "退出", "Quit"},
+    {Text::ClearRecent, "清除列表", "Clear the list"},
+    {Text::ShowAll, "全部显示", "Everything"},
+    {Text::ShowPrevious, "前一视图", "Previous view"},
+    {Text::WindowZoom, "窗口缩放", "Window zoom"},
+    {Text::Enlarge, "放大", "Enlarge"},
+    {Text::Reduce, "缩小", "Reduce"},
+    {Text::Hand, "拖动", "Hand"},
+    {Text::PanLeft, "向左", "Left"},
+    {Text::PanRight, "向右", "Right"},
+    {Text::PanUp, "向上", "Up"},
+    {Text::PanDown, "向下", "Down"},
+    {Text::DarkBackground, "深色背景", "Dark background"},
+    {Text::Plan, "平面", "Plan"},
+    {Text::FrontView, "前视", "Front"},
+    {Text::BackView, "后视", "Back"},
+    {Text::LeftView, "左视", "Left"},
+    {Text::RightView, "右视", "Right"},
+    {Text::SouthWestView, "西南等轴测", "South-west isometric"},
+    {Text::SouthEastView, "东南等轴测", "South-east isometric"},
+    {Text::NorthEastView, "东北等轴测", "North-east isometric"},
+    {Text::NorthWestView, "西北等轴测", "North-west isometric"},
+    {Text::OtherAngles, "其他视角…", "Other angles…"},
+    {Text::PickEntities, "拾取图元", "Pick entities"},
+    {Text::SelectAll, "全部拾取", "Pick all"},
+    {Text::ClearPicks, "取消拾取", "Unpick all"},
+    {Text::ShowPicked, "显示拾取的图元", "Show the picked entity"},
+    {Text::CopyPicks, "复制拾取列表", "Copy the list of picks"},
+    {Text::CopyPoint, "复制光标处坐标", "Copy the point at the cursor"},
+    {Text::TextFont, "文字与钢筋标注字体…", "Text and bar-label font…"},
+    {Text::BigFont, "汉字大字体…", "Chinese big font…"},
+    {Text::UsualFonts, "恢复默认字体", "Usual fonts"},
+    {Text::Handling, "鼠标与键盘", "Mouse and keyboard"},
+    {Text::About, "关于", "About"},
+    {Text::ToolBar, "工具栏", "Tool bar"},
+    {Text::LayersPanel, "图层", "Layers"},
+    {Text::PicksPanel, "拾取的图元", "Picked entities"},
+    {Text::AllLayers, "全开", "All on"},
+    {Text::NoLayers, "全关", "All off"},
+    {Text::InvertLayers, "反选", "Invert"},
+    {Text::LayerColumn, "图层", "Layer"},
+    {Text::CountColumn, "图元数", "Entities"},
+    {Text::NumberColumn, "序号", "No."},
+    {Text::KindColumn, "类型", "Kind"},
+    {Text::ColorColumn, "颜色", "Colour"},
+    {Text::CoordinatesColumn, "坐标与尺寸", "Coordinates and sizes"},
+    {Text::ByLayer, "随层", "by layer"},
+    {Text::KindPoint, "点", "Point"},
+    {Text::KindLine, "直线", "Line"},
+    {Text::KindText, "文字", "Text"},
+    {Text::KindCircle, "圆", "Circle"},
+    {Text::KindArc, "圆弧", "Arc"},
+    {Text::KindPolyline, "多段线", "Polyline"},
+    {Text::KindSolid, "填充四边形", "Solid"},
+    {Text::KindFace, "三维面", "3D face"},
+    {Text::KindInsert, "图块", "Block"},
+    {Text::RadiusOf, "半径 %1", "radius %1"},
+    {Text::AnglesOf, "角度 %1° 至 %2°", "angles %1° to %2°"},
+    {Text::LengthOf, "长 %1", "length %1"},
+    {Text::HeightOf, "字高 %1", "height %1"},
+    {Text::VerticesOf, "%1 个顶点", "%1 vertices"},
+    {Text::ClosedVerticesOf, "%1 个顶点,闭合", "%1 vertices, closed"},
+    {Text::NoDrawing, "把 DXF 图形拖到这里,或按 Ctrl+O 打开", "Drop a DXF drawing here, or press Ctrl+O to open one"},
+    {Text::ScaleIs, "比例 %1 像素/单位", "%1 pixels a unit"},
+    {Text::CountIs, "图元 %1 / %2", "%1 of %2 entities"},
+    {Text::PickedIs, "已拾取 %1", "%1 picked"},
+    {Text::PickHint, "点取图元,或拉窗口:左→右取全在窗内的,右→左连相交的也取",
+     "Click an entity, or drag a window: to the right takes what is inside, to the left also what crosses it"},
+    {Text::WindowHint, "给出要放大的窗口的两个角点", "Give two corners of the window to be shown"},
+    {Text::HandHint, "按住左键拖动图形", "Drag the drawing with the left button"},
+    {Text::Exported, "已输出 %1", "%1 is written"},
+    {Text::Copied, "已复制", "Copied"},
+    {Text::FontChanged, "字体已更换", "The font is changed"},
+    {Text::Reloaded, "图形已重新读入", "The drawing has been read again"},
+    {Text::ChangedUnreadable, "文件已改变但无法读入,仍显示原图形",
+     "The file has changed but does not load; the drawing before it stays"},
+    {Text::OpenTitle, "打开图形", "Open a drawing"},
+    {Text::DrawingFiles, "DXF 图形", "DXF drawings"},
+    {Text::AllFiles, "所有文件", "All files"},
+    {Text::ExportTitle, "输出所见画面", "Export what is seen"},
+    {Text::ShapeFontTitle, "选择 SHX 字体", "Choose an SHX font"},
+    {Text::ShapeFontFiles, "SHX 字体", "SHX fonts"},
+    {Text::AnglesTitle, "视角", "View angles"},
+    {Text::AngleA, "绕竖轴旋转(度)", "Turned about the vertical axis (degrees)"},
+    {Text::AngleB, "俯视角(度,90 为平面)", "Looking down (degrees, 90 is plan)"},
+    {Text::Reading, "正在读入 %1", "Reading %1"},
+    {Text::GiveUp, "放弃", "Give up"},
+    {Text::GivenUp, "已放弃读入", "Reading was given up"},
+    {Text::CannotOpen, "不能打开 %1\n%2", "%1 cannot be opened.\n%2"},
+    {Text::Missing, "没有这个文件。", "There is no such file."},
+    {Text::IsDirectory, "它是一个文件夹。", "It is a directory."},
+    {Text::NotOpened, "没有读它的权限,或它正被占用。", "It may not be read, or is in use."},
+    {Text::IsBinary, "它是二进制 DXF 文件;请另存为 R12 的 ASCII DXF。",
+     "It is a binary DXF file; save it as ASCII DXF, release 12."},
+    {Text::BareCodes, "它的组码没有按三个字符右对齐;请另存为 R12 的 ASCII DXF。",
+     "Its group codes are not right-aligned in three characters; save it as ASCII DXF, release 12."},
+    {Text::NoEntities, "它没有 ENTITIES 段,不像是 ASCII DXF 文件。",
+     "It has no ENTITIES section; it does not look like an ASCII DXF file."},
+    {Text::CannotWrite, "不能写入 %1", "%1 cannot be written."},
+    {Text::UnknownPicture, "画面文件的扩展名应为 .png、.svg 或 .pdf", "A picture ends in .png, .svg or .pdf."},
+    {Text::NoFont, "%1 不是这一类的 SHX 字体", "%1 is no SHX font of this kind."},
+    {Text::CannotPrint, "不能打印", "It cannot be printed."},
+    {Text::HandlingText,
+     "<table cellpadding='4'>"
+     "<tr><td><b>滚轮</b></td><td>以光标为中心缩放</td></tr>"
+     "<tr><td><b>按住中键</b></td><td>移动图形(双击中键:全部显示)</td></tr>"
+     "<tr><td><b>左键</b></td><td>点取图元或拉窗口拾取;Shift 或 Ctrl 增减</td></tr>"
+     "<tr><td><b>右键、Esc</b></td><td>放弃角点,退出模式;Esc 还取消拾取</td></tr>"
+     "<tr><td><b>Z / H / S</b></td><td>窗口缩放 / 拖动 / 拾取</td></tr>"
+     "<tr><td><b>Home / Backspace</b></td><td>全部显示 / 前一视图</td></tr>"
+     "<tr><td><b>+ / − / 方向键</b></td><td>放大 / 缩小 / 移动</td></tr></table>",
+     "<table cellpadding='4'>"
+     "<tr><td><b>Wheel</b></td><td>zooms about the cursor</td></tr>"
+     "<tr><td><b>Middle button</b></td><td>drags the drawing (a double click shows everything)</td></tr>"
+     "<tr><td><b>Left button</b></td><td>picks an entity or by a window; Shift or Ctrl adds and removes</td></tr>"
+     "<tr><td><b>Right button, Esc</b></td><td>give up a corner or a mode; Esc unpicks as well</td></tr>"
+     "<tr><td><b>Z / H / S</b></td><td>window zoom / hand / picking</td></tr>"
+     "<tr><td><b>Home / Backspace</b></td><td>everything / the previous view</td></tr>"
+     "<tr><td><b>+ / − / arrows</b></td><td>enlarge / reduce / pan</td></tr></table>"},
+    {Text::AboutText, "qvview %1\nDXF 图形浏览程序,QVTOOLS 的一部分",
+     "qvview %1\nA viewer of DXF drawings, part of QVTOOLS"},
+};
+
+constexpr bool is_in_order() {
+  std::size_t i = 0;
+  for (const Caption& row : kCaptions)
+    if (static_cast<std::size_t>(row.text) != i++) return false;
+  return i == static_cast<std::size_t>(Text::kCount);
+}
+static_assert(is_in_order(), "every text has its row, at its own place");
+
+}  // namespace
+
+const char* caption(Text text, Language language) {
+  const Caption& row = kCaptions[static_cast<std::size_t>(text)];
+  return language == Language::Chinese ? row.chinese : row.english;
+}
+
+}  // namespace qvview

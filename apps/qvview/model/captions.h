@@ -1,0 +1,138 @@
+#pragma once
+
+/// Everything that the viewer says, in both languages, as UTF-8. "%1" and "%2" stand for what is filled in; "&" goes
+/// before a menu's letter.
+
+namespace qvview {
+
+enum class Language { Chinese, English };
+
+enum class Text {
+  // menus
+  FileMenu,
+  ViewMenu,
+  DirectionMenu,
+  PickMenu,
+  FontMenu,
+  LanguageMenu,
+  HelpMenu,
+  RecentMenu,
+  PanMenu,
+  // commands
+  Open,
+  Reload,
+  Export,
+  Print,
+  Quit,
+  ClearRecent,
+  ShowAll,
+  ShowPrevious,
+  WindowZoom,
+  Enlarge,
+  Reduce,
+  Hand,
+  PanLeft,
+  PanRight,
+  PanUp,
+  PanDown,
+  DarkBackground,
+  Plan,
+  FrontView,
+  BackView,
+  LeftView,
+  RightView,
+  SouthWestView,
+  SouthEastView,
+  NorthEastView,
+  NorthWestView,
+  OtherAngles,
+  PickEntities,
+  SelectAll,
+  ClearPicks,
+  ShowPicked,
+  CopyPicks,
+  CopyPoint,
+  TextFont,
+  BigFont,
+  UsualFonts,
+  Handling,
+  About,
+  // panels and their columns
+  ToolBar,
+  LayersPanel,
+  PicksPanel,
+  AllLayers,
+  NoLayers,
+  InvertLayers,
+  LayerColumn,
+  CountColumn,
+  NumberColumn,
+  KindColumn,
+  ColorColumn,
+  CoordinatesColumn,
+  ByLayer,
+  // kinds of entity, in the order of their numbers
+  KindPoint,
+  KindLine,
+  KindText,
+  KindCircle,
+  KindArc,
+  KindPolyline,
+  KindSolid,
+  KindFace,
+  KindInsert,
+  // what is told of entities
+  RadiusOf,
+  AnglesOf,
+  LengthOf,
+  HeightOf,
+  VerticesOf,
+  ClosedVerticesOf,
+  // status
+  NoDrawing,
+  ScaleIs,
+  CountIs,
+  PickedIs,
+  PickHint,
+  WindowHint,
+  HandHint,
+  Exported,
+  Copied,
+  FontChanged,
+  Reloaded,
+  ChangedUnreadable,
+  // dialogs
+  OpenTitle,
+  DrawingFiles,
+  AllFiles,
+  ExportTitle,
+  ShapeFontTitle,
+  ShapeFontFiles,
+  AnglesTitle,
+  AngleA,
+  AngleB,
+  Reading,
+  GiveUp,
+  GivenUp,
+  // failures
+  CannotOpen,
+  Missing,
+  IsDirectory,
+  NotOpened,
+  IsBinary,
+  BareCodes,
+  NoEntities,
+  CannotWrite,
+  UnknownPicture,
+  NoFont,
+  CannotPrint,
+  // pages
+  HandlingText,
+  AboutText,
+  kCount
+};
+
+/// A caption in a language.
+const char* caption(Text text, Language language);
+
+}  // namespace qvview

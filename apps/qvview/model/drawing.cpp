@@ -1,0 +1,251 @@
+#include "model/drawing.h"
+
+#include <algorithm>
+#include <unordered_map>
+
+#include "model/highlight_context.h"
+
+namespace qvview {
+
+namespace {
+
+constexpr int kFrozen = 1;
+constexpr COLORREF kHighlight = qv::rgb(255, 128, 0);
+constexpr const char* kBlockLayer = "0";  // entities of a block on it are seen wherever the insert is
+
+ACAD_INSERT* as_insert(ACAD_ENTITY& entity) {
+  return entity.GetType() == ACAD_TYPE_INSERT ? &static_cast<ACAD_INSERT&>(entity) : nullptr;
+}
+
+ACAD_POINT* as_point(ACAD_ENTITY& entity) {
+  return entity.GetType() == ACAD_TYPE_POINT ? &static_cast<ACAD_POINT&>(entity) : nullptr;
+}
+
+qv::Point3 plus(const qv::Point3& a, const qv::Point3& b) {
+  return {a.x + b.x, a.y + b.y, a.z + b.z};
+}
+qv::Point3 minus(const qv::Point3& a, const qv::Point3& b) {
+  return {a.x - b.x, a.y - b.y, a.z - b.z};
+}
+
+}  // namespace
+
+/// The document of what is shown: its lists hold records that belong to another.
+class Drawing::Shown : public DXF {
+ public:
+  Shown() { New_MemDxf(); }
+  ~Shown() override {
+    qvapps::for_each<ACAD_BLOCK>(m_BlockList, [](ACAD_BLOCK& block) { block.m_EntityList.RemoveAll(); });
+    m_EntityList.RemoveAll();
+  }
+  /// An empty block in the place of another.
+  ACAD_BLOCK& add_block(const ACAD_BLOCK& like) {
+    auto* const block = new ACAD_BLOCK;
+    qv::copy_text(block->m_szName, like.m_szName);
+    block->m_Base = like.m_Base;
+    m_BlockList.AddTail(block);
+    return *block;
+  }
+};
+
+/// Finds layers by name, and makes those that the document lacks.
+class Drawing::LayerIndex {
+ public:
+  LayerIndex(const DXF& document, std::vector<Layer>& layers) : table(document), layers_(layers) {
+    for (int i = 0; document.m_pLayer && i < document.m_nLayer; ++i, ++tabled_) {
+      const ACAD_LAYER& layer = document.m_pLayer[static_cast<std::size_t>(i)];
+      const bool off = layer.m_nColor < 0 || (layer.m_nFlags & kFrozen) != 0;
+      layers_.push_back({layer.m_szName, table.color(i), !off});
+      indices_.emplace(layer.m_szName, layers_.size() - 1);
+    }
+  }
+  std::size_t operator()(std::string_view name) {
+    if (const auto found = indices_.find(name); found != indices_.end()) return found->second;
+    layers_.push_back({std::string(name)});
+    return indices_.emplace(name, layers_.size() - 1).first->second;
+  }
+  /// The layer's index in the document's table; -1 when only entities name it.
+  int in_table(std::size_t layer) const { return layer < tabled_ ? static_cast<int>(layer) : -1; }
+
+  const qvapps::LayerTable table;
+
+ private:
+  std::vector<Layer>& layers_;
+  qvapps::NameMap<std::size_t> indices_;
+  std::size_t tabled_ = 0;
+};
+
+Drawing::Drawing(std::unique_ptr<DXF> document, bool lightBackground)
+    : document_(std::move(document)), light_(lightBackground) {
+  LayerIndex index(*document_, layers_);
+  items_ = take_items(document_->m_EntityList, index);
+  for (const Item& item : items_) ++layers_[item.layer].entities;
+  qvapps::for_each<ACAD_BLOCK>(document_->m_BlockList,
+                               [&](ACAD_BLOCK& block) { blocks_.push_back(take_items(block.m_EntityList, index)); });
+  rebuild();
+}
+
+Drawing::~Drawing() = default;
+
+std::vector<Drawing::Item> Drawing::take_items(const CPtrList& list, LayerIndex& index) {
+  std::vector<Item> items;
+  items.reserve(static_cast<std::size_t>(list.GetCount()));
+  qvapps::for_each<ACAD_ENTITY>(list, [&](ACAD_ENTITY& entity) {
+    const std::size_t layer = index(qvapps::layer_of(entity));
+    items.push_back({&entity, layer, qvapps::resolve(entity, index.in_table(layer), index.table, light_)});
+  });
+  return items;
+}
+
+void Drawing::recolor(std::vector<Item>& items) {
+  for (const Item& item : items)
+    qvapps::visit(*item.record, [&](auto& record) {
+      if constexpr (requires { record.m_nColor; })
+        record.m_nColor = qvapps::shown_color(item.ownColor, layers_[item.layer].color, light_);
+    });
+}
+
+void Drawing::set_background(bool light) {
+  if (light == light_) return;
+  light_ = light;
+  recolor(items_);
+  for (std::vector<Item>& block : blocks_) recolor(block);
+  rebuild();
+}
+
+bool Drawing::is_shown(int entity) const {
+  return layer_of(entity).on;
+}
+
+void Drawing::show_layers(const std::vector<bool>& on) {
+  for (std::size_t i = 0; i < layers_.size(); ++i) layers_[i].on = on[i];
+  rebuild();
+}
+
+void Drawing::show_layers_as(const Drawing& other) {
+  std::unordered_map<std::string, bool> known;
+  for (const Layer& layer : other.layers_) known.emplace(layer.name, layer.on);
+  for (Layer& layer : layers_)
+    if (const auto found = known.find(layer.name); found != known.end()) layer.on = found->second;
+  rebuild();
+}
+
+bool Drawing::is_seen_in_block(const Item& item) const {
+  return layers_[item.layer].on || layers_[item.layer].name == kBlockLayer;
+}
+
+qv::PreparedDrawing& Drawing::prepared(const ViewAngles& angles) {
+  if (prepared_ && preparedAngles_ == angles) return *prepared_;
+  if (angles.is_plan())
+    prepared_.emplace(*shown_);
+  else
+    prepared_.emplace(*shown_, angles.a, angles.b);
+  preparedAngles_ = angles;
+  return *prepared_;
+}
+
+void Drawing::rebuild() {
+  prepared_.reset();
+  shown_ = std::make_unique<Shown>();
+  auto block = blocks_.begin();
+  qvapps::for_each<ACAD_BLOCK>(document_->m_BlockList, [&](ACAD_BLOCK& from) {
+    ACAD_BLOCK& to = shown_->add_block(from);
+    for (const Item& item : *block++)
+      if (is_seen_in_block(item)) to.m_EntityList.AddTail(item.record);
+  });
+  for (const Item& item : items_)
+    if (layers_[item.layer].on) shown_->m_EntityList.AddTail(item.record);
+  shownCount_ = shown_->m_EntityList.GetCount();
+  collect_marks();
+}
+
+void Drawing::collect_marks() {
+  std::unordered_map<std::string, std::vector<Mark>> ofBlocks;  // relative to the insert; only blocks that have any
+  auto block = blocks_.begin();
+  qvapps::for_each<ACAD_BLOCK>(document_->m_BlockList, [&](ACAD_BLOCK& record) {
+    std::vector<Mark> marks;
+    for (const Item& item : *block++)
+      if (const ACAD_POINT* const p = as_point(*item.record); p && is_seen_in_block(item))
+        marks.push_back({minus(p->m_Point, record.m_Base), item.layer});
+    if (!marks.empty()) ofBlocks.emplace(record.m_szName, std::move(marks));
+  });
+  marks_.clear();
+  for (const Item& item : items_) {
+    if (!layers_[item.layer].on) continue;
+    if (const ACAD_POINT* const p = as_point(*item.record)) marks_.push_back({p->m_Point, item.layer});
+    const ACAD_INSERT* const insert = ofBlocks.empty() ? nullptr : as_insert(*item.record);
+    const auto found = insert ? ofBlocks.find(insert->m_szBlock) : ofBlocks.end();
+    if (found == ofBlocks.end()) continue;
+    for (const Mark& mark : found->second) marks_.push_back({plus(mark.at, insert->m_Insert), mark.layer});
+  }
+}
+
+CFRect Drawing::extent(const ViewAngles& angles) {
+  return angles.is_plan() ? shown_->GetFRect() : shown_->GetFRect3D(angles.a, angles.b);
+}
+
+CFRect Drawing::extent_of(int i, const ViewAngles& angles) {
+  ACAD_ENTITY& record = entity(i);
+  if (ACAD_INSERT* const insert = as_insert(record)) {
+    ACAD_BLOCK* const block = shown_->GetBlock(insert);
+    if (!block) return {insert->m_Insert.x, insert->m_Insert.y, insert->m_Insert.x, insert->m_Insert.y};
+    return angles.is_plan() ? block->GetFRect(insert) : block->GetFRect3D(angles.a, angles.b, insert);
+  }
+  return angles.is_plan() ? record.GetFRect() : record.GetFRect3D(angles.a, angles.b);
+}
+
+void Drawing::draw(CDC& dc, const CFCoor& coor, const ViewAngles& angles, bool everyLetter) {
+  constexpr int kReadable = 3;  // pixels
+  CFCoor view = coor;
+  prepared(angles).SetReadableHeight(everyLetter ? 0 : kReadable);
+  prepared(angles).Draw(&dc, &view);
+  if (!dc.IsPrinting() && !dc.IsMetafile()) draw_marks(dc, view, angles);
+}
+
+void Drawing::draw_marks(CDC& dc, const CFCoor& coor, const ViewAngles& angles) {
+  CSafeDC safe(&dc);
+  for (const Mark& mark : marks_) {
+    CFPoint p(mark.at.x, mark.at.y);
+    if (!angles.is_plan()) TouYing3Dto2D(mark.at.x, mark.at.y, mark.at.z, angles.a, angles.b, p.x, p.y);
+    const int color = qvapps::shown_color(qv::kByLayer, layers_[mark.layer].color, light_);
+    safe.SetPixel(coor.FPtoDP(p), ACAD_ENTITY::GetColor(color));
+  }
+}
+
+void Drawing::draw_entity(ACAD_ENTITY& record, CDC& dc, CFCoor& coor, const ViewAngles& angles) const {
+  if (ACAD_INSERT* const insert = as_insert(record)) {
+    ACAD_BLOCK* const block = shown_->GetBlock(insert);
+    if (!block) return;
+    if (angles.is_plan()) return block->Draw(&dc, &coor, insert);
+    return block->Draw3D(&dc, &coor, angles.a, angles.b, insert);
+  }
+  if (angles.is_plan()) return record.Draw(&dc, &coor, 0, 0);
+  record.Draw3D(&dc, &coor, angles.a, angles.b);
+}
+
+void Drawing::highlight(CDC& dc, const CFCoor& coor, const ViewAngles& angles, const std::vector<int>& entities) {
+  constexpr std::size_t kManyEntities = 20000;  // wide lines take their time
+  const bool wide = entities.size() < kManyEntities;
+  CFCoor view = coor;
+  // Texts with wide strokes cannot be read.
+  const auto draw_those = [&](int width, auto&& wanted) {
+    HighlightContext context(dc, kHighlight, width);
+    context.SetBkMode(qv::BackgroundMode::Transparent);
+    for (const int i : entities)
+      if (is_shown(i) && wanted(entity(i))) draw_entity(entity(i), context, view, angles);
+  };
+  draw_those(wide ? 3 : 1, [](ACAD_ENTITY& record) { return record.GetType() != ACAD_TYPE_TEXT; });
+  draw_those(1, [](ACAD_ENTITY& record) { return record.GetType() == ACAD_TYPE_TEXT; });
+}
+
+std::vector<int> Drawing::pick(const CFRect& rect, bool crossing, const ViewAngles& angles) {
+  std::vector<int> places;
+  int i = 0;
+  for (const ACAD_ENTITY* const hit : prepared(angles).Pick(rect, crossing)) {
+    while (items_[static_cast<std::size_t>(i)].record != hit) ++i;  // both in drawing order
+    places.push_back(i);
+  }
+  return places;
+}
+
+}  // namespace qvview

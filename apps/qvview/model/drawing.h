@@ -1,0 +1,110 @@
+#pragma once
+
+/// A drawing as the viewer shows it: the document with its layers switched on and off and its colours resolved for the
+/// background. Nothing here needs a screen.
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "common/display_form.h"
+#include "dxf/prepared_drawing.h"
+#include "qvtools.h"
+
+namespace qvview {
+
+/// The direction from which a drawing is seen, in radians; in plan at first.
+struct ViewAngles {
+  static constexpr float kUpright = 1.5707964F;
+  float a = 0;
+  float b = kUpright;
+  bool is_plan() const { return a == 0 && b == kUpright; }
+  friend bool operator==(const ViewAngles&, const ViewAngles&) = default;
+};
+
+struct Layer {
+  std::string name;  ///< GBK
+  int color = 7;
+  bool on = true;
+  int entities = 0;  ///< in the drawing itself, those of blocks not counted
+};
+
+class Drawing {
+ public:
+  /// Takes a loaded document. Layers that it marks as off or frozen are off.
+  Drawing(std::unique_ptr<DXF> document, bool lightBackground);
+  ~Drawing();
+  Drawing(const Drawing&) = delete;
+  Drawing& operator=(const Drawing&) = delete;
+
+  /// The document's layers, and behind them those that only entities name.
+  const std::vector<Layer>& layers() const { return layers_; }
+  /// Switches layers; `on` has an entry for each.
+  void show_layers(const std::vector<bool>& on);
+  /// Switches the layers as those of the same names in another drawing are.
+  void show_layers_as(const Drawing& other);
+  void set_background(bool light);
+
+  /// Entities are known by their places in the document, from 0.
+  int count() const { return static_cast<int>(items_.size()); }
+  int shown_count() const { return shownCount_; }
+  bool is_shown(int entity) const;
+  ACAD_ENTITY& entity(int entity) const { return *items_[static_cast<std::size_t>(entity)].record; }
+  const Layer& layer_of(int entity) const { return layers_[items_[static_cast<std::size_t>(entity)].layer]; }
+  /// The colour that the document gives it; `qv::kByLayer` for its layer's.
+  int own_color(int entity) const { return items_[static_cast<std::size_t>(entity)].ownColor; }
+
+  /// The extent of what is shown, or of one entity, seen from a direction.
+  CFRect extent(const ViewAngles& angles);
+  CFRect extent_of(int entity, const ViewAngles& angles);
+
+  /// Draws what is shown; texts too low to be read as lines, unless every letter is asked for.
+  void draw(CDC& dc, const CFCoor& coor, const ViewAngles& angles, bool everyLetter = false);
+  /// The shape fonts have changed.
+  void fonts_changed() { prepared_.reset(); }
+  /// Draws entities of the drawing so that they stand out.
+  void highlight(CDC& dc, const CFCoor& coor, const ViewAngles& angles, const std::vector<int>& entities);
+
+  /// The shown entities that lie wholly inside the rectangle, with `crossing` also those that touch it, in drawing
+  /// order.
+  std::vector<int> pick(const CFRect& rect, bool crossing, const ViewAngles& angles);
+
+ private:
+  /// A record of the document and what it was before it was resolved.
+  struct Item {
+    ACAD_ENTITY* record;
+    std::size_t layer;
+    int ownColor;
+  };
+  /// A point to be drawn in its layer's colour: the library draws points black.
+  struct Mark {
+    qv::Point3 at;
+    std::size_t layer;
+  };
+  class Shown;
+  class LayerIndex;
+
+  std::vector<Item> take_items(const CPtrList& list, LayerIndex& index);
+  void recolor(std::vector<Item>& items);
+  void rebuild();
+  bool is_seen_in_block(const Item& item) const;
+  void collect_marks();
+  /// What is shown, ready to be drawn and picked from a direction.
+  qv::PreparedDrawing& prepared(const ViewAngles& angles);
+  void draw_marks(CDC& dc, const CFCoor& coor, const ViewAngles& angles);
+  void draw_entity(ACAD_ENTITY& entity, CDC& dc, CFCoor& coor, const ViewAngles& angles) const;
+
+  std::unique_ptr<DXF> document_;
+  bool light_;
+  std::vector<Layer> layers_;
+  std::vector<Item> items_;
+  std::vector<std::vector<Item>> blocks_;  // of each block, in the document's order
+  std::vector<Mark> marks_;
+  std::unique_ptr<Shown> shown_;
+  std::optional<qv::PreparedDrawing> prepared_;  // of the shown document, from one direction; absent until asked for
+  ViewAngles preparedAngles_;
+  int shownCount_ = 0;
+};
+
+}  // namespace qvview

@@ -1,0 +1,135 @@
+#pragma once
+
+/// The viewer's one view: what the pointer and the commands do with a drawing in a window. Every change of the view is
+/// made of the drawing tool's operations, so that one history serves all. Nothing here needs a screen.
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "model/drawing.h"
+#include "ui/draw_tool.h"
+
+namespace qvview {
+
+/// What the left button does: picks, gives the corners of a window to be fitted, or drags the drawing.
+enum class Mode { Pick, WindowZoom, Hand };
+
+class View : public CDrawTool {
+ public:
+  /// Who shows what goes on.
+  class Listener {
+   public:
+    virtual ~Listener() = default;
+    virtual void on_view_changed() = 0;
+    virtual void on_picks_changed() = 0;
+    virtual void on_mode_changed() = 0;
+  };
+
+  View(qv::Window& window, Listener& listener);
+
+  /// Shows a drawing, all of it and in plan, with a history that begins anew.
+  void open(std::unique_ptr<Drawing> drawing);
+  /// Shows another state of the same drawing: the view, its history and the layers stay.
+  void reload(std::unique_ptr<Drawing> drawing);
+  /// Null before the first drawing.
+  Drawing* drawing() const { return drawing_.get(); }
+
+  /// Draws the client area, whose background is there, and what the pointer shows on it.
+  void paint(CDC& dc);
+  /// Draws what is seen fitted into a picture of a size; see `Drawing::draw`.
+  void draw_into(CDC& dc, CSize size, bool everyLetter);
+  /// The window has another size: everything stays in view where everything was, else the middle stays the middle.
+  void resized();
+
+  void show_all();
+  void show_previous();
+  void zoom_out();
+  void zoom_in();
+  /// Brings one entity to the middle of the view.
+  void show_entity(int entity);
+  /// Zooms about a point by steps of the wheel. Steps that continue each other make one entry in the history.
+  void wheel(CPoint point, double steps, bool continues);
+  /// Pans by a share of the window: (1, 0) shows what lies a window's width to the right.
+  void pan_by(double across, double up);
+  const ViewAngles& angles() const { return angles_; }
+  /// Turns the drawing and shows all of it.
+  void set_angles(const ViewAngles& angles);
+
+  void set_mode(Mode mode);
+  Mode mode() const { return mode_; }
+  void set_light(bool light);
+  bool is_light() const { return light_; }
+  /// Layers of the drawing, or the fonts, have changed: picks that are no longer shown go.
+  void drawing_changed();
+  void fonts_changed();
+
+  // The pointer, in pixels.
+  void left_down(CPoint point, bool add);
+  void left_up(CPoint point, bool add);
+  void middle_down(CPoint point);
+  void middle_up(CPoint point);
+  void move(CPoint point);
+  void leave();
+  /// Gives up what is being done: a drag or a corner, else the mode. False when there was nothing to give up.
+  bool cancel();
+  /// How far the drawing is being dragged; nothing while it is not.
+  std::optional<CPoint> dragged_by() const;
+  /// Where the pointer is in the world, while it is in the window.
+  std::optional<CFPoint> pointer() const;
+  /// A message that the window was to bring back.
+  void on_message(unsigned int message);
+
+  /// The picked entities, in drawing order.
+  const std::vector<int>& picks() const { return picks_; }
+  void select_all();
+  void clear_picks();
+
+  int GetMaxRect(CFPoint& p1, CFPoint& p2) override;
+  void PrepareDraw(const CPoint* from, const CPoint* to) override;
+  void DrawCursor(CDC& dc, int show) override;
+
+ private:
+  static constexpr DRAWTYPE kHand = static_cast<DRAWTYPE>(kOwnStates);
+  static constexpr unsigned int kChanged = 1;  // the message of every state
+
+  void after_corner(bool hadCorner);
+  /// Changes the view while a corner that has been given stays at its place in the world.
+  template <class Change>
+  void keeping_corner(const Change& change);
+  void begin_drag(CPoint point);
+  void end_drag(CPoint point);
+  void pick(const CFPoint& from, const CFPoint& to);
+  bool pick_at(CPoint point);
+  void take(std::vector<int> hits);
+  void repaint();
+  void forget_history();
+  /// Everything fitted into the window, without an entry in the history.
+  void fit();
+  void measure();
+  /// A factor that keeps the view between what coordinates can tell apart and far more than everything.
+  double clamped_zoom(double factor) const;
+  /// The world rectangle that the window shows.
+  CFRect seen() const;
+
+  qv::Window& window_;
+  Listener& listener_;
+  std::unique_ptr<Drawing> drawing_;
+  ViewAngles angles_;
+  ViewAngles shownAngles_;                // of the view that the next entry in the history is of
+  std::vector<ViewAngles> angleHistory_;  // beside the tool's history
+  CFRect extent_;                         // of what is shown, with a margin
+  CRect client_;
+  Mode mode_ = Mode::Pick;
+  bool light_ = true;
+  bool everything_ = false;  // the view is that of everything
+  bool goingBack_ = false;
+  bool inWheel_ = false;  // the last entry is that of the wheel's turn
+  bool inside_ = false;   // the pointer is in the window
+  bool adding_ = false;
+  CPoint point_;
+  std::optional<CPoint> dragFrom_;
+  std::vector<int> picks_;
+};
+
+}  // namespace qvview

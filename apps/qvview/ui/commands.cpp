@@ -1,0 +1,181 @@
+#include <QtGui/QAction>
+#include <QtGui/QActionGroup>
+#include <QtWidgets/QMenu>
+#include <QtWidgets/QMenuBar>
+#include <QtWidgets/QMessageBox>
+#include <QtWidgets/QToolBar>
+
+#include "ui/main_window.h"
+#include "ui/recent_files.h"
+
+namespace qvview {
+
+namespace {
+
+// What is special about a command.
+constexpr unsigned kSeparated = 1;     // a line before it
+constexpr unsigned kButton = 2;        // in the tool bar too
+constexpr unsigned kChecked = 4;       // on or off
+constexpr unsigned kNeedsDrawing = 8;  // of no use without one
+constexpr unsigned kCanvasKeys = 16;   // keys that tables use for themselves
+
+constexpr double kIsometric = 35.26438968;  // degrees: all three axes look equally long
+
+}  // namespace
+
+const std::vector<MainWindow::Menu>& MainWindow::menus() {
+  using W = MainWindow;
+  static const std::vector<Menu> kMenus = {
+      {Text::FileMenu,
+       {
+           {Text::Open, "Ctrl+O", [](W& w) { w.choose_drawing(); }, kButton},
+           {Text::Reload, "F5", [](W& w) { w.reload(true); }, kNeedsDrawing},
+           {Text::Export, "Ctrl+E", [](W& w) { w.export_picture(); }, kSeparated | kNeedsDrawing | kButton},
+           {Text::Print, "Ctrl+P", [](W& w) { w.print(); }, kNeedsDrawing},
+           {Text::Quit, "Ctrl+Q", [](W& w) { w.close(); }, kSeparated},
+       }},
+      {Text::ViewMenu,
+       {
+           {Text::ShowAll, "Home F", [](W& w) { w.view_.show_all(); }, kNeedsDrawing | kButton | kSeparated},
+           {Text::ShowPrevious, "Backspace", [](W& w) { w.view_.show_previous(); }, kButton},
+           {Text::WindowZoom, "Z", [](W& w) { w.view_.set_mode(Mode::WindowZoom); },
+            kNeedsDrawing | kButton | kChecked},
+           {Text::Enlarge, "+ =", [](W& w) { w.view_.zoom_out(); }, kNeedsDrawing | kButton},
+           {Text::Reduce, "-", [](W& w) { w.view_.zoom_in(); }, kNeedsDrawing | kButton},
+           {Text::Hand, "H", [](W& w) { w.view_.set_mode(Mode::Hand); }, kNeedsDrawing | kButton | kChecked},
+           {Text::DarkBackground, "B", [](W& w) { w.set_dark(w.view_.is_light()); }, kSeparated | kChecked},
+       }},
+      {Text::PanMenu,
+       {
+           {Text::PanLeft, "Left", [](W& w) { w.view_.pan_by(-0.1, 0); }, kNeedsDrawing | kCanvasKeys},
+           {Text::PanRight, "Right", [](W& w) { w.view_.pan_by(0.1, 0); }, kNeedsDrawing | kCanvasKeys},
+           {Text::PanUp, "Up", [](W& w) { w.view_.pan_by(0, 0.1); }, kNeedsDrawing | kCanvasKeys},
+           {Text::PanDown, "Down", [](W& w) { w.view_.pan_by(0, -0.1); }, kNeedsDrawing | kCanvasKeys},
+       },
+       true},
+      {Text::DirectionMenu,
+       {
+           {Text::Plan, "1", [](W& w) { w.turn(0, 90); }, kNeedsDrawing},
+           {Text::FrontView, "2", [](W& w) { w.turn(0, 0); }, kNeedsDrawing},
+           {Text::BackView, "3", [](W& w) { w.turn(180, 0); }, kNeedsDrawing},
+           {Text::LeftView, "4", [](W& w) { w.turn(-90, 0); }, kNeedsDrawing},
+           {Text::RightView, "5", [](W& w) { w.turn(90, 0); }, kNeedsDrawing},
+           {Text::SouthWestView, "6", [](W& w) { w.turn(-45, kIsometric); }, kNeedsDrawing | kSeparated},
+           {Text::SouthEastView, "7", [](W& w) { w.turn(45, kIsometric); }, kNeedsDrawing},
+           {Text::NorthEastView, "8", [](W& w) { w.turn(135, kIsometric); }, kNeedsDrawing},
+           {Text::NorthWestView, "9", [](W& w) { w.turn(-135, kIsometric); }, kNeedsDrawing},
+           {Text::OtherAngles, "0", [](W& w) { w.choose_angles(); }, kNeedsDrawing | kSeparated},
+       },
+       true},
+      {Text::PickMenu,
+       {
+           {Text::PickEntities, "S", [](W& w) { w.view_.set_mode(Mode::Pick); }, kNeedsDrawing | kButton | kChecked},
+           {Text::SelectAll, "Ctrl+A", [](W& w) { w.view_.select_all(); }, kNeedsDrawing | kSeparated},
+           {Text::ClearPicks, "Esc",
+            [](W& w) {
+              if (!w.view_.cancel()) w.view_.clear_picks();
+            }},
+           {Text::ShowPicked, "G", [](W& w) { w.show_picked(); }, kNeedsDrawing},
+           {Text::CopyPicks, "Ctrl+C", [](W& w) { w.copy(w.picks_->as_text()); }, kNeedsDrawing | kSeparated},
+           {Text::CopyPoint, "Ctrl+Shift+C", [](W& w) { w.copy_point(); }, kNeedsDrawing},
+       }},
+      {Text::FontMenu,
+       {
+           {Text::TextFont, "", [](W& w) { w.choose_font(&qvapps::FontFiles::text); }},
+           {Text::BigFont, "", [](W& w) { w.choose_font(&qvapps::FontFiles::big); }},
+           {Text::UsualFonts, "", [](W& w) { w.use_fonts(w.usualFonts_); }, kSeparated},
+       }},
+      {Text::HelpMenu,
+       {
+           {Text::Handling, "F1",
+            [](W& w) { QMessageBox::information(&w, w.words_(Text::Handling), w.words_(Text::HandlingText)); }},
+           {Text::About, "",
+            [](W& w) { QMessageBox::about(&w, w.words_(Text::About), w.words_(Text::AboutText, QVVIEW_VERSION)); }},
+       }},
+  };
+  return kMenus;
+}
+
+QAction* MainWindow::add_command(QMenu& menu, const Command& command) {
+  if (command.options & kSeparated) menu.addSeparator();
+  QAction* const action = menu.addAction(QString());
+  words_.bind(command.caption, [action](const QString& text) { action->setText(text); });
+  QList<QKeySequence> keys;
+  for (const QString& key : QString::fromLatin1(command.keys).split(QLatin1Char(' '), Qt::SkipEmptyParts))
+    keys << QKeySequence(key);
+  action->setShortcuts(keys);
+  action->setCheckable(command.options & kChecked);
+  if (command.options & kCanvasKeys) {
+    action->setShortcutContext(Qt::WidgetShortcut);
+    canvas_->addAction(action);
+  }
+  if (command.options & kNeedsDrawing) needDrawing_.push_back(action);
+  connect(action, &QAction::triggered, this, [this, run = command.run] {
+    run(*this);
+    update_commands();
+  });
+  actions_[static_cast<std::size_t>(command.caption)] = action;
+  return action;
+}
+
+void MainWindow::build_menus() {
+  actions_.assign(static_cast<std::size_t>(Text::kCount), nullptr);
+  auto* const bar = addToolBar(QString());
+  bar->setObjectName(QStringLiteral("tools"));
+  words_.bind(Text::ToolBar, [bar](const QString& text) { bar->setWindowTitle(text); });
+  QMenu* viewMenu = nullptr;
+  for (const Menu& row : menus()) {
+    QMenu* const menu = row.inView ? viewMenu->addMenu(QString()) : menuBar()->addMenu(QString());
+    words_.bind(row.caption, [menu](const QString& text) { menu->setTitle(text); });
+    for (const Command& command : row.commands) {
+      QAction* const action = add_command(*menu, command);
+      if (command.options & kButton) bar->addAction(action);
+      if (command.caption == Text::Open) add_recent_menu(*menu);
+    }
+    if (row.caption == Text::ViewMenu) viewMenu = menu;
+    if (row.caption == Text::FontMenu) build_language_menu();
+  }
+  viewMenu->addSeparator();
+  panelMenu_ = viewMenu;
+}
+
+void MainWindow::build_language_menu() {
+  QMenu* const menu = menuBar()->addMenu(QString());
+  words_.bind(Text::LanguageMenu, [menu](const QString& text) { menu->setTitle(text); });
+  auto* const group = new QActionGroup(this);
+  // Each language is called by its own name.
+  const auto add = [&](const char* name, Language language) {
+    QAction* const action = group->addAction(QString::fromUtf8(name));
+    menu->addAction(action);
+    action->setCheckable(true);
+    action->setChecked(words_.language() == language);
+    connect(action, &QAction::triggered, this, [this, language] { change_language(language); });
+  };
+  add("中文", Language::Chinese);
+  add("English", Language::English);
+}
+
+void MainWindow::add_recent_menu(QMenu& menu) {
+  QMenu* const recent = menu.addMenu(QString());
+  words_.bind(Text::RecentMenu, [recent](const QString& text) { recent->setTitle(text); });
+  connect(recent, &QMenu::aboutToShow, this, [this, recent] {
+    recent->clear();
+    for (const QString& path : RecentFiles::paths())
+      recent->addAction(QString(path).replace(QLatin1String("&"), QLatin1String("&&")), this,
+                        [this, path] { open(path); });
+    recent->addSeparator();
+    recent->addAction(words_(Text::ClearRecent), this, [] { RecentFiles::clear(); });
+  });
+}
+
+void MainWindow::update_commands() {
+  const bool drawing = view_.drawing() != nullptr;
+  for (QAction* const action : needDrawing_) action->setEnabled(drawing);
+  action(Text::ShowPrevious)->setEnabled(view_.CanShowPre() != 0);
+  action(Text::PickEntities)->setChecked(view_.mode() == Mode::Pick);
+  action(Text::WindowZoom)->setChecked(view_.mode() == Mode::WindowZoom);
+  action(Text::Hand)->setChecked(view_.mode() == Mode::Hand);
+  action(Text::DarkBackground)->setChecked(!view_.is_light());
+}
+
+}  // namespace qvview

@@ -1,0 +1,335 @@
+#include <gmock/gmock.h>
+
+#include <cmath>
+#include <string>
+
+#include "model/captions.h"
+#include "model/view.h"
+#include "support/recording_window.h"
+
+using qvview::Drawing;
+using qvview::Mode;
+using qvview::View;
+using qvview::ViewAngles;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+/// A frame 1000 by 800 of four lines, a circle about (300, 300), a white line across it on a layer that is marked as
+/// off, a point, and a block of a line and a point placed at (700, 600).
+std::unique_ptr<DXF> sample() {
+  auto dxf = std::make_unique<DXF>();
+  dxf->New_MemDxf();
+  dxf->Add_Layer("FRAME", 7, "CONTINUOUS");
+  dxf->Add_Layer("HOLE", 1, "CONTINUOUS");
+  dxf->Add_Layer("HIDDEN", -3, "CONTINUOUS");
+  dxf->Write_Line(0, 0, 0, 1000, 0, 0, "FRAME", "BYLAYER", "BYLAYER");
+  dxf->Write_Line(1000, 0, 0, 1000, 800, 0, "FRAME", "BYLAYER", "BYLAYER");
+  dxf->Write_Line(1000, 800, 0, 0, 800, 0, "FRAME", "BYLAYER", "BYLAYER");
+  dxf->Write_Line(0, 800, 0, 0, 0, 0, "FRAME", "BYLAYER", "BYLAYER");
+  dxf->Write_Circle(300, 300, 0, 100, "HOLE", "BYLAYER", "BYLAYER");
+  dxf->Write_Line(100, 300, 0, 600, 300, 0, "HIDDEN", "BYLAYER", "BYLAYER");
+  dxf->Write_Point(800, 200, 0, "HOLE");
+  auto* const block = new ACAD_BLOCK;
+  qv::copy_text(block->m_szName, "B");
+  auto* const line = new ACAD_LINE;
+  line->m_End = {100, 0, 0};
+  qv::copy_text(line->m_szLayer, "ELSEWHERE");
+  block->m_EntityList.AddTail(line);
+  auto* const point = new ACAD_POINT;
+  point->m_Point = {50, 50, 0};
+  block->m_EntityList.AddTail(point);
+  dxf->m_BlockList.AddTail(block);
+  auto* const insert = new ACAD_INSERT;
+  qv::copy_text(insert->m_szBlock, "B");
+  insert->m_Insert = {700, 600, 0};
+  dxf->m_EntityList.AddTail(insert);
+  return dxf;
+}
+
+std::unique_ptr<Drawing> drawing(bool light = true) {
+  return std::make_unique<Drawing>(sample(), light);
+}
+
+struct Counting : View::Listener {
+  void on_view_changed() override { ++views; }
+  void on_picks_changed() override { ++picks; }
+  void on_mode_changed() override { ++modes; }
+  int views = 0;
+  int picks = 0;
+  int modes = 0;
+};
+
+/// A view of the sample in a window of 500 by 400 pixels.
+class ViewTest : public testing::Test {
+ protected:
+  ViewTest() { view.open(drawing()); }
+
+  CPoint pixel(float x, float y) const { return view.CurrentView().FPtoDP(CFPoint(x, y)); }
+  void drag(CPoint from, CPoint to, bool add = false) {
+    view.move(from);
+    view.left_down(from, add);
+    view.move(to);
+    view.left_up(to, add);
+    deliver();
+  }
+  void click(CPoint at, bool add = false) { drag(at, at, add); }
+  void deliver() {
+    for (const unsigned int message : std::exchange(window.posted, {})) view.on_message(message);
+  }
+  void paint() {
+    window.bitmap.Clear(0xFFFFFF);
+    view.paint(window.bitmap);
+  }
+  std::vector<std::uint32_t> painted() {
+    paint();
+    return shown();
+  }
+  std::vector<std::uint32_t> shown() const { return {window.bitmap.Pixels(), window.bitmap.Pixels() + 500 * 400}; }
+
+  qvtest::RecordingWindow window{500, 400};
+  Counting told;
+  View view{window, told};
+};
+
+TEST(Captions, StandInBothLanguagesAndTakeTheSameWords) {
+  const auto count = [](const std::string& text, const std::string& part) {
+    int n = 0;
+    for (std::size_t at = 0; (at = text.find(part, at)) != std::string::npos; at += part.size()) ++n;
+    return n;
+  };
+  for (int i = 0; i < static_cast<int>(qvview::Text::kCount); ++i) {
+    const std::string chinese = caption(static_cast<qvview::Text>(i), qvview::Language::Chinese);
+    const std::string english = caption(static_cast<qvview::Text>(i), qvview::Language::English);
+    EXPECT_FALSE(english.empty()) << i;
+    EXPECT_TRUE(std::any_of(chinese.begin(), chinese.end(), [](char c) { return (c & 0x80) != 0; })) << english;
+    EXPECT_EQ(std::string::npos, english.find("\xE4")) << english;
+    for (const char* part : {"%1", "%2", "&", "<tr>"}) EXPECT_EQ(count(chinese, part), count(english, part)) << english;
+  }
+}
+
+TEST(ViewerDrawing, LayersComeFromTheTablesAndTheEntities) {
+  const auto d = drawing();
+  std::vector<std::string> names;
+  for (const qvview::Layer& layer : d->layers()) names.push_back(layer.name + (layer.on ? "" : " off"));
+  EXPECT_THAT(names, ElementsAre("0", "FRAME", "HOLE", "HIDDEN off", "ELSEWHERE"));
+  EXPECT_EQ(d->layers()[3].color, 3);
+  EXPECT_EQ(d->layers()[1].entities, 4);
+  EXPECT_EQ(d->count(), 8);
+  EXPECT_EQ(d->shown_count(), 7);
+  EXPECT_EQ(d->own_color(4), qv::kByLayer);
+}
+
+TEST(ViewerDrawing, WhatIsOffIsNeitherDrawnNorPickedNorMeasured) {
+  const auto d = drawing();
+  const CFRect all(-10, -10, 1010, 810);
+  EXPECT_THAT(d->pick(all, false, {}), ElementsAre(0, 1, 2, 3, 4, 6, 7));
+  d->show_layers({true, false, true, false, false});
+  EXPECT_THAT(d->pick(all, false, {}), ElementsAre(4, 6, 7));
+  EXPECT_THAT(d->pick(CFRect(690, 590, 720, 610), true, {}), IsEmpty()) << "the block's line is off as well";
+  EXPECT_EQ(d->extent({}).x1, 200);
+  const auto other = drawing();
+  other->show_layers_as(*d);
+  EXPECT_THAT(other->pick(all, false, {}), ElementsAre(4, 6, 7));
+}
+
+TEST(ViewerDrawing, ColoursFollowTheBackgroundAndPointsTheirLayer) {
+  const auto d = drawing();
+  const CFCoor coor(CFPoint(0, 800), 0.5F, 1);
+  struct {
+    bool light;
+    COLORREF back, frame, blockPoint;
+  } const rows[] = {{true, 0xFFFFFF, 0x000000, 0x000000}, {false, 0x000000, 0xFFFFFF, 0xFFFFFF}};
+  for (const auto& row : rows) {
+    d->set_background(row.light);
+    qv::BitmapContext bitmap(520, 420, row.back);
+    d->draw(bitmap, coor, {});
+    EXPECT_EQ(bitmap.GetPixel(250, 400), row.frame);
+    EXPECT_EQ(bitmap.GetPixel(400, 300), qv::rgb(255, 0, 0)) << "the point";
+    EXPECT_EQ(bitmap.GetPixel(375, 75), row.blockPoint);
+    EXPECT_EQ(bitmap.GetPixel(120, 250), row.back) << "the hidden line";
+  }
+}
+
+TEST_F(ViewTest, OpensFittedWithoutAHistory) {
+  EXPECT_FALSE(view.CanShowPre());
+  for (const CFPoint& corner : {CFPoint(0, 0), CFPoint(1000, 800)}) {
+    const CPoint p = view.CurrentView().FPtoDP(corner);
+    EXPECT_TRUE(p.x > 2 && p.x < 498 && p.y > 2 && p.y < 398) << p.x << ", " << p.y;
+  }
+  window.rect = CRect(0, 0, 800, 400);
+  view.resized();
+  EXPECT_LT(std::abs(pixel(500, 400).x - 400), 2) << "everything stays in view";
+  view.pan_by(0.25, 0);
+  const CFPoint middle = view.CurrentView().DPtoFP(CPoint(400, 200));
+  window.rect = CRect(0, 0, 300, 300);
+  view.resized();
+  EXPECT_LT(std::abs(view.CurrentView().FPtoDP(middle).x - 150), 2) << "the middle stays";
+}
+
+TEST_F(ViewTest, TheWheelKeepsThePointAndItsTurnIsOneEntry) {
+  const std::vector<std::uint32_t> first = painted();
+  const CPoint at(123, 321);
+  const CFPoint world = view.CurrentView().DPtoFP(at);
+  const float scale = view.CurrentView().GetScale();
+  for (int i = 0; i < 5; ++i) {
+    view.wheel(at, 1, i > 0);
+    const CPoint now = view.CurrentView().FPtoDP(world);
+    EXPECT_LE(std::max(std::abs(now.x - at.x), std::abs(now.y - at.y)), 1);
+  }
+  EXPECT_NEAR(view.CurrentView().GetScale() / scale, std::pow(1.25, 5), 0.001);
+  view.show_previous();
+  EXPECT_EQ(painted(), first);
+  EXPECT_FALSE(view.CanShowPre());
+  view.wheel(at, 1, false);
+  view.zoom_out();
+  view.wheel(at, 1, true);
+  for (int i = 0; i < 3; ++i) view.show_previous();
+  EXPECT_EQ(painted(), first) << "a command between ends the turn";
+  for (int i = 0; i < 200; ++i) view.wheel(at, 3, false);
+  EXPECT_TRUE(std::isfinite(view.CurrentView().GetScale()));
+  const float closest = view.CurrentView().GetScale();
+  view.zoom_out();
+  EXPECT_EQ(view.CurrentView().GetScale(), closest) << "no closer than coordinates can tell";
+}
+
+TEST_F(ViewTest, PreviousViewsComeBackWithTheirAngles) {
+  const std::vector<std::uint32_t> first = painted();
+  view.set_angles({0.5F, 0.6F});
+  view.pan_by(0.1, 0.1);
+  view.set_angles({-0.5F, 0.6F});
+  view.show_previous();
+  EXPECT_EQ(view.angles(), (ViewAngles{0.5F, 0.6F}));
+  view.show_previous();
+  EXPECT_EQ(view.angles(), (ViewAngles{0.5F, 0.6F}));
+  view.show_previous();
+  EXPECT_TRUE(view.angles().is_plan());
+  EXPECT_EQ(painted(), first);
+}
+
+TEST_F(ViewTest, DraggingWithTheMiddleButtonOrTheHandPans) {
+  for (const bool hand : {false, true}) {
+    const CFPoint world = view.CurrentView().DPtoFP(CPoint(100, 100));
+    if (hand) view.set_mode(Mode::Hand);
+    view.move({100, 100});
+    hand ? view.left_down({100, 100}, false) : view.middle_down({100, 100});
+    view.move({150, 80});
+    EXPECT_EQ(view.dragged_by(), CPoint(50, -20));
+    EXPECT_EQ(view.pointer()->x, world.x);
+    hand ? view.left_up({160, 70}, false) : view.middle_up({160, 70});
+    EXPECT_FALSE(view.dragged_by());
+    EXPECT_EQ(view.CurrentView().FPtoDP(world), CPoint(160, 70));
+  }
+  const CFCoor before = view.CurrentView();
+  view.left_down({10, 10}, false);
+  view.move({60, 60});
+  EXPECT_TRUE(view.cancel());
+  view.left_up({60, 60}, false);
+  EXPECT_EQ(view.CurrentView().GetOrigin().x, before.GetOrigin().x) << "given up";
+}
+
+TEST_F(ViewTest, AWindowZoomFitsItsWindowOnceAndPicksAgain) {
+  const std::vector<std::uint32_t> first = painted();
+  view.set_mode(Mode::WindowZoom);
+  drag(pixel(200, 400), pixel(400, 200));
+  EXPECT_EQ(view.mode(), Mode::Pick);
+  EXPECT_LT(std::abs(pixel(300, 300).x - 250) + std::abs(pixel(300, 300).y - 200), 4);
+  view.leave();
+  EXPECT_NE(painted(), first);
+  view.show_previous();
+  EXPECT_EQ(painted(), first);
+}
+
+TEST_F(ViewTest, PicksTakeWhatIsInsideOrToTheLeftWhatIsCrossedToo) {
+  const CPoint topLeft = pixel(150, 450);
+  const CPoint bottomRight = pixel(900, -20);
+  drag(topLeft, bottomRight);
+  EXPECT_THAT(view.picks(), ElementsAre(4, 6));
+  drag(bottomRight, topLeft);
+  EXPECT_THAT(view.picks(), ElementsAre(0, 4, 6));
+  click(pixel(200, 300), true);
+  EXPECT_THAT(view.picks(), ElementsAre(0, 6)) << "the circle's edge, once more";
+  click(pixel(1000, 500));
+  EXPECT_THAT(view.picks(), ElementsAre(1));
+  // Beside all, two clicks are the corners of a window.
+  click(pixel(600, 700));
+  EXPECT_THAT(view.picks(), ElementsAre(1));
+  click(pixel(850, 500));
+  EXPECT_THAT(view.picks(), ElementsAre(7));
+  EXPECT_EQ(told.picks, 5);
+  // The first corner stays where it is in the drawing, whatever is done to the view before the other.
+  click(pixel(150, 450));
+  view.wheel(pixel(150, 450), 2, false);
+  view.pan_by(0.2, -0.3);
+  view.middle_down({100, 100});
+  view.middle_up({90, 130});
+  view.zoom_in();
+  click(pixel(450, 150));
+  EXPECT_THAT(view.picks(), ElementsAre(4));
+  view.select_all();
+  EXPECT_EQ(view.picks().size(), 7U);
+  view.drawing()->show_layers({true, false, true, false, false});
+  view.drawing_changed();
+  EXPECT_THAT(view.picks(), ElementsAre(4, 6, 7)) << "picks that are no longer shown go";
+  view.clear_picks();
+  EXPECT_THAT(view.picks(), IsEmpty());
+}
+
+TEST_F(ViewTest, PicksGoByWhatIsSeenFromTheSide) {
+  view.set_angles({0, 0});  // all of it lies in one line then
+  click(pixel(300, 0));
+  EXPECT_EQ(view.picks().size(), 1U);
+}
+
+TEST_F(ViewTest, ThePointerLeavesNoTraces) {
+  const std::vector<std::uint32_t> clean = painted();
+  view.move({100, 100});
+  EXPECT_NE(shown(), clean);
+  view.left_down({100, 100}, false);
+  view.move({300, 200});
+  EXPECT_TRUE(view.cancel());
+  view.leave();
+  EXPECT_EQ(shown(), clean);
+  view.move({50, 50});
+  paint();
+  view.move({60, 50});
+  view.set_mode(Mode::Hand);
+  EXPECT_EQ(shown(), clean) << "the hand needs no cross hairs";
+  view.move({70, 50});
+  view.set_mode(Mode::Pick);
+  view.leave();
+  EXPECT_EQ(shown(), clean);
+  EXPECT_EQ(window.contexts, 0);
+}
+
+TEST_F(ViewTest, AReloadKeepsTheViewAndTheLayers) {
+  view.drawing()->show_layers({true, false, true, true, true});
+  view.drawing_changed();
+  view.wheel({200, 200}, 2, false);
+  view.select_all();
+  const CFCoor before = view.CurrentView();
+  view.reload(drawing());
+  EXPECT_EQ(view.CurrentView().GetScale(), before.GetScale());
+  EXPECT_EQ(view.CurrentView().GetOrigin().x, before.GetOrigin().x);
+  EXPECT_FALSE(view.drawing()->layers()[1].on);
+  EXPECT_TRUE(view.drawing()->layers()[3].on);
+  EXPECT_THAT(view.picks(), IsEmpty());
+  EXPECT_TRUE(view.CanShowPre());
+}
+
+TEST_F(ViewTest, WhatIsSeenFitsPicturesOfOtherSizes) {
+  view.wheel(pixel(300, 300), 4, false);
+  const CFPoint middle = view.CurrentView().DPtoFP(CPoint(250, 200));
+  qv::BitmapContext same(500, 400, 0xFFFFFF);
+  view.draw_into(same, {500, 400}, false);
+  EXPECT_EQ(std::vector<std::uint32_t>(same.Pixels(), same.Pixels() + 500 * 400), painted());
+  EXPECT_LT(std::fabs(middle.x - 300), 200) << "the circle is in view";
+  qv::BitmapContext large(1000, 800, 0xFFFFFF);
+  view.draw_into(large, {1000, 800}, true);
+  int red = 0;
+  for (int i = 0; i < 1000 * 800; ++i) red += large.Pixels()[i] == 0xFFFF0000;
+  EXPECT_GT(red, 500);
+}
+
+}  // namespace

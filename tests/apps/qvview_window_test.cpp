@@ -1,0 +1,129 @@
+#include <gmock/gmock.h>
+
+#include <QtCore/QMimeData>
+#include <QtCore/QSettings>
+#include <QtGui/QAction>
+#include <QtGui/QDropEvent>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QMenu>
+#include <QtWidgets/QMenuBar>
+#include <QtWidgets/QPushButton>
+#include <QtWidgets/QTreeWidget>
+
+#include "common/fonts.h"
+#include "support/temporary_directory.h"
+#include "ui/main_window.h"
+
+using qvview::Canvas;
+using qvview::Language;
+using qvview::MainWindow;
+
+namespace {
+
+class MainWindowTest : public testing::Test {
+ protected:
+  MainWindowTest() {
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QString::fromStdString(directory_.prefix()));
+    DXF dxf;
+    dxf.New_MemDxf();
+    dxf.Add_Layer("A", 1, "CONTINUOUS");
+    dxf.Write_Line(0, 0, 0, 100, 100, 0, "A", "BYLAYER", "BYLAYER");
+    dxf.Write_Line(0, 100, 0, 100, 0, 0, "0", "BYLAYER", "BYLAYER");
+    path_ = QString::fromStdString(directory_.path("two.dxf"));
+    dxf.Write_MemDxf_To_File(path_.toStdString().c_str());
+    window_.emplace(Language::English, qvapps::FontFiles());
+    window_->show();
+  }
+
+  QAction* action(const QString& caption) const {
+    for (QAction* const action : window_->findChildren<QAction*>())
+      if (action->text() == caption) return action;
+    return nullptr;
+  }
+  Canvas& canvas() const { return *static_cast<Canvas*>(window_->centralWidget()); }
+  /// How many pixels of the drawing have a colour.
+  int pixels(QRgb colour) const {
+    const QImage image = canvas().grab().toImage();
+    int n = 0;
+    for (int y = 0; y < image.height(); ++y)
+      for (int x = 0; x < image.width(); ++x) n += (image.pixel(x, y) & 0xFFFFFF) == colour;
+    return n;
+  }
+
+  qvtest::TemporaryDirectory directory_;
+  QString path_;
+  std::optional<MainWindow> window_;
+};
+
+TEST_F(MainWindowTest, EveryCaptionChangesWithTheLanguage) {
+  const auto captions = [&] {
+    QStringList texts;
+    for (const QAction* const a : window_->findChildren<QAction*>()) texts << a->text();
+    for (const QMenu* const menu : window_->findChildren<QMenu*>()) texts << menu->title();
+    for (const QDockWidget* const dock : window_->findChildren<QDockWidget*>()) texts << dock->windowTitle();
+    for (const QPushButton* const button : window_->findChildren<QPushButton*>()) texts << button->text();
+    texts << window_->findChild<QTreeWidget*>()->headerItem()->text(0);
+    return texts;
+  };
+  const QStringList english = captions();
+  action(QString::fromUtf8("中文"))->trigger();
+  const QStringList chinese = captions();
+  ASSERT_EQ(english.size(), chinese.size());
+  EXPECT_GT(english.size(), 60);
+  for (int i = 0; i < english.size(); ++i) {
+    if (english[i].isEmpty() || english[i] == "English" || english[i] == QString::fromUtf8("中文")) continue;
+    EXPECT_NE(english[i], chinese[i]) << english[i].toStdString();
+  }
+  EXPECT_EQ(QSettings().value("language"), "zh");
+}
+
+TEST_F(MainWindowTest, ADroppedDrawingOpensAndIsRememberedAndABadOneIsNot) {
+  EXPECT_FALSE(action("Everything")->isEnabled());
+  QMimeData files;
+  files.setUrls({QUrl::fromLocalFile(path_)});
+  QDragEnterEvent enter(QPoint(100, 100), Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(&*window_, &enter);
+  QDropEvent drop(QPointF(100, 100), Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(&*window_, &drop);
+  QApplication::processEvents();
+  EXPECT_EQ(window_->windowTitle(), "two.dxf - qvview");
+  EXPECT_TRUE(action("Everything")->isEnabled());
+  EXPECT_FALSE(action("Previous view")->isEnabled());
+  EXPECT_EQ(QSettings().value("recent").toStringList(), QStringList(path_));
+  EXPECT_GT(pixels(0xFF0000), 100);
+  QMetaObject::invokeMethod(
+      &*window_, [] { QApplication::activeModalWidget()->close(); }, Qt::QueuedConnection);
+  window_->open(path_ + "x");
+  EXPECT_EQ(window_->windowTitle(), "two.dxf - qvview");
+  EXPECT_EQ(QSettings().value("recent").toStringList(), QStringList(path_));
+}
+
+TEST_F(MainWindowTest, LayersAreSwitchedAndTheBackgroundTurnsDark) {
+  window_->open(path_);
+  const int red = pixels(0xFF0000);
+  const int black = pixels(0x000000);
+  ASSERT_TRUE(red > 100 && black > 100);
+  auto* const layers = window_->findChild<QTreeWidget*>();
+  layers->topLevelItem(1)->setCheckState(0, Qt::Unchecked);
+  EXPECT_EQ(pixels(0xFF0000), 0);
+  action("Dark background")->trigger();
+  EXPECT_NEAR(pixels(0xFFFFFF), black, 3);
+  window_->findChildren<QPushButton*>().last()->click();  // the other way round
+  EXPECT_NEAR(pixels(0xFF0000), red, 3);
+  EXPECT_EQ(pixels(0xFFFFFF), 0);
+}
+
+TEST(ViewerFonts, AFileThatIsNoFontChangesNothing) {
+  const qvtest::TemporaryDirectory directory;
+  const std::string bad = directory.write("bad.shx", "no font");
+  EXPECT_TRUE(qvapps::change_fonts({QV_FONTS "txt.shx", ""}));
+  const float width = G_ShapeFont.GetTxtWidth("KL-1", 10, 1);
+  EXPECT_GT(width, 0);
+  EXPECT_FALSE(qvapps::change_fonts({QV_FONTS "txt.shx", bad}));
+  EXPECT_FALSE(qvapps::change_fonts({bad, ""}));
+  EXPECT_EQ(G_ShapeFont.GetTxtWidth("KL-1", 10, 1), width);
+  EXPECT_TRUE(qvapps::change_fonts({}));
+  EXPECT_EQ(G_ShapeFont.GetTxtWidth("KL-1", 10, 1), 0);
+}
+
+}  // namespace
