@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Makes hztxt.shx, the big font of GB2312: make_hztxt.py TXT.shp SHPC OUT-DIRECTORY
+"""Makes hztxt.shx, the big font of GB2312: make_hztxt.py TXT.shp OUT-DIRECTORY SHPC...
 
 Chinese characters come from the stroke centre lines of the npm package hanzi-writer-data (Arphic Public License), which is
 fetched here and kept nowhere else; full-width ASCII from the shapes of the text font; the other signs are drawn below. Beside
@@ -291,7 +291,7 @@ def write_source(shapes, path):
 
 
 def main():
-    text_font, shpc, directory = sys.argv[1:4]
+    text_font, directory, *shpc = sys.argv[1:]
     archive = fetch()
     if archive is None:
         print(f"hztxt.shx is not made: the package {PACKAGE} {VERSION} cannot be fetched (npm and a network are needed). "
@@ -302,7 +302,7 @@ def main():
     os.makedirs(directory, exist_ok=True)
     source = os.path.join(directory, "hztxt.shp")
     write_source(shapes, source)
-    result = subprocess.run([shpc, source, os.path.join(directory, "hztxt.shx"), "--bigfont"])
+    result = subprocess.run([*shpc, source, os.path.join(directory, "hztxt.shx"), "--bigfont"])
     if result.returncode != 0:
         return 1
     with open(os.path.join(directory, "ARPHICPL.TXT"), "wb") as file:

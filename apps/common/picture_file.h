@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <span>
 #include <string>
 
 #include "qvtools.h"
@@ -21,9 +22,21 @@ class PictureScreen {
   qv::ConsoleHost host_;
 };
 
+using Draw = std::function<void(CDC&)>;
+
 /// How drawings become files, by the ending of the path.
-enum class PictureKind { Png, Svg, Pdf, Unknown };
+enum class PictureKind { Png, Svg, Pdf, Emf, Unknown };
+struct PictureFormat {
+  const char* ending;
+  PictureKind kind;
+  bool (*save)(const std::string& path, CSize size, COLORREF background, const Draw& draw);
+};
+/// The kinds that this system writes.
+std::span<const PictureFormat> picture_formats();
+/// The kind of a path; `Unknown` when this system does not write it.
 PictureKind picture_kind(const std::string& path);
+/// The endings in words: ".png, .svg or .pdf".
+std::string picture_endings();
 
 /// The size in which a picture of so many pixels is drawn: that of a PDF page, 300 dots an inch, is twice as large, so
 /// that 1600 pixels become 27 cm.
@@ -31,6 +44,9 @@ CSize drawn_size(PictureKind kind, CSize pixels);
 
 /// Writes what `draw` draws on a picture of the drawn size and a background, a PDF page being a printer's. False when
 /// the file cannot be written, or is of an unknown kind.
-bool save_drawn(const std::string& path, CSize size, COLORREF background, const std::function<void(CDC&)>& draw);
+bool save_drawn(const std::string& path, CSize size, COLORREF background, const Draw& draw);
+
+/// Fills a picture of the size with one colour.
+void fill_background(CDC& dc, CSize size, COLORREF background);
 
 }  // namespace qvapps

@@ -4,7 +4,6 @@
 
 #include "common/unreadable.h"
 #include "platform/filesystem.h"
-#include "platform/qt/qt_text.h"
 #include "progress.h"
 
 namespace qvdraw {
@@ -34,10 +33,6 @@ std::unique_ptr<DXF> load_drawing(const std::string& path) {
   const Progress progress("reading " + path);
   if (!dxf->Read_FileDxf_To_Mem(path.c_str())) throw failure(path);
   return dxf;
-}
-
-std::string to_utf8(const char* text) {
-  return qv::from_gbk(text).toStdString();
 }
 
 }  // namespace qvdraw

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "common/records.h"
+#include "common/system.h"
 #include "qvtools.h"
 
 namespace qvdraw {
@@ -16,7 +17,6 @@ using qvapps::layer_of;
 /// Loads a drawing; throws `std::runtime_error` with one line that says what is wrong and what would help.
 std::unique_ptr<DXF> load_drawing(const std::string& path);
 
-/// GBK bytes as UTF-8.
-std::string to_utf8(const char* text);
+using qvapps::to_utf8;
 
 }  // namespace qvdraw

@@ -37,7 +37,7 @@ struct Fit {
 
 void save_drawn(const std::string& path, CSize size, COLORREF background, const std::function<void(CDC&)>& draw) {
   if (qvapps::picture_kind(path) == qvapps::PictureKind::Unknown)
-    throw UsageError(path + ": a picture ends in .png, .svg or .pdf");
+    throw UsageError(path + ": a picture ends in " + qvapps::picture_endings());
   if (!qvapps::save_drawn(path, size, background, draw)) throw std::runtime_error(path + ": cannot be written");
 }
 

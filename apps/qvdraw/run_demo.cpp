@@ -3,6 +3,7 @@
 
 #include "commands.h"
 #include "common/display_form.h"
+#include "common/picture_file.h"
 #include "demo.h"
 #include "picture.h"
 #include "slab_sample.h"
@@ -29,7 +30,7 @@ int run_demo(const Arguments& arguments) {
     qvapps::resolve_for_display(*sgt, true);
     PictureOptions options;
     options.size = CSize(kWidth, kWidth);
-    for (const char* ending : {".png", ".svg", ".pdf"}) save_picture(*sgt, base + ending, options);
+    for (const auto& format : qvapps::picture_formats()) save_picture(*sgt, base + format.ending, options);
   }
   write_sample_library(directory + "/details.slb");
   write_sample_slab(directory);

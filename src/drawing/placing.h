@@ -18,11 +18,11 @@ inline float degrees(double radians) {
   return static_cast<float>(radians / kRadian);
 }
 
-/// A direction by its angle in degrees; multiples of 90 are exact, and an angle that is not finite counts as 0.
-struct Direction {
+/// A turn by an angle in degrees; multiples of 90 are exact, and an angle that is not finite counts as 0.
+struct Turn {
   double c;
   double s;
-  explicit Direction(double angle) {
+  explicit Turn(double angle) {
     if (!std::isfinite(angle)) angle = 0;
     const double quarter = std::fmod(angle, 360.0) / 90;
     c = std::cos(angle * kRadian);
@@ -36,7 +36,7 @@ struct Direction {
 
 /// Turns a point counter-clockwise about the origin by an angle in degrees.
 inline void turn(double angle, float& x, float& y) {
-  const Direction d(angle);
+  const Turn d(angle);
   const double px = x;
   const double py = y;
   x = static_cast<float>(px * d.c - py * d.s);

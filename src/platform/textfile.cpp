@@ -1,8 +1,10 @@
 #include "platform/textfile.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <cstring>
+#include <iterator>
 #include <memory>
 #include <new>
 
@@ -33,10 +35,23 @@ std::FILE* open_translating(const char* path, const char* mode) {
   return std::fopen(path, mode);
 }
 
-/// Where the target is a device or cannot be asked for, nothing is written beside it.
+bool is_directory(const std::string& path) {
+  const DWORD attributes = GetFileAttributesA(path.c_str());
+  return attributes != INVALID_FILE_ATTRIBUTES && attributes & FILE_ATTRIBUTE_DIRECTORY;
+}
+
+/// A device has attributes like a file's, or none: only an open one tells.
+bool is_device(const std::string& path) {
+  constexpr DWORD kShared = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+  const HANDLE file = CreateFileA(path.c_str(), 0, kShared, nullptr, OPEN_EXISTING, 0, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return false;
+  const DWORD type = GetFileType(file);
+  CloseHandle(file);
+  return type != FILE_TYPE_DISK;
+}
+
 bool is_replaceable(const std::string& target) {
-  const DWORD attributes = GetFileAttributesA(target.c_str());
-  return attributes == INVALID_FILE_ATTRIBUTES || !(attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_DEVICE));
+  return !is_directory(target) && !is_device(target);
 }
 
 bool is_writable(const std::string& target) {
@@ -48,9 +63,17 @@ std::string resolved(const char* path) {
   return path;
 }
 
+/// Creates a file that must not exist yet.
 std::FILE* create_new(const std::string& path, const std::string&) {
   const int fd = _open(path.c_str(), _O_WRONLY | _O_CREAT | _O_EXCL | _O_BINARY, _S_IREAD | _S_IWRITE);
   return fd < 0 ? nullptr : _fdopen(fd, "wb");
+}
+
+/// Whether no file may ever be made where making one has just failed. What is too long can be "not found".
+bool is_refusal() {
+  constexpr unsigned long kRefusals[] = {ERROR_ACCESS_DENIED, ERROR_WRITE_PROTECT,  ERROR_FILENAME_EXCED_RANGE,
+                                         ERROR_INVALID_NAME,  ERROR_FILE_NOT_FOUND, ERROR_PATH_NOT_FOUND};
+  return std::find(std::begin(kRefusals), std::end(kRefusals), _doserrno) != std::end(kRefusals);
 }
 
 int process_id() {
@@ -173,6 +196,11 @@ std::FILE* create_new(const std::string& path, const std::string& model) {
   return ::fdopen(fd, "wb");
 }
 
+/// Whether no file may ever be made where making one has just failed.
+bool is_refusal() {
+  return errno == EACCES || errno == EPERM || errno == EROFS || errno == ENAMETOOLONG;
+}
+
 int process_id() {
   return static_cast<int>(::getpid());
 }
@@ -187,12 +215,6 @@ bool replace_file(const std::string& from, const std::string& to) {
 std::string temporary_name(const std::string& target) {
   static std::atomic<unsigned> count{0};
   return target + '.' + std::to_string(process_id()) + '-' + std::to_string(count++) + ".tmp";
-}
-
-/// Whether no file may ever be made there. A disk that is full or a table that overflows is none: writing in place
-/// would lose the old file.
-bool is_refusal(int error) {
-  return error == EACCES || error == EPERM || error == EROFS || error == ENAMETOOLONG;
 }
 
 std::FILE* open_binary(const char* path, const char* mode) {
@@ -248,7 +270,8 @@ SavedFile::SavedFile(const char* path) : target_(resolved(path)) {
     } while (!file_ && errno == EEXIST);
     if (file_) return;
     beside_.clear();
-    if (!is_refusal(errno)) return;
+    // A disk that is full or a table that overflows refuses nothing for ever: writing in place would lose the old file.
+    if (!is_refusal()) return;
   }
   file_ = std::fopen(target_.c_str(), "wb");
 }

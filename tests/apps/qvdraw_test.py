@@ -1,4 +1,4 @@
-"""Runs qvdraw as a user would, and lets other programs judge its drawings."""
+"""Runs qvdraw as a user would, and lets other programs judge its drawings: qvdraw_test.py [EMULATOR] QVDRAW"""
 
 import json
 import os
@@ -10,11 +10,16 @@ import tempfile
 import unittest
 import zlib
 
-QVDRAW = sys.argv.pop(1)
+QVDRAW = sys.argv[1:]
+del sys.argv[1:]
+# The kinds of pictures, and how their files begin.
+PICTURES = {".png": b"\x89PNG", ".svg": b"<?xml", ".pdf": b"%PDF"}
+if QVDRAW[-1].endswith(".exe"):
+    PICTURES = {".png": b"\x89PNG", ".emf": b"\x01\0\0\0"}
 
 
 def run(*words):
-    return subprocess.run([QVDRAW, *words], capture_output=True, text=True, timeout=120)
+    return subprocess.run([*QVDRAW, *words], capture_output=True, text=True, timeout=120)
 
 
 def pixels(path):
@@ -68,9 +73,8 @@ class Demo(unittest.TestCase):
     def test_every_drawing_comes_in_every_form(self):
         self.assertEqual((self.result.returncode, self.result.stderr), (0, ""))
         self.assertTrue(self.drawings)
-        starts = {".png": b"\x89PNG", ".svg": b"<?xml", ".pdf": b"%PDF"}
         for drawing in self.drawings:
-            for ending, start in starts.items():
+            for ending, start in PICTURES.items():
                 with open(drawing[:-4] + ending, "rb") as file:
                     self.assertEqual(file.read(len(start)), start)
 
@@ -111,8 +115,8 @@ class Demo(unittest.TestCase):
             ["--view", "30,45"],
             ["--background", "black", "--size", "320x200"],
         ):
-            for ending in ("png", "svg", "pdf"):
-                out = os.path.join(self.out, "view." + ending)
+            for ending in PICTURES:
+                out = os.path.join(self.out, "view" + ending)
                 result = run("render", drawing, "-o", out, *options)
                 self.assertEqual((result.returncode, result.stderr), (0, ""))
                 self.assertGreater(os.path.getsize(out), 100)
@@ -131,8 +135,8 @@ class Demo(unittest.TestCase):
         import ezdxf
 
         for name in (os.path.join(slides, "DOOR.SLD"), library[:-4] + ".door"):
-            for ending in ("png", "svg", "pdf", "dxf", "scr"):
-                out = os.path.join(self.out, "slide." + ending)
+            for ending in (*PICTURES, ".dxf", ".scr"):
+                out = os.path.join(self.out, "slide" + ending)
                 result = run("slide", name, "-o", out)
                 self.assertEqual((result.returncode, result.stderr), (0, ""))
                 self.assertGreater(os.path.getsize(out), 100)

@@ -3,12 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <filesystem>
 
 #include "cadformats/shx.h"
 #include "support/temporary_directory.h"
 
 #if !defined(_WIN32)
 #include <sys/wait.h>
+#endif
 
 namespace {
 
@@ -20,10 +22,16 @@ struct Result {
 };
 
 Result run(const TemporaryDirectory& directory, const std::string& arguments) {
-  const std::string errors = directory.path("errors");
-  const std::string command = "cd '" + directory.prefix() + "' && " QV_SHPC " " + arguments + " 2>errors";
-  const int status = std::system(command.c_str());
-  return {WEXITSTATUS(status), directory.read("errors")};
+  const std::string program = '"' + std::filesystem::absolute(QV_SHPC).make_preferred().string() + '"';
+  const std::string rest = " && " + program + ' ' + arguments + " 2>errors";
+#if defined(_WIN32)
+  const int code = std::system(("cd /d \"" + directory.prefix() + '"' + rest).c_str());
+#else
+  const int code = WEXITSTATUS(std::system(("cd '" + directory.prefix() + '\'' + rest).c_str()));
+#endif
+  std::string errors = directory.read("errors");
+  std::erase(errors, '\r');
+  return {code, errors};
 }
 
 Result compile(const TemporaryDirectory& directory, const std::string& source, const std::string& options = "") {
@@ -112,4 +120,3 @@ TEST(ShapeCompiler, TellsBadUsageFromFailure) {
 }
 
 }  // namespace
-#endif

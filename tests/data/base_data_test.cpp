@@ -4,6 +4,7 @@
 
 #include "data/captions.h"
 #include "platform/textfile.h"
+#include "support/full_disk.h"
 #include "support/recording_host.h"
 #include "support/temporary_directory.h"
 
@@ -110,12 +111,11 @@ TEST_F(BaseData, RemovesItsResultFiles) {
   EXPECT_TRUE(host.boxes.empty());
 }
 
-#if defined(__linux__)
 TEST_F(BaseData, ReportsAFullDisk) {
-  std::FILE* const file = std::fopen("/dev/full", "w");
+  QV_NEEDS_FULL_DISK();
+  std::FILE* const file = std::fopen(qvtest::kFullDisk, "w");
   EXPECT_EQ(CQvBaseData().SaveData(file), 0);
   std::fclose(file);
 }
-#endif
 
 }  // namespace

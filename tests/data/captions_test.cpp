@@ -1,14 +1,26 @@
-#if !defined(_WIN32)
-
 #include <gtest/gtest.h>
-#include <iconv.h>
 
 #include <cstdlib>
 #include <fstream>
 #include <string>
 
+#if defined(_WIN32)
+#include <windows.h>
+#else
+#include <iconv.h>
+#endif
+
 namespace {
 
+#if defined(_WIN32)
+std::string to_utf8(const std::string& gbk) {
+  wchar_t wide[256];
+  char out[512];
+  const int n = MultiByteToWideChar(936, MB_ERR_INVALID_CHARS, gbk.data(), static_cast<int>(gbk.size()), wide, 256);
+  const int bytes = WideCharToMultiByte(CP_UTF8, 0, wide, n, out, sizeof out, nullptr, nullptr);
+  return n > 0 ? std::string(out, static_cast<std::size_t>(bytes)) : "not GBK";
+}
+#else
 std::string to_utf8(std::string gbk) {
   const iconv_t converter = iconv_open("UTF-8", "GBK");
   char out[512];
@@ -18,6 +30,7 @@ std::string to_utf8(std::string gbk) {
   iconv_close(converter);
   return good ? std::string(out, to) : "not GBK";
 }
+#endif
 
 /// What the string literals of a line say; the only escapes are \xNN.
 std::string literals(const std::string& line) {
@@ -62,5 +75,3 @@ TEST(Captions, SayWhatTheirCommentsSay) {
 }
 
 }  // namespace
-
-#endif

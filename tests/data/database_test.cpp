@@ -2,6 +2,7 @@
 
 #include "data/database_file.h"
 #include "platform/numbers.h"
+#include "support/full_disk.h"
 #include "support/recording_host.h"
 #include "support/temporary_directory.h"
 
@@ -264,9 +265,12 @@ TEST_F(Database, ReportsWhatCannotBeWritten) {
   EXPECT_EQ(QV_ERROR_CODE, 301);
   EXPECT_EQ(file.Close_File(), 0);
   EXPECT_EQ(QV_OpenFileNum, 0);
-#if defined(__linux__)
+}
+
+TEST_F(Database, ReportsAFullDisk) {
+  QV_NEEDS_FULL_DISK();
   const CString before = G_strWorkPath;
-  G_strWorkPath = "/dev/";
+  G_strWorkPath = qvtest::kDevices;
   ASSERT_EQ(file.Open_File("full", File::IO_WRITE), 1);
   file.Begin_Segment("S");
   int written = 1;
@@ -276,7 +280,6 @@ TEST_F(Database, ReportsWhatCannotBeWritten) {
   ASSERT_EQ(file.Open_File("full", File::IO_WRITE), 1);
   EXPECT_EQ(file.Close_File(), 0) << "or at the end";
   G_strWorkPath = before;
-#endif
 }
 
 TEST_F(Database, ChecksItself) {

@@ -5,6 +5,7 @@
 
 #include "dxf/drawings.h"
 #include "platform/text.h"
+#include "support/full_disk.h"
 #include "support/recording_host.h"
 
 using qvtest::on_disk;
@@ -233,16 +234,20 @@ TEST(DxfWriting, AFileIsReplacedOnlyByACompleteOne) {
   EXPECT_EQ(file.New(directory.path("open.dxf").c_str()), 1);
   EXPECT_EQ(file.Write_MemDxf_To_File(directory.path("other.dxf").c_str()), 0);
   EXPECT_FALSE(directory.has("other.dxf"));
-#if defined(__linux__)
+}
+
+TEST(DxfWriting, AFullDiskIsReported) {
+  QV_NEEDS_FULL_DISK();
+  DXF dxf;
+  dxf.New_MemDxf();
   for (int i = 0; i < 20000; ++i) dxf.Write_Line(0, 0, 0, 1, 1, 0, "0", "1", "BYLAYER");
-  EXPECT_EQ(dxf.Write_MemDxf_To_File("/dev/full"), 0);
+  EXPECT_EQ(dxf.Write_MemDxf_To_File(qvtest::kFullDisk), 0);
   DXF full;
-  ASSERT_EQ(full.New("/dev/full"), 1);
+  ASSERT_EQ(full.New(qvtest::kFullDisk), 1);
   int written = 0;
   while (written < 100000 && full.Write_Line(0, 0, 0, 1, 1, 0, "0", "1", "BYLAYER")) ++written;
   EXPECT_LT(written, 100000);
   EXPECT_EQ(full.Close(), 0);
-#endif
 }
 
 TEST(DxfWriting, AClosedDocumentFindsNothing) {

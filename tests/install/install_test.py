@@ -1,4 +1,8 @@
-"""Installs the library and builds README.md's example on it, found by CMake and by pkg-config."""
+"""Installs the library and builds README.md's example on it, found by CMake and by pkg-config.
+
+install_test.py SOURCE BUILD [SYSTEM COMPILER EMULATOR]: for another system, the example is built by its compiler and run
+by the emulator, beside the installed DLLs.
+"""
 
 import os
 import re
@@ -8,6 +12,7 @@ import sys
 import tempfile
 
 source, build = sys.argv[1:3]
+system, compiler, emulator = sys.argv[3:] or (None, None, None)
 
 
 def run(*words, **options):
@@ -28,12 +33,14 @@ with tempfile.TemporaryDirectory() as directory:
             "cmake_minimum_required(VERSION 3.22)\nproject(example CXX)\nfind_package(qvtools REQUIRED)\n"
             "add_executable(example main.cpp)\ntarget_link_libraries(example qvtools::qvtools)\n"
         )
-    run("cmake", "-S", example, "-B", example + "/build", "-DCMAKE_PREFIX_PATH=" + prefix)
+    cross = [f"-DCMAKE_SYSTEM_NAME={system}", f"-DCMAKE_CXX_COMPILER={compiler}"] if system else []
+    run("cmake", "-S", example, "-B", example + "/build", "-DCMAKE_PREFIX_PATH=" + prefix, *cross)
     run("cmake", "--build", example + "/build")
-    run(example + "/build/example", cwd=example)
-    assert os.path.getsize(example + "/beam.dxf") > 1000
+    place = prefix + "/bin" if system else example
+    run(*([emulator, example + "/build/example.exe"] if system else [example + "/build/example"]), cwd=place)
+    assert os.path.getsize(place + "/beam.dxf") > 1000
 
-    if shutil.which("pkg-config"):
+    if shutil.which("pkg-config") and not system:
         libraries = next(root for root, _, files in os.walk(prefix) if "qvtools.pc" in files)
         flags = subprocess.run(
             ["pkg-config", "--define-variable=prefix=" + prefix, "--cflags", "--libs", "qvtools"],

@@ -5,6 +5,10 @@
 #include <cstdlib>
 #include <optional>
 
+#if defined(_WIN32)
+#include <windows.h>
+#endif
+
 namespace {
 
 TEST(ConsoleHost, KeepsTheMessageWindowAsText) {
@@ -29,11 +33,15 @@ TEST(ConsoleHost, IsTheHostWhenNoneIsInstalled) {
   EXPECT_EQ(qv::CurrentHost().ScreenSize(), CSize(1920, 1080));
 }
 
-#if !defined(_WIN32)
 TEST(ConsoleHost, PrintsBoxesInTheTerminalsEncoding) {
+#if defined(_WIN32)
+  const UINT before = GetConsoleOutputCP();
+  SetConsoleOutputCP(CP_UTF8);
+#else
   const char* const before = std::getenv("LC_ALL");
   const std::optional<std::string> kept = before ? std::optional<std::string>(before) : std::nullopt;
   setenv("LC_ALL", "C.UTF-8", 1);
+#endif
   testing::internal::CaptureStderr();
   qv::ConsoleHost host;
   EXPECT_EQ(host.ShowBox("\xD6\xD0\xCE\xC4 \x82"
@@ -42,8 +50,11 @@ TEST(ConsoleHost, PrintsBoxesInTheTerminalsEncoding) {
             qv::Answer::Ok);
   host.ShowBox("plain", qv::BoxKind::Plain);
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "error: 中文 ?8\nplain\n");
+#if defined(_WIN32)
+  SetConsoleOutputCP(before);
+#else
   kept ? setenv("LC_ALL", kept->c_str(), 1) : unsetenv("LC_ALL");
-}
 #endif
+}
 
 }  // namespace

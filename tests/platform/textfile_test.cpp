@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "platform/filesystem.h"
+#include "support/full_disk.h"
 #include "support/temporary_directory.h"
 
 namespace {
@@ -101,6 +102,7 @@ TEST(SavedFile, FailsWhereNothingCanBeWritten) {
 }
 
 #if !defined(_WIN32)
+// Windows has no such permissions, and grants links to administrators only.
 TEST(SavedFile, KeepsLinksAndPermissions) {
   namespace fs = std::filesystem;
   const TemporaryDirectory directory;
@@ -114,20 +116,20 @@ TEST(SavedFile, KeepsLinksAndPermissions) {
   EXPECT_EQ(directory.read("real.txt"), "new");
   EXPECT_EQ(fs::status(path).permissions(), fs::perms(0640));
 }
+#endif
 
 TEST(SavedFile, ReportsAFullDisk) {
-  if (!std::filesystem::exists("/dev/full")) GTEST_SKIP() << "no device that is full here";
-  qv::SavedFile few("/dev/full");
+  QV_NEEDS_FULL_DISK();
+  qv::SavedFile few(qvtest::kFullDisk);
   ASSERT_TRUE(few.is_open());
   few.write("x", 1);
   EXPECT_FALSE(few.commit());
-  qv::SavedFile many("/dev/full");
+  qv::SavedFile many(qvtest::kFullDisk);
   const std::string block(1 << 20, 'x');
   EXPECT_FALSE(many.write(block.data(), block.size()));
   EXPECT_FALSE(many.write("x", 1));
   EXPECT_FALSE(many.commit());
 }
-#endif
 
 TEST(Filesystem, MatchesPatterns) {
   const struct {

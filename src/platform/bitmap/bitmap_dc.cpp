@@ -55,7 +55,7 @@ struct Steps {
     if (from == 0) return static_cast<std::ptrdiff_t>(start.y) * stride + start.x;
     const auto k = static_cast<std::int64_t>(from), q = static_cast<std::int64_t>((from * minor + half) / major);
     const std::int64_t x = x_major ? k : q, y = x_major ? q : k;
-    return (start.y + (y_back ? -y : y)) * stride + start.x + (x_back ? -x : x);
+    return static_cast<std::ptrdiff_t>((start.y + (y_back ? -y : y)) * stride + start.x + (x_back ? -x : x));
   }
 
   // Cuts to the pixels that lie in the bitmap; false when none is left.

@@ -6,6 +6,8 @@
 #if defined(_WIN32)
 #include <io.h>
 #include <windows.h>
+
+#include "platform/win32/gbk_text.h"
 #else
 #include <iconv.h>
 #include <langinfo.h>
@@ -17,16 +19,6 @@ namespace qv {
 namespace {
 
 #if defined(_WIN32)
-
-constexpr UINT kGbk = 936;
-
-std::wstring widened(const std::string& text) {
-  const int length = static_cast<int>(text.size());
-  std::wstring wide(text.size(), L'\0');
-  const int n = length ? MultiByteToWideChar(kGbk, 0, text.data(), length, wide.data(), length) : 0;
-  wide.resize(static_cast<std::size_t>(n));
-  return wide;
-}
 
 std::string narrowed(const std::wstring& wide, UINT page) {
   const int length = static_cast<int>(wide.size());
@@ -74,7 +66,7 @@ std::string converted(const std::string& text, iconv_t converter) {
 #if defined(_WIN32)
 
 void print_to_terminal(const std::string& text) {
-  const std::wstring wide = widened(text);
+  const std::wstring wide = wide_of(text.c_str());
   const HANDLE console = GetStdHandle(STD_ERROR_HANDLE);
   DWORD mode = 0;
   DWORD written = 0;

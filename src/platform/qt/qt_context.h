@@ -2,10 +2,11 @@
 
 /// A device context on a QPainter: images, SVG, PDF and other printers, recorded pictures.
 ///
-/// Pens are one pixel wide and nothing is smoothed. On an image a line leaves out its last pixel, as everywhere; on a
-/// vector device, which has no pixels, it runs to its end, and lines that join are handed on as one path, so that
-/// corners close and files stay small. A line of no length draws nothing on either. Raster operations other than
-/// R2_COPYPEN need a device that has them (images do); elsewhere they draw as R2_COPYPEN.
+/// Nothing is smoothed. On an image lines and fills set the pixels that `BitmapContext` sets, but for the border of a
+/// wide pen and, on long lines, a pixel almost half way between two. On a vector device, which has no pixels, a line
+/// runs to its end, and lines that join are handed on as one path, so that corners close and files stay small. A line
+/// of no length draws nothing on either. Raster operations other than R2_COPYPEN need a device that has them (images
+/// do); elsewhere they draw as R2_COPYPEN.
 
 #include <QtGui/QPainter>
 #include <QtGui/QPainterPath>
@@ -25,7 +26,7 @@ class QtContext : public CDC {
   /// Hands on what is left.
   ~QtContext() override;
 
-  void MoveTo(int x, int y) override { position_ = {x, y}; }
+  void MoveTo(int x, int y) override;
   void LineTo(int x, int y) override;
   void SetPixel(int x, int y, COLORREF color) override;
   void FillRgn(const CRgn& region, const CBrush& brush) override;
@@ -35,6 +36,7 @@ class QtContext : public CDC {
 
  private:
   void PenChanged() override;
+  void draw_on_pixels(CPoint from, CPoint to);
   /// Draws the lines that have been collected with the pen that they were drawn with.
   void flush();
 
@@ -42,6 +44,8 @@ class QtContext : public CDC {
   Target target_;
   CSize resolution_;
   CPoint position_;
+  QPen pen_;
+  double phase_ = 0;  // how far the lines on an image have come in the pen's pattern
   CPoint pathEnd_;
   QPainterPath path_;
   bool hasRasterOps_;

@@ -1,0 +1,52 @@
+// The programs on Qt.
+
+#include <QtCore/QCoreApplication>
+
+#include "common/picture_file.h"
+#include "common/system.h"
+#include "platform/qt/qt_output.h"
+#include "platform/qt/qt_text.h"
+
+namespace qvapps {
+
+struct System::Parts {
+  QCoreApplication application;
+  Parts(int& argc, char** argv) : application(argc, argv) {}
+};
+
+System::System(int& argc, char** argv) : parts_(std::make_unique<Parts>(argc, argv)) {}
+System::~System() = default;
+
+std::string System::program_directory() const {
+  return QCoreApplication::applicationDirPath().toStdString();
+}
+
+std::string to_utf8(const char* text) {
+  return qv::from_gbk(text).toStdString();
+}
+
+std::span<const PictureFormat> picture_formats() {
+  static constexpr int kPdfDotsPerInch = 300;
+  static constexpr PictureFormat kFormats[] = {
+      {".png", PictureKind::Png,
+       [](const std::string& path, CSize size, COLORREF background, const Draw& draw) {
+         qv::BitmapContext bitmap(size.cx, size.cy, background);
+         draw(bitmap);
+         return qv::save_png(bitmap, path);
+       }},
+      {".svg", PictureKind::Svg,
+       [](const std::string& path, CSize size, COLORREF background, const Draw& draw) {
+         return qv::save_svg(path, size, [&](CDC& dc) {
+           fill_background(dc, size, background);
+           draw(dc);
+         });
+       }},
+      {".pdf", PictureKind::Pdf,
+       [](const std::string& path, CSize size, COLORREF, const Draw& draw) {
+         return qv::save_pdf(path, size, kPdfDotsPerInch, draw);
+       }},
+  };
+  return kFormats;
+}
+
+}  // namespace qvapps

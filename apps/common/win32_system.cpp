@@ -1,0 +1,59 @@
+// The programs on Windows.
+
+#include <windows.h>
+
+#include "common/picture_file.h"
+#include "common/system.h"
+#include "platform/win32/gbk_text.h"
+#include "platform/win32/gdi_output.h"
+
+namespace qvapps {
+
+struct System::Parts {
+  UINT outputPage = GetConsoleOutputCP();
+};
+
+System::System(int&, char**) : parts_(std::make_unique<Parts>()) {
+  SetConsoleOutputCP(CP_UTF8);
+}
+
+System::~System() {
+  SetConsoleOutputCP(parts_->outputPage);
+}
+
+std::string System::program_directory() const {
+  std::string path(MAX_PATH, '\0');
+  path.resize(GetModuleFileNameA(nullptr, path.data(), MAX_PATH));
+  return path.substr(0, path.find_last_of("\\/"));
+}
+
+std::string to_utf8(const char* text) {
+  const std::wstring wide = qv::wide_of(text);
+  const int length = static_cast<int>(wide.size());
+  std::string utf8(wide.size() * 3, '\0');
+  const int room = static_cast<int>(utf8.size());
+  const int n = length ? WideCharToMultiByte(CP_UTF8, 0, wide.data(), length, utf8.data(), room, nullptr, nullptr) : 0;
+  utf8.resize(static_cast<std::size_t>(n));
+  return utf8;
+}
+
+std::span<const PictureFormat> picture_formats() {
+  static constexpr PictureFormat kFormats[] = {
+      {".png", PictureKind::Png,
+       [](const std::string& path, CSize size, COLORREF background, const Draw& draw) {
+         qv::BitmapContext bitmap(size.cx, size.cy, background);
+         draw(bitmap);
+         return qv::save_png(bitmap, path);
+       }},
+      {".emf", PictureKind::Emf,
+       [](const std::string& path, CSize size, COLORREF background, const Draw& draw) {
+         return qv::save_emf(path, size, [&](CDC& dc) {
+           fill_background(dc, size, background);
+           draw(dc);
+         });
+       }},
+  };
+  return kFormats;
+}
+
+}  // namespace qvapps

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "canvas.h"
+#include "model/captions.h"
+
+namespace qvview32 {
+
+/// The viewer's window: its menu, its pointer and keys, and the one view.
+class Viewer : public qvview::View::Listener {
+ public:
+  /// Makes and shows the window. Null when Windows refuses it.
+  static std::unique_ptr<Viewer> Create(qvview::Language language);
+  ~Viewer() override;
+  Viewer(const Viewer&) = delete;
+  Viewer& operator=(const Viewer&) = delete;
+
+  /// Opens a drawing, or says why it cannot.
+  void Open(const std::wstring& path);
+  HWND Window() const { return window_; }
+  /// The keys of the commands.
+  HACCEL Keys() const { return keys_; }
+
+  void on_view_changed() override {}
+  void on_picks_changed() override { show_title(); }
+  void on_mode_changed() override { show_pointer(); }
+
+ private:
+  struct Command;
+  static const Command kCommands[];
+
+  explicit Viewer(qvview::Language language) : language_(language) {}
+  static LRESULT CALLBACK window_proc(HWND window, UINT message, WPARAM w, LPARAM l);
+  bool create();
+  HMENU make_menu() const;
+  void make_keys();
+  LRESULT handle(UINT message, WPARAM w, LPARAM l);
+  bool handle_pointer(UINT message, WPARAM w, CPoint point);
+  void wheel(WPARAM w, CPoint point);
+  void paint();
+
+  void ask_for_drawing();
+  void reload();
+  void save_picture();
+  void print();
+  void toggle_background();
+  void set_mode(qvview::Mode mode);
+  void show_title();
+  void show_pointer();
+  void complain(qvview::Text text, const std::wstring& name, const std::wstring& why = L"");
+  std::wstring words(qvview::Text text) const;
+
+  qvview::Language language_;
+  HWND window_ = nullptr;
+  HACCEL keys_ = nullptr;
+  std::optional<Canvas> canvas_;
+  std::unique_ptr<qvview::View> view_;
+  std::wstring path_;
+  DWORD lastWheel_ = 0;
+};
+
+}  // namespace qvview32
