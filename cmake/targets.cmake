@@ -9,6 +9,10 @@ function(qvtools_target target)
     target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror -ffp-contract=off)
     # One compiler counts changes of sign among conversions, the other does not.
     target_compile_options(${target} PRIVATE -Wno-sign-conversion)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+      # Exported functions are the library's own for its own calls, so that they can be inlined.
+      target_compile_options(${target} PRIVATE -fno-semantic-interposition)
+    endif()
     if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
       # GCC 12 sees overlaps in the joining of texts that are not there.
       target_compile_options(${target} PRIVATE -Wno-restrict)

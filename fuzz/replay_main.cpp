@@ -1,4 +1,5 @@
-// Feeds every file of the named folder to the fuzz target that this is linked with, and each file cut at a few places.
+// Feeds every file of the named folder to the fuzz target that this is linked with, and each file cut, and with a byte
+// changed, at a few places.
 
 #include <cstddef>
 #include <cstdint>
@@ -18,6 +19,9 @@ int main(int argc, char** argv) {
     const std::size_t step = bytes.size() / 64 + 1;
     for (std::size_t cut = 0; cut < bytes.size(); cut += step) {
       LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size() - cut);
+      std::string changed = bytes;
+      changed[cut] = static_cast<char>(changed[cut] ^ 0x15);
+      LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(changed.data()), changed.size());
     }
     ++files;
   }

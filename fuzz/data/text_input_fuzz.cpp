@@ -8,21 +8,14 @@
 #include <cstring>
 #include <string>
 
+#include "../harness.h"
 #include "data/services.h"
-#include "platform/console/console_host.h"
-#include "platform/host.h"
 #include "platform/numbers.h"
 #include "platform/text.h"
 
 namespace {
 
-void require(bool condition) {
-  if (!condition) __builtin_trap();
-}
-
-struct QuietHost : qv::ConsoleHost {
-  qv::Answer ShowBox(const char*, qv::BoxKind) override { return qv::Answer::Ok; }
-};
+using qvfuzz::require;
 
 void read_fields(const std::string& text) {
   int i = 0;
@@ -89,7 +82,7 @@ void cut_texts(const std::string& text) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  static QuietHost host;
+  static qvfuzz::QuietHost host;
   qv::SetHost(&host);
   const std::string text(reinterpret_cast<const char*>(data), strnlen(reinterpret_cast<const char*>(data), size));
   read_fields(text);

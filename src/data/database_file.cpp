@@ -1,7 +1,6 @@
 #include "data/database_file.h"
 
 #include <algorithm>
-#include <climits>
 #include <cstdarg>
 #include <cstring>
 
@@ -11,29 +10,75 @@
 
 namespace {
 
-constexpr std::size_t kBlock = 1 << 18;
 constexpr std::size_t kLine = 2048;
 constexpr std::size_t kLongestKey = 999;
-constexpr std::string_view kSeparator = " = ";
 constexpr std::size_t kLongestLiteral = 999;
-// Positions have 12 places in the trailer and are seeked to by a long.
-constexpr std::int64_t kLastPosition = std::min<std::int64_t>(999999999999, LONG_MAX);
+constexpr std::string_view kSeparator = " = ";
+constexpr std::string_view kLineEnd = "\r\n";
+
+// The key, the separator, and the value before it is cut, with a CR more for each line feed.
+static_assert(kLongestKey + kSeparator.size() + 2 * kLine < qv::detail::BlockWriter::kRoom);
+
+/// Copies the first and the last bytes of a text that fill a word; together they are all of it.
+template <class Word>
+void copy_ends(char* to, std::string_view text) {
+  std::memcpy(to, text.data(), sizeof(Word));
+  std::memcpy(to + text.size() - sizeof(Word), text.data() + text.size() - sizeof(Word), sizeof(Word));
+}
+
+/// Copies a text and returns its end. Most are short, and not worth a call.
+char* append(char* to, std::string_view text) {
+  const std::size_t n = text.size();
+  if (n >= 8 && n <= 16) {
+    copy_ends<std::uint64_t>(to, text);
+  } else if (n >= 4 && n < 8) {
+    copy_ends<std::uint32_t>(to, text);
+  } else {
+    std::memcpy(to, text.data(), n);
+  }
+  return to + n;
+}
+
+/// The head of a text that is at most `limit` bytes and ends between characters.
+std::string_view cut(std::string_view text, std::size_t limit) {
+  return text.size() > limit ? text.substr(0, qv::cut_length(text.data(), limit)) : text;
+}
+
+/// Puts a CR in front of each line feed; returns the new end.
+char* add_carriage_returns(char* text, char* end) {
+  // Byte by byte: whole words would wait for the narrower stores that have just written the text.
+  if (std::find(text, end, '\n') == end) return end;
+  char* const newEnd = end + std::count(text, end, '\n');
+  for (char* to = newEnd; to != end;) {
+    *--to = *--end;
+    if (*to == '\n') *--to = '\r';
+  }
+  return newEnd;
+}
 
 std::size_t without_line_feeds(const char* text, std::size_t length) {
   for (int i = 0; i < 3 && length > 0 && text[length - 1] == '\n'; ++i) --length;
   return length;
 }
 
-/// The head of a text that is at most `limit` bytes and ends between characters.
-std::string_view cut(std::string_view text, std::size_t limit) {
-  if (text.size() <= limit) return text;
+/// Copies a literal with its percent signs doubled, cut at `kLongestLiteral` bytes; returns the length.
+std::size_t double_percents(char* out, const char* text) {
   std::size_t length = 0;
-  for (std::size_t n; (n = qv::char_length(text.data() + length)) != 0 && length + n <= limit;) length += n;
-  return text.substr(0, length);
+  for (std::size_t n; (n = qv::char_length(text)) != 0; text += n) {
+    const std::string_view piece = *text == '%' ? std::string_view("%%") : std::string_view(text, n);
+    if (length + piece.size() > kLongestLiteral) break;
+    append(out + length, piece);
+    length += piece.size();
+  }
+  return length;
 }
 
-bool is_name(const char* name) {
-  return *name && !std::strpbrk(name, "\r\n") && std::strncmp(name, "##", 2) != 0;
+char* put_position(char* out, std::int64_t position) {
+  return qv::detail::put_unsigned_wide(out, static_cast<std::uint64_t>(position));
+}
+
+bool is_name(std::string_view name) {
+  return !name.empty() && name.find('\r') == name.npos && name.find('\n') == name.npos && !name.starts_with("##");
 }
 
 }  // namespace
@@ -49,14 +94,12 @@ int CDataBaseFile::Open_File(const char* name, IO_MODE mode) {
   Clear_Map();
   m_Mode = mode;
   m_bSegment = false;
-  m_bGood = true;
-  m_Block.clear();
-  m_nFlushed = m_nSize = m_nPosition = 0;
+  m_nPosition = 0;
   // Both modes are binary: line ends are written here, so that positions are known without asking the stream.
   m_pFile = mode == IO_READ ? open_file_no_comment(name, "rb") : open_file(name, "wb");
   if (!m_pFile) return 0;
   if (mode == IO_READ) return Read_Index();
-  m_Block.reserve(kBlock + 2 * kLine);
+  m_Writer.attach(m_pFile);
   return 1;
 }
 
@@ -72,53 +115,44 @@ int CDataBaseFile::Close_File() {
 
 void CDataBaseFile::Clear_Map() {
   m_Segments.clear();
-  clear_items();
-}
-
-void CDataBaseFile::clear_items() {
   m_Items.clear();
-  m_Values.clear();
 }
 
-void CDataBaseFile::flush() {
-  if (m_bGood && std::fwrite(m_Block.data(), 1, m_Block.size(), m_pFile) != m_Block.size()) m_bGood = false;
-  m_nFlushed += static_cast<std::int64_t>(m_Block.size());
-  m_Block.clear();
-  if (m_nFlushed > kLastPosition) m_bGood = false;
-}
-
-void CDataBaseFile::put_line(const char* text, std::size_t length) {
-  const char* const end = text + length;
-  while (const void* const feed = std::memchr(text, '\n', static_cast<std::size_t>(end - text))) {
-    m_Block.append(text, static_cast<const char*>(feed)).append("\r\n");
-    text = static_cast<const char*>(feed) + 1;
+void CDataBaseFile::put_line(std::string_view text) {
+  for (std::size_t feed; (feed = text.find('\n')) != text.npos; text.remove_prefix(feed + 1)) {
+    m_Writer.put(text.substr(0, feed));
+    m_Writer.put(kLineEnd);
   }
-  m_Block.append(text, end).append("\r\n");
-  if (m_Block.size() >= kBlock) flush();
+  m_Writer.put(text);
+  m_Writer.put(kLineEnd);
 }
 
-void CDataBaseFile::put_pair(std::string_view key, std::string_view value) {
+/// Writes the line of an item. Its value is what `put_value` puts at an address, at most `kValueSize` bytes, and
+/// returns the length of.
+template <class PutValue>
+void CDataBaseFile::put_item(std::string_view key, const PutValue& put_value) {
   key = cut(key, kLongestKey);
-  value = cut(value, kLine - 2 - kSeparator.size() - key.size());
-  m_Block.append(key).append(kSeparator);
-  put_line(value.data(), value.size());
+  char* const value = append(append(m_Writer.room(), key), kSeparator);
+  const std::size_t length = put_value(value);
+  const std::size_t taken = cut({value, length}, kLine - 2 - kSeparator.size() - key.size()).size();
+  m_Writer.take(append(add_carriage_returns(value, value + taken), kLineEnd));
 }
 
 void CDataBaseFile::Write_FileVersion(const char* text) {
-  if (is_writing()) put_line(text, std::strlen(text));
+  if (is_writing()) put_line(text);
 }
 
 void CDataBaseFile::Begin_Segment(const char* format, ...) {
   m_bSegment = false;
   std::va_list arguments;
   va_start(arguments, format);
-  qv::format_list(m_szSegment, sizeof m_szSegment, format, arguments);
+  const int length = qv::format_list(m_szSegment, sizeof m_szSegment, format, arguments);
   va_end(arguments);
-  if (!is_writing() || !is_name(m_szSegment)) return;
-  if (!m_Segments.add(m_szSegment, {position(), position()})) return;
-  clear_items();
-  char line[kNameSize + 8];
-  put_line(line, static_cast<std::size_t>(qv::format_text(line, sizeof line, "[ %s ]", m_szSegment)));
+  const std::string_view name(m_szSegment, static_cast<std::size_t>(length));
+  if (!is_writing() || !is_name(name)) return;
+  if (!m_Segments.add(name, {m_Writer.position(), m_Writer.position()})) return;
+  m_Items.clear();
+  m_Writer.take(append(append(append(append(m_Writer.room(), "[ "), name), " ]"), kLineEnd));
   m_bSegment = true;
 }
 
@@ -128,18 +162,16 @@ void CDataBaseFile::Add_Item(const char* key, const char* format, ...) {
   va_start(arguments, format);
   const int length = qv::format_list(value, sizeof value, format, arguments);
   va_end(arguments);
-  keep_item(key, {value, static_cast<std::size_t>(length)});
-}
-
-void CDataBaseFile::keep_item(std::string_view key, std::string_view value) {
-  if (m_Items.add(key, {m_Values.size(), value.size()})) m_Values.append(value);
+  const std::string_view name = key;
+  const Text text = {m_Items.texts().size() + name.size(), static_cast<std::size_t>(length)};
+  if (m_Items.add(name, text)) m_Items.texts().append(value, text.length);
 }
 
 int CDataBaseFile::Write_Segment() {
   if (!can_write_item()) return 0;
   for (std::size_t i = 0; i < m_Items.size(); ++i) {
     const Text& text = m_Items.value(i);
-    put_pair(m_Items.key(i), std::string_view(m_Values).substr(text.offset, text.length));
+    put_item(m_Items.key(i), [&](char* out) { return m_Items.texts().copy(out, text.length, text.offset); });
   }
   end_segment();
   return status();
@@ -147,26 +179,19 @@ int CDataBaseFile::Write_Segment() {
 
 int CDataBaseFile::Write_Item(const char* key, const char* format, ...) {
   if (!can_write_item()) return 0;
-  char value[kValueSize];
   std::va_list arguments;
   va_start(arguments, format);
-  const int length = qv::format_list(value, sizeof value, format, arguments);
+  put_item(key, [&](char* out) {
+    const int length = qv::format_list(out, kValueSize, format, arguments);
+    return without_line_feeds(out, static_cast<std::size_t>(length));
+  });
   va_end(arguments);
-  put_pair(key, {value, without_line_feeds(value, static_cast<std::size_t>(length))});
   return status();
 }
 
 int CDataBaseFile::Write_Item1(const char* key, const char* value) {
   if (!can_write_item()) return 0;
-  char doubled[kLongestLiteral + 1];
-  std::size_t length = 0;
-  for (std::size_t n; (n = qv::char_length(value)) != 0; value += n) {
-    const std::size_t wanted = *value == '%' ? 2 : n;
-    if (length + wanted > kLongestLiteral) break;
-    std::memcpy(doubled + length, *value == '%' ? "%%" : value, wanted);
-    length += wanted;
-  }
-  put_pair(key, {doubled, without_line_feeds(doubled, length)});
+  put_item(key, [value](char* out) { return without_line_feeds(out, double_percents(out, value)); });
   return status();
 }
 
@@ -177,30 +202,31 @@ int CDataBaseFile::Write_Line(const char* format, ...) {
   va_start(arguments, format);
   const int length = qv::format_list(line, sizeof line, format, arguments);
   va_end(arguments);
-  put_line(line, static_cast<std::size_t>(length));
+  put_line({line, static_cast<std::size_t>(length)});
   return status();
 }
 
 void CDataBaseFile::end_segment() {
-  m_Segments.find(m_szSegment)->end = position();
+  m_Segments.value(m_Segments.size() - 1).end = m_Writer.position();
 }
 
 void CDataBaseFile::End_Segment() {
   if (can_write_item()) end_segment();
 }
 
+void CDataBaseFile::put_index_entry(std::size_t i) {
+  const Range& range = m_Segments.value(i);
+  char* at = append(append(m_Writer.room(), m_Segments.key(i)), kSeparator);
+  at = put_position(at, range.start);
+  *at++ = ' ';
+  m_Writer.take(append(put_position(at, range.end), kLineEnd));
+}
+
 int CDataBaseFile::Write_Index() {
-  const std::int64_t at = position();
-  char line[kNameSize + 64];
-  const auto put = [&](int length) { put_line(line, static_cast<std::size_t>(length)); };
-  put(qv::format_text(line, sizeof line, "[Index]"));
-  for (std::size_t i = 0; i < m_Segments.size(); ++i) {
-    const Range& range = m_Segments.value(i);
-    const std::string name(m_Segments.key(i));
-    put(qv::format_text(line, sizeof line, "%s = %lld %lld", name.c_str(), static_cast<long long>(range.start),
-                        static_cast<long long>(range.end)));
-  }
-  put(qv::format_text(line, sizeof line, "IndexPosition = %12lld", static_cast<long long>(at)));
-  flush();
-  return m_bGood && std::fflush(m_pFile) == 0;
+  char trailer[32];
+  qv::format_text(trailer, sizeof trailer, "IndexPosition = %12lld", static_cast<long long>(m_Writer.position()));
+  put_line("[Index]");
+  for (std::size_t i = 0; i < m_Segments.size(); ++i) put_index_entry(i);
+  put_line(trailer);
+  return m_Writer.flush();
 }

@@ -15,6 +15,7 @@
 #include <string_view>
 #include <vector>
 
+#include "data/file_blocks.h"
 #include "data/key_table.h"
 #include "platform/framework.h"
 
@@ -96,19 +97,17 @@ class QV_API CDataBaseFile : public CObject {
   };
 
   bool is_writing() const { return m_pFile && m_Mode == IO_WRITE; }
+  bool is_reading() const { return m_pFile && m_Mode == IO_READ; }
   bool can_write_item() const { return m_bSegment && is_writing(); }
-  std::int64_t position() const { return m_nFlushed + static_cast<std::int64_t>(m_Block.size()); }
-  int status() const { return m_bGood ? 1 : 0; }
-  void flush();
-  void put_line(const char* text, std::size_t length);
-  void put_pair(std::string_view key, std::string_view value);
+  int status() const { return m_Writer.good() ? 1 : 0; }
+  void put_line(std::string_view text);
+  template <class PutValue>
+  void put_item(std::string_view key, const PutValue& put_value);
+  void put_index_entry(std::size_t i);
   void end_segment();
-  std::string_view view(std::int64_t start, std::int64_t end);
   bool read_trailer(Range& index);
   void read_index_entry(std::string_view line);
-  void read_item(std::string_view line, bool ended);
-  void keep_item(std::string_view key, std::string_view value);
-  void clear_items();
+  void read_item(std::string_view key, std::string_view value, bool ended, bool percents);
   int Write_Index();
   int Read_Index();
   void Clear_Map();
@@ -117,14 +116,11 @@ class QV_API CDataBaseFile : public CObject {
   std::FILE* m_pFile = nullptr;
   IO_MODE m_Mode = IO_READ;
   qv::detail::KeyTable<Range> m_Segments;
-  qv::detail::KeyTable<Text> m_Items;
-  std::string m_Values;  // those of the items, one behind the other
+  qv::detail::KeyTable<Text> m_Items;  // where each value stands among the table's texts
   char m_szItem[kNameSize] = "";
-  bool m_bSegment = false;
-  bool m_bGood = true;           // no write has failed
-  std::string m_Block;           // writing: what is not on disk yet; reading: the part of the file in memory
-  std::int64_t m_nFlushed = 0;   // writing: bytes on disk; reading: where the block begins
-  std::int64_t m_nSize = 0;      // reading: the file's size
+  bool m_bSegment = false;  // the last of the segments is open
+  qv::detail::BlockWriter m_Writer;
+  qv::detail::FileWindow m_Window;
   std::int64_t m_nPosition = 0;  // reading: where the next line would be read
 };
 

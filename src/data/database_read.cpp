@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <charconv>
 #include <cstdarg>
 #include <cstring>
 
@@ -9,9 +8,9 @@
 
 namespace {
 
-constexpr std::int64_t kBlock = 1 << 18;
 constexpr std::int64_t kTrailer = 30;
 constexpr std::int64_t kVersionLine = 289;
+constexpr std::string_view kSeparator = " = ";
 constexpr std::size_t kShortest = 5;
 constexpr std::size_t kLongest = CDataBaseFile::kValueSize - 1;
 
@@ -22,76 +21,109 @@ bool skip_prefix(std::string_view& text, std::string_view prefix) {
 }
 
 void skip_blanks(std::string_view& text) {
-  text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
+  while (text.starts_with(' ')) text.remove_prefix(1);
 }
 
 bool take_offset(std::string_view& text, std::int64_t& value) {
+  constexpr std::int64_t kMost = std::int64_t{1} << 56;
   skip_blanks(text);
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (error != std::errc() || value < 0) return false;
-  text.remove_prefix(static_cast<std::size_t>(end - text.data()));
-  return true;
+  const char* const begin = text.data();
+  const char* const end = begin + text.size();
+  const char* at = begin;
+  for (value = 0; at != end && *at >= '0' && *at <= '9'; ++at) {
+    if (value > kMost) return false;
+    value = value * 10 + (*at - '0');
+  }
+  text.remove_prefix(static_cast<std::size_t>(at - begin));
+  return at != begin;
 }
 
-/// Calls f with each line that is no comment and not too short, without its line end, and whether it had one.
+constexpr std::size_t kNone = std::string_view::npos;
+
+const char* find_byte(const char* begin, const char* end, char c) {
+  const void* const found = std::memchr(begin, c, static_cast<std::size_t>(end - begin));
+  return found ? static_cast<const char*>(found) : end;
+}
+
+/// Where " = " begins in a line, behind a key of at least one byte.
+std::size_t find_separator(std::string_view line) {
+  const char* const end = line.data() + line.size();
+  for (const char* at = line.data() + 2; at + 1 < end; ++at) {
+    at = find_byte(at, end - 1, '=');
+    if (at != end - 1 && at[-1] == ' ' && at[1] == ' ') return static_cast<std::size_t>(at - line.data()) - 1;
+  }
+  return kNone;
+}
+
+/// Calls f with each line that is no comment and not too short.
 template <class F>
 void for_each_line(std::string_view text, const F& f) {
-  while (!text.empty()) {
-    const std::size_t feed = text.find('\n');
-    const bool ended = feed != std::string_view::npos;
-    std::string_view line = text.substr(0, ended ? feed : text.size());
-    text.remove_prefix(line.size() + ended);
-    if (ended && !line.empty() && line.back() == '\r') line.remove_suffix(1);
-    if (line.size() + ended >= kShortest && line.substr(0, 2) != "##") f(line, ended);
+  const char* const end = text.data() + text.size();
+  for (const char* at = text.data(); at < end;) {
+    const char* const feed = find_byte(at, end, '\n');
+    const bool ended = feed != end;
+    std::string_view line(at, static_cast<std::size_t>(feed - at));
+    at = feed + 1;
+    if (ended && line.ends_with('\r')) line.remove_suffix(1);
+    if (line.size() + ended >= kShortest && !line.starts_with("##")) f(line, ended);
   }
+}
+
+/// Where the last separator of a line begins.
+std::size_t find_last_separator(std::string_view line) {
+  for (std::size_t at = line.size(); at >= kSeparator.size(); --at) {
+    if (line[at - 2] == '=' && line[at - 1] == ' ' && line[at - 3] == ' ') return at - kSeparator.size();
+  }
+  return kNone;
+}
+
+/// Makes "%%" in a text "%", any other percent sign stays; returns the new length.
+std::size_t halve_percents(char* text, std::size_t length) {
+  const char* const end = text + length;
+  const char* from = find_byte(text, end, '%');
+  char* to = text + (from - text);
+  for (; from != end; ++from) {
+    *to++ = *from;
+    from += *from == '%' && from + 1 != end && from[1] == '%';
+  }
+  return static_cast<std::size_t>(to - text);
 }
 
 }  // namespace
 
-/// The bytes of the file from start to end, less when it ends before; they are valid until the next call.
-std::string_view CDataBaseFile::view(std::int64_t start, std::int64_t end) {
-  end = std::min(end, m_nSize);
-  if (start < 0 || start >= end) return {};
-  const std::int64_t blockEnd = m_nFlushed + static_cast<std::int64_t>(m_Block.size());
-  if (start < m_nFlushed || end > blockEnd) {
-    m_Block.resize(static_cast<std::size_t>(std::min(std::max(end - start, kBlock), m_nSize - start)));
-    const bool found = std::fseek(m_pFile, static_cast<long>(start), SEEK_SET) == 0;
-    m_Block.resize(found ? std::fread(m_Block.data(), 1, m_Block.size(), m_pFile) : 0);
-    m_nFlushed = start;
-  }
-  return std::string_view(m_Block).substr(static_cast<std::size_t>(start - m_nFlushed),
-                                          static_cast<std::size_t>(end - start));
-}
-
 bool CDataBaseFile::read_trailer(Range& index) {
-  index.end = m_nSize - kTrailer;
-  std::string_view line = view(index.end, m_nSize);
+  index.end = m_Window.size() - kTrailer;
+  std::string_view line = m_Window.view(index.end, m_Window.size());
   return skip_prefix(line, "IndexPosition = ") && take_offset(line, index.start) && index.start < index.end;
 }
 
 int CDataBaseFile::Read_Index() {
-  if (std::fseek(m_pFile, 0, SEEK_END) != 0) return 0;
-  m_nSize = std::max(std::ftell(m_pFile), 0L);
+  m_Window.attach(m_pFile);
   Range index{};
   if (!read_trailer(index)) return 0;
-  std::string_view text = view(index.start, index.end);
+  std::string_view text = m_Window.view(index.start, index.end);
   if (!skip_prefix(text, "[Index]")) return 0;
-  for_each_line(text, [&](std::string_view line, bool) { read_index_entry(line); });
+  m_Segments.reserve(static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n')));
+  std::string& texts = m_Segments.texts();
+  texts.assign(text);
+  for_each_line(texts, [this](std::string_view line, bool) { read_index_entry(line); });
   return 1;
 }
 
+/// Keeps an entry whose line stands among the texts of the segments.
 void CDataBaseFile::read_index_entry(std::string_view line) {
-  const std::size_t at = line.rfind(" = ");
-  if (at == std::string_view::npos || at == 0 || at >= kNameSize) return;
-  std::string_view numbers = line.substr(at + 3);
+  const std::size_t at = find_last_separator(line);
+  if (at == kNone || at == 0 || at >= kNameSize) return;
+  std::string_view numbers = line.substr(at + kSeparator.size());
   Range range{};
   if (!take_offset(numbers, range.start) || !take_offset(numbers, range.end)) return;
-  if (range.start <= range.end && range.end <= m_nSize) m_Segments.add(line.substr(0, at), range);
+  if (range.start > range.end || range.end > m_Window.size()) return;
+  m_Segments.add_placed(static_cast<std::size_t>(line.data() - m_Segments.texts().data()), at, range);
 }
 
 int CDataBaseFile::Check_FileVersion(const char* text) {
-  if (!m_pFile || m_Mode != IO_READ) return 0;
-  std::string_view line = view(m_nPosition, m_nPosition + kVersionLine);
+  if (!is_reading()) return 0;
+  std::string_view line = m_Window.view(m_nPosition, m_nPosition + kVersionLine);
   line = line.substr(0, line.find('\n'));
   m_nPosition += static_cast<std::int64_t>(line.size()) + 1;
   return line.find(text) != std::string_view::npos;
@@ -101,40 +133,44 @@ int CDataBaseFile::Read_Segment(const char* format, ...) {
   char name[kNameSize];
   std::va_list arguments;
   va_start(arguments, format);
-  qv::format_list(name, sizeof name, format, arguments);
+  const int length = qv::format_list(name, sizeof name, format, arguments);
   va_end(arguments);
-  clear_items();
-  const Range* const range = m_pFile && m_Mode == IO_READ ? m_Segments.find(name) : nullptr;
+  m_Items.clear();
+  const Range* const range = is_reading() ? m_Segments.find({name, static_cast<std::size_t>(length)}) : nullptr;
   if (!range) return 0;
-  std::string_view text = view(range->start, range->end);
+  std::string_view text = m_Window.view(range->start, range->end);
   text.remove_prefix(std::min(text.find('\n'), text.size() - 1) + 1);
-  for_each_line(text, [&](std::string_view line, bool ended) { read_item(line, ended); });
+  std::string& texts = m_Items.texts();
+  texts.assign(text);
+  const bool percents = text.find('%') != text.npos;
+  for_each_line({texts.data(), text.size()}, [&](std::string_view line, bool ended) {
+    const std::string_view kept = line.substr(0, kLongest);
+    const std::size_t separator = find_separator(kept);
+    if (separator == kNone) return;
+    read_item(kept.substr(0, separator), kept.substr(separator + kSeparator.size()), ended && line.size() < kLongest,
+              percents);
+  });
   m_nPosition = range->end;
   return 1;
 }
 
-/// Keeps the item of a line. Its value is never a format: "%%" is "%", any other percent sign stays.
-void CDataBaseFile::read_item(std::string_view line, bool ended) {
-  if (line.size() + ended > kLongest) {
-    line = line.substr(0, kLongest);
-    ended = false;
-  }
-  const std::size_t at = line.find(" = ", 1);
-  if (at == std::string_view::npos) return;
-  const std::size_t offset = m_Values.size();
-  std::string_view value = line.substr(at + 3);
-  for (std::size_t percent; (percent = value.find("%%")) != std::string_view::npos;) {
-    m_Values.append(value.substr(0, percent + 1));
-    value.remove_prefix(percent + 2);
-  }
-  m_Values.append(value);
-  if (ended) m_Values.push_back('\n');
-  if (!m_Items.add(line.substr(0, at), {offset, m_Values.size() - offset})) m_Values.resize(offset);
+/// Keeps an item whose key and value stand among the texts of the items, where the value is changed to what is asked
+/// for: it ends with a line feed when its line did, and is never a format, "%%" is "%" and any other percent sign stays
+/// (`percents`: there may be any).
+void CDataBaseFile::read_item(std::string_view key, std::string_view value, bool ended, bool percents) {
+  char* const texts = m_Items.texts().data();
+  const auto offset = static_cast<std::size_t>(value.data() - texts);
+  std::size_t length = value.size();
+  if (percents) length = halve_percents(texts + offset, length);
+  if (ended) texts[offset + length++] = '\n';
+  m_Items.add_placed(static_cast<std::size_t>(key.data() - texts), key.size(), {offset, length});
 }
 
 int CDataBaseFile::Get_Item(const char* key, char* out) {
   const Text* const text = m_Items.find(key);
-  out[text ? m_Values.copy(out, text->length, text->offset) : 0] = '\0';
+  const std::size_t length = text ? text->length : 0;
+  if (text) std::memcpy(out, m_Items.texts().data() + text->offset, length);
+  out[length] = '\0';
   return text != nullptr;
 }
 

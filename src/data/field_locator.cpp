@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "data/field_mesh.h"
+#include "platform/prefetch.h"
 
 namespace qv {
 
@@ -193,6 +194,8 @@ int FieldLocator::nearest_node(float x, float y) const {
 
 float FieldLocator::Value(float x, float y) const {
   const int k = detail::value_index(field_);
+  // Under way while the nodes are looked at, which comes first and mostly in vain.
+  detail::prefetch(&triangles_.start[cell(column(x), row(y))]);
   if (const int node = first_node_at(x, y); node >= 0) return field_.m_Nodes[node].value[k];
   if (const int i = first_triangle_at(x, y); i >= 0) {
     return detail::interpolate(detail::corners(field_, field_.m_Tris[i]), k, x, y);

@@ -1,9 +1,12 @@
 #pragma once
 
 /// A table of texts with a value each, in the order in which they were added, found by hashing. Texts stand behind one
-/// another in one block, so that filling a table again allocates nothing.
+/// another in one block, together with what the owner of the table puts there, so that filling a table again allocates
+/// nothing.
 
+#include <bit>
 #include <cstdint>
+#include <cstring>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -15,73 +18,136 @@ template <class Value>
 class KeyTable {
  public:
   struct Entry {
-    std::uint32_t hash;
-    std::uint32_t length;
     std::size_t offset;
+    std::size_t length;
     Value value;
   };
 
-  /// Forgets all entries and keeps the memory.
+  /// Forgets all entries and texts and keeps the memory.
   void clear() {
     entries_.clear();
     texts_.clear();
-    slots_.assign(kFewest, 0);
+    next_ = 0;
+    slots_.assign(kFewest, Slot());
+  }
+  /// Makes room for so many entries.
+  void reserve(std::size_t count) {
+    entries_.reserve(count);
+    if (2 * count > slots_.size()) resize(std::bit_ceil(2 * count));
   }
   std::size_t size() const { return entries_.size(); }
-  std::string_view key(std::size_t i) const {
-    return std::string_view(texts_).substr(entries_[i].offset, entries_[i].length);
-  }
+  std::string_view key(std::size_t i) const { return {texts_.data() + entries_[i].offset, entries_[i].length}; }
   Value& value(std::size_t i) { return entries_[i].value; }
   const Value& value(std::size_t i) const { return entries_[i].value; }
+  /// The block of all texts. The owner may append to it, and change what is no key.
+  std::string& texts() { return texts_; }
+  const std::string& texts() const { return texts_; }
 
-  /// The value of a key, null when it is absent; valid until the next entry is added.
-  const Value* find(std::string_view key) const {
-    const std::uint32_t slot = slots_.empty() ? 0 : slots_[place(key, hash_of(key))];
-    return slot ? &entries_[slot - 1].value : nullptr;
+  /// The value of a key, null when it is absent; valid until the next entry is added. Whoever asks for the entries in
+  /// their order finds each where the last one ended, without hashing.
+  const Value* find(std::string_view key) {
+    if (next_ >= entries_.size() || !are_equal(this->key(next_), key)) {
+      const std::uint32_t number = slots_.empty() ? 0 : slots_[place(key, hash_of(key))].number;
+      if (!number) return nullptr;
+      next_ = number - 1;
+    }
+    return &entries_[next_++].value;
   }
-  Value* find(std::string_view key) { return const_cast<Value*>(std::as_const(*this).find(key)); }
 
   /// Adds an entry; false, with nothing changed, when the key is present.
   bool add(std::string_view key, const Value& value) {
-    if (2 * entries_.size() >= slots_.size()) grow();
-    const std::uint32_t hash = hash_of(key);
-    std::uint32_t& slot = slots_[place(key, hash)];
-    if (slot) return false;
-    entries_.push_back({hash, static_cast<std::uint32_t>(key.size()), texts_.size(), value});
+    if (!add_entry(key, texts_.size(), value)) return false;
     texts_.append(key);
-    slot = static_cast<std::uint32_t>(entries_.size());
     return true;
+  }
+  /// The same for a key that stands in `texts` already.
+  bool add_placed(std::size_t offset, std::size_t length, const Value& value) {
+    return add_entry({texts_.data() + offset, length}, offset, value);
   }
 
  private:
-  static constexpr std::size_t kFewest = 64;
+  static constexpr std::size_t kFewest = 32;
 
+  /// Where a key may stand: its hash, and the number of its entry from 1, 0 in a free slot.
+  struct Slot {
+    std::uint32_t hash = 0;
+    std::uint32_t number = 0;
+  };
+
+  static constexpr std::uint64_t kOdd = 0x9E3779B97F4A7C15;
+  static constexpr std::uint32_t kLast = 0xFF;
+
+  /// The last byte of a key stands in the hash as it is, below bits that all others have a part in.
   static std::uint32_t hash_of(std::string_view key) {
-    std::uint64_t h = 0xCBF29CE484222325u;
-    for (const char c : key) h = (h ^ static_cast<unsigned char>(c)) * 0x100000001B3u;
-    return static_cast<std::uint32_t>(h ^ h >> 29);
+    if (key.empty()) return 0;
+    const auto last = static_cast<unsigned char>(key.back());
+    key.remove_suffix(1);
+    std::uint64_t h = key.size();
+    for (; key.size() > sizeof h; key.remove_prefix(sizeof h)) {
+      h = (h ^ loaded<std::uint64_t>(key.data())) * kOdd;
+      h ^= h >> 32;
+    }
+    return static_cast<std::uint32_t>((h ^ short_text(key)) * kOdd >> 32 & ~kLast) | last;
+  }
+  template <class Word>
+  static std::uint64_t loaded(const char* from) {
+    Word word;
+    std::memcpy(&word, from, sizeof word);
+    return word;
+  }
+  /// All bytes of a text of at most eight, together with its length no other's.
+  static std::uint64_t short_text(std::string_view text) {
+    const char* const p = text.data();
+    const std::size_t n = text.size();
+    if (n >= 4) return loaded<std::uint32_t>(p) | loaded<std::uint32_t>(p + n - 4) << 32;
+    if (n == 0) return 0;
+    return loaded<std::uint8_t>(p) | loaded<std::uint8_t>(p + n / 2) << 8 | loaded<std::uint8_t>(p + n - 1) << 16;
+  }
+  static bool are_equal(std::string_view a, std::string_view b) {
+    if (a.size() != b.size()) return false;
+    for (; a.size() > sizeof(std::uint64_t); a.remove_prefix(sizeof(std::uint64_t))) {
+      if (loaded<std::uint64_t>(a.data()) != loaded<std::uint64_t>(b.data())) return false;
+      b.remove_prefix(sizeof(std::uint64_t));
+    }
+    return short_text(a) == short_text(b);
+  }
+  /// Where a key is looked for first. Names that differ in their last byte, as numbered ones do, lie side by side: they
+  /// are written and read one after the other.
+  static std::size_t home(std::uint32_t hash, std::size_t slots) {
+    return ((hash >> (33 - std::bit_width(slots))) + (hash & kLast)) & (slots - 1);
   }
   /// The slot that holds the key or, when it is absent, may take it.
   std::size_t place(std::string_view key, std::uint32_t hash) const {
-    std::size_t at = hash & (slots_.size() - 1);
-    for (; slots_[at]; at = (at + 1) & (slots_.size() - 1)) {
-      const std::size_t i = slots_[at] - 1;
-      if (entries_[i].hash == hash && this->key(i) == key) break;
+    std::size_t at = home(hash, slots_.size());
+    for (; slots_[at].number; at = (at + 1) & (slots_.size() - 1)) {
+      if (slots_[at].hash == hash && are_equal(this->key(slots_[at].number - 1), key)) break;
     }
     return at;
   }
-  void grow() {
-    slots_.assign(slots_.empty() ? kFewest : 2 * slots_.size(), 0);
-    for (std::size_t i = 0; i < entries_.size(); ++i) {
-      std::size_t at = entries_[i].hash & (slots_.size() - 1);
-      while (slots_[at]) at = (at + 1) & (slots_.size() - 1);
-      slots_[at] = static_cast<std::uint32_t>(i + 1);
+  bool add_entry(std::string_view key, std::size_t offset, const Value& value) {
+    if (2 * entries_.size() >= slots_.size()) resize(slots_.empty() ? kFewest : 4 * slots_.size());
+    const std::uint32_t hash = hash_of(key);
+    Slot& slot = slots_[place(key, hash)];
+    if (slot.number) return false;
+    entries_.push_back({offset, key.size(), value});
+    slot = {hash, static_cast<std::uint32_t>(entries_.size())};
+    return true;
+  }
+  void resize(std::size_t count) {
+    std::vector<Slot> slots(count);
+    for (const Slot& slot : slots_) {
+      if (!slot.number) continue;
+      std::size_t at = home(slot.hash, count);
+      while (slots[at].number) at = (at + 1) & (count - 1);
+      slots[at] = slot;
     }
+    slots_.swap(slots);
   }
 
   std::vector<Entry> entries_;
   std::string texts_;
-  std::vector<std::uint32_t> slots_;  // 0 or an entry's number from 1; a power of two of them, half of them free
+  std::vector<Slot> slots_;  // a power of two of them, half of them free
+  std::size_t next_ = 0;     // behind the entry that was found last
 };
 
 }  // namespace qv::detail

@@ -282,21 +282,123 @@ int print_conversion(char* out, std::size_t size, const Conversion& c, Arguments
   }
 }
 
-/// Prints %d or %s without flags, width and precision, most of what formats ask for, free of the C library; returns
-/// the length that it wants.
-std::size_t print_plain(char* out, std::size_t room, char letter, Arguments& arguments) {
-  char digits[16];
-  const char* text = digits;
-  std::size_t length = 0;
-  if (letter == 'd') {
-    length = static_cast<std::size_t>(format_int(digits, va_arg(arguments.list, int)) - digits);
-  } else {
-    text = va_arg(arguments.list, const char*);
-    if (!text) text = "(null)";
-    length = std::strlen(text);
-  }
+// The room that a plain %d and a real of at most nine decimals need, what is written behind their ends included.
+constexpr std::size_t kPlainRoom = 48;
+
+char* put_whole(char* out, std::uint64_t v) {
+  return v < 100000000 ? detail::put_eight_digits(out, static_cast<std::uint32_t>(v))
+                       : detail::put_unsigned_wide(out, v);
+}
+
+/// What a product of doubles lost in rounding to `product`, by splitting both into halves of their digits (Dekker
+/// 1971).
+double lost_in_product(double a, double b, double product) {
+  const auto upper = [](double v) {
+    const double shifted = v * 134217729.0;  // 2^27 + 1
+    return shifted - (shifted - v);
+  };
+  const double a1 = upper(a), a2 = a - a1, b1 = upper(b), b2 = b - b1;
+  return a1 * b1 - product + a1 * b2 + a2 * b1 + a2 * b2;
+}
+
+/// The product of v, from 0 on, and a power of ten as the nearest whole number, exactly; of two, the even one. The
+/// product must be below 2^51.
+double scale_to_whole(double v, double power) {
+  const double scaled = v * power;
+  const double nearest = scaled + detail::kTwoTo52 - detail::kTwoTo52;
+  if (std::fabs(scaled - nearest) < 0.5 - scaled * std::numeric_limits<double>::epsilon()) return nearest;
+  const double down = nearest > scaled ? nearest - 1 : nearest;
+  const double aboveTie = scaled - down - 0.5 + lost_in_product(v, power, scaled);
+  return aboveTie > 0 || (aboveTie == 0 && std::fmod(down, 2) != 0) ? down + 1 : down;
+}
+
+/// Writes v as "%.Nf" prints it, with up to nine decimals, and returns the end; null for what is large or no number.
+char* put_real(char* out, double v, unsigned decimals) {
+  const double magnitude = std::fabs(v);
+  if (!(magnitude * kPowersOfTen[decimals] < 1e15)) return nullptr;
+  const double nearest = scale_to_whole(magnitude, kPowersOfTen[decimals]);
+  *out = '-';
+  out += std::signbit(v);
+  const auto digits = static_cast<std::uint64_t>(nearest);
+  const auto one = static_cast<std::uint64_t>(kPowersOfTen[decimals]);
+  // Below one, a leading 1 keeps the zeros behind the point.
+  char* const end = put_whole(out, digits < one ? digits + one : digits);
+  if (digits < one) *out = '0';
+  if (decimals == 0) return end;
+  char* const point = end - decimals;
+  char behind[9];
+  std::memcpy(behind, point, sizeof behind);
+  std::memcpy(point + 1, behind, sizeof behind);
+  *point = '.';
+  return end + 1;
+}
+
+/// Prints a text; returns the length that it wants.
+std::size_t print_text(char* out, std::size_t room, const char* text) {
+  if (!text) text = "(null)";
+  const std::size_t length = std::strlen(text);
   std::memcpy(out, text, std::min(length, room));
   return length;
+}
+
+/// Prints v with the given number of decimals; returns the length that it wants.
+std::size_t print_decimals(char* out, std::size_t room, double v, int decimals) {
+  if (const char* const end = put_real(out, v, static_cast<unsigned>(decimals))) {
+    return static_cast<std::size_t>(end - out);
+  }
+  Conversion conversion;
+  conversion.precision = decimals;
+  conversion.letter = 'f';
+  const int wanted = print_real(out, room, conversion, v);
+  return static_cast<std::size_t>(std::max(wanted, 0));
+}
+
+/// Prints the conversions that most formats are made of, nearly always free of the C library: %d, %s, and %f alone or
+/// with a precision of one digit. Their arguments are what `next` returns for a value of their type. Moves behind the
+/// conversion and returns the length that it wants; -1, with nothing taken, for any other.
+template <class Next>
+std::ptrdiff_t print_plain(char* out, std::size_t room, const char*& format, const Next& next) {
+  constexpr const char* kText = nullptr;
+  const char letter = format[1];
+  if (letter == 's') return format += 2, static_cast<std::ptrdiff_t>(print_text(out, room, next(kText)));
+  if (room < kPlainRoom) return -1;
+  if (letter == 'd') return format += 2, format_int(out, next(0)) - out;
+  const bool precise = letter == '.' && is_digit(format[2]);
+  if (format[precise ? 3 : 1] != 'f') return -1;
+  const int decimals = precise ? format[2] - '0' : 6;
+  format += precise ? 4 : 2;
+  return static_cast<std::ptrdiff_t>(print_decimals(out, room, next(0.0), decimals));
+}
+
+/// Prints a format whose arguments are what `next` returns, as far as its conversions are plain; moves behind what it
+/// printed.
+template <class Next>
+std::size_t print_while_plain(char* out, std::size_t size, const char*& format, const Next& next) {
+  std::size_t used = 0;
+  while (*format && used < size) {
+    if (*format != '%') {
+      out[used++] = *format++;
+      continue;
+    }
+    const std::ptrdiff_t wanted = print_plain(out + used, size - used, format, next);
+    if (wanted < 0) break;
+    used += static_cast<std::size_t>(wanted);
+  }
+  return used;
+}
+
+/// Prints the rest of a format, which begins with a conversion that is not plain; returns the length that it wants.
+std::size_t print_rest(char* out, std::size_t size, const char* format, Arguments& arguments) {
+  const auto next = [&arguments](auto type) { return va_arg(arguments.list, decltype(type)); };
+  std::size_t used = 0;
+  while (*format && used < size) {
+    const Conversion conversion = parse_conversion(++format, arguments);
+    const std::size_t room = size - used;
+    const int wanted = room > 1 ? print_conversion(out + used, room, conversion, arguments) : 1;
+    used += static_cast<std::size_t>(wanted < 0 ? 0 : wanted);
+    if (used < size) used += print_while_plain(out + used, size - used, format, next);
+  }
+  return used;
 }
 
 /// Ends a text that did not fit: at size - 1 bytes at most, and not with a first byte that lost its second one.
@@ -314,25 +416,14 @@ int cut_at_end(char* out, std::size_t size) {
 
 int format_list(char* out, std::size_t size, const char* format, std::va_list list) {
   if (size == 0) return 0;
-  Arguments arguments;
-  va_copy(arguments.list, list);
-  std::size_t used = 0;
-  while (*format && used < size) {
-    const std::size_t room = size - used;
-    if (*format != '%') {
-      out[used++] = *format++;
-      continue;
-    }
-    if (format[1] == 'd' || format[1] == 's') {
-      used += print_plain(out + used, room, format[1], arguments);
-      format += 2;
-      continue;
-    }
-    const Conversion conversion = parse_conversion(++format, arguments);
-    const int wanted = room > 1 ? print_conversion(out + used, room, conversion, arguments) : 1;
-    used += static_cast<std::size_t>(wanted < 0 ? 0 : wanted);
+  // A copied list stalls on what the caller just stored in it, so plain conversions, most of all, take from the list.
+  std::size_t used = print_while_plain(out, size, format, [&list](auto type) { return va_arg(list, decltype(type)); });
+  if (*format && used < size) {
+    Arguments arguments;
+    va_copy(arguments.list, list);
+    used += print_rest(out + used, size - used, format, arguments);
+    va_end(arguments.list);
   }
-  va_end(arguments.list);
   if (used >= size) return cut_at_end(out, size);
   out[used] = '\0';
   return static_cast<int>(used);

@@ -83,7 +83,9 @@ TEST_F(Database, GivesBackWhatWasWritten) {
     ASSERT_EQ(file.Read_Segment("Segment%d", i), 1);
     ASSERT_EQ(file.Get_ItemCount(), 100);
     EXPECT_EQ(file.Get_ItemKey(99), "key99");
-    EXPECT_EQ(value("key99"), std::to_string(i * 99) + "\n");
+    for (const int k : {99, 0, 1, 50, 50, 98, 99}) {
+      EXPECT_EQ(value(("key" + std::to_string(k)).c_str()), std::to_string(i * k) + "\n");
+    }
   }
   EXPECT_EQ(file.Read_Segment("Segment500"), 0);
   EXPECT_EQ(file.Get_ItemCount(), 0);
@@ -100,8 +102,13 @@ TEST_F(Database, KeepsPercentSigns) {
   for (const char* literal : literals) file.Write_Item1(literal, literal);
   file.Write_Item("plain", "%s", "50% %s %n %%");
   file.End_Segment();
+  file.Begin_Segment("Kept");
+  file.Add_Item("kept", "%d%% %%%%", 50);
+  file.Write_Segment();
   file.Close_File();
   open();
+  ASSERT_EQ(file.Read_Segment("Kept"), 1);
+  EXPECT_EQ(value("kept"), "50% %\n");
   ASSERT_EQ(file.Read_Segment("S"), 1);
   for (const char* literal : literals) EXPECT_EQ(value(literal), std::string(literal) + "\n");
   EXPECT_EQ(value("plain"), "50% %s %n %\n");
@@ -190,6 +197,34 @@ TEST_F(Database, RefusesFilesWithoutAnIndex) {
   EXPECT_EQ(file.Open_File("none", File::IO_READ), 0);
   EXPECT_EQ(QV_OpenFileNum, 0);
   EXPECT_TRUE(host.boxes.empty()) << "all of it silent";
+}
+
+TEST_F(Database, SurvivesCutsAndChanges) {
+  create();
+  for (const char* name : {"A", "B"}) {
+    file.Begin_Segment("%s", name);
+    for (const char* key : {"a", "b", "c"}) file.Write_Item1(key, "50% of 3");
+    file.End_Segment();
+  }
+  file.Close_File();
+  const std::string bytes = work.read("db");
+  for (std::size_t n = 0; n < bytes.size(); ++n) {
+    work.write("db", bytes.substr(0, n));
+    EXPECT_EQ(file.Open_File("db", File::IO_READ), 0) << "cut at " << n;
+  }
+  for (std::size_t at = 0; at < bytes.size(); ++at) {
+    for (const char c : {'\0', '\n', '=', '9', ' ', '%'}) {
+      std::string altered = bytes;
+      altered[at] = c;
+      work.write("db", altered);
+      if (!file.Open_File("db", File::IO_READ)) continue;
+      for (int i = 0; i < file.Get_SegmentCount(); ++i) file.Read_Segment("%s", file.Get_SegmentName(i).str().c_str());
+      // A change within one segment leaves the other whole.
+      if (at >= bytes.find("[ B ]")) continue;
+      ASSERT_EQ(file.Read_Segment("B"), 1);
+      EXPECT_EQ(value("c"), "50% of 3\n") << at;
+    }
+  }
 }
 
 TEST_F(Database, SkipsBadIndexEntries) {

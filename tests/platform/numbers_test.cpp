@@ -145,6 +145,20 @@ TEST(FormatText, TakesEveryConversionOfPrintf) {
   EXPECT_EQ(untouched, 3);
 }
 
+TEST(FormatText, PrintsRealsAsPrintfDoes) {
+  std::mt19937_64 random(20);
+  const auto below = [&random](std::uint64_t limit) { return static_cast<double>(random() % limit); };
+  const char* const formats[] = {"%.0f", "%.1f", "%.2f", "%.3f", "%f", "%.9f"};
+  for (int i = 0; i < 200000; ++i) {
+    const double any = std::bit_cast<double>(random());
+    const double tie = (below(2000000) * 10 + 5) / std::pow(10.0, i % 10), binary = below(1 << 30) / (1 << i % 14);
+    for (const double v : {any, tie, -binary, static_cast<double>(static_cast<float>(tie)), 1e15 + binary}) {
+      const char* const format = formats[i % 6];
+      ASSERT_EQ(formatted(format, v), printed(format, v)) << std::hexfloat << v;
+    }
+  }
+}
+
 TEST(FormatText, CutsBetweenCharacters) {
   char text[6];
   EXPECT_EQ(qv::format_text(text, sizeof text, "%s", "abcdefgh"), 5);

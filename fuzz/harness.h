@@ -1,0 +1,26 @@
+#pragma once
+
+/// What the fuzz targets share.
+
+#include "platform/console/console_host.h"
+#include "platform/host.h"
+#include "support/temporary_directory.h"
+
+namespace qvfuzz {
+
+/// A directory that lives as long as the process.
+inline const qvtest::TemporaryDirectory& scratch() {
+  static const qvtest::TemporaryDirectory directory;
+  return directory;
+}
+
+/// Answers every message at once.
+struct QuietHost : qv::ConsoleHost {
+  qv::Answer ShowBox(const char*, qv::BoxKind) override { return qv::Answer::Ok; }
+};
+
+inline void require(bool condition) {
+  if (!condition) __builtin_trap();
+}
+
+}  // namespace qvfuzz
