@@ -8,7 +8,7 @@
 #include "platform/lanes.h"
 
 using qv::detail::after;
-using qv::detail::Box;
+using qv::detail::EdgeBox;
 
 namespace {
 
@@ -84,7 +84,7 @@ int CPointInDomain::Point_In_Domain(int n, const CDomainEdge* edges, float px, f
   const Band band(py, tol);
   Answer answer;
   qv::Lanes low = coordinates(edges[0]), high = low;
-  Box arcs{edges[0].x, edges[0].y, edges[0].x, edges[0].y};
+  EdgeBox arcs{edges[0].x, edges[0].y, edges[0].x, edges[0].y};
   const CDomainEdge* edge = edges + n - 1;
   int place = band.place(edge->y);
   for (const CDomainEdge* next = edges; next != edges + n; edge = next++) {
@@ -131,7 +131,7 @@ int CPointInDomain::Point_Into_Domain(int n, const CDomainEdge* edges, float px,
 
 void CPointInDomain::Get_OutLook_One_Edge(const CDomainEdge& edge, const CDomainEdge& next, float& x1, float& y1,
                                           float& x2, float& y2) const {
-  Box box{edge.x, edge.y, edge.x, edge.y};
+  EdgeBox box{edge.x, edge.y, edge.x, edge.y};
   box.include(next.x, next.y);
   if (edge.isArc) box.include_arc(edge, next);
   x1 = box.x1;
@@ -143,7 +143,7 @@ void CPointInDomain::Get_OutLook_One_Edge(const CDomainEdge& edge, const CDomain
 void CPointInDomain::Get_OutLook_Domain(int n, const CDomainEdge* edges, float& x1, float& y1, float& x2,
                                         float& y2) const {
   if (n < 1) return;
-  Box box{edges[0].x, edges[0].y, edges[0].x, edges[0].y};
+  EdgeBox box{edges[0].x, edges[0].y, edges[0].x, edges[0].y};
   for (int i = 0; i < n; ++i) {
     box.include(edges[i].x, edges[i].y);
     if (edges[i].isArc) box.include_arc(edges[i], after(edges, n, i));

@@ -112,7 +112,7 @@ inline const CDomainEdge& after(const CDomainEdge* edges, int n, int i) {
   return edges[i + 1 < n ? i + 1 : 0];
 }
 
-struct Box {
+struct EdgeBox {
   float x1;
   float y1;
   float x2;
