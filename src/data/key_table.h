@@ -113,8 +113,8 @@ class KeyTable {
   }
   /// Where a key is looked for first. Names that differ in their last byte, as numbered ones do, lie side by side: they
   /// are written and read one after the other.
-  static std::size_t home(std::uint32_t hash, std::size_t room) {
-    return ((hash >> (33 - std::bit_width(room))) + (hash & kLast)) & (room - 1);
+  static std::size_t home(std::uint32_t hash, std::size_t places) {
+    return ((hash >> (33 - std::bit_width(places))) + (hash & kLast)) & (places - 1);
   }
   /// The slot that holds the key or, when it is absent, may take it.
   std::size_t place(std::string_view key, std::uint32_t hash) const {
@@ -134,14 +134,14 @@ class KeyTable {
     return true;
   }
   void resize(std::size_t count) {
-    std::vector<Slot> larger(count);
+    std::vector<Slot> grown(count);
     for (const Slot& slot : slots_) {
       if (!slot.number) continue;
       std::size_t at = home(slot.hash, count);
-      while (larger[at].number) at = (at + 1) & (count - 1);
-      larger[at] = slot;
+      while (grown[at].number) at = (at + 1) & (count - 1);
+      grown[at] = slot;
     }
-    slots_.swap(larger);
+    slots_.swap(grown);
   }
 
   std::vector<Entry> entries_;
