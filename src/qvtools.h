@@ -16,6 +16,7 @@
 #include "drawing/base_sgt.h"
 #include "dxf/document.h"
 #include "dxf/prepared_drawing.h"
+#include "dxf/visit.h"
 #include "geometry/analysis.h"
 #include "geometry/coor.h"
 #include "geometry/domain.h"

@@ -38,7 +38,7 @@ int shown_color(int own, int layerColor, bool lightBackground) {
 
 int resolve(ACAD_ENTITY& entity, int layer, const LayerTable& layers, bool lightBackground) {
   int own = qv::kByLayer;
-  visit(entity, [&](auto& record) {
+  qv::visit_entity(entity, [&](auto& record) {
     if constexpr (requires { record.m_nColor; }) {
       own = record.m_nColor;
       record.m_nColor = shown_color(own, layers.color(layer), lightBackground);

@@ -49,4 +49,19 @@ bool save_drawn(const std::string& path, CSize size, COLORREF background, const 
 /// Fills a picture of the size with one colour.
 void fill_background(CDC& dc, CSize size, COLORREF background);
 
+/// The `save` of a format whose adapter writes a bitmap, and of one whose adapter hands out a context to draw on.
+template <bool (*write)(const qv::BitmapContext&, const std::string&)>
+bool save_bitmap(const std::string& path, CSize size, COLORREF background, const Draw& draw) {
+  qv::BitmapContext bitmap(size.cx, size.cy, background);
+  draw(bitmap);
+  return write(bitmap, path);
+}
+template <bool (*write)(const std::string&, CSize, const Draw&)>
+bool save_vector(const std::string& path, CSize size, COLORREF background, const Draw& draw) {
+  return write(path, size, [&](CDC& dc) {
+    fill_background(dc, size, background);
+    draw(dc);
+  });
+}
+
 }  // namespace qvapps

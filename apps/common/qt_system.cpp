@@ -28,19 +28,8 @@ std::string to_utf8(const char* text) {
 std::span<const PictureFormat> picture_formats() {
   static constexpr int kPdfDotsPerInch = 300;
   static constexpr PictureFormat kFormats[] = {
-      {".png", PictureKind::Png,
-       [](const std::string& path, CSize size, COLORREF background, const Draw& draw) {
-         qv::BitmapContext bitmap(size.cx, size.cy, background);
-         draw(bitmap);
-         return qv::save_png(bitmap, path);
-       }},
-      {".svg", PictureKind::Svg,
-       [](const std::string& path, CSize size, COLORREF background, const Draw& draw) {
-         return qv::save_svg(path, size, [&](CDC& dc) {
-           fill_background(dc, size, background);
-           draw(dc);
-         });
-       }},
+      {".png", PictureKind::Png, save_bitmap<qv::save_png>},
+      {".svg", PictureKind::Svg, save_vector<qv::save_svg>},
       {".pdf", PictureKind::Pdf,
        [](const std::string& path, CSize size, COLORREF, const Draw& draw) {
          return qv::save_pdf(path, size, kPdfDotsPerInch, draw);

@@ -39,19 +39,8 @@ std::string to_utf8(const char* text) {
 
 std::span<const PictureFormat> picture_formats() {
   static constexpr PictureFormat kFormats[] = {
-      {".png", PictureKind::Png,
-       [](const std::string& path, CSize size, COLORREF background, const Draw& draw) {
-         qv::BitmapContext bitmap(size.cx, size.cy, background);
-         draw(bitmap);
-         return qv::save_png(bitmap, path);
-       }},
-      {".emf", PictureKind::Emf,
-       [](const std::string& path, CSize size, COLORREF background, const Draw& draw) {
-         return qv::save_emf(path, size, [&](CDC& dc) {
-           fill_background(dc, size, background);
-           draw(dc);
-         });
-       }},
+      {".png", PictureKind::Png, save_bitmap<qv::save_png>},
+      {".emf", PictureKind::Emf, save_vector<qv::save_emf>},
   };
   return kFormats;
 }

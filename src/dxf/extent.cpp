@@ -133,9 +133,8 @@ void add_entities(const CPtrList& list, const Plane& plane, Box& box, const F& a
     if (entity.GetType() == ACAD_TYPE_INSERT)
       add_insert(static_cast<ACAD_INSERT&>(entity));
     else
-      qv::detail::visit(entity, [&](const auto& record) {
+      qv::visit_entity(entity, [&](const auto& record) {
         if (!qv::detail::is_empty(record)) box.add(qv::detail::extent(record, plane));
-        return 0;
       });
   });
 }

@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "dxf/records.h"
+#include "dxf/visit.h"
 #include "platform/numbers.h"
 #include "platform/textfile.h"
 
@@ -205,29 +206,7 @@ int write_record(std::FILE* file, const Record& record) {
 /// Writes an entity of any kind by its own description. An entity of a host's own class cannot be in a document.
 template <LineEnd end>
 void write_any(GroupWriter<end>& writer, ACAD_ENTITY& entity) {
-  switch (entity.GetType()) {
-    case ACAD_TYPE_POINT:
-      return write_entity(writer, static_cast<ACAD_POINT&>(entity));
-    case ACAD_TYPE_LINE:
-      return write_entity(writer, static_cast<ACAD_LINE&>(entity));
-    case ACAD_TYPE_TEXT:
-      return write_entity(writer, static_cast<ACAD_TEXT&>(entity));
-    case ACAD_TYPE_CIRCLE:
-      return write_entity(writer, static_cast<ACAD_CIRCLE&>(entity));
-    case ACAD_TYPE_ARC:
-      return write_entity(writer, static_cast<ACAD_ARC&>(entity));
-    case ACAD_TYPE_POLYLINE:
-      return write_entity(writer, static_cast<ACAD_POLYLINE&>(entity));
-    case ACAD_TYPE_SOLID:
-      return write_entity(writer, static_cast<ACAD_SOLID&>(entity));
-    case ACAD_TYPE_3DFACE:
-      return write_entity(writer, static_cast<ACAD_3DFACE&>(entity));
-    case ACAD_TYPE_INSERT:
-      return write_entity(writer, static_cast<ACAD_INSERT&>(entity));
-    case ACAD_TYPE_NONE:
-    case ACAD_TYPE_END:
-      break;
-  }
+  visit_entity(entity, [&](auto& record) { write_entity(writer, record); });
 }
 
 template <LineEnd end>

@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "dxf/block.h"
+#include "dxf/visit.h"
 #include "geometry/shape.h"
 
 namespace qv::detail {
@@ -95,34 +96,6 @@ inline bool is_empty(const auto&) {
 }
 inline bool is_empty(const ACAD_POLYLINE& r) {
   return r.m_Vertices.GetSize() == 0;
-}
-
-/// Calls f with the entity as its own kind.
-template <class F>
-auto visit(ACAD_ENTITY& entity, const F& f) -> decltype(f(static_cast<ACAD_LINE&>(entity))) {
-  switch (entity.GetType()) {
-    case ACAD_TYPE_POINT:
-      return f(static_cast<ACAD_POINT&>(entity));
-    case ACAD_TYPE_LINE:
-      return f(static_cast<ACAD_LINE&>(entity));
-    case ACAD_TYPE_TEXT:
-      return f(static_cast<ACAD_TEXT&>(entity));
-    case ACAD_TYPE_CIRCLE:
-      return f(static_cast<ACAD_CIRCLE&>(entity));
-    case ACAD_TYPE_ARC:
-      return f(static_cast<ACAD_ARC&>(entity));
-    case ACAD_TYPE_POLYLINE:
-      return f(static_cast<ACAD_POLYLINE&>(entity));
-    case ACAD_TYPE_SOLID:
-      return f(static_cast<ACAD_SOLID&>(entity));
-    case ACAD_TYPE_3DFACE:
-      return f(static_cast<ACAD_3DFACE&>(entity));
-    case ACAD_TYPE_INSERT:
-    case ACAD_TYPE_NONE:
-    case ACAD_TYPE_END:
-      break;
-  }
-  return {};
 }
 
 /// How far an insert moves its block.

@@ -126,7 +126,7 @@ QV_ENTITY_PICK(ACAD_INSERT)
 namespace {
 
 bool picks_entity(ACAD_ENTITY& entity, const Plane& plane, const Pick& pick) {
-  return visit(entity, [&](const auto& record) { return picks(record, plane, pick); });
+  return qv::visit_entity(entity, [&](const auto& record) { return picks(record, plane, pick); });
 }
 
 /// A block is taken when one of its entities is hit where crossing counts, else when all of them lie inside.

@@ -139,16 +139,12 @@ Grown reach(const ACAD_3DFACE& r, const Plane& plane) {
   return reach_of_corners(r.m_Corner, plane);
 }
 
+/// Where an entity other than an insert can be; a program's own kind anywhere.
 Grown reach_of(ACAD_ENTITY& entity, const Plane& plane) {
-  if (entity.GetType() >= ACAD_TYPE_INSERT) {
-    Grown box;
-    box.everything();  // a program's own kind
-    return box;
-  }
   Grown box;
-  detail::visit(entity, [&](const auto& record) {
-    if constexpr (!std::is_same_v<std::remove_cvref_t<decltype(record)>, ACAD_INSERT>) box = reach(record, plane);
-    return 0;
+  box.everything();
+  visit_entity(entity, [&](const auto& record) {
+    if constexpr (requires { reach(record, plane); }) box = reach(record, plane);
   });
   return box;
 }

@@ -117,10 +117,7 @@ QV_ENTITY_MOVE(ACAD_INSERT)
 namespace {
 
 void draw_entity(ACAD_ENTITY& entity, CDC* dc, CFCoor* coor, const qv::detail::Plane& plane) {
-  qv::detail::visit(entity, [&](const auto& record) {
-    draw_projected(record, dc, coor, plane);
-    return 0;
-  });
+  qv::visit_entity(entity, [&](const auto& record) { draw_projected(record, dc, coor, plane); });
 }
 
 void draw_block(const ACAD_BLOCK& block, const ACAD_INSERT& insert, CDC* dc, CFCoor* coor,

@@ -99,7 +99,7 @@ std::vector<Drawing::Item> Drawing::take_items(const CPtrList& list, LayerIndex&
 
 void Drawing::recolor(std::vector<Item>& items) {
   for (const Item& item : items)
-    qvapps::visit(*item.record, [&](auto& record) {
+    qv::visit_entity(*item.record, [&](auto& record) {
       if constexpr (requires { record.m_nColor; })
         record.m_nColor = qvapps::shown_color(item.ownColor, layers_[item.layer].color, light_);
     });

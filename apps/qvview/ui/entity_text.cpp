@@ -79,7 +79,7 @@ QString kind_of(ACAD_ENTITY& entity, const Words& words) {
 
 QString describe(ACAD_ENTITY& entity, const Words& words) {
   QString text;
-  qvapps::visit(entity, [&](const auto& record) { text = describe_record(record, words); });
+  qv::visit_entity(entity, [&](const auto& record) { text = describe_record(record, words); });
   return text;
 }
 
