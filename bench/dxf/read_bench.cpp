@@ -8,6 +8,7 @@
 
 #include "baseline.h"
 #include "plain_reader.h"
+#include "process_memory.h"
 #include "support/temporary_directory.h"
 #include "workload.h"
 
@@ -80,14 +81,6 @@ void ReadStream(benchmark::State& state) {
 }
 BENCHMARK(ReadStream)->ArgName("crlf")->Arg(0)->Arg(1)->Iterations(1)->Unit(benchmark::kMillisecond);
 
-/// A value of the process in MB: VmHWM (its peak) or VmRSS.
-double status_megabytes(const std::string& name) {
-  std::ifstream status("/proc/self/status");
-  for (std::string line; std::getline(status, line);)
-    if (line.starts_with(name)) return std::atof(line.c_str() + name.size() + 1) / 1024;
-  return 0;
-}
-
 // Peak memory of reading, above what the finished document takes: at most 4 MB.
 void ReadPeak(benchmark::State& state) {
   const TemporaryDirectory directory;
@@ -95,13 +88,13 @@ void ReadPeak(benchmark::State& state) {
   for (auto _ : state) {
     malloc_trim(0);
     std::ofstream("/proc/self/clear_refs") << "5";  // the peak starts anew
-    const double before = status_megabytes("VmRSS");
+    const double before = qvbench::status_megabytes("VmRSS");
     DXF dxf;
     dxf.New_MemDxf();
     dxf.Read_FileDxf_To_Mem(file.c_str());
-    const double after = status_megabytes("VmRSS");
+    const double after = qvbench::status_megabytes("VmRSS");
     state.counters["document MB"] = after - before;
-    state.counters["peak above MB"] = status_megabytes("VmHWM") - after;
+    state.counters["peak above MB"] = qvbench::status_megabytes("VmHWM") - after;
     state.counters["most"] = 4;
   }
 }

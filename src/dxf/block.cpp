@@ -16,9 +16,14 @@ namespace {
 
 template <class Record>
 ACAD_ENTITY* clone(ACAD_ENTITY& entity) {
-  auto* copy = new (std::nothrow) Record;
-  if (copy) *copy = static_cast<Record&>(entity);
-  return copy;
+  auto& record = static_cast<Record&>(entity);
+  if constexpr (std::is_copy_constructible_v<Record>) {
+    return new (std::nothrow) Record(record);
+  } else {
+    auto* const copy = new (std::nothrow) Record;
+    if (copy) *copy = record;
+    return copy;
+  }
 }
 
 }  // namespace

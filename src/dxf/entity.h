@@ -12,6 +12,7 @@
 #include "geometry/coor.h"
 #include "geometry/rect.h"
 #include "platform/device.h"
+#include "platform/record_memory.h"
 
 class CFRegion;
 
@@ -44,8 +45,8 @@ struct Point3 {
 };
 }  // namespace qv
 
-/// The root of the entity records.
-class QV_API ACAD_ENTITY {
+/// The root of the entity records. Those that are made one by one lie in the pool of records.
+class QV_API ACAD_ENTITY : public qv::PooledRecord {
  public:
   /// Reads the record at the stream's position. Returns 1, with the stream at the pair that ended the record, or 0 when
   /// the stream does not stand at such a record (or, for a few records, when it is malformed).
