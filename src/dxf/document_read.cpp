@@ -106,8 +106,7 @@ void read_entries(GroupReader& in, Entry* table, int count) {
   for (int i = 0; i < count; ++i) {
     while (in.next()) {
       if (in.at(0, kKeyword<Entry>)) {
-        in.unread();
-        read_record(in, table[i]);
+        read_opened(in, table[i]);
         break;
       }
       // Quirk: the pair that ends the search is gone, so every missing entry takes one pair more, be it of the next

@@ -23,47 +23,51 @@ std::string_view without_return(std::string_view text) {
 
 }  // namespace
 
-GroupReader::GroupReader(std::FILE* file, Stream kind) : file_(file), kind_(kind) {
-  atEnd_ = true;
+GroupReader::GroupReader(std::FILE* file, Stream kind) : file_(file), kind_(kind), atEnd_(true) {
   if (kind == Stream::Host) return;
-  buffer_.reset(new (std::nothrow) char[kBlock + kPadding]());
-  at_ = end_ = pair_ = buffer_.get();
-  atEnd_ = !buffer_;
+  memory_.reset(new (std::nothrow) Memory);
+  start();
+}
+
+void GroupReader::start() {
+  atEnd_ = !memory_;
+  block_ = end_ = memory_ ? memory_->text : nullptr;
+  at_ = pair_ = {block_, kNoFeeds};
 }
 
 void GroupReader::rewind() {
   std::rewind(file_);
-  at_ = end_ = pair_ = buffer_.get();
-  atEnd_ = !buffer_;
+  start();
 }
 
 void GroupReader::refill() {
-  const auto left = static_cast<std::size_t>(end_ - at_);
-  std::memmove(buffer_.get(), at_, left);
-  at_ = buffer_.get();
-  const std::size_t got = std::fread(buffer_.get() + left, 1, kBlock - left, file_);
-  end_ = at_ + left + got;
-  atEnd_ = got < kBlock - left;
+  const std::size_t left = ahead();
+  std::memmove(memory_->text, at_.text, left);
+  const std::size_t size = left + std::fread(memory_->text + left, 1, kBlock - left, file_);
+  end_ = memory_->text + size;
+  atEnd_ = size < kBlock;
+  std::uint16_t* const feeds = index_line_feeds(memory_->text, size, memory_->feeds);
+  feeds[0] = feeds[1] = kNoFeed;
+  at_ = {memory_->text, memory_->feeds};
 }
 
 Line GroupReader::take_line() {
+  const bool fed = *at_.feed != kNoFeed;
+  const std::string_view text(at_.text, fed ? static_cast<std::size_t>(block_ + *at_.feed - at_.text) : ahead());
   // CR LF counts as one character, so a full line with it is two bytes longer.
-  const auto ahead = static_cast<std::size_t>(end_ - at_);
-  const char* const feed = find_line_feed(at_, at_ + std::min(ahead, kMaxLine + 1));
-  const std::string_view text(at_, static_cast<std::size_t>(feed - at_));
-  const bool ended = feed < end_ && *feed == '\n';
-  if (ended && without_return(text).size() < kMaxLine) {
-    at_ = feed + 1;
-    return {without_return(text), true};
+  const std::string_view line = without_return(text);
+  if (fed && line.size() < kMaxLine) {
+    at_ = {text.data() + text.size() + 1, at_.feed + 1};
+    return {line, true};
   }
   const std::string_view cut = text.substr(0, kMaxLine);
-  at_ += cut.size();
+  at_.text += cut.size();
   return {cut, false};
 }
 
 bool GroupReader::next_line(Line& line) {
   reserve(kMaxPair);
-  if (at_ == end_) return false;
+  if (at_.text == end_) return false;
   line = take_line();
   return true;
 }
@@ -71,9 +75,9 @@ bool GroupReader::next_line(Line& line) {
 bool GroupReader::next_slowly() {
   if (kind_ == Stream::Host) return next_from_host();
   pair_ = at_;
-  if (at_ == end_) return false;
+  if (at_.text == end_) return false;
   const Line codeLine = take_line();
-  if (at_ == end_) return false;
+  if (at_.text == end_) return false;
   value_ = take_line();
   finish_pair(codeLine);
   return true;

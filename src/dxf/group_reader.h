@@ -4,16 +4,16 @@
 /// right-aligned in three characters; lines are at most 289 bytes long (what follows counts as another line), and end
 /// in LF or CR LF. One pair can be given back.
 ///
-/// A drawing file of our own opening is read in large blocks. A stream that a host opened is read line by line, so that
-/// it stands where the record ended.
+/// A drawing file of our own opening is read in large blocks, whose line ends are found first. A stream that a host
+/// opened is read line by line, so that it stands where the record ended.
 
-#include <algorithm>
-#include <bit>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <memory>
 #include <string_view>
+
+#include "platform/line_index.h"
 
 namespace qv::detail {
 
@@ -37,7 +37,7 @@ class GroupReader {
   GroupReader(std::FILE* file, Stream kind);
 
   /// False when memory for the blocks ran out: then every read is at the end of the file.
-  bool is_ready() const { return kind_ == Stream::Host || buffer_; }
+  bool is_ready() const { return kind_ == Stream::Host || memory_; }
 
   /// Reads the next pair; false at the end of the file.
   bool next() {
@@ -58,7 +58,7 @@ class GroupReader {
   template <class F>
   void look_ahead(const F& look) {
     reserve(kLookAhead * kMaxPair);
-    const char* const mark = at_;
+    const Position mark = at_;
     for (std::size_t i = 0; i < kLookAhead && next() && look(); ++i) {
     }
     at_ = mark;
@@ -68,46 +68,43 @@ class GroupReader {
   int blocks_ended() const { return blocksEnded_; }
 
  private:
-  static constexpr std::size_t kBlock = std::size_t{1} << 18;
   static constexpr std::size_t kMaxPair = 2 * (kMaxLine + 2);
   static constexpr std::size_t kLookAhead = 64;
-  static constexpr std::size_t kPadding = 16;  // whole words are read past the end
+  /// Offsets within a block are far below kNoFeed: no line that reaches there passes for one that is short enough.
+  static constexpr std::size_t kBlock = 63 * 1024;
+  static constexpr std::uint16_t kNoFeed = 0xFFFF;
+  static_assert(kBlock + kMaxLine < kNoFeed && kLookAhead * kMaxPair < kBlock);
+  struct Memory {
+    char text[kBlock + kIndexSlack];
+    std::uint16_t feeds[kBlock + kIndexSlack];
+  };
 
-  static constexpr std::uint64_t kOnes = 0x0101010101010101;
+  /// A place in the block, with the first line feed that does not lie before it.
+  struct Position {
+    const char* text = nullptr;
+    const std::uint16_t* feed = kNoFeeds;
+  };
+  static constexpr std::uint16_t kNoFeeds[2] = {kNoFeed, kNoFeed};
 
-  /// The eight bytes from p on, the first of them lowest.
-  static std::uint64_t word_at(const char* p) {
-    std::uint64_t word;
-    std::memcpy(&word, p, sizeof word);
-    if constexpr (std::endian::native == std::endian::big) word = __builtin_bswap64(word);
-    return word;
-  }
-  /// The first line feed from p on, or `limit`; words are read up to 7 bytes past the limit.
-  static const char* find_line_feed(const char* p, const char* limit) {
-    for (; p < limit; p += 8) {
-      const std::uint64_t x = word_at(p) ^ (kOnes * '\n');
-      const std::uint64_t zero = (x - kOnes) & ~x & (kOnes << 7);
-      if (zero) return std::min(p + std::countr_zero(zero) / 8, limit);
-    }
-    return limit;
-  }
+  std::size_t ahead() const { return static_cast<std::size_t>(end_ - at_.text); }
   /// Takes a pair whose code line is just as the writer writes it and whose value line is not too long, which is nearly
-  /// every pair. False, with nothing taken, for any other and when no whole pair of the greatest size lies ahead.
+  /// every pair; false, with nothing taken, for any other.
   bool take_plain_pair() {
-    if (end_ - at_ < static_cast<std::ptrdiff_t>(kMaxPair)) return false;
-    const char* const line = at_;
+    const char* const line = at_.text;
+    const std::size_t codeEnd = at_.feed[0];
+    const std::size_t valueEnd = at_.feed[1];
+    const std::size_t length = valueEnd - codeEnd - 1;
+    if (length >= kMaxLine) return false;
+    const char* const first = block_ + codeEnd + 1;
+    const auto codeLength = first - line - 1;
+    if (codeLength != 3 && (codeLength != 4 || line[3] != '\r')) return false;
     const unsigned tens = static_cast<unsigned char>(line[1]) - unsigned{'0'};
     const unsigned ones = static_cast<unsigned char>(line[2]) - unsigned{'0'};
     if (line[0] != ' ' || ones > 9 || (tens - 1 > 8 && line[1] != ' ')) return false;
-    const char* const first = line + 4 + (line[3] == '\r');
-    if (first[-1] != '\n') return false;
-    const char* const feed = find_line_feed(first, first + kMaxLine);
-    if (*feed != '\n' || feed == first + kMaxLine) return false;
-    pair_ = line;
-    at_ = feed + 1;
+    pair_ = at_;
+    at_ = {block_ + valueEnd + 1, at_.feed + 2};
     code_ = static_cast<int>(tens <= 9 ? 10 * tens + ones : ones);
-    const char* const last = feed - (feed != first && feed[-1] == '\r');
-    value_ = {std::string_view(first, static_cast<std::size_t>(last - first)), true};
+    value_ = {std::string_view(first, length - (length > 0 && first[length - 1] == '\r')), true};
     if (code_ == 0) count_block_end();
     return true;
   }
@@ -121,8 +118,9 @@ class GroupReader {
   void finish_pair(const Line& codeLine);
   /// Makes at least `size` bytes of the file lie ahead, if it has so many.
   void reserve(std::size_t size) {
-    if (static_cast<std::size_t>(end_ - at_) < size && !atEnd_) refill();
+    if (ahead() < size && !atEnd_) refill();
   }
+  void start();
   void refill();
 
   std::FILE* file_;
@@ -130,11 +128,12 @@ class GroupReader {
   bool atEnd_ = false;
   int code_ = kUnknownCode;
   Line value_;
-  const char* at_ = nullptr;
+  Position at_;
+  Position pair_;  // where the last pair began
+  const char* block_ = nullptr;
   const char* end_ = nullptr;
-  const char* pair_ = nullptr;  // where the last pair began
   int blocksEnded_ = 0;
-  std::unique_ptr<char[]> buffer_;
+  std::unique_ptr<Memory> memory_;
   long hostPair_ = 0;
   char hostCode_[kMaxLine + 1];
   char hostValue_[kMaxLine + 1];

@@ -44,29 +44,31 @@ struct Terminated {
   }
 };
 
-/// "1234.56" with two decimals and up to eight digits before them, as the writer writes nearly all: eight digits at a
+/// "1234.56" with two decimals and up to six digits before them, as the writer writes nearly all: eight digits at a
 /// time. Up to eight bytes behind the text are read. False for anything else.
-bool written_real(std::string_view text, double& value) {
+bool written_real(std::string_view text, float& value) {
   constexpr std::uint64_t kOnes = 0x0101010101010101;
   const bool negative = !text.empty() && text[0] == '-';
   const char* const first = text.data() + negative;
   const std::size_t length = text.size() - negative;  // d.dd at least
-  if (length - 4 > 7 || first[length - 3] != '.') return false;
+  if (length - 4 > 5 || first[length - 3] != '.') return false;
   const std::size_t before = length - 3;
   std::uint64_t digits;
+  std::uint16_t decimals;
   std::memcpy(&digits, first, sizeof digits);
-  // Leading zeros fill up to eight digits. Of the digits, only nothing but 0 to 9 stays below 10 after the flip.
-  digits = (digits ^ kOnes * '0') << (64 - 8 * before);
-  const unsigned tenths = static_cast<unsigned char>(first[length - 2]) - unsigned{'0'};
-  const unsigned hundredths = static_cast<unsigned char>(first[length - 1]) - unsigned{'0'};
-  if (((digits | (digits + kOnes * 118)) & kOnes << 7) != 0 || tenths > 9 || hundredths > 9) return false;
+  std::memcpy(&decimals, first + before + 1, sizeof decimals);
+  // The decimals are put behind the last digit before them, and what lies in front of the first digit are zeros. Only
+  // nothing but 0 to 9 stays below 10 after the flip.
+  digits = (digits ^ kOnes * '0') << 8 * (8 - before) >> 16 | static_cast<std::uint64_t>(decimals ^ 0x3030) << 48;
+  if (((digits | (digits + kOnes * 118)) & kOnes << 7) != 0) return false;
   // Pairs, then fours, then all eight, each sum in the upper half of its lane.
   digits = digits * 10 + (digits >> 8);
   digits = ((digits & 0x000000FF000000FF) * 0x000F424000000064 +
             ((digits >> 16) & 0x000000FF000000FF) * 0x0000271000000001) >>
            32;
-  const auto hundreds = static_cast<std::int64_t>(digits & 0xFFFFFFFF) * 100 + tenths * 10 + hundredths;
-  const double magnitude = static_cast<double>(hundreds) / 100;
+  // The product is not always the double nearest to the decimal, but always gives the float nearest to it: decimals of
+  // this length that lie between two floats are farther from their middle than the product's error, or, as 0.25, exact.
+  const auto magnitude = static_cast<float>(static_cast<std::int32_t>(digits) * 0.01);
   value = negative ? -magnitude : magnitude;
   return true;
 }
@@ -99,14 +101,9 @@ bool plain_real(std::string_view text, double& value) {
   return true;
 }
 
-template <class Record>
-bool read_into(GroupReader& in, WorkingRecords& records, Record WorkingRecords::*record) {
-  return read_record(in, records.*record) == 1;
-}
-
 template <auto member>
 bool read_kind(GroupReader& in, WorkingRecords& records) {
-  return read_into(in, records, member);
+  return read_opened(in, records.*member);
 }
 
 struct Kind {
@@ -135,11 +132,14 @@ bool ends_record(const Line& value) {
   return std::find(list.words, list.words + list.count, value.text) != list.words + list.count;
 }
 
-double real_of(const Line& value) {
+float real_of(const Line& value) {
+  if (value.text == "0.00") return 0;  // as most Z coordinates are
+  if constexpr (std::endian::native == std::endian::little) {
+    float written;
+    if (written_real(value.text, written)) return written;
+  }
   double v;
-  if constexpr (std::endian::native == std::endian::little)
-    if (written_real(value.text, v)) return v;
-  return plain_real(value.text, v) ? v : parse_real(Terminated(value.text).text);
+  return static_cast<float>(plain_real(value.text, v) ? v : parse_real(Terminated(value.text).text));
 }
 
 int integer_of(const Line& value) {
@@ -195,7 +195,6 @@ ACAD_Entity_Type read_entity(GroupReader& in, WorkingRecords& records, Within wi
     if (in.at(0, "ENDSEC") || in.at(0, "EOF") || (within == Within::Block && in.at(0, "ENDBLK"))) return ACAD_TYPE_END;
     for (const Kind& kind : kKinds) {
       if (!in.value().is(kind.keyword)) continue;
-      in.unread();
       return kind.read(in, records) ? kind.type : ACAD_TYPE_NONE;
     }
   }

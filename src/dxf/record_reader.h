@@ -2,6 +2,8 @@
 
 /// Reads records by their descriptions from group pairs.
 
+#include <utility>
+
 #include "dxf/block.h"
 #include "dxf/group_reader.h"
 #include "dxf/records.h"
@@ -12,34 +14,42 @@ namespace qv::detail {
 /// Whether a group-0 value ends the record before it.
 bool ends_record(const Line& value);
 
-double real_of(const Line& value);
+float real_of(const Line& value);
 int integer_of(const Line& value);
 void text_of(const Line& value, char* field, std::size_t size);
 
-/// Takes the pair at which a reader stands into the field of its code, if the record has one.
+/// Takes pairs into the fields of their codes. Each row of a description takes the pair at which it stands, if that has
+/// the row's code, and goes on to the next: pairs in the order in which the writer writes them are taken in one visit.
 class FieldReader {
  public:
-  explicit FieldReader(const GroupReader& in) : in_(in) {}
+  explicit FieldReader(GroupReader& in) : in_(in) { advance(); }
+  /// The code of the pair at which it stands; kEnd behind the last.
+  int code() const { return code_; }
+  static constexpr int kEnd = -2;
   /// False when a pair came that the record cannot take.
   bool good() const { return good_; }
+  /// Whether any pair was taken since it was last asked.
+  bool has_taken() { return std::exchange(taken_, false); }
+  void advance() { code_ = in_.next() ? in_.code() : kEnd; }
 
   template <int code, std::size_t N>
   void text(char (&field)[N]) {
-    if (in_.code() == code) text_of(in_.value(), field, N);
+    take<code>([&](const Line& value) { text_of(value, field, N); });
   }
   template <int code>
   void real(float& field) {
-    if (in_.code() == code) field = static_cast<float>(real_of(in_.value()));
+    take<code>([&](const Line& value) { field = real_of(value); });
   }
   template <int code>
   void real(float& field, int& given) {
-    if (in_.code() != code) return;
-    real<code>(field);
-    given = 1;
+    take<code>([&](const Line& value) {
+      field = real_of(value);
+      given = 1;
+    });
   }
   template <int code>
   void integer(int& field) {
-    if (in_.code() == code) field = integer_of(in_.value());
+    take<code>([&](const Line& value) { field = integer_of(value); });
   }
   template <int code>
   void point(Point3& p) {
@@ -66,14 +76,25 @@ class FieldReader {
     point<code>(p);
   }
   void elements(ACAD_LTYPE& r) {
-    if (in_.code() != 49) return;
-    good_ = stored_ < std::min(r.m_nElements, kMaxPatternElements);
-    if (good_) r.m_fElement[stored_++] = static_cast<float>(real_of(in_.value()));
+    take<49>([&](const Line& value) {
+      good_ = stored_ < std::min(r.m_nElements, kMaxPatternElements);
+      if (good_) r.m_fElement[stored_++] = real_of(value);
+    });
   }
 
  private:
-  const GroupReader& in_;
+  template <int code, class F>
+  void take(const F& f) {
+    if (code_ != code) return;
+    f(in_.value());
+    taken_ = true;
+    if (good_) advance();
+  }
+
+  GroupReader& in_;
+  int code_ = kEnd;
   bool good_ = true;
+  bool taken_ = false;
   int stored_ = 0;
 };
 
@@ -83,14 +104,14 @@ class FieldReader {
 template <class Record>
 bool read_groups(GroupReader& in, Record& record) {
   FieldReader fields(in);
-  while (in.next()) {
-    if (in.code() == 0) {
-      if (!ends_record(in.value())) continue;
+  while (fields.code() != FieldReader::kEnd) {
+    if (fields.code() == 0 && ends_record(in.value())) {
       in.unread();
       return true;
     }
     describe(fields, record);
     if (!fields.good()) return false;
+    if (!fields.has_taken()) fields.advance();
   }
   return true;
 }
@@ -113,14 +134,19 @@ inline void reset(ACAD_BLOCK& block) {
   block.Ini();
 }
 
-/// Reads a whole record: 0 when the next pair does not open one, or when it cannot take a pair, else 1.
+/// Reads a record whose opening pair has gone by; false when it cannot take a pair.
 template <class Record>
-int read_record(GroupReader& in, Record& record) {
-  if (!in.next() || !in.at(0, kKeyword<Record>)) return 0;
+bool read_opened(GroupReader& in, Record& record) {
   reset(record);
   const bool good = read_groups(in, record);
   read_rest(in, record);
-  return good ? 1 : 0;
+  return good;
+}
+
+/// Reads a whole record: 0 when the next pair does not open one, or when it cannot take a pair, else 1.
+template <class Record>
+int read_record(GroupReader& in, Record& record) {
+  return in.next() && in.at(0, kKeyword<Record>) && read_opened(in, record) ? 1 : 0;
 }
 
 template <class Record>

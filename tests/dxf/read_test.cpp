@@ -1,5 +1,7 @@
 #include <gmock/gmock.h>
 
+#include <random>
+
 #include "data/captions.h"
 #include "dxf/drawings.h"
 #include "platform/text.h"
@@ -173,13 +175,15 @@ TEST(DxfReading, TablesFollowTheirDeclaredCount) {
   }
   {
     Loaded in(table("LTYPE",
-                    " 70\n3\n  0\nLTYPE\n  2\nBYBLOCK\n  0\nLTYPE\n  2\nBYBLAYER\n"
-                    "  0\nLTYPE\n  2\nDASH\n 73\n1\n 49\n0.5\n 49\n0.25\n") +
+                    " 70\n4\n  0\nLTYPE\n  2\nBYBLOCK\n  0\nLTYPE\n  2\nBYBLAYER\n"
+                    "  0\nLTYPE\n  2\nDASH\n 73\n1\n 49\n0.5\n 49\n0.25\n"
+                    "  0\nLTYPE\n  2\nAFTER\n") +
               entities(""));
     EXPECT_STREQ(in.dxf.m_pLType[0].m_szName, "CONTINUOUS");
     EXPECT_STREQ(in.dxf.m_pLType[1].m_szName, "CONTINUOUS");
     EXPECT_EQ(in.dxf.m_pLType[2].m_fElement[0], 0.5F);
     EXPECT_EQ(in.dxf.m_pLType[2].m_fElement[1], 0);
+    EXPECT_STREQ(in.dxf.m_pLType[3].m_szName, "AFTER") << "one element too many takes nothing behind it";
   }
 }
 
@@ -242,6 +246,49 @@ TEST(DxfReading, OpeningReportsWhatIsMissing) {
   EXPECT_EQ(host.box(), qv::captions::kNoEntitySection);
   DXF file;
   EXPECT_EQ(file.Read_FileDxf_To_Mem(directory.path("a.dxf").c_str()), 0) << "not in memory";
+}
+
+/// Entities with whatever may stand between them: codes and values of any length, line ends of both kinds. (A line that
+/// a carriage return makes too long for a stream opened in binary is not too long for a file.)
+std::string strange_entities(std::mt19937& random, int count) {
+  constexpr const char* kCodes[] = {"  0", "  8", " 10", " 20", " 11", " 21", " 40",
+                                    " 62", "  6", "100", "8",   " 8",  "",    "  8 "};
+  constexpr const char* kKinds[] = {"LINE", "CIRCLE", "TEXT", "POLYLINE", "VERTEX", "SEQEND", "HATCH", "SOLID ", ""};
+  const auto one_of = [&](const auto& of) { return of[random() % std::size(of)]; };
+  std::string text;
+  const auto line = [&](const std::string& value) {
+    text += value + (random() % 4 == 0 && value.size() < 270 ? "\r\n" : "\n");
+  };
+  for (int i = 0; i < count; ++i) {
+    const std::string code = one_of(kCodes);
+    line(code);
+    if (code == "  0")
+      line(one_of(kKinds));
+    else if (random() % 50 == 0)
+      line(std::string(270 + random() % 40, static_cast<char>('0' + random() % 10)));
+    else
+      line((random() % 3 ? "" : "-") + std::to_string(random() >> random() % 32) + (random() % 3 ? ".25" : ""));
+  }
+  return text;
+}
+
+// Files of our own are read in blocks whose line ends are found first, hosts' streams line by line.
+TEST(DxfReading, BlocksOfAFileAndLinesOfAStreamGiveTheSame) {
+  std::mt19937 random{11};
+  for (int run = 0; run < 8; ++run) {
+    const std::string text = "  0\nBLOCK\n  2\nA\n" + strange_entities(random, 20000) + "  0\nENDBLK\n";
+    Loaded own("  0\nSECTION\n  2\nBLOCKS\n" + text + "  0\nENDSEC\n" + entities(""), false);
+    const TemporaryDirectory directory;
+    std::FILE* const file = std::fopen(directory.write("block.txt", text).c_str(), "rb");
+    DXF host;
+    host.New_MemDxf();
+    auto* const block = new ACAD_BLOCK;
+    host.m_BlockList.AddTail(block);
+    EXPECT_EQ(block->Read(file), 1);
+    std::fclose(file);
+    EXPECT_GT(block->m_EntityList.GetCount(), 100);
+    EXPECT_EQ(saved(own.dxf), saved(host)) << run;
+  }
 }
 
 TEST(DxfReading, AFileCutAnywhereKeepsWhatWasRead) {
