@@ -71,7 +71,7 @@ void parse_numbers(const std::string& text) {
 void cut_texts(const std::string& text) {
   char field[8];
   qv::copy_text(field, text.c_str());
-  require(qv::equals_field(field, text.c_str()));
+  require(qv::equals_field(field, qv::cut_to_field(text.c_str(), sizeof field)));
   const qv::PathParts parts = qv::split_path(text.c_str());
   const std::size_t length = parts.drive.size() + parts.directory.size() + parts.base.size() + parts.extension.size();
   require(length == text.size());

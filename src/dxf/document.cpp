@@ -79,12 +79,13 @@ void DXF::delete_drawing() {
 
 namespace {
 
-/// The entry of the name; null when there is none, or no table.
+/// The entry of the name, cut as the entries' own names are; null when there is none, or no table.
 template <class Entry>
 const Entry* find(const Entry* table, int count, const char* name) {
   if (!table) return nullptr;
+  const std::string_view key = qv::cut_to_field(name, sizeof table->m_szName);
   for (const Entry* entry = table; entry != table + count; ++entry)
-    if (qv::equals_field(entry->m_szName, name)) return entry;
+    if (qv::equals_field(entry->m_szName, key)) return entry;
   return nullptr;
 }
 

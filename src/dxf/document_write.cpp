@@ -2,6 +2,7 @@
 #include "dxf/document.h"
 #include "dxf/group_reader.h"
 #include "dxf/group_writer.h"
+#include "dxf/walk.h"
 #include "platform/text.h"
 
 using namespace qv::detail;
@@ -19,7 +20,7 @@ constexpr auto frame(const char (&text)[N]) {
 constexpr auto kHeader = frame("  0\nSECTION\n  2\nHEADER\n");
 constexpr auto kCodePage = frame("  9\n$ACADVER\n  1\nAC1009\n  9\n$DWGCODEPAGE\n  3\nANSI_936\n");
 constexpr auto kTables = frame("  0\nENDSEC\n  0\nSECTION\n  2\nTABLES\n");
-constexpr auto kTable = frame("  0\nTABLE\n");
+constexpr auto kTable = frame("  0\nTABLE");  // groups follow
 constexpr auto kEndTab = frame("  0\nENDTAB\n");
 constexpr auto kEndSec = frame("  0\nENDSEC\n");
 constexpr auto kBlocks = frame("  0\nSECTION\n  2\nBLOCKS\n");
@@ -31,11 +32,13 @@ template <class Entry>
 bool write_table(Writer& writer, const Entry* table, int count, const char* emptyMessage) {
   writer.lines(kTable);
   if (!table || count < 1) {
+    writer.end_groups();
     tell_error(301, emptyMessage);
     return false;
   }
   writer.text<2>(kKeyword<Entry>.data());
   writer.integer<70>(count);
+  writer.end_groups();
   for (int i = 0; i < count; ++i) writer.record(table[i]);
   writer.lines(kEndTab);
   return true;
@@ -134,8 +137,7 @@ int DXF::Write_MemDxf_To_File(const char* fileName) {
     write_block(writer, *static_cast<ACAD_BLOCK*>(m_BlockList.GetNext(at)));
   writer.lines(kEndSec);
   writer.lines(kEntities);
-  for (POSITION at = m_EntityList.GetHeadPosition(); at;)
-    write_any(writer, *static_cast<ACAD_ENTITY*>(m_EntityList.GetNext(at)));
+  walk(m_EntityList, [&](ACAD_ENTITY& entity) { write_any(writer, entity); });
   writer.lines(kEnd);
   return writer.flush() && file.commit() ? 1 : 0;
 }
@@ -147,7 +149,7 @@ bool DXF::set_attributes(Record& record, const char* layer, const char* color, c
     tell_error(301, "Layer Name Error !");
     return false;
   }
-  const bool byLayer = std::strcmp(ltype, "BYLAYER") == 0;
+  const bool byLayer = qv::is_literal(ltype, "BYLAYER");
   const ACAD_LTYPE* presentType = byLayer ? nullptr : find_ltype(ltype);
   if (!byLayer && !presentType) {
     tell_error(301, "LType Name Error !");
@@ -158,7 +160,7 @@ bool DXF::set_attributes(Record& record, const char* layer, const char* color, c
     std::memcpy(record.m_szLType, "BYLAYER", sizeof "BYLAYER");
   else
     std::memcpy(record.m_szLType, presentType->m_szName, sizeof record.m_szLType);
-  record.m_nColor = std::strcmp(color, "BYLAYER") == 0 ? qv::kByLayer : qv::parse_int(color);
+  record.m_nColor = qv::is_literal(color, "BYLAYER") ? qv::kByLayer : qv::parse_int(color);
   return true;
 }
 

@@ -11,6 +11,7 @@
 #include "dxf/records.h"
 #include "dxf/visit.h"
 #include "platform/numbers.h"
+#include "platform/text.h"
 #include "platform/textfile.h"
 
 namespace qv::detail {
@@ -18,13 +19,10 @@ namespace qv::detail {
 /// Line ends: "\n" into a stream that a host opened, CR LF into files of our own, which are binary.
 enum class LineEnd { Lf, CrLf };
 
-template <LineEnd end>
-inline constexpr std::string_view kLineEnd = end == LineEnd::CrLf ? "\r\n" : "\n";
-
 /// A constant text of lines, "\n" turned into the line end at compile time.
 template <LineEnd end, std::size_t N>
 struct Lines {
-  char text[2 * N] = {};
+  char text[(N + (end == LineEnd::CrLf ? N : 0) + 7) / 8 * 8] = {};
   std::size_t size = 0;
   constexpr explicit Lines(const char (&source)[N]) {
     for (std::size_t i = 0; source[i] != '\0'; ++i) {
@@ -34,12 +32,16 @@ struct Lines {
   }
 };
 
-/// "  0\n", " 10\n" and their kin for a group code below 1000.
+/// The end of the line before, and the line of a group code below 1000: "\n  8\n", "\n 10\n" and their kin.
 template <LineEnd end, int code>
 inline constexpr auto kCodeLine = [] {
-  const char digits[] = {code < 100 ? ' ' : char('0' + code / 100), code < 10 ? ' ' : char('0' + code / 10 % 10),
-                         char('0' + code % 10), '\n', '\0'};
-  return Lines<end, 5>(digits);
+  const char line[] = {'\n',
+                       code < 100 ? ' ' : char('0' + code / 100),
+                       code < 10 ? ' ' : char('0' + code / 10 % 10),
+                       char('0' + code % 10),
+                       '\n',
+                       '\0'};
+  return Lines<end, 6>(line);
 }();
 
 /// Where finished blocks of text go.
@@ -85,12 +87,13 @@ class GroupWriter {
     room();
     open<Record>();
     describe(*this, r);
+    end_groups();
   }
   /// Lines as they are.
   template <std::size_t N>
   void lines(const Lines<end, N>& constant) {
     room();
-    copy(constant);
+    at_ = put(at_, constant);
   }
   /// Hands on what is left; false when this or an earlier block failed.
   bool flush() {
@@ -99,18 +102,18 @@ class GroupWriter {
     return good_;
   }
 
+  // Groups: each begins with the end of the line before it; behind the last, that end is written by itself.
+  void end_groups() { at_ = put(at_, kLineFeed); }
   template <int code>
   void text(const char* value) {
-    copy(kCodeLine<end, code>);
+    char* out = put(at_, kCodeLine<end, code>);
     // A line break within a value would break the pairing: the value is cut there.
-    for (; *value != '\0' && *value != '\n' && *value != '\r'; ++value) *at_++ = *value;
-    end_line();
+    for (; *value != '\0' && *value != '\n' && *value != '\r'; ++value) *out++ = *value;
+    at_ = out;
   }
   template <int code>
   void real(float value) {
-    copy(kCodeLine<end, code>);
-    at_ = format_fixed2(at_, value);
-    end_line();
+    at_ = format_fixed2(put(at_, kCodeLine<end, code>), value);
   }
   template <int code>
   void real(float value, int) {
@@ -118,9 +121,7 @@ class GroupWriter {
   }
   template <int code>
   void integer(int value) {
-    copy(kCodeLine<end, code>);
-    at_ = format_int(at_, value);
-    end_line();
+    at_ = format_int(put(at_, kCodeLine<end, code>), value);
   }
   template <int code>
   void point(const Point3& p) {
@@ -130,7 +131,7 @@ class GroupWriter {
   }
   template <int code>
   void ltype(const char* value) {
-    if (std::strcmp(value, "BYLAYER") != 0) text<code>(value);
+    if (!is_literal(value, "BYLAYER")) text<code>(value);
   }
   template <int code>
   void color(int value) {
@@ -151,26 +152,23 @@ class GroupWriter {
   void room() {
     if (at_ > limit_) flush();
   }
+  static constexpr Lines<end, 2> kLineFeed{"\n"};
+
   template <class Record>
   void open() {
     static constexpr auto line = [] {
       char source[16] = "  0\n";
       std::size_t n = 4;
       for (const char c : kKeyword<Record>) source[n++] = c;
-      source[n] = '\n';
       return Lines<end, 16>(source);
     }();
-    copy(line);
+    at_ = put(at_, line);
   }
   template <std::size_t N>
-  void copy(const Lines<end, N>& constant) {
+  static char* put(char* out, const Lines<end, N>& constant) {
     // The whole array is copied, its padding overwritten by what follows: a copy of a fixed size is one or two moves.
-    std::memcpy(at_, constant.text, sizeof constant.text);
-    at_ += constant.size;
-  }
-  void end_line() {
-    std::memcpy(at_, kLineEnd<end>.data(), kLineEnd<end>.size());
-    at_ += kLineEnd<end>.size();
+    std::memcpy(out, constant.text, sizeof constant.text);
+    return out + constant.size;
   }
 
   char* buffer_;

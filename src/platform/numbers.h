@@ -2,6 +2,7 @@
 
 /// The library's one formatter and one parser of numbers. Neither looks at the locale.
 
+#include <bit>
 #include <climits>
 #include <cmath>
 #include <cstdarg>
@@ -35,6 +36,10 @@ inline constexpr int kMaxFixed2 = 48;
 /// Writes v as "%.2f" prints it (no terminator) and returns the end of the text. The product v * 100 is exact in
 /// double, so rounding it to the nearest even integer gives the digits that exact decimal rounding gives.
 inline char* format_fixed2(char* out, float v) {
+  if (std::bit_cast<std::uint32_t>(v) == 0) {  // as most Z coordinates are
+    std::memcpy(out, "0.00", 4);
+    return out + 4;
+  }
   const double magnitude = std::fabs(static_cast<double>(v) * 100.0);
   if (!(magnitude < detail::kTwoTo52)) return detail::format_fixed2_unusual(out, v);
   *out = '-';

@@ -44,12 +44,6 @@ void copy_text(char* out, std::size_t size, const char* text) {
   out[length] = '\0';
 }
 
-bool equals_field(const char* field, std::size_t size, const char* name) {
-  if (size == 0) return false;
-  const std::size_t length = cut_length(name, size - 1);
-  return std::memcmp(field, name, length) == 0 && field[length] == '\0';
-}
-
 void upper_case(char* text) {
   while (const std::size_t n = char_length(text)) {
     if (n == 1 && *text >= 'a' && *text <= 'z') *text = static_cast<char>(*text - 'a' + 'A');

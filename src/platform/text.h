@@ -5,7 +5,9 @@
 /// steps by character. A lead byte with anything else behind it stands alone: the fonts' own symbols before a number.
 
 #include <cstddef>
+#include <cstring>
 #include <string_view>
+#include <utility>
 
 #include "platform/api.h"
 
@@ -28,11 +30,25 @@ void copy_text(char (&out)[N], const char* text) {
   copy_text(out, N, text);
 }
 
-/// Whether `name`, cut as `copy_text` would cut it to a field of `size` bytes, equals what the field holds.
-QV_API bool equals_field(const char* field, std::size_t size, const char* name);
+/// The head of the text that `copy_text` would put into a field of `size` bytes.
+inline std::string_view cut_to_field(const char* text, std::size_t size) {
+  return {text, cut_length(text, size - 1)};
+}
+
+/// Whether the field holds exactly that text. Names are cut to the field's size before they are looked up.
 template <std::size_t N>
-bool equals_field(const char (&field)[N], const char* name) {
-  return equals_field(field, N, name);
+bool equals_field(const char (&field)[N], std::string_view text) {
+  const std::size_t n = text.size();
+  return n < N && field[n] == '\0' && (n == 0 || (field[0] == text[0] && std::memcmp(field, text.data(), n) == 0));
+}
+
+/// Whether the text is that literal; what is asked once a record must not cost a call.
+template <std::size_t N>
+bool is_literal(const char* text, const char (&literal)[N]) {
+  return [&]<std::size_t... I>(std::index_sequence<I...>) {
+    return (... && (text[I] == literal[I]));
+  }
+  (std::make_index_sequence<N>());
 }
 
 /// Turns ASCII letters to upper case in place, whole characters stepped over.

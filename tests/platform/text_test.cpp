@@ -28,12 +28,15 @@ TEST(GbkText, IsCutBetweenCharacters) {
   char field[6];
   qv::copy_text(field, "ab\xD6\xD0\xCE\xC4");
   EXPECT_STREQ(field, "ab\xD6\xD0");
-  EXPECT_TRUE(qv::equals_field(field, "ab\xD6\xD0\xCE\xC4"));
+  EXPECT_TRUE(qv::equals_field(field, qv::cut_to_field("ab\xD6\xD0\xCE\xC4", sizeof field)));
   EXPECT_TRUE(qv::equals_field(field, "ab\xD6\xD0"));
   EXPECT_FALSE(qv::equals_field(field, "ab"));
   EXPECT_FALSE(qv::equals_field(field, "ab\xD6\xD0x"));
+  EXPECT_FALSE(qv::equals_field(field, "ab\xD6\xD0xyz"));
+  EXPECT_FALSE(qv::equals_field(field, ""));
   qv::copy_text(field, nullptr);
   EXPECT_STREQ(field, "");
+  EXPECT_TRUE(qv::equals_field(field, ""));
 }
 
 TEST(GbkText, UpperCaseLeavesSecondBytes) {

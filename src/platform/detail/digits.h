@@ -61,28 +61,46 @@ inline char* put_unsigned_wide(char* out, std::uint64_t v) {
   return out + 9;
 }
 
-/// Writes v, below 10^8, in decimal and returns the end. Eight bytes are written whatever the length. All digits are
-/// split at once in the lanes of one word: pairs of four digits, of two, then single ones, the first in the lowest
-/// byte; divisions are products with a rounded-up inverse, exact within their lane's range.
-inline char* put_eight_digits(char* out, std::uint32_t v) {
+/// The eight digits of v, below 10^8, as numbers in the bytes of a word, the first in the lowest. All are split at once
+/// in lanes: pairs of four digits, of two, then single ones; divisions are products with a rounded-up inverse, exact
+/// within their lane's range.
+inline std::uint64_t eight_digits(std::uint32_t v) {
   const std::uint64_t fours = v / 10000 | static_cast<std::uint64_t>(v % 10000) << 32;
   const std::uint64_t hundreds = fours * 10486 >> 20 & 0x0000007F0000007F;
   const std::uint64_t twos = hundreds | (fours - hundreds * 100) << 16;
   const std::uint64_t tens = twos * 103 >> 10 & 0x000F000F000F000F;
-  const std::uint64_t digits = tens | (twos - tens * 10) << 8;
+  return tens | (twos - tens * 10) << 8;
+}
+
+/// Writes v, below 10^8, in decimal and returns the end. Eight bytes are written whatever the length.
+inline char* put_eight_digits(char* out, std::uint32_t v) {
+  const std::uint64_t digits = eight_digits(v);
   const int leading = std::countr_zero(digits | std::uint64_t{1} << 56) & 56;
   const std::uint64_t text = (digits | 0x3030303030303030) >> leading;
   std::memcpy(out, &text, sizeof text);
   return out + 8 - leading / 8;
 }
 
-/// Writes hundredths, below 2^53 of them, as a number with two decimals and returns the end.
+/// Writes hundredths, below 2^53 of them, as a number with two decimals and returns the end. Behind it, up to five
+/// bytes more are written.
 inline char* put_hundredths(char* out, std::uint64_t hundredths) {
+  if (hundredths < 100000000) {
+    const std::uint64_t digits = eight_digits(static_cast<std::uint32_t>(hundredths));
+    // Three digits stay, whatever they are.
+    const int leading = std::countr_zero(digits | std::uint64_t{1} << 40) & 56;
+    const std::uint64_t text = digits | 0x3030303030303030;
+    const std::uint64_t shown = text >> leading;
+    const auto decimals = static_cast<std::uint16_t>(text >> 48);
+    std::memcpy(out, &shown, sizeof shown);
+    out += 6 - leading / 8;
+    *out = '.';
+    std::memcpy(out + 1, &decimals, sizeof decimals);
+    return out + 3;
+  }
   const std::uint64_t whole = hundredths / 100;
-  const auto cents = static_cast<std::uint32_t>(hundredths - whole * 100);
-  out = whole < 100000000 ? put_eight_digits(out, static_cast<std::uint32_t>(whole)) : put_unsigned_wide(out, whole);
+  out = put_unsigned_wide(out, whole);
   *out = '.';
-  put_pair(out + 1, cents);
+  put_pair(out + 1, static_cast<std::uint32_t>(hundredths - whole * 100));
   return out + 3;
 }
 
