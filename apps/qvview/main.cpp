@@ -4,6 +4,9 @@
 #include <QtCore/QLocale>
 #include <QtCore/QSettings>
 #include <QtWidgets/QApplication>
+#include <algorithm>
+#include <memory>
+#include <string_view>
 
 #include "common/fonts.h"
 #include "platform/qt/qt_host.h"
@@ -15,6 +18,12 @@ namespace {
 qvview::Language language_of(const QString& asked) {
   const QString name = asked.isEmpty() ? QSettings().value("language", QLocale::system().name()).toString() : asked;
   return name.startsWith(QLatin1String("zh")) ? qvview::Language::Chinese : qvview::Language::English;
+}
+
+/// Whether the program is asked about itself alone, which needs no display.
+bool is_asked_about_itself(int argc, char** argv) {
+  constexpr std::string_view kQuestions[] = {"-h", "--help", "--help-all", "-v", "--version"};
+  return std::find_first_of(argv + 1, argv + argc, std::begin(kQuestions), std::end(kQuestions)) != argv + argc;
 }
 
 /// The host in force while it lives.
@@ -32,7 +41,11 @@ class InstalledHost {
 }  // namespace
 
 int main(int argc, char** argv) {
-  QApplication application(argc, argv);
+  std::unique_ptr<QCoreApplication> application;
+  if (is_asked_about_itself(argc, argv))
+    application = std::make_unique<QCoreApplication>(argc, argv);
+  else
+    application = std::make_unique<QApplication>(argc, argv);
   QApplication::setOrganizationName("qvtools");
   QApplication::setApplicationName("qvview");
   QApplication::setApplicationVersion(QVVIEW_VERSION);
@@ -43,7 +56,7 @@ int main(int argc, char** argv) {
   const QCommandLineOption language("language", "The language of the captions: zh or en.", "zh|en");
   parser.addOption(language);
   parser.addPositionalArgument("FILE.dxf", "The drawing to show.", "[FILE.dxf]");
-  parser.process(application);
+  parser.process(*application);
 
   const InstalledHost host;
   const std::string directory = QApplication::applicationDirPath().toStdString();

@@ -327,6 +327,13 @@ class Driven(unittest.TestCase):
         self.expect_same(self.settled(), self.first)
         self.assertIn("plan.dxf - qvview", self.screen.titles())
 
+    def test_questions_about_the_program_need_no_display(self):
+        alone = {name: value for name, value in os.environ.items() if name not in ("DISPLAY", "WAYLAND_DISPLAY")}
+        for question, answer in (("--help", "FILE.dxf"), ("-h", "--language"), ("--version", "qvview ")):
+            told = subprocess.run([QVVIEW, question], env=alone, capture_output=True, text=True, timeout=60)
+            self.assertEqual(told.returncode, 0, told.stderr)
+            self.assertIn(answer, told.stdout)
+
     def test_what_is_seen_is_exported(self):
         self.screen.do("mousemove", 300, 300, "click", 4)
         seen = self.settled()

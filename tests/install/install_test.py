@@ -40,6 +40,13 @@ with tempfile.TemporaryDirectory() as directory:
     run(*([emulator, example + "/build/example.exe"] if system else [example + "/build/example"]), cwd=place)
     assert os.path.getsize(place + "/beam.dxf") > 1000
 
+    qvdraw = prefix + "/bin/qvdraw"
+    if os.path.exists(qvdraw):
+        # The library and the fonts are found from where the program is.
+        elsewhere = {name: value for name, value in os.environ.items() if name != "LD_LIBRARY_PATH"}
+        run(qvdraw, "demo", "--out", directory + "/out", env=elsewhere)
+        assert os.path.getsize(directory + "/out/beam.png") > 1000
+
     if shutil.which("pkg-config") and not system:
         libraries = next(root for root, _, files in os.walk(prefix) if "qvtools.pc" in files)
         flags = subprocess.run(
