@@ -17,12 +17,33 @@
 
 namespace qv::detail {
 
-/// A line without its end. `ended` is false when the length limit or the end of the file cut it.
+/// A word of at most eight letters as a number, so that words are compared at once; one that is longer equals none.
+struct Word {
+  std::uint64_t letters = 0;
+  std::size_t size = 0;
+
+  constexpr Word() = default;
+  constexpr explicit Word(std::string_view text) : size(text.size()) {
+    for (std::size_t i = 0; i < size; ++i) letters |= std::uint64_t{static_cast<unsigned char>(text[i])} << 8 * i;
+  }
+  bool operator==(const Word&) const = default;
+};
+
+/// A line without its end. `ended` is false when the length limit or the end of the file cut it. Eight bytes from its
+/// beginning on can be read, however short it is.
 struct Line {
   std::string_view text;
   bool ended = false;
 
   bool is(std::string_view word) const { return ended && text == word; }
+  Word word() const {
+    Word result;
+    if (!ended || text.empty() || text.size() > sizeof result.letters) return result;
+    std::memcpy(&result.letters, text.data(), sizeof result.letters);
+    result.letters &= ~std::uint64_t{0} >> 8 * (sizeof result.letters - text.size());
+    result.size = text.size();
+    return result;
+  }
   /// Texts lose their last character, which is the line feed unless the line was cut.
   std::string_view value() const { return ended || text.empty() ? text : text.substr(0, text.size() - 1); }
 };

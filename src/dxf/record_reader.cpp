@@ -1,6 +1,6 @@
 #include "dxf/record_reader.h"
 
-#include <array>
+#include <algorithm>
 #include <vector>
 
 #include "platform/numbers.h"
@@ -9,28 +9,12 @@ namespace qv::detail {
 
 namespace {
 
-constexpr std::string_view kWords3[] = {"ARC"};
-constexpr std::string_view kWords4[] = {"LINE", "TEXT"};
-constexpr std::string_view kWords5[] = {"POINT", "SOLID", "BLOCK", "LAYER", "LTYPE", "STYLE", "TABLE"};
-constexpr std::string_view kWords6[] = {"CIRCLE", "VERTEX", "SEQEND", "INSERT", "3DFACE",
-                                        "ENDSEC", "ENDTAB", "ENDBLK", "TABLES"};
-constexpr std::string_view kWords7[] = {"SECTION"};
-constexpr std::string_view kWords8[] = {"POLYLINE", "ENTITIES", "VIEWPORT"};
-
-/// The words that end a record, by their length.
-struct WordList {
-  const std::string_view* words = nullptr;
-  std::size_t count = 0;
-};
-constexpr std::array<WordList, 9> kRecordEnds = {{{},
-                                                  {},
-                                                  {},
-                                                  {kWords3, std::size(kWords3)},
-                                                  {kWords4, std::size(kWords4)},
-                                                  {kWords5, std::size(kWords5)},
-                                                  {kWords6, std::size(kWords6)},
-                                                  {kWords7, std::size(kWords7)},
-                                                  {kWords8, std::size(kWords8)}}};
+/// The words that end a record, those that come often first.
+constexpr Word kRecordEnds[] = {Word("LINE"),    Word("VERTEX"),   Word("TEXT"),    Word("CIRCLE"), Word("ARC"),
+                                Word("SEQEND"),  Word("POLYLINE"), Word("SOLID"),   Word("INSERT"), Word("POINT"),
+                                Word("3DFACE"),  Word("ENDSEC"),   Word("ENDBLK"),  Word("BLOCK"),  Word("LAYER"),
+                                Word("LTYPE"),   Word("STYLE"),    Word("TABLE"),   Word("ENDTAB"), Word("TABLES"),
+                                Word("SECTION"), Word("ENTITIES"), Word("VIEWPORT")};
 
 constexpr double kPowersOfTen[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
                                    1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
@@ -107,29 +91,27 @@ bool read_kind(GroupReader& in, WorkingRecords& records) {
 }
 
 struct Kind {
-  std::string_view keyword;
+  Word keyword;
   ACAD_Entity_Type type;
   bool (*read)(GroupReader&, WorkingRecords&);
 };
 
 constexpr Kind kKinds[] = {
-    {kKeyword<ACAD_LINE>, ACAD_TYPE_LINE, read_kind<&WorkingRecords::m_Line>},
-    {kKeyword<ACAD_TEXT>, ACAD_TYPE_TEXT, read_kind<&WorkingRecords::m_Text>},
-    {kKeyword<ACAD_CIRCLE>, ACAD_TYPE_CIRCLE, read_kind<&WorkingRecords::m_Circle>},
-    {kKeyword<ACAD_POLYLINE>, ACAD_TYPE_POLYLINE, read_kind<&WorkingRecords::m_Polyline>},
-    {kKeyword<ACAD_ARC>, ACAD_TYPE_ARC, read_kind<&WorkingRecords::m_Arc>},
-    {kKeyword<ACAD_POINT>, ACAD_TYPE_POINT, read_kind<&WorkingRecords::m_Point>},
-    {kKeyword<ACAD_SOLID>, ACAD_TYPE_SOLID, read_kind<&WorkingRecords::m_Solid>},
-    {kKeyword<ACAD_3DFACE>, ACAD_TYPE_3DFACE, read_kind<&WorkingRecords::m_3DFace>},
-    {kKeyword<ACAD_INSERT>, ACAD_TYPE_INSERT, read_kind<&WorkingRecords::m_Insert>},
+    {Word(kKeyword<ACAD_LINE>), ACAD_TYPE_LINE, read_kind<&WorkingRecords::m_Line>},
+    {Word(kKeyword<ACAD_TEXT>), ACAD_TYPE_TEXT, read_kind<&WorkingRecords::m_Text>},
+    {Word(kKeyword<ACAD_CIRCLE>), ACAD_TYPE_CIRCLE, read_kind<&WorkingRecords::m_Circle>},
+    {Word(kKeyword<ACAD_POLYLINE>), ACAD_TYPE_POLYLINE, read_kind<&WorkingRecords::m_Polyline>},
+    {Word(kKeyword<ACAD_ARC>), ACAD_TYPE_ARC, read_kind<&WorkingRecords::m_Arc>},
+    {Word(kKeyword<ACAD_POINT>), ACAD_TYPE_POINT, read_kind<&WorkingRecords::m_Point>},
+    {Word(kKeyword<ACAD_SOLID>), ACAD_TYPE_SOLID, read_kind<&WorkingRecords::m_Solid>},
+    {Word(kKeyword<ACAD_3DFACE>), ACAD_TYPE_3DFACE, read_kind<&WorkingRecords::m_3DFace>},
+    {Word(kKeyword<ACAD_INSERT>), ACAD_TYPE_INSERT, read_kind<&WorkingRecords::m_Insert>},
 };
 
 }  // namespace
 
 bool ends_record(const Line& value) {
-  if (!value.ended || value.text.size() >= kRecordEnds.size()) return false;
-  const WordList& list = kRecordEnds[value.text.size()];
-  return std::find(list.words, list.words + list.count, value.text) != list.words + list.count;
+  return std::ranges::find(kRecordEnds, value.word()) != std::end(kRecordEnds);
 }
 
 float real_of(const Line& value) {
@@ -193,10 +175,8 @@ ACAD_Entity_Type read_entity(GroupReader& in, WorkingRecords& records, Within wi
   while (in.next()) {
     if (in.code() != 0) continue;
     if (in.at(0, "ENDSEC") || in.at(0, "EOF") || (within == Within::Block && in.at(0, "ENDBLK"))) return ACAD_TYPE_END;
-    for (const Kind& kind : kKinds) {
-      if (!in.value().is(kind.keyword)) continue;
-      return kind.read(in, records) ? kind.type : ACAD_TYPE_NONE;
-    }
+    const Kind* const kind = std::ranges::find(kKinds, in.value().word(), &Kind::keyword);
+    if (kind != std::end(kKinds)) return kind->read(in, records) ? kind->type : ACAD_TYPE_NONE;
   }
   return ACAD_TYPE_END;
 }

@@ -125,7 +125,9 @@ void read_rest(GroupReader& in, ACAD_LTYPE& ltype);
 
 template <class Record>
 void reset(Record& record) {
-  record = Record();
+  // One made on the spot would be copied before all of it is stored.
+  static const Record kDefaults;
+  record = kDefaults;
 }
 inline void reset(ACAD_POLYLINE& polyline) {
   polyline.Ini();
