@@ -17,7 +17,7 @@
 
 namespace qv::detail {
 
-/// A word of at most eight letters as a number, so that words are compared at once; one that is longer equals none.
+/// A word of at most eight letters as a number: compared at once.
 struct Word {
   std::uint64_t letters = 0;
   std::size_t size = 0;
@@ -36,6 +36,7 @@ struct Line {
   bool ended = false;
 
   bool is(std::string_view word) const { return ended && text == word; }
+  /// The line as a word; the empty one when it is longer than words are, or was cut.
   Word word() const {
     Word result;
     if (!ended || text.empty() || text.size() > sizeof result.letters) return result;
