@@ -20,10 +20,10 @@ qvview::Language language_of(const QString& asked) {
   return name.startsWith(QLatin1String("zh")) ? qvview::Language::Chinese : qvview::Language::English;
 }
 
-/// Whether the program is asked about itself alone, which needs no display.
+/// Whether the program is asked about itself and nothing else, which needs no display.
 bool is_asked_about_itself(int argc, char** argv) {
   constexpr std::string_view kQuestions[] = {"-h", "--help", "--help-all", "-v", "--version"};
-  return std::find_first_of(argv + 1, argv + argc, std::begin(kQuestions), std::end(kQuestions)) != argv + argc;
+  return argc == 2 && std::ranges::find(kQuestions, argv[1]) != std::end(kQuestions);
 }
 
 /// The host in force while it lives.

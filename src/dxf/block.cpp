@@ -1,5 +1,7 @@
 #include "dxf/block.h"
 
+#include <type_traits>
+
 #include "dxf/group_writer.h"
 #include "dxf/record_reader.h"
 #include "platform/text.h"

@@ -29,8 +29,8 @@ struct Word {
   bool operator==(const Word&) const = default;
 };
 
-/// A line without its end. `ended` is false when the length limit or the end of the file cut it. Eight bytes from its
-/// beginning on can be read, however short it is.
+/// A line without its end. `ended` is false when the length limit or the end of the file cut it. Sixteen bytes
+/// from its beginning on can be read, however short it is.
 struct Line {
   std::string_view text;
   bool ended = false;

@@ -3,6 +3,7 @@
 /// Writes group pairs: the code line, right-aligned in three characters, and the value line. Constant code lines are
 /// copied whole, and nothing is formatted by the C library.
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <cstring>

@@ -2,7 +2,7 @@
 
 /// Reads records by their descriptions from group pairs.
 
-#include <utility>
+#include <algorithm>
 
 #include "dxf/block.h"
 #include "dxf/group_reader.h"
@@ -28,8 +28,8 @@ class FieldReader {
   static constexpr int kEnd = -2;
   /// False when a pair came that the record cannot take.
   bool good() const { return good_; }
-  /// Whether any pair was taken since it was last asked.
-  bool has_taken() { return std::exchange(taken_, false); }
+  /// The number of pairs that were taken.
+  int taken() const { return taken_; }
   void advance() { code_ = in_.next() ? in_.code() : kEnd; }
 
   template <int code, std::size_t N>
@@ -87,14 +87,14 @@ class FieldReader {
   void take(const F& f) {
     if (code_ != code) return;
     f(in_.value());
-    taken_ = true;
+    ++taken_;
     if (good_) advance();
   }
 
   GroupReader& in_;
   int code_ = kEnd;
   bool good_ = true;
-  bool taken_ = false;
+  int taken_ = 0;
   int stored_ = 0;
 };
 
@@ -109,9 +109,10 @@ bool read_groups(GroupReader& in, Record& record) {
       in.unread();
       return true;
     }
+    const int before = fields.taken();
     describe(fields, record);
     if (!fields.good()) return false;
-    if (!fields.has_taken()) fields.advance();
+    if (fields.taken() == before) fields.advance();
   }
   return true;
 }

@@ -1,7 +1,7 @@
 #pragma once
 
-/// Walks the entities of a list. Records lie all over memory, and a walk waits for each of them unless it asks for them
-/// ahead of time.
+/// Walks the entities of a list. Those of one size lie side by side as they were made, but kinds lie apart, and lists
+/// may hold them in any order: a walk waits for each record unless it asks for it ahead of time.
 
 #include "dxf/entity.h"
 #include "platform/prefetch.h"
@@ -13,7 +13,7 @@ template <class F>
 bool walk_until(const CPtrList& list, const F& f) {
   constexpr int kAhead = 20;
   constexpr std::size_t kCacheLine = 64;      // a line or a circle takes two
-  constexpr std::size_t kPagesAhead = 12288;  // records made one after the other lie so, and a new page takes longer
+  constexpr std::size_t kPagesAhead = 12288;  // of records side by side, those that take longest to come
   POSITION ahead = list.GetHeadPosition();
   for (int i = 0; i < kAhead && ahead; ++i) list.GetNext(ahead);
   for (POSITION at = list.GetHeadPosition(); at;) {

@@ -1,23 +1,18 @@
 #include "platform/record_memory.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstdint>
 #include <limits>
 #include <mutex>
 #include <utility>
 
+#include "platform/detail/sanitizer.h"
+
 #if defined(_WIN32)
 #include <windows.h>
 #else
 #include <sys/mman.h>
-#endif
-
-#if defined(__SANITIZE_ADDRESS__)
-#define QV_SEPARATE_RECORDS 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define QV_SEPARATE_RECORDS 1
-#endif
 #endif
 
 namespace qv {
@@ -26,7 +21,7 @@ namespace {
 
 constexpr std::size_t kAlignment = 64;
 
-#if defined(QV_SEPARATE_RECORDS)
+#if QV_ADDRESS_SANITIZER
 
 void* allocate(std::size_t size) noexcept {
   return ::operator new (size, std::align_val_t{kAlignment}, std::nothrow);
@@ -44,8 +39,9 @@ constexpr std::size_t kSlabSize = std::size_t{1} << 16;  // the system's allocat
 void* map_pages(std::size_t bytes, bool) {
   return VirtualAlloc(nullptr, bytes, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE);
 }
-void unmap_pages(void* pages, std::size_t) {
-  VirtualFree(pages, 0, MEM_RELEASE);
+/// False when the system cannot take them back now.
+bool unmap_pages(void* pages, std::size_t) {
+  return VirtualFree(pages, 0, MEM_RELEASE) != 0;
 }
 
 #else
@@ -65,8 +61,9 @@ void* map_pages(std::size_t bytes, bool large) {
 #endif
   return begin + before;
 }
-void unmap_pages(void* pages, std::size_t bytes) {
-  munmap(pages, bytes);
+/// False when the system cannot take them back now: a hole may need room in its tables.
+bool unmap_pages(void* pages, std::size_t bytes) {
+  return munmap(pages, bytes) == 0;
 }
 
 #endif
@@ -111,8 +108,19 @@ class Pool {
   void Release(void* block) noexcept;
 
  private:
+  // Blocks share slabs in steps of 16 bytes up to a thousand, then in powers of two.
   static constexpr std::size_t kStep = 16;
-  static constexpr std::size_t kLargest = 1024;
+  static constexpr std::size_t kStepped = 1024;
+  static constexpr std::size_t kLargest = 8192;
+  static constexpr std::size_t kSteps = kStepped / kStep;
+  /// The number of a size's slabs, and the size of their blocks.
+  static std::size_t number_of(std::size_t size) {
+    if (size <= kStepped) return (std::max(size, std::size_t{1}) + kStep - 1) / kStep;
+    return kSteps + static_cast<std::size_t>(std::bit_width((size - 1) / kStepped));
+  }
+  static std::size_t block_size(std::size_t number) {
+    return number <= kSteps ? number * kStep : kStepped << (number - kSteps);
+  }
 
   /// The slabs of blocks of one size.
   struct Size {
@@ -132,13 +140,14 @@ class Pool {
 
   static Slab* new_slab(std::size_t bytes, std::size_t blockSize, bool large) noexcept;
   static void* allocate_alone(std::size_t size) noexcept;
-  /// The bytes of a slab for one large block alone: whole slabs, of which it takes the pages that it uses.
+  /// The bytes of a slab for one block alone: whole pages, however large the system's are.
   static std::size_t size_alone(std::size_t size) {
-    return (Slab::kHeadSize + size + kSlabSize - 1) & ~(kSlabSize - 1);
+    constexpr std::size_t kPages = std::size_t{1} << 16;
+    return (Slab::kHeadSize + size + kPages - 1) & ~(kPages - 1);
   }
 
   std::mutex mutex_;
-  Size sizes_[kLargest / kStep + 1];
+  Size sizes_[kSteps + 4];  // the last for blocks of kLargest
 };
 
 Slab* Pool::new_slab(std::size_t bytes, std::size_t blockSize, bool large) noexcept {
@@ -159,12 +168,12 @@ void* Pool::allocate_alone(std::size_t size) noexcept {
 
 void* Pool::Allocate(std::size_t size) noexcept {
   if (size > kLargest) return allocate_alone(size);
-  const std::size_t steps = (std::max(size, std::size_t{1}) + kStep - 1) / kStep;
-  Size& slabs = sizes_[steps];
+  const std::size_t number = number_of(size);
+  Size& slabs = sizes_[number];
   const std::lock_guard lock(mutex_);
   if (!slabs.withRoom) {
     // Drawings of few records stay in small pages, taken one by one.
-    Slab* const slab = new_slab(kSlabSize, steps * kStep, slabs.several);
+    Slab* const slab = new_slab(kSlabSize, block_size(number), slabs.several);
     if (!slab) return nullptr;
     slabs.several = true;
     slabs.link(slab);
@@ -177,18 +186,19 @@ void* Pool::Allocate(std::size_t size) noexcept {
 
 void Pool::Release(void* block) noexcept {
   Slab* const slab = Slab::Of(block);
-  if (slab->blockSize > kLargest) return unmap_pages(slab, size_alone(slab->blockSize));
-  Size& slabs = sizes_[slab->blockSize / kStep];
+  if (slab->blockSize > kLargest) {
+    unmap_pages(slab, size_alone(slab->blockSize));
+    return;
+  }
+  Size& slabs = sizes_[number_of(slab->blockSize)];
   const std::lock_guard lock(mutex_);
   if (slab->is_full()) slabs.link(slab);
   slab->give_back(block);
   if (slab->living > 0) return;
-  if (slab->next || slab->before) {
-    slabs.unlink(slab);
-    unmap_pages(slab, kSlabSize);
-  } else {
-    slab->reset();  // the next records lie in order again
-  }
+  slab->reset();  // the next records lie in order again
+  if (!slab->next && !slab->before) return;
+  slabs.unlink(slab);
+  if (!unmap_pages(slab, kSlabSize)) slabs.link(slab);
 }
 
 /// The program's pool. It is never destroyed: records that outlive all else are given back to it.

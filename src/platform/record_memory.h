@@ -15,9 +15,10 @@ namespace qv {
 /// system has them. Walking a million of them then costs what reading their bytes costs.
 ///
 /// It holds no data. Objects may be made and deleted in any thread, whichever made them; their memory goes back to the
-/// system as a slab of them (2 MB, on Windows 64 KB) empties, but for the last one of each size. Alignment up to 64
-/// bytes is kept. Arrays and objects within others are not concerned. Under an address sanitizer every object is an
-/// allocation of its own.
+/// system as a slab of them (2 MB, on Windows 64 KB) empties, but for the last one of each size. Those above 8 KB lie
+/// by themselves. Alignment up to 64 bytes is kept; a class that needs more brings its own operators. What `::new` made
+/// is for `::delete` alone. Arrays and objects within others are not concerned. Under an address sanitizer every object
+/// is an allocation of its own.
 class QV_API PooledRecord {
  public:
   /// Throws `std::bad_alloc` when the system gives no memory; the second form returns null.

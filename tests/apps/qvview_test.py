@@ -333,6 +333,10 @@ class Driven(unittest.TestCase):
             told = subprocess.run([QVVIEW, question], env=alone, capture_output=True, text=True, timeout=60)
             self.assertEqual(told.returncode, 0, told.stderr)
             self.assertIn(answer, told.stdout)
+        # Where the question is not all that is said, the program starts as ever.
+        told = subprocess.run([QVVIEW, "-platform", "offscreen", "--version"], env=alone, capture_output=True,
+                              text=True, timeout=60)
+        self.assertEqual((told.returncode, told.stdout[:7]), (0, "qvview "), told.stderr)
 
     def test_what_is_seen_is_exported(self):
         self.screen.do("mousemove", 300, 300, "click", 4)

@@ -81,8 +81,8 @@ inline char* put_eight_digits(char* out, std::uint32_t v) {
   return out + 8 - leading / 8;
 }
 
-/// Writes hundredths, below 2^53 of them, as a number with two decimals and returns the end. Behind it, up to five
-/// bytes more are written.
+/// Writes hundredths, below 2^53 of them, as a number with two decimals and returns the end. Up to four bytes
+/// behind it are written.
 inline char* put_hundredths(char* out, std::uint64_t hundredths) {
   if (hundredths < 100000000) {
     const std::uint64_t digits = eight_digits(static_cast<std::uint32_t>(hundredths));
