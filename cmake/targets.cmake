@@ -5,6 +5,7 @@ function(qvtools_target target)
   set_target_properties(${target} PROPERTIES CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
   if(MSVC)
     target_compile_options(${target} PRIVATE /W4 /WX /fp:precise /utf-8)
+    target_compile_definitions(${target} PRIVATE NOMINMAX)
   else()
     target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror -ffp-contract=off)
     # One compiler counts changes of sign among conversions, the other does not.

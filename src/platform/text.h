@@ -7,7 +7,6 @@
 #include <cstddef>
 #include <cstring>
 #include <string_view>
-#include <utility>
 
 #include "platform/api.h"
 
@@ -45,10 +44,9 @@ bool equals_field(const char (&field)[N], std::string_view text) {
 /// Whether the text is that literal; what is asked once a record must not cost a call.
 template <std::size_t N>
 bool is_literal(const char* text, const char (&literal)[N]) {
-  return [&]<std::size_t... I>(std::index_sequence<I...>) {
-    return (... && (text[I] == literal[I]));
-  }
-  (std::make_index_sequence<N>());
+  for (std::size_t i = 0; i < N; ++i)
+    if (text[i] != literal[i]) return false;
+  return true;
 }
 
 /// Turns ASCII letters to upper case in place, whole characters stepped over.
