@@ -28,13 +28,7 @@ std::string System::program_directory() const {
 }
 
 std::string to_utf8(const char* text) {
-  const std::wstring wide = qv::wide_of(text);
-  const int length = static_cast<int>(wide.size());
-  std::string utf8(wide.size() * 3, '\0');
-  const int room = static_cast<int>(utf8.size());
-  const int n = length ? WideCharToMultiByte(CP_UTF8, 0, wide.data(), length, utf8.data(), room, nullptr, nullptr) : 0;
-  utf8.resize(static_cast<std::size_t>(n));
-  return utf8;
+  return qv::narrowed(qv::wide_of(text), CP_UTF8);
 }
 
 std::span<const PictureFormat> picture_formats() {

@@ -16,20 +16,30 @@
 #endif
 
 namespace qv {
-namespace {
 
 #if defined(_WIN32)
 
-std::string narrowed(const std::wstring& wide, UINT page) {
-  const int length = static_cast<int>(wide.size());
-  std::string text(wide.size() * 4, '\0');
-  const int room = static_cast<int>(text.size());
-  const int n = length ? WideCharToMultiByte(page, 0, wide.data(), length, text.data(), room, nullptr, nullptr) : 0;
-  text.resize(static_cast<std::size_t>(n));
-  return text;
+void print_to_terminal(const std::string& text) {
+  const std::wstring wide = wide_of(text.c_str());
+  const HANDLE console = GetStdHandle(STD_ERROR_HANDLE);
+  DWORD mode = 0;
+  DWORD written = 0;
+  if (GetConsoleMode(console, &mode)) {
+    std::fflush(stderr);
+    WriteConsoleW(console, wide.data(), static_cast<DWORD>(wide.size()), &written, nullptr);
+  } else {
+    const std::string bytes = narrowed(wide, GetConsoleOutputCP() ? GetConsoleOutputCP() : CP_UTF8);
+    std::fwrite(bytes.data(), 1, bytes.size(), stderr);
+  }
+}
+
+bool input_is_terminal() {
+  return _isatty(_fileno(stdin)) != 0;
 }
 
 #else
+
+namespace {
 
 /// The encoding that the environment names; the program itself may never have set a locale.
 std::string terminal_encoding() {
@@ -59,31 +69,7 @@ std::string converted(const std::string& text, iconv_t converter) {
   return result;
 }
 
-#endif
-
 }  // namespace
-
-#if defined(_WIN32)
-
-void print_to_terminal(const std::string& text) {
-  const std::wstring wide = wide_of(text.c_str());
-  const HANDLE console = GetStdHandle(STD_ERROR_HANDLE);
-  DWORD mode = 0;
-  DWORD written = 0;
-  if (GetConsoleMode(console, &mode)) {
-    std::fflush(stderr);
-    WriteConsoleW(console, wide.data(), static_cast<DWORD>(wide.size()), &written, nullptr);
-  } else {
-    const std::string bytes = narrowed(wide, GetConsoleOutputCP() ? GetConsoleOutputCP() : CP_UTF8);
-    std::fwrite(bytes.data(), 1, bytes.size(), stderr);
-  }
-}
-
-bool input_is_terminal() {
-  return _isatty(_fileno(stdin)) != 0;
-}
-
-#else
 
 void print_to_terminal(const std::string& text) {
   const iconv_t converter = iconv_open(terminal_encoding().c_str(), "GBK");

@@ -1,6 +1,6 @@
 #pragma once
 
-/// GBK texts as Windows takes them.
+/// GBK texts as Windows takes them, and its texts in another encoding.
 
 #include <windows.h>
 
@@ -21,6 +21,16 @@ inline std::wstring wide_of(const char* text) {
     text += n;
   }
   return wide;
+}
+
+/// UTF-16 in a code page of the system's.
+inline std::string narrowed(const std::wstring& wide, UINT page) {
+  const int length = static_cast<int>(wide.size());
+  std::string text(wide.size() * 4, '\0');
+  const int room = static_cast<int>(text.size());
+  const int n = length ? WideCharToMultiByte(page, 0, wide.data(), length, text.data(), room, nullptr, nullptr) : 0;
+  text.resize(static_cast<std::size_t>(n));
+  return text;
 }
 
 }  // namespace qv
