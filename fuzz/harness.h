@@ -2,8 +2,8 @@
 
 /// What the fuzz targets share.
 
-#include "platform/console/console_host.h"
-#include "platform/host.h"
+#include "qvtools/platform/console/console_host.h"
+#include "qvtools/platform/host.h"
 #include "support/temporary_directory.h"
 
 namespace qvfuzz {

@@ -4,8 +4,8 @@
 
 #include "common/picture_file.h"
 #include "common/system.h"
-#include "platform/qt/qt_output.h"
-#include "platform/qt/qt_text.h"
+#include "qvtools/platform/qt/qt_output.h"
+#include "qvtools/platform/qt/qt_text.h"
 
 namespace qvapps {
 

@@ -2,8 +2,8 @@
 
 #include <cstdio>
 
-#include "platform/filesystem.h"
 #include "qvtools.h"
+#include "qvtools/system/filesystem.h"
 
 namespace qvapps {
 

@@ -4,8 +4,8 @@
 
 #include "common/picture_file.h"
 #include "common/system.h"
-#include "platform/win32/gbk_text.h"
-#include "platform/win32/gdi_output.h"
+#include "qvtools/platform/win32/gdi_output.h"
+#include "qvtools/system/windows/code_page.h"
 
 namespace qvapps {
 

@@ -3,8 +3,8 @@
 #include <stdexcept>
 
 #include "common/unreadable.h"
-#include "platform/filesystem.h"
 #include "progress.h"
+#include "qvtools/system/filesystem.h"
 
 namespace qvdraw {
 

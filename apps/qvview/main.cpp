@@ -9,7 +9,7 @@
 #include <string_view>
 
 #include "common/fonts.h"
-#include "platform/qt/qt_host.h"
+#include "qvtools/platform/qt/qt_host.h"
 #include "ui/main_window.h"
 
 namespace {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/win32/gdi_output.h"
+#include "qvtools/platform/win32/gdi_output.h"
 
 namespace qvview32 {
 

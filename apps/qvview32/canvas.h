@@ -5,7 +5,7 @@
 #include <memory>
 
 #include "model/view.h"
-#include "platform/bitmap/bitmap_dc.h"
+#include "qvtools/platform/bitmap/bitmap_dc.h"
 
 namespace qvview32 {
 

@@ -6,7 +6,7 @@
 
 #include "common/fonts.h"
 #include "common/system.h"
-#include "platform/win32/win32_host.h"
+#include "qvtools/platform/win32/win32_host.h"
 #include "viewer.h"
 
 namespace {

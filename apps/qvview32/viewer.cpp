@@ -8,7 +8,7 @@
 
 #include "common/picture_file.h"
 #include "common/unreadable.h"
-#include "platform/win32/gdi_output.h"
+#include "qvtools/platform/win32/gdi_output.h"
 #include "system_text.h"
 
 namespace qvview32 {

@@ -4,7 +4,7 @@
 
 #include <cstdlib>
 
-#include "platform/text.h"
+#include "qvtools/text/gbk_text.h"
 #include "workload.h"
 
 namespace qvbench {

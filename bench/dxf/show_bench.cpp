@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "baseline.h"
-#include "cadformats/shx.h"
-#include "dxf/prepared_drawing.h"
-#include "platform/bitmap/bitmap_dc.h"
+#include "qvtools/dxf/view/prepared_drawing.h"
+#include "qvtools/fonts/shx.h"
+#include "qvtools/platform/bitmap/bitmap_dc.h"
 #include "workload.h"
 
 namespace {

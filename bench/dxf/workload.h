@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <numbers>
 
-#include "dxf/document.h"
+#include "qvtools/dxf/model/document.h"
 
 namespace qvbench {
 

@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "baseline.h"
-#include "geometry/domain.h"
-#include "geometry/prepared_domain.h"
+#include "qvtools/geometry/domains/domain.h"
+#include "qvtools/geometry/domains/prepared_domain.h"
 
 namespace {
 

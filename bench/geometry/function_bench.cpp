@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "baseline.h"
-#include "geometry/analysis.h"
-#include "geometry/jh.h"
+#include "qvtools/geometry/functions/jh.h"
+#include "qvtools/geometry/numerics/analysis.h"
 
 namespace {
 

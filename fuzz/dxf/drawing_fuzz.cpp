@@ -4,9 +4,9 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "dxf/document.h"
-#include "platform/bitmap/bitmap_dc.h"
-#include "platform/console/console_host.h"
+#include "qvtools/dxf/model/document.h"
+#include "qvtools/platform/bitmap/bitmap_dc.h"
+#include "qvtools/platform/console/console_host.h"
 #include "scratch_file.h"
 
 namespace {

@@ -3,8 +3,8 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "dxf/document.h"
-#include "platform/console/console_host.h"
+#include "qvtools/dxf/model/document.h"
+#include "qvtools/platform/console/console_host.h"
 #include "scratch_file.h"
 
 namespace {

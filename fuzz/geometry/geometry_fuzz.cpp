@@ -10,16 +10,16 @@
 #include <limits>
 #include <vector>
 
-#include "data/services.h"
-#include "geometry/analysis.h"
-#include "geometry/coor.h"
-#include "geometry/jh.h"
-#include "geometry/numeric.h"
-#include "geometry/polygons.h"
-#include "geometry/prepared_domain.h"
-#include "geometry/region.h"
-#include "geometry/vectors.h"
-#include "platform/console/console_host.h"
+#include "qvtools/geometry/domains/prepared_domain.h"
+#include "qvtools/geometry/functions/jh.h"
+#include "qvtools/geometry/numerics/analysis.h"
+#include "qvtools/geometry/numerics/numeric.h"
+#include "qvtools/geometry/numerics/polygons.h"
+#include "qvtools/geometry/numerics/vectors.h"
+#include "qvtools/geometry/values/coor.h"
+#include "qvtools/geometry/values/region.h"
+#include "qvtools/platform/console/console_host.h"
+#include "qvtools/services/services.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "platform/qt/qt_window.h"
+#include "qvtools/platform/qt/qt_window.h"
 
 #include <gmock/gmock.h>
 
@@ -6,7 +6,7 @@
 #include <QtGui/QImage>
 #include <QtWidgets/QApplication>
 
-#include "platform/qt/qt_host.h"
+#include "qvtools/platform/qt/qt_host.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;

@@ -3,8 +3,8 @@
 #include <cmath>
 #include <numbers>
 
-#include "cadformats/shx.h"
-#include "drawing/base_sgt.h"
+#include "qvtools/drawing/base_sgt.h"
+#include "qvtools/fonts/shx.h"
 
 namespace {
 

@@ -10,8 +10,8 @@
 #include <string>
 #include <vector>
 
-#include "cadformats/shx.h"
-#include "drawing/base_sgt.h"
+#include "qvtools/drawing/base_sgt.h"
+#include "qvtools/fonts/shx.h"
 #include "support/font_files.h"
 #include "support/temporary_directory.h"
 

@@ -3,10 +3,10 @@
 #include <cmath>
 #include <numbers>
 
-#include "cadformats/shx.h"
-#include "dxf/document.h"
-#include "platform/bitmap/bitmap_dc.h"
-#include "platform/text.h"
+#include "qvtools/dxf/model/document.h"
+#include "qvtools/fonts/shx.h"
+#include "qvtools/platform/bitmap/bitmap_dc.h"
+#include "qvtools/text/gbk_text.h"
 #include "support/recording_context.h"
 #include "support/recording_host.h"
 

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "dxf/document.h"
+#include "qvtools/dxf/model/document.h"
 #include "support/temporary_directory.h"
 
 namespace qvtest {

@@ -3,8 +3,8 @@
 #include <numbers>
 
 #include "dxf/drawings.h"
-#include "geometry/region.h"
-#include "platform/text.h"
+#include "qvtools/geometry/values/region.h"
+#include "qvtools/text/gbk_text.h"
 #include "support/recording_host.h"
 
 namespace {

@@ -1,4 +1,4 @@
-#include "dxf/prepared_drawing.h"
+#include "qvtools/dxf/view/prepared_drawing.h"
 
 #include <gtest/gtest.h>
 
@@ -8,10 +8,10 @@
 #include <numbers>
 #include <random>
 
-#include "cadformats/shx.h"
-#include "geometry/region.h"
-#include "platform/bitmap/bitmap_dc.h"
-#include "platform/text.h"
+#include "qvtools/fonts/shx.h"
+#include "qvtools/geometry/values/region.h"
+#include "qvtools/platform/bitmap/bitmap_dc.h"
+#include "qvtools/text/gbk_text.h"
 #include "support/recording_host.h"
 
 namespace {

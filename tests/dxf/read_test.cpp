@@ -2,9 +2,9 @@
 
 #include <random>
 
-#include "data/captions.h"
 #include "dxf/drawings.h"
-#include "platform/text.h"
+#include "qvtools/services/captions.h"
+#include "qvtools/text/gbk_text.h"
 #include "support/recording_host.h"
 
 using qvtest::on_disk;

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "dxf/document.h"
-#include "platform/text.h"
+#include "qvtools/dxf/model/document.h"
+#include "qvtools/text/gbk_text.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <functional>
 
 #include "dxf/drawings.h"
-#include "platform/text.h"
+#include "qvtools/text/gbk_text.h"
 #include "support/full_disk.h"
 #include "support/recording_host.h"
 

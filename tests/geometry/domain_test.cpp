@@ -1,11 +1,11 @@
-#include "geometry/domain.h"
+#include "qvtools/geometry/domains/domain.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 
-#include "geometry/prepared_domain.h"
 #include "geometry/random_case.h"
+#include "qvtools/geometry/domains/prepared_domain.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "geometry/jh.h"
+#include "qvtools/geometry/functions/jh.h"
 
 #include <gtest/gtest.h>
 

@@ -1,15 +1,15 @@
-#include "geometry/numeric.h"
+#include "qvtools/geometry/numerics/numeric.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <vector>
 
-#include "data/captions.h"
-#include "geometry/analysis.h"
-#include "geometry/polygons.h"
 #include "geometry/random_case.h"
-#include "geometry/vectors.h"
+#include "qvtools/geometry/numerics/analysis.h"
+#include "qvtools/geometry/numerics/polygons.h"
+#include "qvtools/geometry/numerics/vectors.h"
+#include "qvtools/services/captions.h"
 #include "support/failing_allocations.h"
 #include "support/recording_host.h"
 

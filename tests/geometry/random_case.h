@@ -7,8 +7,8 @@
 #include <random>
 #include <vector>
 
-#include "geometry/domain.h"
-#include "geometry/region.h"
+#include "qvtools/geometry/domains/domain.h"
+#include "qvtools/geometry/values/region.h"
 
 namespace qvtest {
 

@@ -1,11 +1,11 @@
-#include "geometry/region.h"
+#include "qvtools/geometry/values/region.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 
-#include "geometry/coor.h"
 #include "geometry/random_case.h"
+#include "qvtools/geometry/values/coor.h"
 
 namespace {
 

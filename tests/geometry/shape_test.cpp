@@ -1,4 +1,4 @@
-#include "geometry/shape.h"
+#include "qvtools/geometry/values/shape.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "geometry/random_case.h"
-#include "platform/framework.h"
+#include "qvtools/platform/framework.h"
 
 namespace {
 

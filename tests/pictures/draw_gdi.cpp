@@ -3,7 +3,7 @@
 #include <cstdlib>
 
 #include "pictures/picture.h"
-#include "platform/win32/gdi_output.h"
+#include "qvtools/platform/win32/gdi_output.h"
 
 int main(int argc, char** argv) {
   if (argc != 3) return 2;

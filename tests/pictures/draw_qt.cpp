@@ -4,7 +4,7 @@
 #include <cstdlib>
 
 #include "pictures/picture.h"
-#include "platform/qt/qt_context.h"
+#include "qvtools/platform/qt/qt_context.h"
 
 int main(int argc, char** argv) {
   if (argc != 3) return 2;

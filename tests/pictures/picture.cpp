@@ -6,7 +6,7 @@
 #include <map>
 #include <random>
 
-#include "platform/bitmap/bitmap_dc.h"
+#include "qvtools/platform/bitmap/bitmap_dc.h"
 
 namespace qvtest {
 namespace {

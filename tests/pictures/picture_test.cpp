@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "pictures/device_suite.h"
-#include "platform/bitmap/bitmap_dc.h"
+#include "qvtools/platform/bitmap/bitmap_dc.h"
 #include "support/temporary_directory.h"
 
 namespace {

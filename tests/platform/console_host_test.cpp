@@ -1,4 +1,4 @@
-#include "platform/console/console_host.h"
+#include "qvtools/platform/console/console_host.h"
 
 #include <gtest/gtest.h>
 

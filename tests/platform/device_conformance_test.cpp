@@ -3,7 +3,7 @@
 #include <memory>
 #include <random>
 
-#include "platform/bitmap/bitmap_dc.h"
+#include "qvtools/platform/bitmap/bitmap_dc.h"
 #include "support/model_context.h"
 #include "support/recording_context.h"
 

@@ -4,7 +4,7 @@
 #include <deque>
 #include <random>
 
-#include "platform/framework.h"
+#include "qvtools/platform/framework.h"
 #include "support/failing_allocations.h"
 
 namespace {

@@ -1,11 +1,11 @@
-#include "platform/qt/qt_context.h"
+#include "qvtools/platform/qt/qt_context.h"
 
 #include <gtest/gtest.h>
 
 #include <QtGui/QImage>
 
 #include "pictures/device_suite.h"
-#include "platform/qt/qt_output.h"
+#include "qvtools/platform/qt/qt_output.h"
 #include "support/temporary_directory.h"
 
 namespace {

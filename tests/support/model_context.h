@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/device.h"
+#include "qvtools/platform/device.h"
 
 namespace qvtest {
 

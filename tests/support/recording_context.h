@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/device.h"
+#include "qvtools/platform/device.h"
 
 namespace qvtest {
 

@@ -7,8 +7,8 @@
 #include <utility>
 #include <vector>
 
-#include "data/services.h"
-#include "platform/console/console_host.h"
+#include "qvtools/platform/console/console_host.h"
+#include "qvtools/services/services.h"
 
 namespace qvtest {
 

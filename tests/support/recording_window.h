@@ -4,8 +4,8 @@
 
 #include <vector>
 
-#include "platform/bitmap/bitmap_dc.h"
-#include "platform/host.h"
+#include "qvtools/platform/bitmap/bitmap_dc.h"
+#include "qvtools/platform/host.h"
 
 namespace qvtest {
 

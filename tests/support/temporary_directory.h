@@ -10,7 +10,7 @@
 #include <string>
 #include <string_view>
 
-#include "data/services.h"
+#include "qvtools/services/services.h"
 
 namespace qvtest {
 

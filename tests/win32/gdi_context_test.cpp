@@ -1,9 +1,9 @@
-#include "platform/win32/gdi_context.h"
+#include "qvtools/platform/win32/gdi_context.h"
 
 #include <gtest/gtest.h>
 
 #include "pictures/device_suite.h"
-#include "platform/win32/gdi_output.h"
+#include "qvtools/platform/win32/gdi_output.h"
 #include "support/temporary_directory.h"
 
 namespace {

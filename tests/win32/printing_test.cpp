@@ -4,7 +4,7 @@
 
 #include <filesystem>
 
-#include "platform/win32/gdi_output.h"
+#include "qvtools/platform/win32/gdi_output.h"
 #include "support/temporary_directory.h"
 
 namespace {

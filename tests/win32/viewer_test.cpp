@@ -6,7 +6,7 @@
 #include <functional>
 #include <string>
 
-#include "dxf/document.h"
+#include "qvtools/dxf/model/document.h"
 #include "support/temporary_directory.h"
 
 namespace {

@@ -1,12 +1,12 @@
-#include "platform/win32/win32_host.h"
+#include "qvtools/platform/win32/win32_host.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 #include <thread>
 
-#include "data/services.h"
-#include "platform/win32/win32_window.h"
+#include "qvtools/platform/win32/win32_window.h"
+#include "qvtools/services/services.h"
 
 namespace {
 

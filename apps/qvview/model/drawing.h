@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "common/display_form.h"
-#include "dxf/prepared_drawing.h"
 #include "qvtools.h"
+#include "qvtools/dxf/view/prepared_drawing.h"
 
 namespace qvview {
 

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "model/drawing.h"
-#include "ui/draw_tool.h"
+#include "qvtools/navigation/draw_tool.h"
 
 namespace qvview {
 

@@ -3,7 +3,7 @@
 #include <QtCore/QElapsedTimer>
 
 #include "model/view.h"
-#include "platform/qt/qt_window.h"
+#include "qvtools/platform/qt/qt_window.h"
 #include "ui/words.h"
 
 namespace qvview {

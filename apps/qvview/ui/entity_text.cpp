@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "common/records.h"
-#include "platform/qt/qt_text.h"
+#include "qvtools/platform/qt/qt_text.h"
 
 namespace qvview {
 

@@ -5,7 +5,7 @@
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QVBoxLayout>
 
-#include "platform/qt/qt_text.h"
+#include "qvtools/platform/qt/qt_text.h"
 #include "ui/colors.h"
 
 namespace qvview {

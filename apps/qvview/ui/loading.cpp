@@ -5,7 +5,7 @@
 #include <QtWidgets/QProgressDialog>
 
 #include "common/unreadable.h"
-#include "platform/filesystem.h"
+#include "qvtools/system/filesystem.h"
 
 namespace qvview {
 

@@ -7,7 +7,7 @@
 #include <QtWidgets/QMessageBox>
 
 #include "common/picture_file.h"
-#include "platform/qt/qt_context.h"
+#include "qvtools/platform/qt/qt_context.h"
 #include "ui/loading.h"
 
 namespace qvview {

@@ -2,7 +2,7 @@
 
 #include <QtWidgets/QHeaderView>
 
-#include "platform/qt/qt_text.h"
+#include "qvtools/platform/qt/qt_text.h"
 #include "ui/colors.h"
 #include "ui/entity_text.h"
 

@@ -1,9 +1,0 @@
-#include "geometry/coor.h"
-
-CFCoor G_ConCoor;
-CFCoor G_ConCoor_bak;
-
-float G_fLeft = 0;
-float G_fTop = 0;
-float G_fRight = 0;
-float G_fBottom = 0;

@@ -1,0 +1,167 @@
+#pragma once
+
+/// Reads records by their descriptions from group pairs.
+
+#include <algorithm>
+
+#include "qvtools/dxf/io/internal/group_reader.h"
+#include "qvtools/dxf/model/block.h"
+#include "qvtools/dxf/model/internal/records.h"
+#include "qvtools/text/gbk_text.h"
+
+namespace qv::detail {
+
+/// Whether a group-0 value ends the record before it.
+bool ends_record(const Line& value);
+
+float real_of(const Line& value);
+int integer_of(const Line& value);
+void text_of(const Line& value, char* field, std::size_t size);
+
+/// Takes pairs into the fields of their codes. Each row of a description takes the pair at which it stands, if that has
+/// the row's code, and goes on to the next: pairs in the order in which the writer writes them are taken in one visit.
+class FieldReader {
+ public:
+  explicit FieldReader(GroupReader& in) : in_(in) { advance(); }
+  /// The code of the pair at which it stands; kEnd behind the last.
+  int code() const { return code_; }
+  static constexpr int kEnd = -2;
+  /// False when a pair came that the record cannot take.
+  bool good() const { return good_; }
+  /// The number of pairs that were taken.
+  int taken() const { return taken_; }
+  void advance() { code_ = in_.next() ? in_.code() : kEnd; }
+
+  template <int code, std::size_t N>
+  void text(char (&field)[N]) {
+    take<code>([&](const Line& value) { text_of(value, field, N); });
+  }
+  template <int code>
+  void real(float& field) {
+    take<code>([&](const Line& value) { field = real_of(value); });
+  }
+  template <int code>
+  void real(float& field, int& given) {
+    take<code>([&](const Line& value) {
+      field = real_of(value);
+      given = 1;
+    });
+  }
+  template <int code>
+  void integer(int& field) {
+    take<code>([&](const Line& value) { field = integer_of(value); });
+  }
+  template <int code>
+  void point(Point3& p) {
+    real<code>(p.x);
+    real<code + 10>(p.y);
+    real<code + 20>(p.z);
+  }
+  template <int code, std::size_t N>
+  void ltype(char (&field)[N]) {
+    text<code>(field);
+  }
+  template <int code>
+  void color(int& field) {
+    integer<code>(field);
+  }
+  template <int code>
+  void constant(const char*) {}
+  template <int code>
+  void stored(int& field) {
+    integer<code>(field);
+  }
+  template <int code>
+  void stored(Point3& p) {
+    point<code>(p);
+  }
+  void elements(ACAD_LTYPE& r) {
+    take<49>([&](const Line& value) {
+      good_ = stored_ < std::min(r.m_nElements, kMaxPatternElements);
+      if (good_) r.m_fElement[stored_++] = real_of(value);
+    });
+  }
+
+ private:
+  template <int code, class F>
+  void take(const F& f) {
+    if (code_ != code) return;
+    f(in_.value());
+    ++taken_;
+    if (good_) advance();
+  }
+
+  GroupReader& in_;
+  int code_ = kEnd;
+  bool good_ = true;
+  int taken_ = 0;
+  int stored_ = 0;
+};
+
+/// Reads the groups of a record whose opening pair has gone by, up to the next record, whose pair stays. A kind of
+/// record that is not known does not end it: its groups are taken as further groups. False when the record cannot take
+/// a pair.
+template <class Record>
+bool read_groups(GroupReader& in, Record& record) {
+  FieldReader fields(in);
+  while (fields.code() != FieldReader::kEnd) {
+    if (fields.code() == 0 && ends_record(in.value())) {
+      in.unread();
+      return true;
+    }
+    const int before = fields.taken();
+    describe(fields, record);
+    if (!fields.good()) return false;
+    if (fields.taken() == before) fields.advance();
+  }
+  return true;
+}
+
+/// What a record needs beside its own groups: nothing, its vertices, its entities, or a name put right.
+template <class Record>
+void read_rest(GroupReader&, Record&) {}
+void read_rest(GroupReader& in, ACAD_POLYLINE& polyline);
+void read_rest(GroupReader& in, ACAD_BLOCK& block);
+void read_rest(GroupReader& in, ACAD_LTYPE& ltype);
+
+template <class Record>
+void reset(Record& record) {
+  // One made on the spot would be copied before all of it is stored.
+  static const Record kDefaults;
+  record = kDefaults;
+}
+inline void reset(ACAD_POLYLINE& polyline) {
+  polyline.Ini();
+}
+inline void reset(ACAD_BLOCK& block) {
+  block.Ini();
+}
+
+/// Reads a record whose opening pair has gone by; false when it cannot take a pair.
+template <class Record>
+bool read_opened(GroupReader& in, Record& record) {
+  reset(record);
+  const bool good = read_groups(in, record);
+  read_rest(in, record);
+  return good;
+}
+
+/// Reads a whole record: 0 when the next pair does not open one, or when it cannot take a pair, else 1.
+template <class Record>
+int read_record(GroupReader& in, Record& record) {
+  return in.next() && in.at(0, kKeyword<Record>) && read_opened(in, record) ? 1 : 0;
+}
+
+template <class Record>
+int read_record(std::FILE* file, Record& record) {
+  GroupReader in(file, GroupReader::Stream::Host);
+  return read_record(in, record);
+}
+
+/// Whether ENDBLK ends the entities.
+enum class Within { Document, Block };
+
+/// Reads the next entity into its working record and returns its kind.
+ACAD_Entity_Type read_entity(GroupReader& in, WorkingRecords& records, Within within);
+
+}  // namespace qv::detail

@@ -1,0 +1,75 @@
+#pragma once
+
+/// A block definition: entities that inserts place in a drawing.
+
+#include "qvtools/dxf/model/entity.h"
+
+namespace qv::detail {
+class GroupReader;
+}
+
+namespace qv {
+
+/// One record of each entity kind: what readers read into and the write calls fill.
+struct QV_API WorkingRecords {
+  ACAD_POINT m_Point;
+  ACAD_LINE m_Line;
+  ACAD_TEXT m_Text;
+  ACAD_CIRCLE m_Circle;
+  ACAD_ARC m_Arc;
+  ACAD_POLYLINE m_Polyline;
+  ACAD_SOLID m_Solid;
+  ACAD_3DFACE m_3DFace;
+  ACAD_INSERT m_Insert;
+
+  /// The working record of a kind from 0 to 8; null for any other.
+  ACAD_ENTITY* Of(ACAD_Entity_Type type);
+};
+
+/// A new copy of an entity of type 0 to 8, deep for a polyline; null for any other type or when memory runs out. The
+/// caller owns it.
+QV_API ACAD_ENTITY* CloneEntity(ACAD_ENTITY& entity);
+
+}  // namespace qv
+
+/// A block definition. It owns its entities. Operations that take an insert work on the block as that insert places it:
+/// moved by the insertion point less the base point, neither scaled nor turned; inserts within the block are passed
+/// over.
+class QV_API ACAD_BLOCK : public qv::WorkingRecords {
+ public:
+  ACAD_BLOCK();
+  ACAD_BLOCK(const ACAD_BLOCK&) = delete;
+  /// Becomes a deep copy of the other block, without its nested inserts. Assigning a block to itself changes nothing.
+  ACAD_BLOCK& operator=(const ACAD_BLOCK& other);
+
+  virtual CFRect GetFRect(ACAD_INSERT* insert);
+  virtual CFRect GetFRect3D(float a, float b, ACAD_INSERT* insert);
+  virtual void Draw3D(CDC* dc, CFCoor* coor, float a, float b, ACAD_INSERT* insert);
+  virtual int HitTest(const CFRegion& region, int mode, float a, float b, ACAD_INSERT* insert);
+  virtual int HitTest(const CFRect& rect, int mode, float a, float b, ACAD_INSERT* insert);
+
+  void Draw(CDC* dc, CFCoor* coor, ACAD_INSERT* insert);
+  /// Restores the defaults and deletes the entities.
+  void Ini();
+  /// Reads the definition from BLOCK to ENDBLK (or the end of the file), nested inserts left out. Returns 1, or 0 when
+  /// the stream does not stand at a block.
+  int Read(std::FILE* file);
+  /// Writes the definition with its entities. Returns 1, or 0 when a write failed.
+  int Write(std::FILE* file);
+  /// Reads the next entity into its working record and returns its kind; ENDBLK ends the entities here.
+  ACAD_Entity_Type Read_One_Entity(std::FILE* file);
+  virtual ~ACAD_BLOCK();
+
+  float m_fScale = 1;
+  float m_fScale2 = 0;  ///< Quirk: `Ini` leaves it as it is; derived programs keep a value of their own here.
+  float m_fRotation = 0;
+  char m_szLayer[qv::kNameSize] = "0";
+  char m_szName[qv::kNameSize] = "0";
+  int m_nFlags = 0;
+  int m_nColor = qv::kByLayer;
+  qv::Point3 m_Base;
+  CPtrList m_EntityList;  ///< owned `ACAD_ENTITY` records, in file order
+
+ private:
+  void delete_entities();
+};

@@ -1,0 +1,149 @@
+#include "qvtools/dxf/model/document.h"
+
+#include "qvtools/dxf/io/internal/group_reader.h"
+#include "qvtools/services/services.h"
+#include "qvtools/system/textfile.h"
+#include "qvtools/text/gbk_text.h"
+
+DXF::DXF() : m_pCoor(&G_ConCoor) {}
+
+DXF::~DXF() {
+  if (m_fp) std::fclose(m_fp);  // before the buffer that it may write from
+  delete_drawing();
+}
+
+int DXF::Set_MaxNum_of_Tables(long ltypes, long layers, long styles) {
+  if (m_nOpenMode != -1) {
+    tell_error(301, "Please Change Max_Tables Before Open DXF File !");
+    return 0;
+  }
+  const auto capacity = [](long n, const char* message) {
+    if (n < 1) tell_error(301, message);
+    return static_cast<int>(std::clamp(n, 1L, static_cast<long>(INT_MAX)));
+  };
+  m_nMaxLType = capacity(ltypes, "Num_LType < 1 !");
+  m_nMaxLayer = capacity(layers, "Num_Layer < 1 !");
+  m_nMaxStyle = capacity(styles, "Num_Style < 1 !");
+  return 1;
+}
+
+int DXF::New(const char* fileName) {
+  Close();
+  qv::copy_text(m_szFileName, fileName);
+  m_fp = qv::open_text(fileName, "wb");
+  if (!m_fp) return 0;
+  constexpr std::size_t kBlock = std::size_t{1} << 18;
+  if (!streamBuffer_) streamBuffer_.reset(new (std::nothrow) char[kBlock]);
+  // Without one of ours the stream keeps its own, smaller buffer.
+  if (streamBuffer_) std::setvbuf(m_fp, streamBuffer_.get(), _IOFBF, kBlock);
+  m_nMemFlag = 0;
+  return create_tables();
+}
+
+int DXF::New_MemDxf() {
+  Close();
+  m_nMemFlag = 1;
+  return create_tables();
+}
+
+int DXF::Open_MemDxf() {
+  m_nMemFlag = 1;
+  m_nOpenMode = 1;
+  return 1;
+}
+
+int DXF::create_tables() {
+  m_nOpenMode = 0;
+  m_nLType = m_nLayer = m_nStyle = 1;
+  roomLType_ = m_nMaxLType;
+  roomLayer_ = m_nMaxLayer;
+  roomStyle_ = m_nMaxStyle;
+  m_pLType.reset(new (std::nothrow) ACAD_LTYPE[static_cast<std::size_t>(m_nMaxLType)]);
+  m_pLayer.reset(new (std::nothrow) ACAD_LAYER[static_cast<std::size_t>(m_nMaxLayer)]);
+  m_pStyle.reset(new (std::nothrow) ACAD_STYLE[static_cast<std::size_t>(m_nMaxStyle)]);
+  if (m_pLType && m_pLayer && m_pStyle) return 1;
+  tell_error(301, "Out of memery in New DXF File !");
+  m_nOpenMode = -1;
+  return 0;
+}
+
+void DXF::delete_drawing() {
+  m_pLType.reset();
+  m_pLayer.reset();
+  m_pStyle.reset();
+  for (POSITION at = m_EntityList.GetHeadPosition(); at;) delete static_cast<ACAD_ENTITY*>(m_EntityList.GetNext(at));
+  m_EntityList.RemoveAll();
+  for (POSITION at = m_BlockList.GetHeadPosition(); at;) delete static_cast<ACAD_BLOCK*>(m_BlockList.GetNext(at));
+  m_BlockList.RemoveAll();
+}
+
+namespace {
+
+/// The entry of the name, cut as the entries' own names are; null when there is none, or no table.
+template <class Entry>
+const Entry* find(const Entry* table, int count, const char* name) {
+  if (!table) return nullptr;
+  const std::string_view key = qv::cut_to_field(name, sizeof table->m_szName);
+  for (const Entry* entry = table; entry != table + count; ++entry)
+    if (qv::equals_field(entry->m_szName, key)) return entry;
+  return nullptr;
+}
+
+int fail(const char* message) {
+  tell_error(301, message);
+  return 0;
+}
+
+}  // namespace
+
+const ACAD_LTYPE* DXF::find_ltype(const char* name) const {
+  return find(m_pLType.get(), m_nLType, name);
+}
+const ACAD_LAYER* DXF::find_layer(const char* name) const {
+  return find(m_pLayer.get(), m_nLayer, name);
+}
+const ACAD_STYLE* DXF::find_style(const char* name) const {
+  return find(m_pStyle.get(), m_nStyle, name);
+}
+
+int DXF::Add_LType(const char* name, const char* description, int count, float length, const float* elements) {
+  if (find_ltype(name)) return fail("LType Name Repeated !");
+  if (!m_pLType || m_nLType + 1 > roomLType_) return fail("Num_LType Over Flow !");
+  if (count > qv::kMaxPatternElements) return fail("NumLine_One_Circle Over Flow !");
+  ACAD_LTYPE& entry = m_pLType[static_cast<std::size_t>(m_nLType++)];
+  qv::copy_text(entry.m_szName, name);
+  qv::copy_text(entry.m_szDescription, description);
+  entry.m_nElements = std::max(count, 0);
+  entry.m_fLength = length;
+  std::copy_n(elements, entry.m_nElements, entry.m_fElement);
+  return 1;
+}
+
+int DXF::Add_Layer(const char* name, int color, const char* ltype) {
+  if (find_layer(name)) return fail("Layer Name Repeated !");
+  if (!m_pLayer || m_nLayer + 1 > roomLayer_) return fail("Num_Layer Over Flow !");
+  if (!find_ltype(ltype)) return fail("LType Error in Layer Define !");
+  ACAD_LAYER& entry = m_pLayer[static_cast<std::size_t>(m_nLayer++)];
+  qv::copy_text(entry.m_szName, name);
+  entry.m_nColor = color;
+  qv::copy_text(entry.m_szLType, ltype);
+  return 1;
+}
+
+int DXF::Add_STyle(const char* name, const char* font, const char* bigFont) {
+  if (find_style(name)) return fail("Style Name Repeated !");
+  if (!m_pStyle || m_nStyle + 1 > roomStyle_) return fail("Num_Style Over Flow !");
+  ACAD_STYLE& entry = m_pStyle[static_cast<std::size_t>(m_nStyle++)];
+  qv::copy_text(entry.m_szName, name);
+  qv::copy_text(entry.m_szFont, font);
+  qv::copy_text(entry.m_szBigFont, bigFont);
+  return 1;
+}
+
+ACAD_BLOCK* DXF::GetBlock(const ACAD_INSERT* insert) {
+  for (POSITION at = m_BlockList.GetHeadPosition(); at;) {
+    auto* block = static_cast<ACAD_BLOCK*>(m_BlockList.GetNext(at));
+    if (std::strcmp(block->m_szName, insert->m_szBlock) == 0) return block;
+  }
+  return nullptr;
+}

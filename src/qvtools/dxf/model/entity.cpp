@@ -1,0 +1,143 @@
+#include "qvtools/dxf/model/entity.h"
+
+#include "qvtools/dxf/io/internal/group_writer.h"
+#include "qvtools/dxf/io/internal/record_reader.h"
+#include "qvtools/geometry/numerics/numeric.h"
+
+using qv::detail::LineEnd;
+
+int ACAD_ENTITY::Read(std::FILE*) {
+  return 1;
+}
+int ACAD_ENTITY::Write(std::FILE*) {
+  return 1;
+}
+ACAD_Entity_Type ACAD_ENTITY::GetType() {
+  return ACAD_TYPE_NONE;
+}
+CFRect ACAD_ENTITY::GetFRect() {
+  return {};
+}
+void ACAD_ENTITY::Draw(CDC*, CFCoor*, float, float) {}
+CFRect ACAD_ENTITY::GetFRect3D(float, float) {
+  return {};
+}
+void ACAD_ENTITY::Draw3D(CDC*, CFCoor*, float, float) {}
+int ACAD_ENTITY::HitTest(const CFRegion&, int, float, float) {
+  return 0;
+}
+int ACAD_ENTITY::HitTest(const CFRect&, int, float, float) {
+  return 0;
+}
+int ACAD_ENTITY::Transfer(const float*, const float*) {
+  return 0;
+}
+ACAD_ENTITY::~ACAD_ENTITY() = default;
+
+COLORREF ACAD_ENTITY::GetColor(int colour) {
+  static constexpr COLORREF kFixed[16] = {0x000000, 0x0000FF, 0x00FFFF, 0x00FF00, 0xFFFF00, 0xFF0000,
+                                          0xFF00FF, 0xFFFFFF, 0x808080, 0x0000C0, 0x00C0C0, 0x00C000,
+                                          0xC0C000, 0xC00000, 0xC000C0, 0xC0C0C0};
+  if (colour >= 0 && colour < 16) return kFixed[colour];
+  int r = 0;
+  int g = 0;
+  int b = 0;
+  Get_RGB(colour, r, g, b);
+  return qv::rgb(static_cast<unsigned>(r), static_cast<unsigned>(g), static_cast<unsigned>(b));
+}
+
+int ACAD_ENTITY::TransOne(float& x, float& y, float& z, const float* matrix, const float* offset) {
+  if (matrix) {
+    const double p[3] = {x, y, z};
+    const auto row = [&](int i) {
+      return static_cast<float>(matrix[3 * i] * p[0] + matrix[3 * i + 1] * p[1] + matrix[3 * i + 2] * p[2]);
+    };
+    x = row(0);
+    y = row(1);
+    z = row(2);
+  }
+  if (offset) {
+    x += offset[0];
+    y += offset[1];
+    z += offset[2];
+  }
+  return 1;
+}
+
+void TouYing3Dto2D(float x, float y, float z, float a, float b, float& u, float& v) {
+  const double c = std::cos(static_cast<double>(a));
+  const double s = std::sin(static_cast<double>(a));
+  u = static_cast<float>(x * c + y * s);
+  v = static_cast<float>((y * c - x * s) * std::sin(static_cast<double>(b)) + z * std::cos(static_cast<double>(b)));
+}
+
+// Reading and writing run off the record's description; only the type differs here.
+#define QV_ENTITY_RECORD(Class, Type)                          \
+  int Class::Read(std::FILE* file) {                           \
+    return qv::detail::read_record(file, *this);               \
+  }                                                            \
+  int Class::Write(std::FILE* file) {                          \
+    return qv::detail::write_record<LineEnd::Lf>(file, *this); \
+  }                                                            \
+  ACAD_Entity_Type Class::GetType() {                          \
+    return Type;                                               \
+  }
+
+QV_ENTITY_RECORD(ACAD_POINT, ACAD_TYPE_POINT)
+QV_ENTITY_RECORD(ACAD_LINE, ACAD_TYPE_LINE)
+QV_ENTITY_RECORD(ACAD_TEXT, ACAD_TYPE_TEXT)
+QV_ENTITY_RECORD(ACAD_CIRCLE, ACAD_TYPE_CIRCLE)
+QV_ENTITY_RECORD(ACAD_ARC, ACAD_TYPE_ARC)
+QV_ENTITY_RECORD(ACAD_POLYLINE, ACAD_TYPE_POLYLINE)
+QV_ENTITY_RECORD(ACAD_SOLID, ACAD_TYPE_SOLID)
+QV_ENTITY_RECORD(ACAD_3DFACE, ACAD_TYPE_3DFACE)
+QV_ENTITY_RECORD(ACAD_INSERT, ACAD_TYPE_INSERT)
+#undef QV_ENTITY_RECORD
+
+void ACAD_POINT::Ini() {
+  *this = ACAD_POINT();
+}
+void ACAD_LINE::Ini() {
+  *this = ACAD_LINE();
+}
+void ACAD_TEXT::Ini() {
+  *this = ACAD_TEXT();
+}
+void ACAD_CIRCLE::Ini() {
+  *this = ACAD_CIRCLE();
+}
+void ACAD_ARC::Ini() {
+  *this = ACAD_ARC();
+}
+void ACAD_SOLID::Ini() {
+  *this = ACAD_SOLID();
+}
+void ACAD_3DFACE::Ini() {
+  *this = ACAD_3DFACE();
+}
+void ACAD_INSERT::Ini() {
+  *this = ACAD_INSERT();
+}
+
+void ACAD_POLYLINE::Ini() {
+  static const ACAD_POLYLINE kDefault;
+  Copy(&kDefault);
+}
+
+ACAD_POLYLINE& ACAD_POLYLINE::operator=(const ACAD_POLYLINE& other) {
+  Copy(&other);
+  return *this;
+}
+
+void ACAD_POLYLINE::Copy(const ACAD_POLYLINE* other) {
+  if (other == this) return;
+  std::memcpy(m_szLayer, other->m_szLayer, sizeof m_szLayer);
+  std::memcpy(m_szLType, other->m_szLType, sizeof m_szLType);
+  m_nColor = other->m_nColor;
+  m_First = other->m_First;
+  m_Second = other->m_Second;
+  m_fStartWidth = other->m_fStartWidth;
+  m_fEndWidth = other->m_fEndWidth;
+  m_nFlags = other->m_nFlags;
+  m_Vertices.Copy(other->m_Vertices);
+}

@@ -1,0 +1,39 @@
+#pragma once
+
+/// Walks the entities of a list. Those of one size lie side by side as they were made, but kinds lie apart, and lists
+/// may hold them in any order: a walk waits for each record unless it asks for it ahead of time.
+
+#include "qvtools/dxf/model/entity.h"
+#include "qvtools/system/internal/prefetch.h"
+
+namespace qv::detail {
+
+/// Calls f(entity) for each entity of the list until it returns true; whether it did.
+template <class F>
+bool walk_until(const CPtrList& list, const F& f) {
+  constexpr int kAhead = 20;
+  constexpr std::size_t kCacheLine = 64;      // a line or a circle takes two
+  constexpr std::size_t kPagesAhead = 12288;  // of records side by side, those that take longest to come
+  POSITION ahead = list.GetHeadPosition();
+  for (int i = 0; i < kAhead && ahead; ++i) list.GetNext(ahead);
+  for (POSITION at = list.GetHeadPosition(); at;) {
+    if (ahead) {
+      const char* const data = static_cast<const char*>(list.GetNext(ahead));
+      prefetch(data);
+      prefetch(data + kCacheLine);
+      prefetch(data + kPagesAhead);
+    }
+    if (f(*static_cast<ACAD_ENTITY*>(list.GetNext(at)))) return true;
+  }
+  return false;
+}
+
+template <class F>
+void walk(const CPtrList& list, const F& f) {
+  walk_until(list, [&](ACAD_ENTITY& entity) {
+    f(entity);
+    return false;
+  });
+}
+
+}  // namespace qv::detail

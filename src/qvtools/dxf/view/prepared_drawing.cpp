@@ -1,0 +1,365 @@
+#include "qvtools/dxf/view/prepared_drawing.h"
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <numbers>
+#include <unordered_map>
+
+#include "qvtools/dxf/model/internal/walk.h"
+#include "qvtools/dxf/view/internal/display.h"
+#include "qvtools/dxf/view/internal/outline.h"
+#include "qvtools/fonts/shx.h"
+#include "qvtools/geometry/values/region.h"
+#include "qvtools/system/internal/prefetch.h"
+
+namespace qv {
+
+namespace {
+
+using detail::Plane;
+
+constexpr float kInfinity = std::numeric_limits<float>::infinity();
+constexpr float kHalfPi = 1.5707964F;
+
+/// Letters hang over a text's ends and below its line by less than this many heights.
+constexpr double kOverhang = 2;
+
+/// How far a text is drawn or picked from its insertion point, in its heights.
+double text_reach(const ACAD_TEXT& r) {
+  const double picked = std::fabs(G_ShapeFont.GetTxtWidth(r.m_szText, 1, r.m_fWidthFactor));
+  if (std::strstr(r.m_szStyle, "STANDARD")) return picked + kOverhang;
+  return std::max<double>(picked, std::fabs(G_ShapeFont.GetHzWidth(r.m_szText, 1, r.m_fWidthFactor))) + kOverhang;
+}
+
+/// A box that grows; it begins with nothing.
+struct Grown {
+  float x1 = kInfinity;
+  float y1 = kInfinity;
+  float x2 = -kInfinity;
+  float y2 = -kInfinity;
+
+  bool empty() const { return x1 > x2; }
+  void add(const CFPoint& p) {
+    // What is no number makes the box endless, not smaller.
+    if (!std::isfinite(p.x) || !std::isfinite(p.y)) return everything();
+    x1 = std::min(x1, p.x);
+    y1 = std::min(y1, p.y);
+    x2 = std::max(x2, p.x);
+    y2 = std::max(y2, p.y);
+  }
+  void add(const Grown& r) {
+    if (r.empty()) return;
+    x1 = std::min(x1, r.x1);
+    y1 = std::min(y1, r.y1);
+    x2 = std::max(x2, r.x2);
+    y2 = std::max(y2, r.y2);
+  }
+  void everything() {
+    x1 = y1 = -kInfinity;
+    x2 = y2 = kInfinity;
+  }
+  /// Widens the box by a length, and by as much again as single precision may lose.
+  void widen(double by) {
+    if (empty()) return;
+    constexpr double kLoss = 1e-6;
+    const double far = std::max({std::fabs(x1), std::fabs(y1), std::fabs(x2), std::fabs(y2)});
+    const auto d = static_cast<float>(std::fabs(by) + far * kLoss);
+    if (!std::isfinite(d)) return everything();
+    x1 -= d;
+    y1 -= d;
+    x2 += d;
+    y2 += d;
+  }
+};
+
+// Where each kind can be drawn or picked, in a plane; empty for what is never drawn.
+
+Grown reach(const ACAD_LINE& r, const Plane& plane) {
+  Grown box;
+  box.add(plane(r.m_Start));
+  box.add(plane(r.m_End));
+  return box;
+}
+Grown reach(const ACAD_POINT& r, const Plane& plane) {
+  constexpr double kExtent = 10;
+  Grown box;
+  box.add(plane(r.m_Point));
+  box.widen(kExtent);
+  return box;
+}
+Grown text_box(const ACAD_TEXT& r, double reach, const Plane& plane) {
+  Grown box;
+  box.add(plane(r.m_Insert));
+  box.widen(r.m_fHeight * reach);
+  return box;
+}
+Grown reach(const ACAD_TEXT& r, const Plane& plane) {
+  return text_box(r, text_reach(r), plane);
+}
+Grown reach(const ACAD_CIRCLE& r, const Plane& plane) {
+  Grown box;
+  box.add(plane(r.m_Center));
+  box.widen(r.m_fRadius);
+  return box;
+}
+Grown reach(const ACAD_ARC& r, const Plane& plane) {
+  Grown box;
+  box.add(plane(r.m_Center));
+  box.widen(r.m_fRadius);
+  return box;
+}
+Grown reach(const ACAD_POLYLINE& r, const Plane& plane) {
+  Grown box;
+  double width = std::max(std::fabs(r.m_fStartWidth), std::fabs(r.m_fEndWidth));
+  double bulge = 0;
+  for (const ACAD_VERTEX& vertex : r.m_Vertices) {
+    box.add(plane(vertex.m_Point));
+    width = std::max<double>({width, std::fabs(vertex.m_fStartWidth), std::fabs(vertex.m_fEndWidth)});
+    bulge = std::max<double>(bulge, std::fabs(vertex.m_fBulge));
+  }
+  if (box.empty()) return box;
+  // An arc lies within its circle's diameter, d (1/b + b) / 2, of its ends, and for b < 1 within the chord's length;
+  // the corner of two bands within two and a half widths of its vertex.
+  const double chord = std::hypot(static_cast<double>(box.x2) - box.x1, static_cast<double>(box.y2) - box.y1);
+  box.widen((bulge > 0 ? chord * (1 + bulge) / 2 : 0) + width * 2.5);
+  return box;
+}
+Grown reach_of_corners(const Point3 (&corners)[4], const Plane& plane) {
+  Grown box;
+  for (const Point3& corner : corners) box.add(plane(corner));
+  return box;
+}
+Grown reach(const ACAD_SOLID& r, const Plane& plane) {
+  return reach_of_corners(r.m_Corner, plane);
+}
+Grown reach(const ACAD_3DFACE& r, const Plane& plane) {
+  return reach_of_corners(r.m_Corner, plane);
+}
+
+/// Where an entity other than an insert can be; a program's own kind anywhere.
+Grown reach_of(ACAD_ENTITY& entity, const Plane& plane) {
+  Grown box;
+  box.everything();
+  visit_entity(entity, [&](const auto& record) {
+    if constexpr (requires { reach(record, plane); }) box = reach(record, plane);
+  });
+  return box;
+}
+
+/// Whether a line lies inside the rectangle, off its border: then there is nothing more to ask.
+bool lies_within(const detail::Box& line, const CFRect& rect) {
+  const auto inside = [&](float x, float y) { return x > rect.x1 && x < rect.x2 && y > rect.y1 && y < rect.y2; };
+  return inside(line.x1, line.y1) && inside(line.x2, line.y2);
+}
+
+}  // namespace
+
+/// Makes the items and the grid.
+struct PreparedDrawing::Builder {
+  PreparedDrawing& to;
+  DXF& dxf;
+  Plane plane;
+  std::unordered_map<const ACAD_BLOCK*, std::pair<Grown, int>> blocks;  // where their entities reach, unmoved
+
+  void add_items() {
+    to.items_.reserve(static_cast<std::size_t>(dxf.m_EntityList.GetCount()));
+    detail::walk(dxf.m_EntityList, [&](ACAD_ENTITY& entity) {
+      switch (entity.GetType()) {
+        case ACAD_TYPE_LINE:
+          return add_line(static_cast<ACAD_LINE&>(entity));
+        case ACAD_TYPE_INSERT:
+          return add_insert(static_cast<ACAD_INSERT&>(entity));
+        case ACAD_TYPE_TEXT:
+          return add_text(static_cast<ACAD_TEXT&>(entity));
+        default:
+          return add(entity, reach_of(entity, plane), Kind::Other, 0);
+      }
+    });
+  }
+
+  void add(ACAD_ENTITY& entity, const Grown& box, Kind kind, int index, int color = 0,
+           PenStyle style = PenStyle::Solid) {
+    if (!box.empty()) to.items_.push_back({{box.x1, box.y1, box.x2, box.y2}, &entity, color, index, kind, style, true});
+  }
+
+  void add_line(ACAD_LINE& line) {
+    const CFPoint from = plane(line.m_Start);
+    const CFPoint until = plane(line.m_End);
+    to.items_.push_back({{from.x, from.y, until.x, until.y},
+                         &line,
+                         line.m_nColor,
+                         0,
+                         Kind::Line,
+                         detail::pen_style(line.m_szLType),
+                         true});
+  }
+
+  void add_text(ACAD_TEXT& text) {
+    const double reach = note_reach(text);
+    const CFPoint at = plane(text.m_Insert);
+    const double length = (reach - kOverhang) * text.m_fHeight;
+    const double angle = text.m_fRotation * std::numbers::pi / 180;
+    const Box ends{at.x, at.y, static_cast<float>(at.x + length * std::cos(angle)),
+                   static_cast<float>(at.y + length * std::sin(angle))};
+    add(text, text_box(text, reach, plane), Kind::Text, static_cast<int>(to.baseLines_.size()), text.m_nColor,
+        detail::pen_style(text.m_szLType));
+    to.baseLines_.push_back({ends, text.m_fHeight});
+  }
+
+  /// How far the text reaches, in its heights.
+  double note_reach(const ACAD_TEXT& text) {
+    const double reach = text_reach(text);
+    to.longestText_ = std::max(to.longestText_, static_cast<float>(reach));
+    return reach;
+  }
+
+  void add_insert(ACAD_INSERT& insert) {
+    ACAD_BLOCK* const block = dxf.GetBlock(&insert);
+    if (!block) return;
+    const auto& [unmoved, index] = block_reach(*block);
+    if (unmoved.empty()) return;
+    const CFPoint shift = plane(detail::displacement(*block, insert));
+    Grown box;
+    box.add(CFPoint(unmoved.x1 + shift.x, unmoved.y1 + shift.y));
+    box.add(CFPoint(unmoved.x2 + shift.x, unmoved.y2 + shift.y));
+    box.widen(0);
+    add(insert, box, Kind::Insert, index);
+  }
+
+  const std::pair<Grown, int>& block_reach(ACAD_BLOCK& block) {
+    const auto [found, isNew] = blocks.try_emplace(&block);
+    if (!isNew) return found->second;
+    auto& [box, index] = found->second;
+    index = static_cast<int>(to.blocks_.size());
+    to.blocks_.push_back(&block);
+    detail::walk(block.m_EntityList, [&box = box, this](ACAD_ENTITY& entity) {
+      if (entity.GetType() == ACAD_TYPE_INSERT) return;
+      if (entity.GetType() == ACAD_TYPE_TEXT) note_reach(static_cast<ACAD_TEXT&>(entity));
+      box.add(reach_of(entity, plane));
+    });
+    return found->second;
+  }
+
+  void add_grid() {
+    std::vector<Box> boxes;
+    boxes.reserve(to.items_.size());
+    for (const Item& item : to.items_) {
+      const Box& b = item.box;
+      boxes.push_back({std::min(b.x1, b.x2), std::min(b.y1, b.y2), std::max(b.x1, b.x2), std::max(b.y1, b.y2)});
+      // What is no number lies anywhere.
+      if (!(boxes.back().x2 - boxes.back().x1 + boxes.back().y2 - boxes.back().y1 < kInfinity))
+        boxes.back() = {-kInfinity, -kInfinity, kInfinity, kInfinity};
+    }
+    to.grid_ = detail::BoxGrid(boxes);
+    to.marks_.assign((boxes.size() + 63) / 64, 0);
+  }
+};
+
+PreparedDrawing::PreparedDrawing(DXF& dxf) : plan_(true), a_(0), b_(kHalfPi) {
+  Builder builder{*this, dxf, Plane(), {}};
+  builder.add_items();
+  builder.add_grid();
+}
+
+PreparedDrawing::PreparedDrawing(DXF& dxf, float a, float b) : plan_(false), a_(a), b_(b) {
+  Builder builder{*this, dxf, Plane(a, b), {}};
+  builder.add_items();
+  builder.add_grid();
+}
+
+template <class Misses, class F>
+void PreparedDrawing::for_each_in_cells(const std::vector<std::uint32_t>& cells, const Misses& misses, const F& f) {
+  for (const std::uint32_t cell : cells)
+    grid_.for_each_of(cell, [&](std::uint32_t i) {
+      if (!misses(items_[i].box)) marks_[i / 64] |= std::uint64_t{1} << (i % 64);
+    });
+  for (std::size_t word = 0; word < marks_.size(); ++word) {
+    for (std::uint64_t bits = std::exchange(marks_[word], 0); bits; bits &= bits - 1) {
+      const Item& item = items_[word * 64 + static_cast<std::size_t>(std::countr_zero(bits))];
+      if (item.shown) f(item);
+    }
+  }
+}
+
+template <class Misses, class F>
+void PreparedDrawing::for_each_shown(const Misses& misses, const F& f) {
+  std::size_t reached = 0;
+  const std::vector<std::uint32_t> cells = grid_.cells_in(misses, reached);
+  // Where most is reached, going through all in order is faster than gathering.
+  if (reached < items_.size() / 4) return for_each_in_cells(cells, misses, f);
+  constexpr std::size_t kAhead = 24;
+  for (std::size_t i = 0; i < items_.size(); ++i) {
+    const Item& next = items_[std::min(i + kAhead, items_.size() - 1)];
+    if (next.kind != Kind::Line) {
+      detail::prefetch(next.entity);
+      detail::prefetch(reinterpret_cast<const char*>(next.entity) + 64);
+    }
+    const Item& item = items_[i];
+    if (item.shown && !misses(item.box)) f(item);
+  }
+}
+
+void PreparedDrawing::draw(const Item& item, CDC* dc, CFCoor* coor) const {
+  if (item.kind == Kind::Insert) {
+    ACAD_BLOCK& block = *blocks_[static_cast<std::size_t>(item.index)];
+    auto* const insert = static_cast<ACAD_INSERT*>(item.entity);
+    return plan_ ? block.Draw(dc, coor, insert) : block.Draw3D(dc, coor, a_, b_, insert);
+  }
+  if (plan_)
+    item.entity->Draw(dc, coor, 0, 0);
+  else
+    item.entity->Draw3D(dc, coor, a_, b_);
+}
+
+void PreparedDrawing::Draw(CDC* dc, CFCoor* coor) {
+  detail::LinePainter lines(dc, *coor);
+  // Text is drawn in whole pixels of height: up to half a pixel higher, and longer likewise, than it is.
+  const double margin = detail::WorldWindow::kMargin + longestText_ / 2;
+  const detail::WorldWindow window(detail::clipping_context(dc), *dc, *coor, margin);
+  for_each_shown([&](const Box& box) { return window.misses(box.x1, box.y1, box.x2, box.y2); },
+                 [&](const Item& item) {
+                   const Box* line = item.kind == Kind::Line ? &item.box : nullptr;
+                   if (item.kind == Kind::Text) {
+                     const BaseLine& base = baseLines_[static_cast<std::size_t>(item.index)];
+                     if (coor->FPtoDP(std::fabs(static_cast<double>(base.height))) < readable_) line = &base.ends;
+                   }
+                   if (line)
+                     lines.draw({line->x1, line->y1}, {line->x2, line->y2}, item.style, item.color);
+                   else
+                     draw(item, dc, coor);
+                 });
+}
+
+bool PreparedDrawing::picks(const Item& item, const CFRegion& region, int mode) const {
+  if (item.kind != Kind::Insert) return item.entity->HitTest(region, mode, a_, b_) != 0;
+  ACAD_BLOCK& block = *blocks_[static_cast<std::size_t>(item.index)];
+  return block.HitTest(region, mode, a_, b_, static_cast<ACAD_INSERT*>(item.entity)) != 0;
+}
+
+std::vector<ACAD_ENTITY*> PreparedDrawing::Pick(const CFRect& rect, int mode) {
+  std::vector<ACAD_ENTITY*> taken;
+  const CFRegion region{CFRect(rect)};
+  Grown reach;
+  reach.add(CFPoint(rect.x1, rect.y1));
+  reach.add(CFPoint(rect.x2, rect.y2));
+  reach.widen(0);
+  for_each_shown(
+      [&](const Box& b) {
+        return std::max(b.x1, b.x2) < reach.x1 || std::min(b.x1, b.x2) > reach.x2 || std::max(b.y1, b.y2) < reach.y1 ||
+               std::min(b.y1, b.y2) > reach.y2;
+      },
+      [&](const Item& item) {
+        const bool within = item.kind == Kind::Line && lies_within(item.box, rect);
+        if (within || picks(item, region, mode)) taken.push_back(item.entity);
+      });
+  return taken;
+}
+
+void PreparedDrawing::Show(const std::function<bool(ACAD_ENTITY&)>& shown) {
+  for (Item& item : items_) item.shown = shown(*item.entity);
+}
+
+}  // namespace qv

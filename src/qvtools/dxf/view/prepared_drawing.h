@@ -1,0 +1,76 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <vector>
+
+#include "qvtools/dxf/model/document.h"
+#include "qvtools/dxf/view/box_grid.h"
+
+namespace qv {
+
+/// An in-memory drawing made ready to be drawn and picked many times: it knows where every entity lies, in plan or
+/// projected for two view angles, and looks only at those that a window can show. Making it takes about as long as
+/// drawing everything once, and 40 bytes an entity.
+///
+/// It stands on the document, which must outlive it. When the document's entities or blocks, or the shape fonts,
+/// change, it is to be made anew. An entity of a program's own kind is always drawn.
+class QV_API PreparedDrawing {
+ public:
+  /// In plan.
+  explicit PreparedDrawing(DXF& dxf);
+  /// Projected for the view angles a and b, in radians.
+  PreparedDrawing(DXF& dxf, float a, float b);
+
+  /// Draws what `DXF::Draw` (or `DXF::Draw3D`) draws, in the same order: the same picture, but for where the dashes of
+  /// joined dashed lines begin.
+  void Draw(CDC* dc, CFCoor* coor);
+  /// The entities that a pick takes, in drawing order: those wholly in the rectangle, and with a mode other than 0
+  /// those that cross its border as well. The rectangle lies in the plane of the view.
+  std::vector<ACAD_ENTITY*> Pick(const CFRect& rect, int mode);
+  /// Chooses what is drawn and picked from now on (at first everything): calls `shown` for each entity of the drawing,
+  /// inserts among them.
+  void Show(const std::function<bool(ACAD_ENTITY&)>& shown);
+  /// Texts lower than this many pixels, which nobody can read, are drawn as a line along their base from now on: most
+  /// of the strokes of a large drawing seen as a whole. 0, at first, draws all texts in letters. Texts in blocks keep
+  /// their letters.
+  void SetReadableHeight(int pixels) { readable_ = pixels; }
+
+ private:
+  using Box = detail::Box;
+  enum class Kind : std::uint8_t { Line, Text, Insert, Other };
+  struct Item {
+    Box box;  // of a line its start and end, as they are drawn
+    ACAD_ENTITY* entity;
+    int color;  // of a line or a text
+    int index;  // of an insert's block, of a text's base line
+    Kind kind;
+    PenStyle style;
+    bool shown;
+  };
+  struct BaseLine {
+    Box ends;
+    float height;
+  };
+  struct Builder;
+
+  template <class Misses, class F>
+  void for_each_shown(const Misses& misses, const F& f);
+  template <class Misses, class F>
+  void for_each_in_cells(const std::vector<std::uint32_t>& cells, const Misses& misses, const F& f);
+  void draw(const Item& item, CDC* dc, CFCoor* coor) const;
+  bool picks(const Item& item, const CFRegion& region, int mode) const;
+
+  bool plan_;
+  float a_;
+  float b_;
+  float longestText_ = 0;  // in its heights
+  std::vector<Item> items_;
+  std::vector<ACAD_BLOCK*> blocks_;
+  std::vector<BaseLine> baseLines_;
+  int readable_ = 0;
+  detail::BoxGrid grid_;              // over the items
+  std::vector<std::uint64_t> marks_;  // a bit an item, for one call
+};
+
+}  // namespace qv

@@ -1,0 +1,109 @@
+#include "qvtools/engineering/base_data.h"
+
+#include <algorithm>
+#include <cstring>
+#include <string>
+
+#include "qvtools/platform/host.h"
+#include "qvtools/services/captions.h"
+#include "qvtools/services/files.h"
+#include "qvtools/system/textfile.h"
+#include "qvtools/text/gbk_text.h"
+
+namespace {
+
+constexpr int kLine = 290;
+constexpr std::size_t kNameColumn = 7;  // behind "##Name" and a blank
+
+/// Writes the texts one behind the other, and tells whether the stream is well.
+int put(std::FILE* fp, std::initializer_list<const char*> texts) {
+  for (const char* text : texts) std::fputs(text, fp);
+  return std::ferror(fp) ? 0 : 1;
+}
+
+/// The next line of any length, with "\n" at its end if it had one; false at the end of the file.
+bool next_line(std::FILE* fp, std::string& line) {
+  char piece[kLine];
+  line.clear();
+  while (qv::read_line(piece, kLine, fp)) {
+    line += piece;
+    if (line.empty() || line.back() == '\n') return true;
+  }
+  return !line.empty();
+}
+
+}  // namespace
+
+CQvBaseData::CQvBaseData() : m_strFile("NONAME") {
+  m_strQuery[0] = qv::captions::kQueryContent;
+  m_strDxf[0] = "NONAME.DXF";
+  m_strRtf[0] = "NONAME.RTF";
+}
+
+CQvBaseData::~CQvBaseData() = default;
+
+int CQvBaseData::SetFileName(CString) {
+  return 0;
+}
+
+int CQvBaseData::SetFileName(const char* path) {
+  const std::string base(qv::split_path(path).base);
+  SetFileName(CString(base));
+  return 1;
+}
+
+int CQvBaseData::SetBiaoShi(std::FILE* fp, const char* mark) {
+  return put(fp, {"##", mark, "\n"});
+}
+
+int CQvBaseData::CheckBiaoShi(std::FILE* fp, const char* mark) {
+  char line[kLine];
+  if (qv::read_line(line, kLine, fp) && std::strstr(line, mark)) return 1;
+  qv::CurrentHost().ShowBox(qv::captions::kWrongContent, qv::BoxKind::Plain);
+  return 0;
+}
+
+int CQvBaseData::SaveData(std::FILE* fp) {
+  int good = put(fp, {"##Name ", m_strName, "\n"});
+  for (int i = 0; i < queries(); ++i) {
+    good = put(fp, {"##ChaXun ", m_strQuery[i], " ", m_strDxf[i], " ", m_strRtf[i], "\n"});
+  }
+  return good && std::fflush(fp) == 0;
+}
+
+int CQvBaseData::LoadData(std::FILE* fp) {
+  std::rewind(fp);
+  m_strName.Empty();
+  for (std::string line; next_line(fp, line);) {
+    if (line.find("##Name") == std::string::npos) continue;
+    if (line.back() == '\n') line.pop_back();
+    if (line.size() > kNameColumn) m_strName = CString(line.substr(kNameColumn));
+    break;
+  }
+  return 1;
+}
+
+int CQvBaseData::queries() const {
+  return std::clamp(m_nQuery, 0, kQueries);
+}
+
+int CQvBaseData::clamped(int i) const {
+  return std::clamp(i, 0, std::max(queries() - 1, 0));
+}
+
+CString CQvBaseData::GetDxfFileName(int i) const {
+  return m_strDxf[clamped(i)];
+}
+
+CString CQvBaseData::GetRtfFileName(int i) const {
+  return m_strRtf[clamped(i)];
+}
+
+int CQvBaseData::Remove_Result_Files() {
+  for (int i = 0; i < queries(); ++i) {
+    for (const CString* name : {&m_strDxf[i], &m_strRtf[i]}) {
+      if (!name->IsEmpty()) RemoveFile_InWorkPath(*name);
+    }
+  }
+  return 1;
+}

@@ -1,0 +1,232 @@
+#include "qvtools/engineering/database_file.h"
+
+#include <algorithm>
+#include <cstdarg>
+#include <cstring>
+
+#include "qvtools/services/files.h"
+#include "qvtools/text/gbk_text.h"
+#include "qvtools/text/numbers.h"
+
+namespace {
+
+constexpr std::size_t kLine = 2048;
+constexpr std::size_t kLongestKey = 999;
+constexpr std::size_t kLongestLiteral = 999;
+constexpr std::string_view kSeparator = " = ";
+constexpr std::string_view kLineEnd = "\r\n";
+
+// The key, the separator, and the value before it is cut, with a CR more for each line feed.
+static_assert(kLongestKey + kSeparator.size() + 2 * kLine < qv::detail::BlockWriter::kRoom);
+
+/// Copies the first and the last bytes of a text that fill a word; together they are all of it.
+template <class Word>
+void copy_ends(char* to, std::string_view text) {
+  std::memcpy(to, text.data(), sizeof(Word));
+  std::memcpy(to + text.size() - sizeof(Word), text.data() + text.size() - sizeof(Word), sizeof(Word));
+}
+
+/// Copies a text and returns its end. Most are short, and not worth a call.
+char* append(char* to, std::string_view text) {
+  const std::size_t n = text.size();
+  if (n >= 8 && n <= 16) {
+    copy_ends<std::uint64_t>(to, text);
+  } else if (n >= 4 && n < 8) {
+    copy_ends<std::uint32_t>(to, text);
+  } else {
+    std::memcpy(to, text.data(), n);
+  }
+  return to + n;
+}
+
+/// The head of a text that is at most `limit` bytes and ends between characters.
+std::string_view cut(std::string_view text, std::size_t limit) {
+  return text.size() > limit ? text.substr(0, qv::cut_length(text.data(), limit)) : text;
+}
+
+/// Puts a CR in front of each line feed; returns the new end.
+char* add_carriage_returns(char* text, char* end) {
+  // Byte by byte: whole words would wait for the narrower stores that have just written the text.
+  if (std::find(text, end, '\n') == end) return end;
+  char* const newEnd = end + std::count(text, end, '\n');
+  for (char* to = newEnd; to != end;) {
+    *--to = *--end;
+    if (*to == '\n') *--to = '\r';
+  }
+  return newEnd;
+}
+
+std::size_t without_line_feeds(const char* text, std::size_t length) {
+  for (int i = 0; i < 3 && length > 0 && text[length - 1] == '\n'; ++i) --length;
+  return length;
+}
+
+/// Copies a literal with its percent signs doubled, cut at `kLongestLiteral` bytes; returns the length.
+std::size_t double_percents(char* out, const char* text) {
+  std::size_t length = 0;
+  for (std::size_t n; (n = qv::char_length(text)) != 0; text += n) {
+    const std::string_view piece = *text == '%' ? std::string_view("%%") : std::string_view(text, n);
+    if (length + piece.size() > kLongestLiteral) break;
+    append(out + length, piece);
+    length += piece.size();
+  }
+  return length;
+}
+
+char* put_position(char* out, std::int64_t position) {
+  return qv::detail::put_unsigned_wide(out, static_cast<std::uint64_t>(position));
+}
+
+bool is_name(std::string_view name) {
+  return !name.empty() && name.find('\r') == name.npos && name.find('\n') == name.npos && !name.starts_with("##");
+}
+
+}  // namespace
+
+CDataBaseFile::CDataBaseFile() = default;
+
+CDataBaseFile::~CDataBaseFile() {
+  Close_File();
+}
+
+int CDataBaseFile::Open_File(const char* name, IO_MODE mode) {
+  if (m_pFile) Close_File();
+  Clear_Map();
+  m_Mode = mode;
+  m_bSegment = false;
+  m_nPosition = 0;
+  // Both modes are binary: line ends are written here, so that positions are known without asking the stream.
+  m_pFile = mode == IO_READ ? open_file_no_comment(name, "rb") : open_file(name, "wb");
+  if (!m_pFile) return 0;
+  if (mode == IO_READ) return Read_Index();
+  m_Writer.attach(m_pFile);
+  return 1;
+}
+
+int CDataBaseFile::Close_File() {
+  if (!m_pFile) return m_Mode == IO_READ;
+  const int written = m_Mode == IO_READ || Write_Index();
+  const bool closed = std::fclose(m_pFile) == 0;
+  m_pFile = nullptr;
+  --QV_OpenFileNum;
+  m_bSegment = false;
+  return written && (closed || m_Mode == IO_READ);
+}
+
+void CDataBaseFile::Clear_Map() {
+  m_Segments.clear();
+  m_Items.clear();
+}
+
+void CDataBaseFile::put_line(std::string_view text) {
+  for (std::size_t feed; (feed = text.find('\n')) != text.npos; text.remove_prefix(feed + 1)) {
+    m_Writer.put(text.substr(0, feed));
+    m_Writer.put(kLineEnd);
+  }
+  m_Writer.put(text);
+  m_Writer.put(kLineEnd);
+}
+
+/// Writes the line of an item. Its value is what `put_value` puts at an address, at most `kValueSize` bytes, and
+/// returns the length of.
+template <class PutValue>
+void CDataBaseFile::put_item(std::string_view key, const PutValue& put_value) {
+  key = cut(key, kLongestKey);
+  char* const value = append(append(m_Writer.room(), key), kSeparator);
+  const std::size_t length = put_value(value);
+  const std::size_t taken = cut({value, length}, kLine - 2 - kSeparator.size() - key.size()).size();
+  m_Writer.take(append(add_carriage_returns(value, value + taken), kLineEnd));
+}
+
+void CDataBaseFile::Write_FileVersion(const char* text) {
+  if (is_writing()) put_line(text);
+}
+
+void CDataBaseFile::Begin_Segment(const char* format, ...) {
+  m_bSegment = false;
+  std::va_list arguments;
+  va_start(arguments, format);
+  const int length = qv::format_list(m_szSegment, sizeof m_szSegment, format, arguments);
+  va_end(arguments);
+  const std::string_view name(m_szSegment, static_cast<std::size_t>(length));
+  if (!is_writing() || !is_name(name)) return;
+  if (!m_Segments.add(name, {m_Writer.position(), m_Writer.position()})) return;
+  m_Items.clear();
+  m_Writer.take(append(append(append(append(m_Writer.room(), "[ "), name), " ]"), kLineEnd));
+  m_bSegment = true;
+}
+
+void CDataBaseFile::Add_Item(const char* key, const char* format, ...) {
+  char value[kValueSize];
+  std::va_list arguments;
+  va_start(arguments, format);
+  const int length = qv::format_list(value, sizeof value, format, arguments);
+  va_end(arguments);
+  const std::string_view name = key;
+  const Text text = {m_Items.texts().size() + name.size(), static_cast<std::size_t>(length)};
+  if (m_Items.add(name, text)) m_Items.texts().append(value, text.length);
+}
+
+int CDataBaseFile::Write_Segment() {
+  if (!can_write_item()) return 0;
+  for (std::size_t i = 0; i < m_Items.size(); ++i) {
+    const Text& text = m_Items.value(i);
+    put_item(m_Items.key(i), [&](char* out) { return m_Items.texts().copy(out, text.length, text.offset); });
+  }
+  end_segment();
+  return status();
+}
+
+int CDataBaseFile::Write_Item(const char* key, const char* format, ...) {
+  if (!can_write_item()) return 0;
+  std::va_list arguments;
+  va_start(arguments, format);
+  put_item(key, [&](char* out) {
+    const int length = qv::format_list(out, kValueSize, format, arguments);
+    return without_line_feeds(out, static_cast<std::size_t>(length));
+  });
+  va_end(arguments);
+  return status();
+}
+
+int CDataBaseFile::Write_Item1(const char* key, const char* value) {
+  if (!can_write_item()) return 0;
+  put_item(key, [value](char* out) { return without_line_feeds(out, double_percents(out, value)); });
+  return status();
+}
+
+int CDataBaseFile::Write_Line(const char* format, ...) {
+  if (!is_writing()) return 0;
+  char line[kLine - 1];
+  std::va_list arguments;
+  va_start(arguments, format);
+  const int length = qv::format_list(line, sizeof line, format, arguments);
+  va_end(arguments);
+  put_line({line, static_cast<std::size_t>(length)});
+  return status();
+}
+
+void CDataBaseFile::end_segment() {
+  m_Segments.value(m_Segments.size() - 1).end = m_Writer.position();
+}
+
+void CDataBaseFile::End_Segment() {
+  if (can_write_item()) end_segment();
+}
+
+void CDataBaseFile::put_index_entry(std::size_t i) {
+  const Range& range = m_Segments.value(i);
+  char* at = append(append(m_Writer.room(), m_Segments.key(i)), kSeparator);
+  at = put_position(at, range.start);
+  *at++ = ' ';
+  m_Writer.take(append(put_position(at, range.end), kLineEnd));
+}
+
+int CDataBaseFile::Write_Index() {
+  char trailer[32];
+  qv::format_text(trailer, sizeof trailer, "IndexPosition = %12lld", static_cast<long long>(m_Writer.position()));
+  put_line("[Index]");
+  for (std::size_t i = 0; i < m_Segments.size(); ++i) put_index_entry(i);
+  put_line(trailer);
+  return m_Writer.flush();
+}

@@ -1,0 +1,198 @@
+#include <algorithm>
+#include <cstdarg>
+#include <cstring>
+
+#include "qvtools/engineering/database_file.h"
+#include "qvtools/text/gbk_text.h"
+#include "qvtools/text/numbers.h"
+
+namespace {
+
+constexpr std::int64_t kTrailer = 30;
+constexpr std::int64_t kVersionLine = 289;
+constexpr std::string_view kSeparator = " = ";
+constexpr std::size_t kShortest = 5;
+constexpr std::size_t kLongest = CDataBaseFile::kValueSize - 1;
+
+bool skip_prefix(std::string_view& text, std::string_view prefix) {
+  if (text.substr(0, prefix.size()) != prefix) return false;
+  text.remove_prefix(prefix.size());
+  return true;
+}
+
+void skip_blanks(std::string_view& text) {
+  while (text.starts_with(' ')) text.remove_prefix(1);
+}
+
+bool take_offset(std::string_view& text, std::int64_t& value) {
+  constexpr std::int64_t kMost = std::int64_t{1} << 56;
+  skip_blanks(text);
+  const char* const begin = text.data();
+  const char* const end = begin + text.size();
+  const char* at = begin;
+  for (value = 0; at != end && *at >= '0' && *at <= '9'; ++at) {
+    if (value > kMost) return false;
+    value = value * 10 + (*at - '0');
+  }
+  text.remove_prefix(static_cast<std::size_t>(at - begin));
+  return at != begin;
+}
+
+constexpr std::size_t kNone = std::string_view::npos;
+
+const char* find_byte(const char* begin, const char* end, char c) {
+  const void* const found = std::memchr(begin, c, static_cast<std::size_t>(end - begin));
+  return found ? static_cast<const char*>(found) : end;
+}
+
+/// Where " = " begins in a line, behind a key of at least one byte.
+std::size_t find_separator(std::string_view line) {
+  const char* const end = line.data() + line.size();
+  for (const char* at = line.data() + 2; at + 1 < end; ++at) {
+    at = find_byte(at, end - 1, '=');
+    if (at != end - 1 && at[-1] == ' ' && at[1] == ' ') return static_cast<std::size_t>(at - line.data()) - 1;
+  }
+  return kNone;
+}
+
+/// Calls f with each line that is no comment and not too short.
+template <class F>
+void for_each_line(std::string_view text, const F& f) {
+  const char* const end = text.data() + text.size();
+  for (const char* at = text.data(); at < end;) {
+    const char* const feed = find_byte(at, end, '\n');
+    const bool ended = feed != end;
+    std::string_view line(at, static_cast<std::size_t>(feed - at));
+    at = feed + 1;
+    if (ended && line.ends_with('\r')) line.remove_suffix(1);
+    if (line.size() + ended >= kShortest && !line.starts_with("##")) f(line, ended);
+  }
+}
+
+/// Where the last separator of a line begins.
+std::size_t find_last_separator(std::string_view line) {
+  for (std::size_t at = line.size(); at >= kSeparator.size(); --at) {
+    if (line[at - 2] == '=' && line[at - 1] == ' ' && line[at - 3] == ' ') return at - kSeparator.size();
+  }
+  return kNone;
+}
+
+/// Makes "%%" in a text "%", any other percent sign stays; returns the new length.
+std::size_t halve_percents(char* text, std::size_t length) {
+  const char* const end = text + length;
+  const char* from = find_byte(text, end, '%');
+  char* to = text + (from - text);
+  for (; from != end; ++from) {
+    *to++ = *from;
+    from += *from == '%' && from + 1 != end && from[1] == '%';
+  }
+  return static_cast<std::size_t>(to - text);
+}
+
+}  // namespace
+
+bool CDataBaseFile::read_trailer(Range& index) {
+  index.end = m_Window.size() - kTrailer;
+  std::string_view line = m_Window.view(index.end, m_Window.size());
+  return skip_prefix(line, "IndexPosition = ") && take_offset(line, index.start) && index.start < index.end;
+}
+
+int CDataBaseFile::Read_Index() {
+  m_Window.attach(m_pFile);
+  Range index{};
+  if (!read_trailer(index)) return 0;
+  std::string_view text = m_Window.view(index.start, index.end);
+  if (!skip_prefix(text, "[Index]")) return 0;
+  m_Segments.reserve(static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n')));
+  std::string& texts = m_Segments.texts();
+  texts.assign(text);
+  for_each_line(texts, [this](std::string_view line, bool) { read_index_entry(line); });
+  return 1;
+}
+
+/// Keeps an entry whose line stands among the texts of the segments.
+void CDataBaseFile::read_index_entry(std::string_view line) {
+  const std::size_t at = find_last_separator(line);
+  if (at == kNone || at == 0 || at >= kNameSize) return;
+  std::string_view numbers = line.substr(at + kSeparator.size());
+  Range range{};
+  if (!take_offset(numbers, range.start) || !take_offset(numbers, range.end)) return;
+  if (range.start > range.end || range.end > m_Window.size()) return;
+  m_Segments.add_placed(static_cast<std::size_t>(line.data() - m_Segments.texts().data()), at, range);
+}
+
+int CDataBaseFile::Check_FileVersion(const char* text) {
+  if (!is_reading()) return 0;
+  std::string_view line = m_Window.view(m_nPosition, m_nPosition + kVersionLine);
+  line = line.substr(0, line.find('\n'));
+  m_nPosition += static_cast<std::int64_t>(line.size()) + 1;
+  return line.find(text) != std::string_view::npos;
+}
+
+int CDataBaseFile::Read_Segment(const char* format, ...) {
+  char name[kNameSize];
+  std::va_list arguments;
+  va_start(arguments, format);
+  const int length = qv::format_list(name, sizeof name, format, arguments);
+  va_end(arguments);
+  m_Items.clear();
+  const Range* const range = is_reading() ? m_Segments.find({name, static_cast<std::size_t>(length)}) : nullptr;
+  if (!range) return 0;
+  std::string_view text = m_Window.view(range->start, range->end);
+  text.remove_prefix(std::min(text.find('\n'), text.size() - 1) + 1);
+  std::string& texts = m_Items.texts();
+  texts.assign(text);
+  const bool percents = text.find('%') != text.npos;
+  for_each_line({texts.data(), text.size()}, [&](std::string_view line, bool ended) {
+    const std::string_view kept = line.substr(0, kLongest);
+    const std::size_t separator = find_separator(kept);
+    if (separator == kNone) return;
+    read_item(kept.substr(0, separator), kept.substr(separator + kSeparator.size()), ended && line.size() < kLongest,
+              percents);
+  });
+  m_nPosition = range->end;
+  return 1;
+}
+
+/// Keeps an item whose key and value stand among the texts of the items, where the value is changed to what is asked
+/// for: it ends with a line feed when its line did, and is never a format, "%%" is "%" and any other percent sign stays
+/// (`percents`: there may be any).
+void CDataBaseFile::read_item(std::string_view key, std::string_view value, bool ended, bool percents) {
+  char* const texts = m_Items.texts().data();
+  const auto offset = static_cast<std::size_t>(value.data() - texts);
+  std::size_t length = value.size();
+  if (percents) length = halve_percents(texts + offset, length);
+  if (ended) texts[offset + length++] = '\n';
+  m_Items.add_placed(static_cast<std::size_t>(key.data() - texts), key.size(), {offset, length});
+}
+
+int CDataBaseFile::Get_Item(const char* key, char* out) {
+  const Text* const text = m_Items.find(key);
+  const std::size_t length = text ? text->length : 0;
+  if (text) std::memcpy(out, m_Items.texts().data() + text->offset, length);
+  out[length] = '\0';
+  return text != nullptr;
+}
+
+char* CDataBaseFile::Get_Item(const char* key) {
+  char value[kValueSize];
+  const int found = Get_Item(key, value);
+  qv::copy_text(m_szItem, value);
+  return found ? m_szItem : nullptr;
+}
+
+int CDataBaseFile::Get_SegmentCount() const {
+  return static_cast<int>(m_Segments.size());
+}
+
+CString CDataBaseFile::Get_SegmentName(int i) const {
+  return CString(std::string(m_Segments.key(static_cast<std::size_t>(i))));
+}
+
+int CDataBaseFile::Get_ItemCount() const {
+  return static_cast<int>(m_Items.size());
+}
+
+CString CDataBaseFile::Get_ItemKey(int i) const {
+  return CString(std::string(m_Items.key(static_cast<std::size_t>(i))));
+}

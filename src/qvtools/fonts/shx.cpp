@@ -1,0 +1,384 @@
+#include "qvtools/fonts/shx.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <new>
+
+#include "qvtools/display/safe_dc.h"
+#include "qvtools/fonts/internal/byte_cursor.h"
+#include "qvtools/fonts/internal/shape_code.h"
+#include "qvtools/system/textfile.h"
+#include "qvtools/text/numbers.h"
+
+CShx G_ShapeFont;
+float G_HightText = 300.0f;
+float G_RatioText = 1.0f;
+
+namespace qv::detail {
+
+struct SharedBlock::Head {
+  std::size_t owners;
+};
+
+SharedBlock::SharedBlock(const SharedBlock& other) : head_(other.head_) {
+  if (head_) ++head_->owners;
+}
+
+SharedBlock& SharedBlock::operator=(const SharedBlock& other) {
+  Head* const head = other.head_;
+  if (head) ++head->owners;
+  release();
+  head_ = head;
+  return *this;
+}
+
+SharedBlock::~SharedBlock() {
+  release();
+}
+
+void* SharedBlock::allocate(std::size_t n) {
+  release();
+  void* const memory = ::operator new(sizeof(Head) + n, std::nothrow);
+  if (!memory) return nullptr;
+  std::memset(memory, 0, sizeof(Head) + n);
+  head_ = new (memory) Head{1};
+  return head_ + 1;
+}
+
+void SharedBlock::release() {
+  if (head_ && --head_->owners == 0) ::operator delete(head_);
+  head_ = nullptr;
+}
+
+}  // namespace qv::detail
+
+namespace {
+
+using qv::detail::ByteCursor;
+using qv::detail::kShapePadding;
+
+constexpr int kCodes = 256;
+constexpr int kRows = 94;
+constexpr int kQuestionMark = 63;
+constexpr std::uint32_t kFirstHzByte = 0xA1;
+constexpr long kLargestFile = 256L << 20;
+
+constexpr std::size_t kTxtCount = 28;   // where a text font states how many entries it has
+constexpr std::size_t kHzCount = 27;    // where a big font does
+constexpr std::size_t kHzEntries = 35;  // and where its entries begin
+constexpr std::size_t kHzEntrySize = 8;
+
+/// A font file in memory.
+struct FontFile {
+  std::unique_ptr<unsigned char[]> bytes;
+  std::size_t size = 0;
+};
+
+FontFile read_file(const char* dir, const char* name) {
+  FontFile content;
+  std::FILE* const file = qv::open_text((CString(dir) + name), "rb");
+  if (!file) return content;
+  const long size = std::fseek(file, 0, SEEK_END) == 0 ? std::ftell(file) : -1;
+  if (size > 0 && size <= kLargestFile) {
+    content.size = static_cast<std::size_t>(size);
+    content.bytes.reset(new (std::nothrow) unsigned char[content.size]);
+    std::rewind(file);
+    if (content.bytes && std::fread(content.bytes.get(), 1, content.size, file) != content.size) content.bytes.reset();
+  }
+  std::fclose(file);
+  return content;
+}
+
+/// The clipping context that shapes are drawn through; every drawing call sets it to its device context.
+CSafeDC& clip_to(CDC* dc) {
+  static CSafeDC context;
+  return context = CSafeDC(dc);
+}
+
+int device(double v) {
+  const double doubled = 2.0 * v + 1.0;
+  // In range the plain conversion is the same and inlines.
+  const bool plain = doubled > -2147483648.0 && doubled < 2147483648.0;
+  return (plain ? static_cast<int>(doubled) : qv::TruncInt(doubled)) / 2;
+}
+
+/// A shape's axes in device units.
+struct Axes {
+  double a;
+  double b;
+  double c;
+  double d;
+};
+
+/// Draws displacements through the clipping context.
+class DrawingPen {
+ public:
+  DrawingPen(CSafeDC& context, double x, double y) : context_(context), x_(x), y_(y), at_(device(x), device(y)) {
+    context_.MoveTo(at_);
+  }
+  void set_axes(const Axes& axes) { axes_ = axes; }
+  void step(double u, double v, bool down) {
+    x_ += axes_.a * u + axes_.c * v;
+    y_ += axes_.b * u + axes_.d * v;
+    const CPoint to(device(x_), device(y_));
+    if (to == at_) return;  // small letters are mostly strokes within a pixel, which show nothing
+    at_ = to;
+    if (down) {
+      context_.LineTo(to);
+    } else {
+      context_.MoveTo(to);
+    }
+  }
+  void push() {
+    keptX_ = x_;
+    keptY_ = y_;
+  }
+  // Quirk: the device pen stays where it is, so the next vector is drawn from there; fonts rely on a move in between.
+  void pop() {
+    x_ = keptX_;
+    y_ = keptY_;
+  }
+  double x() const { return x_; }
+  double y() const { return y_; }
+
+ private:
+  CSafeDC& context_;
+  Axes axes_{};
+  double x_;
+  double y_;
+  CPoint at_;  // the device pen
+  double keptX_ = 0;
+  double keptY_ = 0;
+};
+
+/// Adds up displacements along the text.
+class MeasuringPen {
+ public:
+  void step(double u, double, bool) { x_ += u; }
+  void push() { kept_ = x_; }
+  void pop() { x_ = kept_; }
+  double x() const { return x_; }
+
+ private:
+  double x_ = 0;
+  double kept_ = 0;
+};
+
+double measure(const unsigned char* shape) {
+  MeasuringPen pen;
+  qv::detail::run_shape(shape, pen);
+  return pen.x();
+}
+
+/// A shape's axes when one shape unit is `across` device units along the text and `up` units upward.
+Axes text_axes(double angle, double across, double up, int mirror) {
+  const double cosine = std::cos(angle);
+  const double sine = std::sin(angle);
+  const bool flip = mirror == 1;
+  if (flip) up = -up;
+  return {cosine * across, flip ? -sine * across : sine * across, sine * up, cosine * up};
+}
+
+/// Takes a character off a text: its row and column in the big font, as far as it has them, else its byte.
+struct Character {
+  bool big = false;
+  unsigned row = 0;
+  unsigned column = 0;
+  unsigned char byte = 0;
+};
+
+Character next_character(const char*& text) {
+  Character character;
+  character.byte = static_cast<unsigned char>(*text++);
+  if (character.byte < kFirstHzByte || !*text) return character;
+  character.big = true;
+  character.row = character.byte - kFirstHzByte;
+  character.column = (static_cast<unsigned char>(*text++) - kFirstHzByte) & 0xFF;
+  return character;
+}
+
+const unsigned char* txt_shape(const CShx& font, unsigned char code) {
+  return font.m_pTxtData + font.m_pTxtIndex[code];
+}
+
+/// The shape of a two-byte character; null when there is none.
+const unsigned char* hz_shape(const CShx& font, const Character& character) {
+  if (!font.m_pHzIndex || character.row >= kRows || character.column >= kRows) return nullptr;
+  const int offset = font.m_pHzIndex[character.row][character.column];
+  return offset < 0 ? nullptr : font.m_pHzData + offset;
+}
+
+}  // namespace
+
+CShx::CShx() = default;
+CShx::CShx(const CShx& other) = default;
+CShx& CShx::operator=(const CShx& other) = default;
+CShx::~CShx() = default;
+
+int CShx::SetTxtFont(const char* dir, const char* name) {
+  if (m_pTxtIndex) return 0;
+  const FontFile file = read_file(dir, name);
+  return file.bytes ? adopt_txt(file.bytes.get(), file.size) : 0;
+}
+
+int CShx::SetHzFont(const char* dir, const char* name) {
+  if (m_pHzIndex) return 0;
+  const FontFile file = read_file(dir, name);
+  return file.bytes ? adopt_hz(file.bytes.get(), file.size) : 0;
+}
+
+int CShx::adopt_txt(const unsigned char* file, std::size_t size) {
+  ByteCursor cursor(file, size);
+  std::uint32_t count = 0;
+  std::uint32_t above = 0;
+  cursor.seek(kTxtCount);
+  cursor.u16(count);
+  ByteCursor entries = cursor;
+  if (count == 0 || !cursor.skip(4 * std::size_t{count})) return 0;
+  std::uint32_t c = 1;
+  while (c != 0 && cursor.u8(c)) {
+  }
+  cursor.u8(above);
+  // The byte below and two more, which nothing here needs.
+  if (!cursor.skip(3) || cursor.remaining() == 0) return 0;
+
+  const std::size_t data = cursor.remaining();
+  constexpr std::size_t kTables = kCodes * (sizeof(double) + sizeof(int));
+  auto* const advances = static_cast<double*>(txtBlock_.allocate(kTables + data + kShapePadding));
+  if (!advances) return 0;
+  auto* const index = reinterpret_cast<int*>(advances + kCodes);
+  std::fill_n(index, kCodes, -1);
+  entries.skip(4);
+  std::size_t offset = 0;
+  for (std::uint32_t i = 1, code, length; i < count; ++i, offset += length) {
+    entries.u16(code);
+    entries.u16(length);
+    if (length > data - offset) return txtBlock_ = {}, 0;
+    if (code < kCodes) index[code] = static_cast<int>(offset);
+  }
+  m_nTxtDefault = std::max(index[kQuestionMark], 0);
+  std::replace(index, index + kCodes, -1, m_nTxtDefault);
+  m_pTxtData = reinterpret_cast<unsigned char*>(index + kCodes);
+  std::memcpy(m_pTxtData, file + cursor.position(), data);
+  const double standard = measure(m_pTxtData + m_nTxtDefault);
+  std::transform(index, index + kCodes, advances,
+                 [&](int at) { return at == m_nTxtDefault ? standard : measure(m_pTxtData + at); });
+  txtAdvances_ = advances;
+  m_fTxtHeight = above ? static_cast<float>(above) : 6.0f;
+  m_pTxtIndex = index;
+  return 1;
+}
+
+int CShx::adopt_hz(const unsigned char* file, std::size_t size) {
+  ByteCursor cursor(file, size);
+  std::uint32_t count = 0;
+  std::uint32_t length = 0;
+  std::uint32_t offset = 0;
+  cursor.seek(kHzCount);
+  cursor.u16(count);
+  cursor.seek(kHzEntries);
+  ByteCursor entries = cursor;
+  entries.skip(2);
+  entries.u16(length);
+  entries.u32(offset);
+  const std::size_t start = kHzEntries + kHzEntrySize * std::size_t{count} + length;
+  if (count == 0 || !entries.good() || start >= size) return 0;
+  if (length < 4 || offset > size || length > size - offset) return 0;
+  const unsigned char height = file[offset + length - 4];
+
+  const std::size_t data = size - start;
+  constexpr std::size_t kIndexSize = sizeof(int) * kRows * kRows;
+  auto* const index = static_cast<int*>(hzBlock_.allocate(kIndexSize + data + kShapePadding));
+  if (!index) return 0;
+  std::fill_n(index, kRows * kRows, -1);
+  for (std::uint32_t i = 1, first, second; i < count; ++i) {
+    entries.u8(first);
+    entries.u8(second);
+    entries.u16(length);
+    entries.u32(offset);
+    if (first == 0 && second == 0) continue;
+    if (offset > size || length > size - offset) return hzBlock_ = {}, 0;
+    const std::uint32_t row = (first - kFirstHzByte) & 0xFF;
+    const std::uint32_t column = (second - kFirstHzByte) & 0xFF;
+    if (row < kRows && column < kRows && offset >= start)
+      index[row * kRows + column] = static_cast<int>(offset - start);
+  }
+  m_pHzData = reinterpret_cast<unsigned char*>(index) + kIndexSize;
+  std::memcpy(m_pHzData, file + start, data);
+  m_fHzHeight = height ? static_cast<float>(height) : 16.0f;
+  m_pHzIndex = reinterpret_cast<int(*)[kRows]>(index);
+  return 1;
+}
+
+void CShx::DrawTxtShx(CDC* dc, int x, int y, const char* text, float height, float angle, float width, int mirror) {
+  if (!m_pTxtIndex || !text) return;
+  DrawingPen pen(clip_to(dc), x, y);
+  pen.set_axes(text_axes(angle, width / m_fTxtHeight, height / m_fTxtHeight, mirror));
+  for (; *text; ++text) qv::detail::run_shape(txt_shape(*this, static_cast<unsigned char>(*text)), pen);
+}
+
+void CShx::DrawTxtShx(CDC* dc, const CPoint& point, const char* text, float height, float angle, float width,
+                      int mirror) {
+  DrawTxtShx(dc, point.x, point.y, text, height, angle, width, mirror);
+}
+
+void CShx::DrawHzShx(CDC* dc, int x, int y, const char* text, float height, float angle, float width, int mirror) {
+  if ((!m_pTxtIndex && !m_pHzIndex) || !text) return;
+  DrawingPen pen(clip_to(dc), x, y);
+  const Axes txt = text_axes(angle, width / m_fTxtHeight, height / m_fTxtHeight, mirror);
+  const Axes hz = text_axes(angle, width / m_fHzHeight, height / m_fHzHeight, mirror);
+  while (*text) {
+    const Character character = next_character(text);
+    pen.set_axes(character.big ? hz : txt);
+    if (!character.big) {
+      if (m_pTxtIndex) qv::detail::run_shape(txt_shape(*this, character.byte), pen);
+    } else if (const unsigned char* shape = hz_shape(*this, character)) {
+      qv::detail::run_shape(shape, pen);
+    } else {
+      pen.step(m_fHzHeight, 0, false);
+    }
+  }
+}
+
+float CShx::GetTxtWidth(const char* text, float height, float ratio) {
+  if (!txtAdvances_ || !text) return 0;
+  double sum = 0;
+  for (; *text; ++text) sum += txtAdvances_[static_cast<unsigned char>(*text)];
+  return static_cast<float>(sum * height * ratio / m_fTxtHeight);
+}
+
+float CShx::GetHzWidth(const char* text, float height, float ratio) {
+  if ((!m_pTxtIndex && !m_pHzIndex) || !text) return 0;
+  double heights = 0;
+  while (*text) {
+    const Character character = next_character(text);
+    if (!character.big) {
+      if (m_pTxtIndex) heights += txtAdvances_[character.byte] / m_fTxtHeight;
+    } else {
+      const unsigned char* const shape = hz_shape(*this, character);
+      heights += shape ? measure(shape) / m_fHzHeight : 1.0;
+    }
+  }
+  return static_cast<float>(heights * height * ratio);
+}
+
+void CShx::DrawShx(const unsigned char* shape, CDC* dc, float& x, float& y, float a, float b, float c, float d) {
+  DrawingPen pen(clip_to(dc), x, y);
+  pen.set_axes({a, b, c, d});
+  qv::detail::run_shape(shape, pen);
+  x = static_cast<float>(pen.x());
+  y = static_cast<float>(pen.y());
+}
+
+void CShx::GetXY(unsigned char code, float& dx, float& dy) {
+  const qv::detail::Vector vector = qv::detail::decode_vector(code);
+  dx = static_cast<float>(vector.u);
+  dy = static_cast<float>(vector.v);
+}
+
+float CShx::GetWidth(const unsigned char* shape) {
+  return static_cast<float>(measure(shape));
+}

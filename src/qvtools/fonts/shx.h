@@ -1,0 +1,97 @@
+#pragma once
+
+/// SHX shape fonts: text drawn as strokes, exactly as the CAD system draws it. One text font serves single bytes, one
+/// big font the two-byte characters of GB2312.
+
+#include <cstddef>
+
+#include "qvtools/platform/device.h"
+
+namespace qv::detail {
+
+/// A block of memory that its copies share; the last one frees it. For one thread.
+class SharedBlock {
+ public:
+  SharedBlock() = default;
+  SharedBlock(const SharedBlock& other);
+  SharedBlock& operator=(const SharedBlock& other);
+  ~SharedBlock();
+
+  /// Takes a new block of n bytes, all 0, instead of the present one; null when memory runs out.
+  void* allocate(std::size_t n);
+
+ private:
+  struct Head;
+  void release();
+  Head* head_ = nullptr;
+};
+
+}  // namespace qv::detail
+
+/// A text font and a big font. Copies share the loaded fonts; the buffers live until the last copy is gone. Texts are
+/// GBK bytes; null texts count as empty.
+class QV_API CShx {
+ public:
+  /// Height of the text font's capitals in shape units.
+  float m_fTxtHeight = 6;
+  /// For each byte, the offset of its shape in `m_pTxtData`; null while no text font is loaded.
+  int* m_pTxtIndex = nullptr;
+  unsigned char* m_pTxtData = nullptr;
+  /// The offset of the shape that stands for characters that the font lacks: that of "?", or 0.
+  int m_nTxtDefault = 0;
+  /// Height of the big font in shape units.
+  float m_fHzHeight = 16;
+  /// For each row and column of GB2312, from 0, the offset of its shape in `m_pHzData` or -1; null while no big font is
+  /// loaded.
+  int (*m_pHzIndex)[94] = nullptr;
+  unsigned char* m_pHzData = nullptr;
+
+  CShx();
+  CShx(const CShx& other);
+  CShx& operator=(const CShx& other);
+  ~CShx();
+
+  /// Loads the text font from the file dir + name. Returns 1, or 0 when a text font is loaded already (it stays), the
+  /// file cannot be opened, is no whole font, or memory runs out; then no font is loaded.
+  int SetTxtFont(const char* dir, const char* name);
+  /// The same for the big font.
+  int SetHzFont(const char* dir, const char* name);
+
+  /// Draws the text in the text font from the device point (x, y) on with the pen of `dc`, clipped. `height` is that of
+  /// a capital and `width` the same times the width factor, both in device units; `angle` is in radians. With
+  /// mirror = 1 the text stands upright on a device whose y runs down, and the angle turns counter-clockwise as seen.
+  /// Draws nothing while no text font is loaded.
+  void DrawTxtShx(CDC* dc, int x, int y, const char* text, float height, float angle, float width, int mirror);
+  void DrawTxtShx(CDC* dc, const CPoint& point, const char* text, float height, float angle, float width, int mirror);
+  /// Draws a text that may mix both fonts, on one base line: a byte from 0xA1 on with another byte behind it is a
+  /// character of the big font, in which `height` is the font's height. One that the big font lacks leaves a space of
+  /// the text's width.
+  void DrawHzShx(CDC* dc, int x, int y, const char* text, float height, float angle, float width, int mirror);
+
+  /// The advance of the text at this height, in the height's unit, with `ratio` as the width factor; pen-up moves
+  /// count, so the next text begins there. 0 while no font is loaded.
+  float GetTxtWidth(const char* text, float height, float ratio);
+  float GetHzWidth(const char* text, float height, float ratio);
+
+ protected:
+  /// Draws one shape record of a loaded font (its name first) with the pen from (x, y), which moves on. (a, b) is the
+  /// shape's x axis in device units, (c, d) its y axis.
+  void DrawShx(const unsigned char* shape, CDC* dc, float& x, float& y, float a, float b, float c, float d);
+  /// The displacement of a vector byte: its length times one of sixteen directions.
+  void GetXY(unsigned char code, float& dx, float& dy);
+  /// The advance of one shape record in shape units.
+  float GetWidth(const unsigned char* shape);
+
+ private:
+  int adopt_txt(const unsigned char* file, std::size_t size);
+  int adopt_hz(const unsigned char* file, std::size_t size);
+  qv::detail::SharedBlock txtBlock_;
+  qv::detail::SharedBlock hzBlock_;
+  const double* txtAdvances_ = nullptr;  // of each byte's shape, in shape units
+};
+
+/// The fonts that the whole library measures and draws with; the host program loads them.
+extern QV_API CShx G_ShapeFont;
+/// Text height and width factor where nothing else is said.
+extern QV_API float G_HightText;
+extern QV_API float G_RatioText;

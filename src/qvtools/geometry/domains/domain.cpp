@@ -1,0 +1,228 @@
+#include "qvtools/geometry/domains/domain.h"
+
+#include <cstddef>
+
+#include "qvtools/geometry/domains/internal/domain_edge.h"
+#include "qvtools/geometry/domains/internal/lanes.h"
+#include "qvtools/geometry/functions/jh.h"
+#include "qvtools/scripts/script.h"
+
+using qv::detail::after;
+using qv::detail::EdgeBox;
+
+namespace {
+
+/// The end angles of an arc, counter-clockwise, as the function library wants them.
+struct Angles {
+  float from;
+  float to;
+  Angles(const CDomainEdge& edge, const CDomainEdge& next)
+      : from(JH_GetAngle(edge.cx, edge.cy, edge.x, edge.y)), to(JH_GetAngle(edge.cx, edge.cy, next.x, next.y)) {
+    if (!edge.ccw) std::swap(from, to);
+    if (to < from) to += TWO_PI_F;
+  }
+};
+
+float radius_of(const CDomainEdge& edge) {
+  return JH_GetDistance(edge.cx, edge.cy, edge.x, edge.y);
+}
+
+/// The vertices' places against a band about the tested height: bit 0 above it, bit 1 below it. An edge can come within
+/// tol of the point, or cross its ray, only when its ends have no bit in common.
+struct Band {
+  float low;
+  float high;
+  Band(float py, float tol) {
+    const double reach = tol > 0 ? tol : 0;
+    low = std::nextafter(static_cast<float>(py - reach), -HUGE_VALF);
+    high = std::nextafter(static_cast<float>(py + reach), HUGE_VALF);
+  }
+  int place(float y) const { return static_cast<int>(y > high) | static_cast<int>(y < low) << 1; }
+};
+
+/// x, y, cx, cy, which lie side by side in the record.
+qv::Lanes coordinates(const CDomainEdge& edge) {
+  static_assert(offsetof(CDomainEdge, cy) == offsetof(CDomainEdge, x) + 3 * sizeof(float));
+  return qv::load_lanes(reinterpret_cast<const char*>(&edge) + offsetof(CDomainEdge, x));
+}
+
+struct Answer {
+  bool on = false;
+  bool inside = false;
+  void take_straight(const CDomainEdge& edge, const CDomainEdge& next, float px, float py, float tol) {
+    const qv::detail::RelativeEdge relative(edge, next, px, py);
+    inside ^= relative.chord_crosses();
+    on |= relative.within_of_segment(tol);
+  }
+  void take(const CDomainEdge& edge, const CDomainEdge& next, float px, float py, float tol) {
+    inside ^= qv::detail::toggles(edge, next, px, py);
+    on |= qv::detail::on_edge(edge, next, px, py, tol);
+  }
+};
+
+}  // namespace
+
+int Region_To_Domain(const CFRegion& region, CArray<CDomainEdge, CDomainEdge&>& edges) {
+  edges.SetSize(region.GetSize());
+  for (int i = 0; i < region.GetSize(); ++i) {
+    CDomainEdge& edge = edges[i];
+    edge = CDomainEdge();
+    edge.x = region[i].x;
+    edge.y = region[i].y;
+    const CFShape shape = region.GetEdge(i);
+    if (!shape.IsArc() && !shape.IsCircle()) continue;
+    edge.isArc = 1;
+    edge.cx = shape.x;
+    edge.cy = shape.y;
+    edge.ccw = region[i].C <= 0;
+  }
+  return edges.GetSize();
+}
+
+int CPointInDomain::Point_In_Domain(int n, const CDomainEdge* edges, float px, float py, float tol) {
+  if (n < 1) return 0;
+  const Band band(py, tol);
+  Answer answer;
+  qv::Lanes low = coordinates(edges[0]), high = low;
+  EdgeBox arcs{edges[0].x, edges[0].y, edges[0].x, edges[0].y};
+  const CDomainEdge* edge = edges + n - 1;
+  int place = band.place(edge->y);
+  for (const CDomainEdge* next = edges; next != edges + n; edge = next++) {
+    const qv::Lanes v = coordinates(*next);
+    low = qv::lower(v, low);
+    high = qv::higher(v, high);
+    const int next_place = band.place(next->y);
+    if (edge->isArc) {
+      arcs.include_arc(*edge, *next);
+      answer.take(*edge, *next, px, py, tol);
+    } else if ((place & next_place) == 0) {
+      answer.take_straight(*edge, *next, px, py, tol);
+    }
+    place = next_place;
+  }
+  xmin = (std::min)(arcs.x1, low[0]);
+  ymin = (std::min)(arcs.y1, low[1]);
+  xmax = (std::max)(arcs.x2, high[0]);
+  ymax = (std::max)(arcs.y2, high[1]);
+  return answer.on || answer.inside;
+}
+
+int CPointInDomain::Point_In_OutLook_Domain(int n, const CDomainEdge* edges, float px, float py, float tol) {
+  if (n < 1) return 0;
+  Get_OutLook_Domain(n, edges, xmin, ymin, xmax, ymax);
+  return JH_TestPointIn_Rect(xmin, ymin, xmax, ymax, px, py, tol);
+}
+
+int CPointInDomain::Point_On_Edge_Domain(int n, const CDomainEdge* edges, float px, float py, float tol) const {
+  for (int i = 0; i < n; ++i) {
+    if (Point_On_One_Edge(edges[i], after(edges, n, i), px, py, tol)) return 1;
+  }
+  return 0;
+}
+
+int CPointInDomain::Point_On_One_Edge(const CDomainEdge& edge, const CDomainEdge& next, float px, float py,
+                                      float tol) const {
+  return qv::detail::on_edge(edge, next, px, py, tol);
+}
+
+int CPointInDomain::Point_Into_Domain(int n, const CDomainEdge* edges, float px, float py, float tol) const {
+  return Find_Cross_Points_H(n, edges, px, py, tol) & 1;
+}
+
+void CPointInDomain::Get_OutLook_One_Edge(const CDomainEdge& edge, const CDomainEdge& next, float& x1, float& y1,
+                                          float& x2, float& y2) const {
+  EdgeBox box{edge.x, edge.y, edge.x, edge.y};
+  box.include(next.x, next.y);
+  if (edge.isArc) box.include_arc(edge, next);
+  x1 = box.x1;
+  y1 = box.y1;
+  x2 = box.x2;
+  y2 = box.y2;
+}
+
+void CPointInDomain::Get_OutLook_Domain(int n, const CDomainEdge* edges, float& x1, float& y1, float& x2,
+                                        float& y2) const {
+  if (n < 1) return;
+  EdgeBox box{edges[0].x, edges[0].y, edges[0].x, edges[0].y};
+  for (int i = 0; i < n; ++i) {
+    box.include(edges[i].x, edges[i].y);
+    if (edges[i].isArc) box.include_arc(edges[i], after(edges, n, i));
+  }
+  x1 = box.x1;
+  y1 = box.y1;
+  x2 = box.x2;
+  y2 = box.y2;
+}
+
+int CPointInDomain::Test_CrossRegon_Domain_Circle(int n, const CDomainEdge* edges, float cx, float cy, float r,
+                                                  float tol) {
+  if (Point_In_Domain(n, edges, cx, cy, tol)) return 1;
+  for (int i = 0; i < n; ++i) {
+    const CDomainEdge &edge = edges[i], &next = after(edges, n, i);
+    if (edge.isArc) {
+      const Angles a(edge, next);
+      if (JH_TestCrossRegon_Circle_Arc(cx, cy, r, edge.cx, edge.cy, radius_of(edge), a.from, a.to, tol)) return 1;
+    } else if (JH_TestCrossRegon_Circle_LineSection(cx, cy, r, edge.x, edge.y, next.x, next.y, tol)) {
+      return 1;
+    }
+  }
+  return 0;
+}
+
+namespace {
+
+bool crosses_rect(const CDomainEdge& edge, const CDomainEdge& next, const float* xs, const float* ys, float tol) {
+  for (int i = 3, k = 0; k < 4; i = k++) {
+    if (edge.isArc) {
+      const Angles a(edge, next);
+      if (JH_TestCrossRegon_LineSection_Arc(xs[i], ys[i], xs[k], ys[k], edge.cx, edge.cy, radius_of(edge), a.from, a.to,
+                                            tol)) {
+        return true;
+      }
+    } else if (JH_TestCrossRegon_LineSection_LineSection(edge.x, edge.y, next.x, next.y, xs[i], ys[i], xs[k], ys[k],
+                                                         tol)) {
+      return true;
+    }
+  }
+  return false;
+}
+
+}  // namespace
+
+int CPointInDomain::Test_CrossRegon_Domain_Rect(int n, const CDomainEdge* edges, const float* xs, const float* ys,
+                                                float tol) {
+  for (int i = 0; i < 4; ++i) {
+    if (Point_In_Domain(n, edges, xs[i], ys[i], tol)) return 1;
+  }
+  float rx[4], ry[4];
+  const bool clockwise = JH_GetDet_Tri(xs[0], ys[0], xs[1], ys[1], xs[2], ys[2]) < 0;
+  for (int i = 0; i < 4; ++i) {
+    rx[i] = xs[clockwise ? 3 - i : i];
+    ry[i] = ys[clockwise ? 3 - i : i];
+  }
+  for (int i = 0; i < n; ++i) {
+    if (JH_TestPointIn_TuPolygon(edges[i].x, edges[i].y, 4, rx, ry, tol)) return 1;
+  }
+  for (int i = 0; i < n; ++i) {
+    if (crosses_rect(edges[i], after(edges, n, i), rx, ry, tol)) return 1;
+  }
+  return 0;
+}
+
+void CPointInDomain::Draw_SCR(std::FILE* f, const CDomainEdge& edge, const CDomainEdge& next) const {
+  if (!edge.isArc) {
+    acad_line(f, edge.x, edge.y, next.x, next.y);
+  } else if (edge.ccw) {
+    acad_arc(f, edge.cx, edge.cy, edge.x, edge.y, next.x, next.y);
+  } else {
+    acad_arc(f, edge.cx, edge.cy, next.x, next.y, edge.x, edge.y);
+  }
+}
+
+void CPointInDomain::Draw_SCR(std::FILE* f, int n, const CDomainEdge* edges) const {
+  for (int i = 0; i < n; ++i) Draw_SCR(f, edges[i], after(edges, n, i));
+}
+
+void CPointInDomain::Swap(float& a, float& b) const {
+  std::swap(a, b);
+}

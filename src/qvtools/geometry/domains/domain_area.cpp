@@ -1,0 +1,76 @@
+#include "qvtools/geometry/domains/domain.h"
+#include "qvtools/geometry/domains/internal/domain_edge.h"
+#include "qvtools/geometry/numerics/numeric.h"
+
+using qv::detail::after;
+using qv::detail::Vec;
+
+namespace {
+
+struct Part {
+  double area;
+  Vec centroid;
+};
+
+Part triangle(const CDomainEdge& edge, const CDomainEdge& next, double x0, double y0) {
+  return {area_tri(x0, y0, edge.x, edge.y, next.x, next.y), {(x0 + edge.x + next.x) / 3, (y0 + edge.y + next.y) / 3}};
+}
+
+/// The segment between an arc and its chord.
+Part arc_segment(const CDomainEdge& edge, const CDomainEdge& next) {
+  const Part nothing{0, {(1.0 * edge.x + next.x) / 2, (1.0 * edge.y + next.y) / 2}};
+  if (!edge.isArc) return nothing;
+  const qv::detail::RelativeArc arc(edge, next, 0, 0);
+  const qv::detail::Sweep sweep = arc.sweep();
+  const double h = sweep.angle() / 2, doubled = 2 * h - std::sin(2 * h);
+  if (arc.radius2 == 0 || sweep.none() || !(doubled > 0)) return nothing;
+  const double r = std::sqrt(arc.radius2), m = std::atan2(sweep.from.y, sweep.from.x) + h, s = std::sin(h);
+  // Below this the quotient loses its digits; the segment's centroid is then as good as on the arc.
+  const double d = h < 1e-3 ? r : 4 * r / 3 * s * s * s / doubled;
+  // Quirk: a clockwise arc adds nothing; see the header.
+  return {edge.ccw ? doubled * arc.radius2 / 2 : 0, {edge.cx + d * std::cos(m), edge.cy + d * std::sin(m)}};
+}
+
+void store(const Part& part, float& area, float& cx, float& cy) {
+  area = static_cast<float>(part.area);
+  cx = static_cast<float>(part.centroid.x);
+  cy = static_cast<float>(part.centroid.y);
+}
+
+/// The sums of areas and of areas times centroids over all edges.
+Part sum_parts(int n, const CDomainEdge* edges) {
+  Part sum{0, {0, 0}};
+  for (int i = 0; i < n; ++i) {
+    const CDomainEdge& next = after(edges, n, i);
+    for (const Part& part : {triangle(edges[i], next, 0, 0), arc_segment(edges[i], next)}) {
+      sum.area += part.area;
+      sum.centroid.x += part.area * part.centroid.x;
+      sum.centroid.y += part.area * part.centroid.y;
+    }
+  }
+  return sum;
+}
+
+}  // namespace
+
+float CPointInDomain::Get_Area(int n, const CDomainEdge* edges) const {
+  return static_cast<float>(sum_parts(n, edges).area);
+}
+
+void CPointInDomain::Get_Centroid(int n, const CDomainEdge* edges, float& x, float& y) const {
+  const Part sum = sum_parts(n, edges);
+  // Quirk: see the header.
+  const double area = sum.area < 1e-5 ? 1e-5 : sum.area;
+  x = static_cast<float>(sum.centroid.x / area);
+  y = static_cast<float>(sum.centroid.y / area);
+}
+
+void CPointInDomain::Get_Tri_Area(const CDomainEdge& edge, const CDomainEdge& next, float x0, float y0, float& area,
+                                  float& cx, float& cy) const {
+  store(triangle(edge, next, x0, y0), area, cx, cy);
+}
+
+void CPointInDomain::Get_Arc_Para(const CDomainEdge& edge, const CDomainEdge& next, float& area, float& cx,
+                                  float& cy) const {
+  store(arc_segment(edge, next), area, cx, cy);
+}

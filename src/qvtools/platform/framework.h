@@ -1,0 +1,299 @@
+#pragma once
+
+/// The framework values and containers that the library's interface is written in: integer points and rectangles,
+/// strings, growable arrays, pointer lists and maps, the root object class and the archive. They keep the names and
+/// behaviour that host programs know, and hold nothing that the library does not use.
+
+#include <algorithm>
+#include <climits>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <memory>
+#include <new>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include "qvtools/api.h"
+
+/// A colour: red in the low byte, then green, then blue.
+#if defined(_WIN32)
+typedef unsigned long COLORREF;
+#else
+typedef std::uint32_t COLORREF;
+#endif
+
+/// An integer size.
+struct CSize {
+  int cx = 0;
+  int cy = 0;
+  CSize() = default;
+  CSize(int width, int height) : cx(width), cy(height) {}
+  friend bool operator==(const CSize&, const CSize&) = default;
+};
+
+/// An integer point, in device units. Any structure with integer members x and y (the system's own point, say)
+/// converts to it.
+struct CPoint {
+  int x = 0;
+  int y = 0;
+  CPoint() = default;
+  CPoint(int px, int py) : x(px), y(py) {}
+  template <class P>
+  requires(!std::is_same_v<P, CPoint> &&
+           requires(const P& p) {
+             requires std::is_integral_v<std::remove_cvref_t<decltype(p.x)>>;
+             requires std::is_integral_v<std::remove_cvref_t<decltype(p.y)>>;
+           }) CPoint(const P& p)
+      : x(static_cast<int>(p.x)), y(static_cast<int>(p.y)) {}
+  friend bool operator==(const CPoint&, const CPoint&) = default;
+};
+
+/// An integer rectangle. Nothing normalises it.
+struct CRect {
+  int left = 0;
+  int top = 0;
+  int right = 0;
+  int bottom = 0;
+  CRect() = default;
+  CRect(int l, int t, int r, int b) : left(l), top(t), right(r), bottom(b) {}
+  int Width() const { return right - left; }
+  int Height() const { return bottom - top; }
+  friend bool operator==(const CRect&, const CRect&) = default;
+};
+
+#if !defined(_WIN32)
+using POINT = CPoint;
+using RECT = CRect;
+#endif
+
+/// A text of bytes in the code page (GBK). Converts to `const char*` wherever a text argument is read.
+class CString {
+ public:
+  CString() = default;
+  CString(const char* text) : text_(text ? text : "") {}
+  CString(const char* text, int length) : text_(text, static_cast<std::size_t>(length)) {}
+  explicit CString(std::string text) : text_(std::move(text)) {}
+
+  operator const char*() const { return text_.c_str(); }
+  const std::string& str() const { return text_; }
+  int GetLength() const { return static_cast<int>(text_.size()); }
+  bool IsEmpty() const { return text_.empty(); }
+  void Empty() { text_.clear(); }
+  /// The byte at index i, which must be below the length.
+  char GetAt(int i) const { return text_[static_cast<std::size_t>(i)]; }
+  /// The first n bytes; all of them when n exceeds the length.
+  CString Left(int n) const { return CString(text_.substr(0, clamp(n))); }
+  /// The last n bytes; all of them when n exceeds the length.
+  CString Right(int n) const { return CString(text_.substr(text_.size() - clamp(n))); }
+  /// The bytes from index first on, n of them at most.
+  CString Mid(int first, int n = INT_MAX) const {
+    return CString(text_.substr(clamp(first), static_cast<std::size_t>(n < 0 ? 0 : n)));
+  }
+  /// Upper case of ASCII letters; two-byte characters are stepped over whole, so a letter in their second byte stays.
+  QV_API void MakeUpper();
+  CString& operator+=(const char* text) { return text_ += text, *this; }
+  CString& operator+=(char c) { return text_ += c, *this; }
+  friend CString operator+(CString a, const char* b) { return a += b; }
+  friend CString operator+(CString a, const CString& b) { return a += b.text_.c_str(); }
+  friend CString operator+(const char* a, const CString& b) { return CString(a) += b.text_.c_str(); }
+  friend bool operator==(const CString& a, const CString& b) { return a.text_ == b.text_; }
+  friend bool operator==(const CString& a, const char* b) { return a.text_ == b; }
+
+ private:
+  std::size_t clamp(int n) const {
+    return n < 0 ? 0 : std::min<std::size_t>(static_cast<std::size_t>(n), text_.size());
+  }
+  std::string text_;
+};
+
+class CArchive;
+
+/// The root of the framework's object classes.
+class QV_API CObject {
+ public:
+  virtual ~CObject();
+  /// Stores or loads the object, as the archive says. The root stores nothing.
+  virtual void Serialize(CArchive& archive);
+};
+
+/// A stream of little-endian values for `Serialize`, storing to or loading from a block of bytes in memory. Loading
+/// past the end gives zeros and sets the failed flag; nothing is read beyond the block.
+class QV_API CArchive {
+ public:
+  /// An empty archive to store into.
+  CArchive() = default;
+  /// An archive that loads from the given bytes, which it copies.
+  explicit CArchive(std::string_view bytes);
+
+  bool IsStoring() const { return storing_; }
+  bool IsLoading() const { return !storing_; }
+  /// Appends n bytes.
+  void Write(const void* data, std::size_t n);
+  /// Takes n bytes; returns false, with zeros in `data`, when fewer are left.
+  bool Read(void* data, std::size_t n);
+  /// The bytes that are left to load.
+  std::size_t Remaining() const { return bytes_.size() - position_; }
+  /// True when a load ran past the end.
+  bool Failed() const { return failed_; }
+  /// The bytes stored so far.
+  const std::string& Bytes() const { return bytes_; }
+
+  CArchive& operator<<(float v);
+  CArchive& operator<<(std::uint32_t v);
+  CArchive& operator<<(std::int32_t v) { return *this << static_cast<std::uint32_t>(v); }
+  CArchive& operator>>(float& v);
+  CArchive& operator>>(std::uint32_t& v);
+  CArchive& operator>>(std::int32_t& v);
+
+ private:
+  std::string bytes_;
+  std::size_t position_ = 0;
+  bool storing_ = true;
+  bool failed_ = false;
+};
+
+/// A growable array of values. Without a set grow-by it grows by an eighth of its size, at least 4 and at most 1024
+/// elements at a time. Indices must be below the size. ARG is the argument type of the interface that host programs
+/// name; elements are taken by constant reference.
+template <class T, class ARG = const T&>
+class CArray : public CObject {
+ public:
+  CArray() = default;
+  int GetSize() const { return static_cast<int>(items_.size()); }
+  int GetUpperBound() const { return GetSize() - 1; }
+  /// Makes the array n elements long (new ones default-constructed); a growBy of 0 or more replaces the grow-by.
+  void SetSize(int n, int growBy = -1) {
+    if (growBy >= 0) growBy_ = growBy;
+    const auto size = static_cast<std::size_t>(n < 0 ? 0 : n);
+    if (size > items_.capacity()) items_.reserve(size);
+    items_.resize(size);
+  }
+  T& operator[](int i) { return items_[static_cast<std::size_t>(i)]; }
+  const T& operator[](int i) const { return items_[static_cast<std::size_t>(i)]; }
+  T& ElementAt(int i) { return (*this)[i]; }
+  const T& GetAt(int i) const { return (*this)[i]; }
+  void SetAt(int i, const T& value) { (*this)[i] = value; }
+  T* GetData() { return items_.data(); }
+  const T* GetData() const { return items_.data(); }
+  /// Appends a copy of the value and returns its index.
+  int Add(const T& value) {
+    if (items_.size() == items_.capacity()) {
+      const T copy = value;
+      items_.reserve(items_.size() + step());
+      items_.push_back(copy);
+    } else {
+      items_.push_back(value);
+    }
+    return GetUpperBound();
+  }
+  void InsertAt(int i, const T& value) { items_.insert(items_.begin() + i, value); }
+  void RemoveAt(int i, int count = 1) { items_.erase(items_.begin() + i, items_.begin() + i + count); }
+  void RemoveAll() { std::vector<T>().swap(items_); }
+  void FreeExtra() { items_.shrink_to_fit(); }
+  void Copy(const CArray& other) { items_ = other.items_; }
+  void Swap(CArray& other) { items_.swap(other.items_); }
+  T* begin() { return items_.data(); }
+  T* end() { return items_.data() + items_.size(); }
+  const T* begin() const { return items_.data(); }
+  const T* end() const { return items_.data() + items_.size(); }
+
+ protected:
+  CArray(const CArray&) = default;
+  CArray& operator=(const CArray&) = default;
+
+ private:
+  std::size_t step() const {
+    if (growBy_ > 0) return static_cast<std::size_t>(growBy_);
+    const std::size_t eighth = items_.size() / 8;
+    return eighth < 4 ? 4 : eighth > 1024 ? 1024 : eighth;
+  }
+  std::vector<T> items_;
+  int growBy_ = 0;
+};
+
+namespace qv::detail {
+struct ListSlot {
+  void* data;
+};
+}  // namespace qv::detail
+
+/// A place in a pointer list; null is the end. It stays valid while its pointer is in the list.
+using POSITION = qv::detail::ListSlot*;
+
+/// A list of pointers that it does not own, walked from its head. Pointers lie side by side in blocks of a fixed
+/// number: a walk runs at the speed of an array.
+class QV_API CPtrList : public CObject {
+ public:
+  explicit CPtrList(int blockSize = 10) : blockSize_(blockSize < 1 ? 1 : blockSize) {}
+  ~CPtrList() override;
+  CPtrList(const CPtrList&) = delete;
+  CPtrList& operator=(const CPtrList&) = delete;
+
+  int GetCount() const { return static_cast<int>(count_); }
+  bool IsEmpty() const { return count_ == 0; }
+  void* GetHead() const { return head_->data; }
+  void* GetTail() const { return tail_->data; }
+  POSITION GetHeadPosition() const { return head_; }
+  POSITION GetTailPosition() const { return tail_; }
+  /// The pointer at the position, which moves on to the next.
+  void* GetNext(POSITION& position) const {
+    void* data = position->data;
+    ++position;
+    if (position->data == end_mark()) position = static_cast<POSITION>(position[1].data);
+    return data;
+  }
+  void* GetAt(POSITION position) const { return position->data; }
+  /// Adds a pointer at the end or the head; null, with the list unchanged, when memory runs out.
+  POSITION AddTail(void* data);
+  POSITION AddHead(void* data);
+  /// Takes the first pointer out of the list, which must not be empty.
+  void* RemoveHead();
+  /// Empties the list and frees its blocks, not what the pointers point to.
+  void RemoveAll();
+
+ private:
+  // Behind the last pointer of a block stand a mark, which is the address of a member of this list and so of nothing
+  // that a list holds, and where the list goes on: the first slot of the next block, or null.
+  struct Block;
+  const void* end_mark() const { return &count_; }
+  void set_end(POSITION slot, POSITION next) const {
+    slot[0].data = const_cast<void*>(end_mark());
+    slot[1].data = next;
+  }
+  Block* new_block() const;
+
+  Block* first_ = nullptr;
+  Block* last_ = nullptr;
+  POSITION head_ = nullptr;
+  POSITION tail_ = nullptr;
+  std::size_t count_ = 0;
+  int blockSize_;
+};
+
+/// A map from texts to pointers, which it does not own.
+class CMapStringToPtr : public CObject {
+ public:
+  explicit CMapStringToPtr(int = 10) {}
+  int GetCount() const { return static_cast<int>(items_.size()); }
+  bool IsEmpty() const { return items_.empty(); }
+  /// True, with the pointer in `value`, when the key is present.
+  bool Lookup(const char* key, void*& value) const {
+    const auto found = items_.find(key);
+    if (found == items_.end()) return false;
+    value = found->second;
+    return true;
+  }
+  void SetAt(const char* key, void* value) { items_[key] = value; }
+  bool RemoveKey(const char* key) { return items_.erase(key) > 0; }
+  void RemoveAll() { items_.clear(); }
+  auto begin() const { return items_.begin(); }
+  auto end() const { return items_.end(); }
+
+ private:
+  std::unordered_map<std::string, void*> items_;
+};

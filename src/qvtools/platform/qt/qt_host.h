@@ -1,0 +1,42 @@
+#pragma once
+
+/// The user interface of programs with Qt widgets: message boxes, and the message window as a modeless dialog of one
+/// edit control. The application object must live as long as the host.
+
+#include <QtWidgets/QDialog>
+#include <QtWidgets/QPlainTextEdit>
+#include <memory>
+
+#include "qvtools/platform/host.h"
+#include "qvtools/text/message_text.h"
+
+namespace qv {
+
+class QtHost : public Host {
+ public:
+  QtHost();
+  ~QtHost() override;
+
+  Answer ShowBox(const char* text, BoxKind kind) override;
+  void CreateMessageWindow() override;
+  void ShowMessageWindow(bool visible) override;
+  int MessageLineCount() const override { return messages_.LineCount(); }
+  int MessageLineStart(int line) const override { return messages_.LineStart(line); }
+  void SelectMessage(int from, int to) override { messages_.Select(from, to); }
+  void ReplaceMessageSelection(const char* text) override;
+  void DrainMessages() override;
+  /// The size of the whole desktop in pixels, so that windows on any of its screens are drawn to their ends.
+  CSize ScreenSize() const override;
+
+  /// What the message window holds, in GBK.
+  const std::string& Messages() const { return messages_.Bytes(); }
+  /// The dialog; null before it is created.
+  QDialog* MessageWindow() const { return window_.get(); }
+
+ private:
+  MessageText messages_;
+  std::unique_ptr<QDialog> window_;
+  QPlainTextEdit* edit_ = nullptr;  // owned by the window
+};
+
+}  // namespace qv

@@ -1,0 +1,164 @@
+#include "qvtools/platform/win32/win32_host.h"
+
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+#include "qvtools/services/captions.h"
+#include "qvtools/system/windows/code_page.h"
+
+namespace qv {
+namespace {
+
+/// A dialog template in memory: words, aligned to double words before each item.
+class DialogTemplate {
+ public:
+  void word(unsigned v) { words_.push_back(static_cast<WORD>(v)); }
+  void double_word(DWORD v) {
+    word(LOWORD(v));
+    word(HIWORD(v));
+  }
+  void text(std::wstring_view v) {
+    for (const wchar_t c : v) word(c);
+    word(0);
+  }
+  void place(int x, int y, int width, int height) {
+    for (const int v : {x, y, width, height}) word(static_cast<unsigned>(v));
+  }
+  void align() {
+    if (words_.size() % 2) word(0);
+  }
+  const DLGTEMPLATE* get() const { return reinterpret_cast<const DLGTEMPLATE*>(words_.data()); }
+
+ private:
+  std::vector<WORD> words_;
+};
+
+// The extended form, described under DLGTEMPLATEEX and DLGITEMTEMPLATEEX.
+DialogTemplate message_dialog() {
+  constexpr DWORD kDialog =
+      DS_SETFONT | WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_MINIMIZEBOX | WS_CLIPCHILDREN;
+  // A line stays one line, however narrow the window.
+  constexpr DWORD kEdit = WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | WS_HSCROLL | ES_MULTILINE | ES_AUTOVSCROLL |
+                          ES_AUTOHSCROLL | ES_READONLY | ES_NOHIDESEL;
+  constexpr unsigned kEditClass = 0x0081;
+  DialogTemplate dialog;
+  dialog.word(1);
+  dialog.word(0xFFFF);
+  dialog.double_word(kMessageDialogId);
+  dialog.double_word(0);
+  dialog.double_word(kDialog);
+  dialog.word(1);
+  dialog.place(0, 400, 179, 76);
+  dialog.word(0);  // no menu
+  dialog.word(0);  // the dialog's own class
+  dialog.text(wide_of(captions::kCalculationMessages));
+  dialog.word(9);
+  dialog.word(FW_NORMAL);
+  dialog.word(DEFAULT_CHARSET << 8);
+  dialog.text(L"MS Shell Dlg");
+  dialog.align();
+  dialog.double_word(0);
+  dialog.double_word(0);
+  dialog.double_word(kEdit);
+  dialog.place(0, 0, 179, 76);
+  dialog.double_word(kMessageEditId);
+  dialog.word(0xFFFF);
+  dialog.word(kEditClass);
+  dialog.text(L"");
+  dialog.word(0);
+  return dialog;
+}
+
+void fill_with_edit(HWND dialog) {
+  const HWND edit = GetDlgItem(dialog, kMessageEditId);
+  RECT client;
+  if (!edit || !(GetWindowLongW(edit, GWL_STYLE) & WS_VISIBLE) || !GetClientRect(dialog, &client)) return;
+  MoveWindow(edit, 0, 0, client.right, client.bottom, TRUE);
+}
+
+INT_PTR CALLBACK message_dialog_proc(HWND dialog, UINT message, WPARAM, LPARAM) {
+  switch (message) {
+    case WM_INITDIALOG:
+      SendDlgItemMessageW(dialog, kMessageEditId, EM_LIMITTEXT, 0, 0);  // as much as there is memory for
+      fill_with_edit(dialog);
+      return FALSE;  // the focus stays where it was
+    case WM_SIZE:
+      fill_with_edit(dialog);
+      return TRUE;
+    case WM_CLOSE:
+      ShowWindow(dialog, SW_HIDE);
+      return TRUE;
+    default:
+      return FALSE;
+  }
+}
+
+/// The program's file name without its directory and ending.
+std::wstring program_name() {
+  std::wstring path(MAX_PATH, L'\0');
+  path.resize(GetModuleFileNameW(nullptr, path.data(), MAX_PATH));
+  path.erase(0, path.find_last_of(L"\\/") + 1);
+  return path.substr(0, path.rfind(L'.'));
+}
+
+}  // namespace
+
+Win32Host::Win32Host(const char* caption) : caption_(caption ? wide_of(caption) : program_name()) {}
+
+Win32Host::~Win32Host() {
+  if (dialog_) DestroyWindow(dialog_);
+}
+
+Answer Win32Host::ShowBox(const char* text, BoxKind kind) {
+  constexpr UINT kStyles[] = {MB_OK, MB_OK | MB_ICONINFORMATION, MB_OK | MB_ICONSTOP, MB_OKCANCEL | MB_ICONQUESTION};
+  const int answer =
+      MessageBoxW(GetActiveWindow(), wide_of(text).c_str(), caption_.c_str(), kStyles[static_cast<int>(kind)]);
+  return kind == BoxKind::Question && answer == IDCANCEL ? Answer::Cancel : Answer::Ok;
+}
+
+void Win32Host::CreateMessageWindow() {
+  if (dialog_) return;
+  const DialogTemplate dialog = message_dialog();
+  dialog_ = CreateDialogIndirectParamW(GetModuleHandleW(nullptr), dialog.get(), nullptr, message_dialog_proc, 0);
+}
+
+void Win32Host::ShowMessageWindow(bool visible) {
+  if (visible) CreateMessageWindow();  // another host may have been asked to
+  if (dialog_) ShowWindow(dialog_, visible ? SW_SHOWNORMAL : SW_HIDE);
+}
+
+LRESULT Win32Host::ask_edit(UINT message, WPARAM w, LPARAM l) const {
+  return dialog_ ? SendDlgItemMessageW(dialog_, kMessageEditId, message, w, l) : 0;
+}
+
+int Win32Host::MessageLineCount() const {
+  return static_cast<int>(ask_edit(EM_GETLINECOUNT));
+}
+
+int Win32Host::MessageLineStart(int line) const {
+  return static_cast<int>(ask_edit(EM_LINEINDEX, static_cast<WPARAM>(line)));
+}
+
+void Win32Host::SelectMessage(int from, int to) {
+  ask_edit(EM_SETSEL, static_cast<WPARAM>(from), to);
+}
+
+void Win32Host::ReplaceMessageSelection(const char* text) {
+  ask_edit(EM_REPLACESEL, FALSE, reinterpret_cast<LPARAM>(wide_of(text).c_str()));
+}
+
+void Win32Host::DrainMessages() {
+  MSG message;
+  while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+    if (message.message == WM_QUIT) return PostQuitMessage(static_cast<int>(message.wParam));
+    TranslateMessage(&message);
+    DispatchMessageW(&message);
+  }
+}
+
+CSize Win32Host::ScreenSize() const {
+  return {GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
+}
+
+}  // namespace qv

@@ -1,0 +1,108 @@
+#include "qvtools/services/files.h"
+
+#include <cstring>
+#include <string>
+
+#include "qvtools/services/captions.h"
+#include "qvtools/services/messages.h"
+#include "qvtools/system/filesystem.h"
+#include "qvtools/system/textfile.h"
+#include "qvtools/text/gbk_text.h"
+
+CString G_strWorkPath;
+CString G_strExePath;
+int QV_OpenFileNum = 0;
+
+namespace {
+
+CString in_work_path(const char* name) {
+  return G_strWorkPath + name;
+}
+
+bool is_separator(char c) {
+  return c == '/' || c == '\\';
+}
+
+/// The length of the path without one separator at its end.
+std::size_t trimmed_length(const std::string& path) {
+  std::size_t last = 0;
+  std::size_t at = 0;
+  for (; const std::size_t n = qv::char_length(path.c_str() + at); at += n) last = at;
+  return last + 1 == at && is_separator(path[last]) ? last : at;
+}
+
+}  // namespace
+
+std::FILE* open_file_no_comment(const char* name, const char* mode) {
+  std::FILE* const file = qv::open_text(in_work_path(name), mode);
+  if (!file) return nullptr;
+  if (QV_OpenFileNum < 0) tell_error(301, "Num File Opend < 0!");
+  ++QV_OpenFileNum;
+  return file;
+}
+
+std::FILE* open_file(const char* name, const char* mode) {
+  std::FILE* const file = open_file_no_comment(name, mode);
+  if (!file) tell_error1(301, qv::captions::kCannotOpenFile, name);
+  return file;
+}
+
+void get_full_path_name(const char* name, char* out) {
+  std::strcpy(out, in_work_path(name));
+}
+
+int if_file_exist(const char* path) {
+  std::FILE* const file = qv::open_text(path, "rt");
+  if (!file) return 0;
+  std::fclose(file);
+  return 1;
+}
+
+int CopyFile_InWorkPath(const char* from, const char* to) {
+  return qv::copy_file(in_work_path(from), in_work_path(to), true);
+}
+
+void RemoveFile_InWorkPath(const char* name) {
+  qv::remove_file(in_work_path(name));
+}
+
+void RenameFile_InWorkPath(const char* from, const char* to) {
+  const CString target = in_work_path(to);
+  if (!qv::rename_file(in_work_path(from), target)) {
+    tell_error1(301, qv::captions::kCannotMakeFile, target.str().c_str());
+  }
+}
+
+int remove_files(CString dir, const char* pattern) {
+  const auto names = qv::list_matches((dir + pattern).str());
+  // Quirk: the bare name is removed in the current directory; host programs change the directory first.
+  for (const std::string& name : names) qv::remove_file(name.c_str());
+  return names.empty() ? 0 : 1;
+}
+
+void copy_files(CString from, CString to, const char* pattern) {
+  for (const std::string& name : qv::list_matches((from + pattern).str())) {
+    qv::copy_file(from + name.c_str(), to + name.c_str(), false);
+  }
+}
+
+int MakeDirectory(CString path) {
+  const std::string directory = path.str().substr(0, trimmed_length(path.str()));
+  if (directory.empty()) return path.IsEmpty() ? 0 : 1;
+  if (directory.back() == ':') return 1;
+  const qv::PathKind kind = qv::path_kind(directory.c_str());
+  if (kind != qv::PathKind::Absent) return kind == qv::PathKind::Directory;
+  const qv::PathParts parts = qv::split_path(directory.c_str());
+  const std::string parent = std::string(parts.drive) + std::string(parts.directory);
+  if (!parts.directory.empty() && !MakeDirectory(parent.c_str())) return 0;
+  return qv::create_directory(directory.c_str());
+}
+
+CString ConfirmFileExt(CString path, CString ext) {
+  path.MakeUpper();
+  ext.MakeUpper();
+  const qv::PathParts parts = qv::split_path(path);
+  std::string result = path.str().substr(0, path.str().size() - parts.extension.size());
+  if (!ext.IsEmpty() && ext.GetAt(0) != '.') result += '.';
+  return CString(result + ext.str());
+}

@@ -1,0 +1,115 @@
+#include "qvtools/services/messages.h"
+
+#include <cstdarg>
+#include <cstdio>
+#include <string>
+#include <string_view>
+
+#include "qvtools/platform/host.h"
+#include "qvtools/system/filesystem.h"
+#include "qvtools/system/textfile.h"
+#include "qvtools/text/numbers.h"
+
+int QV_ERROR_CODE = 0;
+
+namespace {
+
+constexpr int kHideWindow = -9999;
+constexpr int kSwitchOutput = -8888;
+constexpr int kMostLines = 400;
+constexpr int kDroppedLines = 50;
+constexpr int kBeyondEnd = 99999999;
+constexpr std::size_t kTextSize = 600;
+
+bool g_windowPending = true;
+bool g_outputEnabled = true;
+
+/// Dispatching a waiting message can end in a report, which must not dispatch again.
+void drain_messages(qv::Host& host) {
+  static bool draining = false;
+  if (draining) return;
+  draining = true;
+  host.DrainMessages();
+  draining = false;
+}
+
+void append_to_window(qv::Host& host, std::string_view text) {
+  if (text.empty()) return;
+  if (host.MessageLineCount() > kMostLines) {
+    host.SelectMessage(0, host.MessageLineStart(kDroppedLines));
+    host.ReplaceMessageSelection("\r\n");
+  }
+  host.SelectMessage(kBeyondEnd, kBeyondEnd);
+  if (text.back() == '\n') text.remove_suffix(1);
+  host.ReplaceMessageSelection(std::string(text).c_str());
+  host.ReplaceMessageSelection("\r\n");
+}
+
+/// What a range of codes does: which box it shows and whether the code is kept as the abandon code.
+struct BoxRange {
+  int first;
+  int last;
+  qv::BoxKind kind;
+  bool fatal;
+};
+constexpr BoxRange kBoxRanges[] = {
+    {101, 200, qv::BoxKind::Plain, true},
+    {201, 300, qv::BoxKind::Information, false},
+    {301, 400, qv::BoxKind::Stop, true},
+    {1000, 2000, qv::BoxKind::Question, false},
+};
+
+void show_box(qv::Host& host, int code, const char* text) {
+  for (const BoxRange& range : kBoxRanges) {
+    if (code < range.first || code > range.last) continue;
+    const qv::Answer answer = host.ShowBox(text, range.kind);
+    if (range.fatal) QV_ERROR_CODE = code;
+    if (answer == qv::Answer::Cancel) QV_ERROR_CODE = 1;
+  }
+}
+
+}  // namespace
+
+void tell_error(int code, const char* text) {
+  qv::Host& host = qv::CurrentHost();
+  if (!text) text = "";
+  drain_messages(host);
+  if (g_windowPending) {
+    host.CreateMessageWindow();
+    g_windowPending = false;
+  }
+  if (code == kHideWindow) {
+    host.ShowMessageWindow(false);
+    return;
+  }
+  // Quirk: switching the output, off as well, shows the window; host programs open it so.
+  host.ShowMessageWindow(code <= 100 || code >= 1000);
+  if (code == kSwitchOutput) {
+    g_outputEnabled = std::string_view(text) == "TRUE";
+  } else if (code >= -2 && code <= 100) {
+    if (g_outputEnabled) append_to_window(host, text);
+  } else {
+    show_box(host, code, text);
+  }
+}
+
+void tell_error1(int code, const char* format, ...) {
+  char text[kTextSize];
+  std::va_list arguments;
+  va_start(arguments, format);
+  qv::format_list(text, sizeof text, format, arguments);
+  va_end(arguments);
+  tell_error(code, text);
+}
+
+void tell_error2(int code, const char* format, ...) {
+  char text[kTextSize];
+  std::va_list arguments;
+  va_start(arguments, format);
+  qv::format_list(text, sizeof text, format, arguments);
+  va_end(arguments);
+  std::FILE* const log = qv::open_text(qv::scratch_path("wx_temp.txt").c_str(), code == 0 ? "wt" : "at");
+  if (!log) return;
+  std::fprintf(log, "[%4d]  %s", code, text);
+  std::fclose(log);
+}

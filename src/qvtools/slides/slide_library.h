@@ -1,0 +1,49 @@
+#pragma once
+
+/// Slide libraries: one file of many slides, with a directory of names.
+
+#include <cstdint>
+#include <cstdio>
+#include <vector>
+
+#include "qvtools/slides/slide.h"
+
+/// An open slide library. Names are compared without regard to the case of ASCII letters.
+class QV_API CWxSlideLib {
+ public:
+  struct Entry {
+    char m_szName[33];        ///< at most 32 bytes in the file
+    std::uint32_t m_nOffset;  ///< the slide's first byte in the file
+    std::uint32_t m_nLength;  ///< its bytes: up to the next slide or the end of the file
+  };
+
+  CWxSlideLib() = default;
+  ~CWxSlideLib();
+  CWxSlideLib(const CWxSlideLib&) = delete;
+  CWxSlideLib& operator=(const CWxSlideLib&) = delete;
+
+  /// Opens a library instead of the present one and reads its directory. 0 when it cannot be opened or is none.
+  int Open_SLB(const char* path);
+  /// Reads a slide, by its index or name, behind the items that `slide` holds. 0 when there is none, or it is no slide.
+  int Read_SLD(int index, CWxSlide* slide);
+  int Read_SLD(const char* name, CWxSlide* slide);
+  /// Writes a slide's bytes to the file named by dir, its name and ".SLD", where dir is a prefix. 0 for an index or
+  /// name that is not there, and for a name with a path separator in it, else 1: whether the file could be written is
+  /// not told.
+  int Pick_SLD(int index, const char* dir);
+  int Pick_SLD(const char* name, const char* dir);
+  /// Extracts every slide so. 0 when there are none.
+  int SLB2SLD(const char* dir);
+  /// Opens the library and reads the slide that "LIBRARY.NAME" says (LIBRARY is a path without its ".slb"). 0 when
+  /// there is no dot, no such library or no such slide.
+  int Read_SLB_SLD(const CString& name, CWxSlide* slide);
+
+  int m_nCount = 0;
+  std::vector<Entry> m_Directory;
+  std::FILE* m_fp = nullptr;  ///< the open library, owned
+
+ private:
+  void close();
+  bool read_directory();
+  int find(const char* name) const;
+};

@@ -1,0 +1,31 @@
+#pragma once
+
+/// The text of the calculation-message window, as hosts keep it: GBK bytes, lines ended by "\r\n", positions in bytes.
+
+#include <string>
+
+#include "qvtools/api.h"
+
+namespace qv {
+
+class QV_API MessageText {
+ public:
+  /// One more than the number of line ends.
+  int LineCount() const;
+  /// The position where the line (0 the first) begins; -1 when there is no such line.
+  int LineStart(int line) const;
+  /// Selects from one position up to another, in any order; positions beyond the end mean the end.
+  void Select(int from, int to);
+  /// Whether what replaces the selection is put behind all that is there.
+  bool AppendsNext() const { return from_ == bytes_.size(); }
+  /// Puts the text in the place of the selection, which becomes the empty one behind it.
+  void Replace(const char* text);
+  const std::string& Bytes() const { return bytes_; }
+
+ private:
+  std::string bytes_;
+  std::size_t from_ = 0;
+  std::size_t to_ = 0;
+};
+
+}  // namespace qv

@@ -1,0 +1,440 @@
+#include "qvtools/text/numbers.h"
+
+#include <algorithm>
+#include <charconv>
+#include <clocale>
+#include <cstdio>
+#include <cwchar>
+#include <limits>
+#include <system_error>
+#include <type_traits>
+
+#include "qvtools/text/gbk_text.h"
+
+namespace qv {
+namespace {
+
+bool is_blank(char c) {
+  return c == ' ' || (c >= '\t' && c <= '\r');
+}
+bool is_digit(char c) {
+  return c >= '0' && c <= '9';
+}
+
+const char* skip_digits(const char* p) {
+  while (is_digit(*p)) ++p;
+  return p;
+}
+
+/// Skips blanks and a sign; tells whether the sign was a minus.
+bool skip_to_digits(const char*& p) {
+  while (is_blank(*p)) ++p;
+  const bool negative = *p == '-';
+  if (negative || *p == '+') ++p;
+  return negative;
+}
+
+constexpr double kPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
+                                   1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+
+/// What an out-of-range number saturates to: the power of ten of its first digit tells which way it is out.
+double saturated(const char* number, const char* end) {
+  const char* const point = std::find(number, end, '.');
+  const char* const letter = std::find_if(number, end, [](char c) { return c == 'e' || c == 'E'; });
+  const char* const first = std::find_if(number, letter, [](char c) { return c >= '1' && c <= '9'; });
+  const auto power = std::min(point, letter) - first;
+  const int exponent = letter == end ? 0 : parse_int(letter + 1);
+  return static_cast<double>(exponent) + static_cast<double>(power) > 0 ? std::numeric_limits<double>::infinity() : 0.0;
+}
+
+/// The end of the number whose mantissa ends at p: behind its exponent, if it has one.
+const char* exponent_end(const char* p) {
+  if (*p != 'e' && *p != 'E') return p;
+  const char* digits = p + 1;
+  if (*digits == '-' || *digits == '+') ++digits;
+  return is_digit(*digits) ? skip_digits(digits) : p;
+}
+
+double parse_exactly(const char* number, const char* end) {
+  double v = 0;
+  const auto result = std::from_chars(number, end, v);
+  return result.ec == std::errc::result_out_of_range ? saturated(number, end) : v;
+}
+
+template <class Int>
+Int parse_whole(const char* p) {
+  using Limits = std::numeric_limits<Int>;
+  const bool negative = skip_to_digits(p);
+  const auto limit = static_cast<std::uint64_t>(Limits::max()) + negative;
+  std::uint64_t v = 0;
+  for (; is_digit(*p); ++p) {
+    const auto digit = static_cast<std::uint64_t>(*p - '0');
+    if (v > (limit - digit) / 10) return negative ? Limits::min() : Limits::max();
+    v = v * 10 + digit;
+  }
+  return static_cast<Int>(negative ? 0 - v : v);
+}
+
+}  // namespace
+
+double parse_real(const char* text) {
+  const bool negative = skip_to_digits(text);
+  const char* const number = text;
+  std::uint64_t digits = 0;
+  for (; is_digit(*text); ++text) digits = digits * 10 + static_cast<std::uint64_t>(*text - '0');
+  const char* const point = text;
+  if (*text == '.') {
+    for (++text; is_digit(*text); ++text) digits = digits * 10 + static_cast<std::uint64_t>(*text - '0');
+  }
+  const auto length = text - number;
+  const auto decimals = text == point ? 0 : text - point - 1;
+  if (length == (text != point)) return 0.0;
+  double v;
+  // Up to 15 digits and a power of ten up to 22 are exact, so one division rounds correctly.
+  if (length <= 16 && digits < 1000000000000000 && *text != 'e' && *text != 'E') {
+    v = static_cast<double>(digits) / kPowersOfTen[decimals];
+  } else {
+    v = parse_exactly(number, exponent_end(text));
+  }
+  return negative ? -v : v;
+}
+
+int parse_int(const char* text) {
+  return parse_whole<int>(text);
+}
+long parse_long(const char* text) {
+  return parse_whole<long>(text);
+}
+
+char* detail::format_fixed2_unusual(char* out, float v) {
+  return std::to_chars(out, out + kMaxFixed2, static_cast<double>(v), std::chars_format::fixed, 2).ptr;
+}
+
+char* format_int(char* out, int v) {
+  auto magnitude = static_cast<std::uint32_t>(v);
+  if (v < 0) {
+    *out++ = '-';
+    magnitude = 0 - magnitude;
+  }
+  return detail::put_unsigned(out, magnitude);
+}
+
+namespace {
+
+/// A va_list by itself, so that functions can take arguments off one list in turn.
+struct Arguments {
+  std::va_list list;
+};
+
+/// One conversion: flags, width, precision (negative: none), length letters and the conversion letter.
+struct Conversion {
+  char flags[8] = "";
+  int width = 0;
+  int precision = -1;
+  char length[3] = "";
+  char letter = 0;
+
+  bool is(char flag) const { return std::strchr(flags, flag) != nullptr; }
+};
+
+int parse_count(const char*& p, Arguments& arguments) {
+  if (*p == '*') return ++p, va_arg(arguments.list, int);
+  const int n = parse_int(p);
+  p = skip_digits(p);
+  return n;
+}
+
+/// Reads the conversion behind a percent sign; p stands behind its letter, or at the terminator when it has none.
+Conversion parse_conversion(const char*& p, Arguments& arguments) {
+  Conversion conversion;
+  std::size_t flags = 0;
+  const auto add_flag = [&](char c) {
+    if (!conversion.is(c)) conversion.flags[flags++] = c;
+  };
+  for (; *p && std::strchr("-+ #0", *p); ++p) add_flag(*p);
+  if (*p == '*' || is_digit(*p)) conversion.width = parse_count(p, arguments);
+  if (conversion.width < 0) {
+    add_flag('-');
+    conversion.width = conversion.width == INT_MIN ? INT_MAX : -conversion.width;
+  }
+  if (*p == '.') {
+    ++p;
+    conversion.precision = *p == '-' ? -1 : parse_count(p, arguments);
+  }
+  for (std::size_t n = 0; n < 2 && *p && std::strchr("hlLqjzt", *p); ++p) conversion.length[n++] = *p;
+  if (*p) conversion.letter = *p++;
+  return conversion;
+}
+
+/// Prints one value by the C library, with the given width and precision.
+template <class T>
+int print_value(char* out, std::size_t size, const Conversion& c, T value) {
+  char directive[24];
+  std::snprintf(directive, sizeof directive, "%%%s*.*%s%c", c.flags, c.length, c.letter);
+#if defined(__GNUC__)
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wformat-nonliteral"
+#endif
+  return std::snprintf(out, size, directive, c.width, c.precision, value);
+#if defined(__GNUC__)
+#pragma GCC diagnostic pop
+#endif
+}
+
+/// Puts a point where the C library printed the locale's decimal mark.
+void restore_point(char* text) {
+  const char* const mark = std::localeconv()->decimal_point;
+  const std::size_t length = std::strlen(mark);
+  if (length == 0 || std::strcmp(mark, ".") == 0) return;
+  if (char* at = std::strstr(text, mark)) {
+    *at = '.';
+    std::memmove(at + 1, at + length, std::strlen(at + length) + 1);
+  }
+}
+
+/// Pads the text at `out` to the conversion's width, within size bytes; returns the length that it wants.
+int pad_real(char* out, std::size_t size, const Conversion& c) {
+  const std::size_t length = std::strlen(out);
+  const auto width = static_cast<std::size_t>(c.width);
+  if (width <= length) return static_cast<int>(length);
+  const bool finite = std::strpbrk(out, "nN") == nullptr;
+  char* at = out;
+  if (c.is('-')) {
+    at += length;
+  } else if (c.is('0') && finite) {
+    at += std::strspn(at, "+- ");
+    if (at[0] == '0' && (at[1] == 'x' || at[1] == 'X')) at += 2;
+  }
+  const std::size_t room = size - 1 - static_cast<std::size_t>(at - out);
+  const std::size_t pad = std::min(width - length, room);
+  const std::size_t tail = std::min(std::strlen(at), room - pad);
+  std::memmove(at + pad, at, tail);
+  at[pad + tail] = '\0';
+  std::memset(at, c.is('0') && finite && !c.is('-') ? '0' : ' ', pad);
+  return c.width;
+}
+
+template <class Real>
+int print_real(char* out, std::size_t size, const Conversion& c, Real value) {
+  Conversion bare = c;
+  bare.width = 0;
+  const int wanted = print_value(out, size, bare, value);
+  if (wanted < 0 || static_cast<std::size_t>(wanted) >= size) return wanted;
+  restore_point(out);
+  return pad_real(out, size, c);
+}
+
+/// What a wide character becomes as a variadic argument.
+using PromotedWide = std::conditional_t<sizeof(std::wint_t) < sizeof(int), int, std::wint_t>;
+
+int print_signed(char* out, std::size_t size, const Conversion& c, Arguments& arguments) {
+  switch (c.length[0]) {
+    case 'l':
+      return c.length[1] ? print_value(out, size, c, va_arg(arguments.list, long long))
+                         : print_value(out, size, c, va_arg(arguments.list, long));
+    case 'q':
+      return print_value(out, size, c, va_arg(arguments.list, long long));
+    case 'j':
+      return print_value(out, size, c, va_arg(arguments.list, std::intmax_t));
+    case 'z':
+    case 't':
+      return print_value(out, size, c, va_arg(arguments.list, std::ptrdiff_t));
+    default:
+      return print_value(out, size, c, va_arg(arguments.list, int));
+  }
+}
+
+/// Prints one conversion with the arguments that it takes; returns the length that it wants.
+int print_conversion(char* out, std::size_t size, const Conversion& c, Arguments& arguments) {
+  switch (c.letter) {
+    case 'd':
+    case 'i':
+    case 'o':
+    case 'u':
+    case 'x':
+    case 'X':
+      return print_signed(out, size, c, arguments);
+    case 'a':
+    case 'A':
+    case 'e':
+    case 'E':
+    case 'f':
+    case 'F':
+    case 'g':
+    case 'G':
+      return c.length[0] == 'L' ? print_real(out, size, c, va_arg(arguments.list, long double))
+                                : print_real(out, size, c, va_arg(arguments.list, double));
+    case 'c':
+      return c.length[0] == 'l' ? print_value(out, size, c, va_arg(arguments.list, PromotedWide))
+                                : print_value(out, size, c, va_arg(arguments.list, int));
+    case 's':
+      return c.length[0] == 'l' ? print_value(out, size, c, va_arg(arguments.list, const wchar_t*))
+                                : print_value(out, size, c, va_arg(arguments.list, const char*));
+    case 'p':
+      return print_value(out, size, c, va_arg(arguments.list, void*));
+    case 'n':
+      va_arg(arguments.list, void*);
+      return 0;
+    case '%':
+      return *out = '%', 1;
+    default:
+      return 0;
+  }
+}
+
+// The room that a plain %d and a real of at most nine decimals need, what is written behind their ends included.
+constexpr std::size_t kPlainRoom = 48;
+
+char* put_whole(char* out, std::uint64_t v) {
+  return v < 100000000 ? detail::put_eight_digits(out, static_cast<std::uint32_t>(v))
+                       : detail::put_unsigned_wide(out, v);
+}
+
+/// What a product of doubles lost in rounding to `product`, by splitting both into halves of their digits (Dekker
+/// 1971).
+double lost_in_product(double a, double b, double product) {
+  const auto upper = [](double v) {
+    const double shifted = v * 134217729.0;  // 2^27 + 1
+    return shifted - (shifted - v);
+  };
+  const double a1 = upper(a), a2 = a - a1, b1 = upper(b), b2 = b - b1;
+  return a1 * b1 - product + a1 * b2 + a2 * b1 + a2 * b2;
+}
+
+/// The product of v, from 0 on, and a power of ten as the nearest whole number, exactly; of two, the even one. The
+/// product must be below 2^51.
+double scale_to_whole(double v, double power) {
+  const double scaled = v * power;
+  const double nearest = scaled + detail::kTwoTo52 - detail::kTwoTo52;
+  if (std::fabs(scaled - nearest) < 0.5 - scaled * std::numeric_limits<double>::epsilon()) return nearest;
+  const double down = nearest > scaled ? nearest - 1 : nearest;
+  const double aboveTie = scaled - down - 0.5 + lost_in_product(v, power, scaled);
+  return aboveTie > 0 || (aboveTie == 0 && std::fmod(down, 2) != 0) ? down + 1 : down;
+}
+
+/// Writes v as "%.Nf" prints it, with up to nine decimals, and returns the end; null for what is large or no number.
+char* put_real(char* out, double v, unsigned decimals) {
+  const double magnitude = std::fabs(v);
+  if (!(magnitude * kPowersOfTen[decimals] < 1e15)) return nullptr;
+  const double nearest = scale_to_whole(magnitude, kPowersOfTen[decimals]);
+  *out = '-';
+  out += std::signbit(v);
+  const auto digits = static_cast<std::uint64_t>(nearest);
+  const auto one = static_cast<std::uint64_t>(kPowersOfTen[decimals]);
+  // Below one, a leading 1 keeps the zeros behind the point.
+  char* const end = put_whole(out, digits < one ? digits + one : digits);
+  if (digits < one) *out = '0';
+  if (decimals == 0) return end;
+  char* const point = end - decimals;
+  char behind[9];
+  std::memcpy(behind, point, sizeof behind);
+  std::memcpy(point + 1, behind, sizeof behind);
+  *point = '.';
+  return end + 1;
+}
+
+/// Prints a text; returns the length that it wants.
+std::size_t print_text(char* out, std::size_t room, const char* text) {
+  if (!text) text = "(null)";
+  const std::size_t length = std::strlen(text);
+  std::memcpy(out, text, std::min(length, room));
+  return length;
+}
+
+/// Prints v with the given number of decimals; returns the length that it wants.
+std::size_t print_decimals(char* out, std::size_t room, double v, int decimals) {
+  if (const char* const end = put_real(out, v, static_cast<unsigned>(decimals))) {
+    return static_cast<std::size_t>(end - out);
+  }
+  Conversion conversion;
+  conversion.precision = decimals;
+  conversion.letter = 'f';
+  const int wanted = print_real(out, room, conversion, v);
+  return static_cast<std::size_t>(std::max(wanted, 0));
+}
+
+/// Prints the conversions that most formats are made of, nearly always free of the C library: %d, %s, and %f alone or
+/// with a precision of one digit. Their arguments are what `next` returns for a value of their type. Moves behind the
+/// conversion and returns the length that it wants; -1, with nothing taken, for any other.
+template <class Next>
+std::ptrdiff_t print_plain(char* out, std::size_t room, const char*& format, const Next& next) {
+  constexpr const char* kText = nullptr;
+  const char letter = format[1];
+  if (letter == 's') return format += 2, static_cast<std::ptrdiff_t>(print_text(out, room, next(kText)));
+  if (room < kPlainRoom) return -1;
+  if (letter == 'd') return format += 2, format_int(out, next(0)) - out;
+  const bool precise = letter == '.' && is_digit(format[2]);
+  if (format[precise ? 3 : 1] != 'f') return -1;
+  const int decimals = precise ? format[2] - '0' : 6;
+  format += precise ? 4 : 2;
+  return static_cast<std::ptrdiff_t>(print_decimals(out, room, next(0.0), decimals));
+}
+
+/// Prints a format whose arguments are what `next` returns, as far as its conversions are plain; moves behind what it
+/// printed.
+template <class Next>
+std::size_t print_while_plain(char* out, std::size_t size, const char*& format, const Next& next) {
+  std::size_t used = 0;
+  while (*format && used < size) {
+    if (*format != '%') {
+      out[used++] = *format++;
+      continue;
+    }
+    const std::ptrdiff_t wanted = print_plain(out + used, size - used, format, next);
+    if (wanted < 0) break;
+    used += static_cast<std::size_t>(wanted);
+  }
+  return used;
+}
+
+/// Prints the rest of a format, which begins with a conversion that is not plain; returns the length that it wants.
+std::size_t print_rest(char* out, std::size_t size, const char* format, Arguments& arguments) {
+  const auto next = [&arguments](auto type) { return va_arg(arguments.list, decltype(type)); };
+  std::size_t used = 0;
+  while (*format && used < size) {
+    const Conversion conversion = parse_conversion(++format, arguments);
+    const std::size_t room = size - used;
+    const int wanted = room > 1 ? print_conversion(out + used, room, conversion, arguments) : 1;
+    used += static_cast<std::size_t>(wanted < 0 ? 0 : wanted);
+    if (used < size) used += print_while_plain(out + used, size - used, format, next);
+  }
+  return used;
+}
+
+/// Ends a text that did not fit: at size - 1 bytes at most, and not with a first byte that lost its second one.
+int cut_at_end(char* out, std::size_t size) {
+  out[size - 1] = '\0';
+  std::size_t length = 0;
+  std::size_t last = 0;
+  for (std::size_t n; (n = char_length(out + length)) != 0; length += n) last = length;
+  if (last + 1 == length && is_lead_byte(out[last])) length = last;
+  out[length] = '\0';
+  return static_cast<int>(length);
+}
+
+}  // namespace
+
+int format_list(char* out, std::size_t size, const char* format, std::va_list list) {
+  if (size == 0) return 0;
+  // A copied list stalls on what the caller just stored in it, so plain conversions, most of all, take from the list.
+  std::size_t used = print_while_plain(out, size, format, [&list](auto type) { return va_arg(list, decltype(type)); });
+  if (*format && used < size) {
+    Arguments arguments;
+    va_copy(arguments.list, list);
+    used += print_rest(out + used, size - used, format, arguments);
+    va_end(arguments.list);
+  }
+  if (used >= size) return cut_at_end(out, size);
+  out[used] = '\0';
+  return static_cast<int>(used);
+}
+
+int format_text(char* out, std::size_t size, const char* format, ...) {
+  std::va_list list;
+  va_start(list, format);
+  const int length = format_list(out, size, format, list);
+  va_end(list);
+  return length;
+}
+
+}  // namespace qv
