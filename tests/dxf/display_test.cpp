@@ -2,9 +2,13 @@
 
 #include <cmath>
 #include <numbers>
+#include <optional>
+#include <random>
 
 #include "qvtools/dxf/model/document.h"
 #include "qvtools/fonts/shx.h"
+#include "qvtools/geometry/numerics/numeric.h"
+#include "qvtools/geometry/values/region.h"
 #include "qvtools/platform/bitmap/bitmap_dc.h"
 #include "qvtools/text/gbk_text.h"
 #include "support/recording_context.h"
@@ -28,6 +32,11 @@ class Display : public testing::Test {
   void draw() {
     dc.clear();
     dxf.Draw(&dc, &coor);
+  }
+  double drawn_length() const {
+    double length = 0;
+    for (const auto& s : dc.segments) length += std::hypot(s.to.x - s.from.x, s.to.y - s.from.y);
+    return length;
   }
   RecordingHost host;
   RecordingContext dc;
@@ -291,6 +300,146 @@ TEST_F(Display, AbsurdCoordinatesNeverReachTheDevice) {
         EXPECT_LE(std::abs(p.y), 100000);
       }
   }
+}
+
+TEST_F(Display, ArcsAreDrawnAsFarAsTheyAreMeasured) {
+  constexpr double kTurn = 2 * std::numbers::pi;
+  coor.SetOrigin({-50, 50});
+  const struct {
+    float start;
+    float end;
+    double sweep;
+  } cases[] = {{0.1F, 0, kTurn}, {0, 359.9F, kTurn}, {359.995F, 0, 0},  {30, 30, 0},
+               {0, 360, kTurn},  {0, 720, kTurn},    {10, 200, 3.3161}, {90, 0, 0.75 * kTurn}};
+  for (const auto& c : cases) {
+    ACAD_ARC arc;
+    arc.m_fRadius = 15;
+    arc.m_fStartAngle = c.start;
+    arc.m_fEndAngle = c.end;
+    dc.clear();
+    arc.Draw(&dc, &coor, 0, 0);
+    EXPECT_NEAR(drawn_length(), 150 * c.sweep, 12) << c.start << " to " << c.end;
+  }
+  // Two vertices near each other with a large bulge are a circle but for the gap between them.
+  const float x[] = {0, 0.05F};
+  const float zero[] = {0, 0};
+  const float bulge[] = {1000, 0};
+  dxf.Write_Pline(2, x, zero, zero, bulge, 0, zero, zero, "0", "1", "BYLAYER");
+  draw();
+  EXPECT_NEAR(drawn_length(), 125 * kTurn, 10);
+}
+
+TEST_F(Display, JointsOfWideSegmentsHaveNoHoles) {
+  std::mt19937 random(20265);
+  const auto between = [&](double a, double b) { return a + (b - a) * (static_cast<double>(random()) / 4294967296.0); };
+  coor = CFCoor(CFPoint(0, 100), 4, 1);
+  for (int n = 0; n < 60; ++n) {
+    const double angle = between(0, 6.28);
+    const double turned = angle + between(-2.5, 2.5);
+    const double cx = between(49, 51);
+    const double cy = between(49, 51);
+    const double width = between(1, 12);
+    const float x[] = {static_cast<float>(cx - 20 * std::cos(angle)), static_cast<float>(cx),
+                       static_cast<float>(cx + 20 * std::cos(turned))};
+    const float y[] = {static_cast<float>(cy - 20 * std::sin(angle)), static_cast<float>(cy),
+                       static_cast<float>(cy + 20 * std::sin(turned))};
+    const float zero[] = {0, 0, 0};
+    const auto w = static_cast<float>(width);
+    const float widths[] = {w, w, w};
+    dxf.New_MemDxf();
+    dxf.Write_Pline(3, x, y, zero, zero, 0, widths, widths, "0", "1", "BYLAYER");
+    qv::BitmapContext bitmap(400, 400, 0xFFFFFF);
+    dxf.Draw(&bitmap, &coor);
+    // What lies within half a width of the middle line, about the joint, is covered.
+    for (int py = 150; py < 250; ++py)
+      for (int px = 150; px < 250; ++px) {
+        double off = 1e9;
+        for (int i = 0; i < 2; ++i)
+          off =
+              std::min<double>(off, get_dist_point_segment(static_cast<float>(px) / 4, 100 - static_cast<float>(py) / 4,
+                                                           x[i], y[i], x[i + 1], y[i + 1]));
+        if (off >= width / 2 - 0.4) continue;
+        ASSERT_EQ(bitmap.GetPixel(px, py), 0x0000FFU) << n << ": " << px << ',' << py;
+      }
+  }
+}
+
+TEST_F(Display, AWideLineFarBeyondTheWindowIsCutToIt) {
+  dxf.Write_Pline(-1e6F, 0, 0, 1e6F, 0, 0, 2, 2, "0", "1", "BYLAYER");
+  draw();
+  ASSERT_EQ(dc.fills.size(), 1U);
+  CRgn region;
+  region.CreatePolygonRgn(dc.fills[0].points.data(), static_cast<int>(dc.fills[0].points.size()), dc.fills[0].rule);
+  const CRect box = region.GetRgnBox();
+  EXPECT_TRUE(box.left < 0 && box.right > 1920 && box.top == 90 && box.bottom == 110);
+}
+
+TEST_F(Display, EachCallTakesTheLimitsOfItsDevice) {
+  dxf.Write_Line(-50, 0, 0, 5000, 0, 0, "0", "1", "BYLAYER");
+  auto& line = *static_cast<ACAD_LINE*>(dxf.m_EntityList.GetHead());
+  for (const int width : {1000, 6000}) {
+    std::optional<RecordingContext> page(std::in_place, CSize(width, 800));  // both at one address
+    page->printing = true;
+    line.Draw(&*page, &coor, 0, 0);
+    ASSERT_EQ(page->segments.size(), 1U);
+    EXPECT_EQ(page->segments[0].to.x, width);
+  }
+  for (const int width : {800, 3000}) {
+    host.SetScreenSize({width, 600});
+    dc.clear();
+    dxf.Draw3D(&dc, &coor, 0, std::numbers::pi_v<float> / 2);
+    EXPECT_EQ(dc.segments.back().to.x, width);
+  }
+}
+
+/// A kind of a program's own: a mark at the place where it believes to stand.
+struct OwnKind : ACAD_ENTITY {
+  void Draw(CDC* dc, CFCoor* coor, float dx, float dy) override { mark(dc, coor->FPtoDP(CFPoint(dx, dy))); }
+  void Draw3D(CDC* dc, CFCoor* coor, float, float) override { mark(dc, coor->FPtoDP(CFPoint(0, 0))); }
+  CFRect GetFRect() override { return {-1, -1, 1, 1}; }
+  CFRect GetFRect3D(float, float) override { return {-2, -2, 2, 2}; }
+  int HitTest(const CFRegion& region, int, float, float) override { return region.InRegion(CFPoint(0.01F, 0.01F)); }
+  static void mark(CDC* dc, CPoint at) { dc->SetPixel(at.x, at.y, 0); }
+};
+
+/// One of the nine kinds with a drawing of its own.
+struct OwnLine : ACAD_LINE {
+  void Draw(CDC* dc, CFCoor* coor, float dx, float dy) override { OwnKind::mark(dc, coor->FPtoDP(CFPoint(dx, dy))); }
+  void Draw3D(CDC* dc, CFCoor* coor, float, float) override { OwnKind::mark(dc, coor->FPtoDP(CFPoint(0, 0))); }
+};
+
+TEST_F(Display, AProgramsOwnKindsAnswerForThemselves) {
+  constexpr float kTop = std::numbers::pi_v<float> / 2;
+  auto* block = new ACAD_BLOCK;
+  qv::copy_text(block->m_szName, "OWN");
+  block->m_EntityList.AddTail(new OwnKind);
+  dxf.m_BlockList.AddTail(block);
+  auto* insert = new ACAD_INSERT;
+  qv::copy_text(insert->m_szBlock, "OWN");
+  insert->m_Insert = {5, 0, 0};
+  dxf.m_EntityList.AddTail(insert);
+  dxf.m_EntityList.AddTail(new OwnLine);
+  dxf.m_EntityList.AddTail(new OwnKind);
+  for (const bool projected : {false, true}) {
+    dc.clear();
+    projected ? dxf.Draw3D(&dc, &coor, 0, kTop) : dxf.Draw(&dc, &coor);
+    EXPECT_EQ(dc.calls, "P150,100 P100,100 P100,100 ") << projected;
+  }
+  EXPECT_EQ(dxf.GetFRect().x1, -1);
+  EXPECT_EQ(dxf.GetFRect().x2, 6);
+  EXPECT_EQ(dxf.GetFRect3D(0, kTop).x2, 7);
+  EXPECT_EQ(dxf.HitTest(CFRect(4, -1, 6, 1), 0, 0, kTop), 1);
+  EXPECT_EQ(dxf.HitTest(CFRect(-0.5F, -0.5F, 0.5F, 0.5F), 0, 0, kTop), 3);
+}
+
+TEST_F(Display, AnAppearanceBringsItsPalette) {
+  dxf.Write_Line(0, 0, 0, 1, 0, 0, "0", "200", "BYLAYER");
+  dxf.Write_Solid(0, 0, 0, 1, 0, 0, 0, 1, 0, 1, 1, 0, "0", "200", "BYLAYER");
+  qv::Palette palette{};
+  palette[200] = 0x123456;
+  dxf.Draw(&dc, &coor, {&palette});
+  EXPECT_EQ(dc.segments.at(0).color, 0x123456U);
+  EXPECT_EQ(dc.fills.at(0).color, 0x123456U);
 }
 
 }  // namespace

@@ -106,4 +106,30 @@ TEST_F(Measure, TheFirstEntityHitIsNamed) {
   EXPECT_EQ(dxf.HitTest(CFRect(-0.5F, -0.5F, 1.5F, 0.5F), 1, kQuarter, 0), 1);
 }
 
+TEST_F(Measure, WhatIsNotDrawnDoesNotCount) {
+  auto* polyline = new ACAD_POLYLINE;
+  polyline->m_nFlags = 4;
+  polyline->m_Vertices.SetSize(4);
+  const int flags[] = {16, 8, 16, 8};  // the frame's vertices are not on the curve
+  for (int i = 0; i < 4; ++i) {
+    polyline->m_Vertices[i].m_nFlags = flags[i];
+    polyline->m_Vertices[i].m_Point = {static_cast<float>(i), flags[i] == 16 ? 50.0F : 0.0F, 0};
+  }
+  dxf.m_EntityList.AddTail(polyline);
+  expect_rect(dxf.GetFRect(), 1, 0, 3, 0, "the curve alone");
+  EXPECT_EQ(dxf.HitTest(CFRect(-1, 40, 4, 60), 1, 0, kQuarter), 0);
+  EXPECT_EQ(dxf.HitTest(CFRect(0, -1, 4, 1), 0, 0, kQuarter), 1);
+
+  auto* block = new ACAD_BLOCK;
+  qv::copy_text(block->m_szName, "B");
+  block->m_EntityList.AddTail(new ACAD_LINE);
+  block->m_EntityList.AddTail(new ACAD_INSERT);
+  dxf.m_BlockList.AddTail(block);
+  auto* insert = new ACAD_INSERT;
+  qv::copy_text(insert->m_szBlock, "B");
+  insert->m_Insert = {100, 0, 0};
+  dxf.m_EntityList.AddTail(insert);
+  EXPECT_EQ(dxf.HitTest(CFRect(99, -1, 102, 2), 0, 0, kQuarter), 2) << "a nested insert is passed over";
+}
+
 }  // namespace

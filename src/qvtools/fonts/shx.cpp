@@ -10,6 +10,7 @@
 #include "qvtools/display/safe_dc.h"
 #include "qvtools/fonts/internal/byte_cursor.h"
 #include "qvtools/fonts/internal/shape_code.h"
+#include "qvtools/fonts/internal/text_drawing.h"
 #include "qvtools/system/textfile.h"
 #include "qvtools/text/numbers.h"
 
@@ -90,12 +91,6 @@ FontFile read_file(const char* dir, const char* name) {
   }
   std::fclose(file);
   return content;
-}
-
-/// The clipping context that shapes are drawn through; every drawing call sets it to its device context.
-CSafeDC& clip_to(CDC* dc) {
-  static CSafeDC context;
-  return context = CSafeDC(dc);
 }
 
 int device(double v) {
@@ -313,11 +308,40 @@ int CShx::adopt_hz(const unsigned char* file, std::size_t size) {
   return 1;
 }
 
+namespace qv::detail {
+
+void draw_txt(const CShx& font, CSafeDC& safe, CPoint at, const char* text, float height, float angle, float width,
+              int mirror) {
+  if (!font.m_pTxtIndex || !text) return;
+  DrawingPen pen(safe, at.x, at.y);
+  pen.set_axes(text_axes(angle, width / font.m_fTxtHeight, height / font.m_fTxtHeight, mirror));
+  for (; *text; ++text) run_shape(txt_shape(font, static_cast<unsigned char>(*text)), pen);
+}
+
+void draw_hz(const CShx& font, CSafeDC& safe, CPoint at, const char* text, float height, float angle, float width,
+             int mirror) {
+  if ((!font.m_pTxtIndex && !font.m_pHzIndex) || !text) return;
+  DrawingPen pen(safe, at.x, at.y);
+  const Axes txt = text_axes(angle, width / font.m_fTxtHeight, height / font.m_fTxtHeight, mirror);
+  const Axes hz = text_axes(angle, width / font.m_fHzHeight, height / font.m_fHzHeight, mirror);
+  while (*text) {
+    const Character character = next_character(text);
+    pen.set_axes(character.big ? hz : txt);
+    if (!character.big) {
+      if (font.m_pTxtIndex) run_shape(txt_shape(font, character.byte), pen);
+    } else if (const unsigned char* shape = hz_shape(font, character)) {
+      run_shape(shape, pen);
+    } else {
+      pen.step(font.m_fHzHeight, 0, false);
+    }
+  }
+}
+
+}  // namespace qv::detail
+
 void CShx::DrawTxtShx(CDC* dc, int x, int y, const char* text, float height, float angle, float width, int mirror) {
-  if (!m_pTxtIndex || !text) return;
-  DrawingPen pen(clip_to(dc), x, y);
-  pen.set_axes(text_axes(angle, width / m_fTxtHeight, height / m_fTxtHeight, mirror));
-  for (; *text; ++text) qv::detail::run_shape(txt_shape(*this, static_cast<unsigned char>(*text)), pen);
+  CSafeDC safe(dc);
+  qv::detail::draw_txt(*this, safe, {x, y}, text, height, angle, width, mirror);
 }
 
 void CShx::DrawTxtShx(CDC* dc, const CPoint& point, const char* text, float height, float angle, float width,
@@ -326,21 +350,8 @@ void CShx::DrawTxtShx(CDC* dc, const CPoint& point, const char* text, float heig
 }
 
 void CShx::DrawHzShx(CDC* dc, int x, int y, const char* text, float height, float angle, float width, int mirror) {
-  if ((!m_pTxtIndex && !m_pHzIndex) || !text) return;
-  DrawingPen pen(clip_to(dc), x, y);
-  const Axes txt = text_axes(angle, width / m_fTxtHeight, height / m_fTxtHeight, mirror);
-  const Axes hz = text_axes(angle, width / m_fHzHeight, height / m_fHzHeight, mirror);
-  while (*text) {
-    const Character character = next_character(text);
-    pen.set_axes(character.big ? hz : txt);
-    if (!character.big) {
-      if (m_pTxtIndex) qv::detail::run_shape(txt_shape(*this, character.byte), pen);
-    } else if (const unsigned char* shape = hz_shape(*this, character)) {
-      qv::detail::run_shape(shape, pen);
-    } else {
-      pen.step(m_fHzHeight, 0, false);
-    }
-  }
+  CSafeDC safe(dc);
+  qv::detail::draw_hz(*this, safe, {x, y}, text, height, angle, width, mirror);
 }
 
 float CShx::GetTxtWidth(const char* text, float height, float ratio) {
@@ -366,7 +377,8 @@ float CShx::GetHzWidth(const char* text, float height, float ratio) {
 }
 
 void CShx::DrawShx(const unsigned char* shape, CDC* dc, float& x, float& y, float a, float b, float c, float d) {
-  DrawingPen pen(clip_to(dc), x, y);
+  CSafeDC safe(dc);
+  DrawingPen pen(safe, x, y);
   pen.set_axes({a, b, c, d});
   qv::detail::run_shape(shape, pen);
   x = static_cast<float>(pen.x());

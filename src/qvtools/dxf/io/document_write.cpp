@@ -1,4 +1,3 @@
-#include "qvtools/dxf/io/internal/group_reader.h"
 #include "qvtools/dxf/io/internal/group_writer.h"
 #include "qvtools/dxf/model/document.h"
 #include "qvtools/dxf/model/internal/walk.h"
@@ -105,19 +104,6 @@ int DXF::Begin_Entity() {
 
 int DXF::End_Entity() {
   return write_frame([](Writer& writer) { writer.lines(kEnd); });
-}
-
-int DXF::Close() {
-  bool good = true;
-  if (m_fp) {
-    // Quirk: the end is written again after `End_Entity`; readers stop at the first.
-    if (m_nOpenMode == 0 && !m_nMemFlag) good = End_Entity() == 1;
-    good = std::fclose(m_fp) == 0 && good;
-    m_fp = nullptr;
-    reader_.reset();
-  }
-  delete_drawing();
-  return good ? 1 : 0;
 }
 
 int DXF::Write_MemDxf_To_File(const char* fileName) {

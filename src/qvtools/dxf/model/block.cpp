@@ -2,8 +2,6 @@
 
 #include <type_traits>
 
-#include "qvtools/dxf/io/internal/group_writer.h"
-#include "qvtools/dxf/io/internal/record_reader.h"
 #include "qvtools/text/gbk_text.h"
 
 namespace qv {
@@ -77,24 +75,4 @@ ACAD_BLOCK& ACAD_BLOCK::operator=(const ACAD_BLOCK& other) {
     if (copy) m_EntityList.AddTail(copy);
   }
   return *this;
-}
-
-int ACAD_BLOCK::Read(std::FILE* file) {
-  return qv::detail::read_record(file, *this);
-}
-
-ACAD_Entity_Type ACAD_BLOCK::Read_One_Entity(std::FILE* file) {
-  using namespace qv::detail;
-  GroupReader in(file, GroupReader::Stream::Host);
-  return read_entity(in, *this, Within::Block);
-}
-
-int ACAD_BLOCK::Write(std::FILE* file) {
-  using namespace qv::detail;
-  constexpr LineEnd kAsTheStream = LineEnd::Lf;
-  char buffer[4 * GroupWriter<kAsTheStream>::kRecordRoom];
-  StreamOutput output(file);
-  GroupWriter<kAsTheStream> writer(buffer, sizeof buffer, output);
-  write_block(writer, *this);
-  return writer.flush() ? 1 : 0;
 }

@@ -1,16 +1,7 @@
 #include "qvtools/dxf/model/document.h"
 
-#include "qvtools/dxf/io/internal/group_reader.h"
 #include "qvtools/services/services.h"
-#include "qvtools/system/textfile.h"
 #include "qvtools/text/gbk_text.h"
-
-DXF::DXF() : m_pCoor(&G_ConCoor) {}
-
-DXF::~DXF() {
-  if (m_fp) std::fclose(m_fp);  // before the buffer that it may write from
-  delete_drawing();
-}
 
 int DXF::Set_MaxNum_of_Tables(long ltypes, long layers, long styles) {
   if (m_nOpenMode != -1) {
@@ -24,31 +15,6 @@ int DXF::Set_MaxNum_of_Tables(long ltypes, long layers, long styles) {
   m_nMaxLType = capacity(ltypes, "Num_LType < 1 !");
   m_nMaxLayer = capacity(layers, "Num_Layer < 1 !");
   m_nMaxStyle = capacity(styles, "Num_Style < 1 !");
-  return 1;
-}
-
-int DXF::New(const char* fileName) {
-  Close();
-  qv::copy_text(m_szFileName, fileName);
-  m_fp = qv::open_text(fileName, "wb");
-  if (!m_fp) return 0;
-  constexpr std::size_t kBlock = std::size_t{1} << 18;
-  if (!streamBuffer_) streamBuffer_.reset(new (std::nothrow) char[kBlock]);
-  // Without one of ours the stream keeps its own, smaller buffer.
-  if (streamBuffer_) std::setvbuf(m_fp, streamBuffer_.get(), _IOFBF, kBlock);
-  m_nMemFlag = 0;
-  return create_tables();
-}
-
-int DXF::New_MemDxf() {
-  Close();
-  m_nMemFlag = 1;
-  return create_tables();
-}
-
-int DXF::Open_MemDxf() {
-  m_nMemFlag = 1;
-  m_nOpenMode = 1;
   return 1;
 }
 

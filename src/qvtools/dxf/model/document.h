@@ -18,6 +18,7 @@
 #include <memory>
 #include <string_view>
 
+#include "qvtools/display/appearance.h"
 #include "qvtools/dxf/model/block.h"
 #include "qvtools/dxf/model/table.h"
 
@@ -136,6 +137,9 @@ class QV_API DXF : public qv::WorkingRecords {
   void Draw(CDC* dc);
   /// Draws an in-memory document projected for the view angles a and b, in radians.
   void Draw3D(CDC* dc, CFCoor* coor, float a, float b);
+  /// The same, shown as the appearance says.
+  void Draw(CDC* dc, CFCoor* coor, const qv::Appearance& appearance);
+  void Draw3D(CDC* dc, CFCoor* coor, float a, float b, const qv::Appearance& appearance);
   /// The extent of all entities, inserts by their blocks, in plan or projected; the empty rectangle when there are
   /// none.
   CFRect GetFRect();

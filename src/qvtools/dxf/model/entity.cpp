@@ -1,10 +1,7 @@
 #include "qvtools/dxf/model/entity.h"
 
-#include "qvtools/dxf/io/internal/group_writer.h"
-#include "qvtools/dxf/io/internal/record_reader.h"
+#include "qvtools/dxf/model/internal/kinds.h"
 #include "qvtools/geometry/numerics/numeric.h"
-
-using qv::detail::LineEnd;
 
 int ACAD_ENTITY::Read(std::FILE*) {
   return 1;
@@ -71,58 +68,16 @@ void TouYing3Dto2D(float x, float y, float z, float a, float b, float& u, float&
   v = static_cast<float>((y * c - x * s) * std::sin(static_cast<double>(b)) + z * std::cos(static_cast<double>(b)));
 }
 
-// Reading and writing run off the record's description; only the type differs here.
-#define QV_ENTITY_RECORD(Class, Type)                          \
-  int Class::Read(std::FILE* file) {                           \
-    return qv::detail::read_record(file, *this);               \
-  }                                                            \
-  int Class::Write(std::FILE* file) {                          \
-    return qv::detail::write_record<LineEnd::Lf>(file, *this); \
-  }                                                            \
-  ACAD_Entity_Type Class::GetType() {                          \
-    return Type;                                               \
+#define QV_KIND(Class, Type)          \
+  ACAD_Entity_Type Class::GetType() { \
+    return Type;                      \
+  }                                   \
+  void Class::Ini() {                 \
+    static const Class kDefault;      \
+    *this = kDefault;                 \
   }
-
-QV_ENTITY_RECORD(ACAD_POINT, ACAD_TYPE_POINT)
-QV_ENTITY_RECORD(ACAD_LINE, ACAD_TYPE_LINE)
-QV_ENTITY_RECORD(ACAD_TEXT, ACAD_TYPE_TEXT)
-QV_ENTITY_RECORD(ACAD_CIRCLE, ACAD_TYPE_CIRCLE)
-QV_ENTITY_RECORD(ACAD_ARC, ACAD_TYPE_ARC)
-QV_ENTITY_RECORD(ACAD_POLYLINE, ACAD_TYPE_POLYLINE)
-QV_ENTITY_RECORD(ACAD_SOLID, ACAD_TYPE_SOLID)
-QV_ENTITY_RECORD(ACAD_3DFACE, ACAD_TYPE_3DFACE)
-QV_ENTITY_RECORD(ACAD_INSERT, ACAD_TYPE_INSERT)
-#undef QV_ENTITY_RECORD
-
-void ACAD_POINT::Ini() {
-  *this = ACAD_POINT();
-}
-void ACAD_LINE::Ini() {
-  *this = ACAD_LINE();
-}
-void ACAD_TEXT::Ini() {
-  *this = ACAD_TEXT();
-}
-void ACAD_CIRCLE::Ini() {
-  *this = ACAD_CIRCLE();
-}
-void ACAD_ARC::Ini() {
-  *this = ACAD_ARC();
-}
-void ACAD_SOLID::Ini() {
-  *this = ACAD_SOLID();
-}
-void ACAD_3DFACE::Ini() {
-  *this = ACAD_3DFACE();
-}
-void ACAD_INSERT::Ini() {
-  *this = ACAD_INSERT();
-}
-
-void ACAD_POLYLINE::Ini() {
-  static const ACAD_POLYLINE kDefault;
-  Copy(&kDefault);
-}
+QV_FOR_EACH_ENTITY_KIND(QV_KIND)
+#undef QV_KIND
 
 ACAD_POLYLINE& ACAD_POLYLINE::operator=(const ACAD_POLYLINE& other) {
   Copy(&other);

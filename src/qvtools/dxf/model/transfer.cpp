@@ -1,7 +1,7 @@
 #include <cmath>
 
-#include "qvtools/dxf/model/document.h"
-#include "qvtools/dxf/view/internal/outline.h"
+#include "qvtools/dxf/model/entity.h"
+#include "qvtools/dxf/model/internal/kinds.h"
 #include "qvtools/geometry/numerics/numeric.h"
 
 namespace {
@@ -81,70 +81,11 @@ int transfer(Record& r, const float* matrix, const float* offset) {
   return 1;
 }
 
-/// Draws a copy whose points are projected, moved by a shift in space before.
-template <class Record>
-void draw_projected(const Record& record, CDC* dc, CFCoor* coor, const qv::detail::Plane& plane) {
-  Record copy;
-  copy = record;
-  for_each_point(copy, [&](qv::Point3& p) {
-    const CFPoint projected = plane(p);
-    p = {projected.x, projected.y, 0};
-  });
-  copy.Draw(dc, coor, 0, 0);
-}
-
 }  // namespace
 
-#define QV_ENTITY_MOVE(Class)                                     \
+#define QV_KIND(Class, Type)                                      \
   int Class::Transfer(const float* matrix, const float* offset) { \
     return transfer(*this, matrix, offset);                       \
-  }                                                               \
-  void Class::Draw3D(CDC* dc, CFCoor* coor, float a, float b) {   \
-    draw_projected(*this, dc, coor, qv::detail::Plane(a, b));     \
   }
-
-QV_ENTITY_MOVE(ACAD_POINT)
-QV_ENTITY_MOVE(ACAD_LINE)
-QV_ENTITY_MOVE(ACAD_TEXT)
-QV_ENTITY_MOVE(ACAD_CIRCLE)
-QV_ENTITY_MOVE(ACAD_ARC)
-QV_ENTITY_MOVE(ACAD_POLYLINE)
-QV_ENTITY_MOVE(ACAD_SOLID)
-QV_ENTITY_MOVE(ACAD_3DFACE)
-QV_ENTITY_MOVE(ACAD_INSERT)
-#undef QV_ENTITY_MOVE
-
-namespace {
-
-void draw_entity(ACAD_ENTITY& entity, CDC* dc, CFCoor* coor, const qv::detail::Plane& plane) {
-  qv::visit_entity(entity, [&](const auto& record) { draw_projected(record, dc, coor, plane); });
-}
-
-void draw_block(const ACAD_BLOCK& block, const ACAD_INSERT& insert, CDC* dc, CFCoor* coor,
-                const qv::detail::Plane& plane) {
-  const qv::detail::Plane placed = plane.moved(qv::detail::displacement(block, insert));
-  for (POSITION at = block.m_EntityList.GetHeadPosition(); at;)
-    draw_entity(*static_cast<ACAD_ENTITY*>(block.m_EntityList.GetNext(at)), dc, coor, placed);
-}
-
-}  // namespace
-
-void ACAD_BLOCK::Draw3D(CDC* dc, CFCoor* coor, float a, float b, ACAD_INSERT* insert) {
-  draw_block(*this, *insert, dc, coor, qv::detail::Plane(a, b));
-}
-
-void DXF::Draw3D(CDC* dc, CFCoor* coor, float a, float b) {
-  m_pCoor = coor;
-  if (!m_nMemFlag) return;
-  const qv::detail::Plane plane(a, b);
-  dc->SetBkMode(qv::BackgroundMode::Transparent);
-  for (POSITION at = m_EntityList.GetHeadPosition(); at;) {
-    auto& entity = *static_cast<ACAD_ENTITY*>(m_EntityList.GetNext(at));
-    if (entity.GetType() != ACAD_TYPE_INSERT) {
-      draw_entity(entity, dc, coor, plane);
-    } else {
-      const auto& insert = static_cast<ACAD_INSERT&>(entity);
-      if (const ACAD_BLOCK* block = GetBlock(&insert)) draw_block(*block, insert, dc, coor, plane);
-    }
-  }
-}
+QV_FOR_EACH_ENTITY_KIND(QV_KIND)
+#undef QV_KIND

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <type_traits>
+#include <typeinfo>
 
 #include "qvtools/dxf/model/entity.h"
 
@@ -35,5 +36,25 @@ auto visit_entity(ACAD_ENTITY& entity, const F& f) -> decltype(f(static_cast<ACA
   }
   return decltype(f(static_cast<ACAD_LINE&>(entity)))();
 }
+
+namespace detail {
+
+template <class Record>
+bool is_exactly(const ACAD_ENTITY& entity) {
+  return typeid(entity) == typeid(Record);
+}
+
+/// The same for what is drawn and measured: f for an entity of just one of the nine classes. Any other, one derived
+/// from the nine included, answers by its own operations, so `own` is called with it.
+template <class F, class Own>
+auto visit_record(ACAD_ENTITY& entity, const F& f, const Own& own) {
+  const ACAD_Entity_Type type = entity.GetType();
+  if (type < ACAD_TYPE_POINT || type > ACAD_TYPE_INSERT) return own(entity);
+  return visit_entity(entity, [&](auto& record) {
+    return is_exactly<std::remove_reference_t<decltype(record)>>(entity) ? f(record) : own(entity);
+  });
+}
+
+}  // namespace detail
 
 }  // namespace qv

@@ -1,10 +1,12 @@
 #include <algorithm>
+#include <cstring>
 #include <limits>
 #include <numbers>
 
-#include "qvtools/dxf/model/document.h"
+#include "qvtools/dxf/model/internal/name_index.h"
 #include "qvtools/dxf/model/internal/walk.h"
 #include "qvtools/dxf/view/internal/outline.h"
+#include "qvtools/fonts/shx.h"
 
 namespace qv::detail {
 
@@ -41,9 +43,18 @@ class Box {
 
 }  // namespace
 
+bool is_in_text_font(const ACAD_TEXT& text) {
+  return std::strstr(text.m_szStyle, "STANDARD") != nullptr;
+}
+
+float text_width(const ACAD_TEXT& text, float height) {
+  return is_in_text_font(text) ? G_ShapeFont.GetTxtWidth(text.m_szText, height, text.m_fWidthFactor)
+                               : G_ShapeFont.GetHzWidth(text.m_szText, height, text.m_fWidthFactor);
+}
+
 TextBox::TextBox(const ACAD_TEXT& text, const Plane& plane) {
   const CFPoint at = plane(text.m_Insert);
-  const double width = DXF::GetTextWidth(text.m_szText, text.m_fHeight, text.m_fWidthFactor);
+  const double width = text_width(text, text.m_fHeight);
   const double angle = text.m_fRotation * std::numbers::pi / 180;
   const double c = std::cos(angle);
   const double s = std::sin(angle);
@@ -69,15 +80,16 @@ CFRect extent(const ACAD_ARC& r, const Plane& plane) {
 }
 CFRect extent(const ACAD_POLYLINE& r, const Plane& plane) {
   Box box;
-  if (r.m_Vertices.GetSize() > 0) box.add(plane(r.m_Vertices[0].m_Point));
-  for_each_edge(r, plane, [&](const CFPoint& from, const CFPoint& to, float bulge) {
-    if (is_straight(bulge))
-      box.add(to);
+  if (const ACAD_VERTEX* first = first_vertex(r)) box.add(plane(first->m_Point));
+  for_each_segment(r, plane, [&](const Segment& segment) {
+    if (segment.is_straight())
+      box.add(segment.to);
     else
-      box.add(edge_shape(from, to, bulge));
+      box.add(segment.shape());
   });
   return box.rect();
 }
+
 namespace {
 
 CFRect extent_of_corners(const Point3 (&corners)[4], const Plane& plane) {
@@ -100,29 +112,16 @@ CFRect extent(const ACAD_TEXT& r, const Plane& plane) {
   return box.rect();
 }
 
+CFRect own_extent(ACAD_ENTITY& entity, const Plane& plane) {
+  CFRect extent = plane.is_plan() ? entity.GetFRect() : entity.GetFRect3D(plane.a(), plane.b());
+  if (!extent.IsFRectNull(std::numeric_limits<float>::min())) extent += plane.shift();
+  return extent;
+}
+
 }  // namespace qv::detail
 
 using qv::detail::Box;
 using qv::detail::Plane;
-
-#define QV_ENTITY_EXTENT(Class)                    \
-  CFRect Class::GetFRect() {                       \
-    return qv::detail::extent(*this, Plane());     \
-  }                                                \
-  CFRect Class::GetFRect3D(float a, float b) {     \
-    return qv::detail::extent(*this, Plane(a, b)); \
-  }
-
-QV_ENTITY_EXTENT(ACAD_POINT)
-QV_ENTITY_EXTENT(ACAD_LINE)
-QV_ENTITY_EXTENT(ACAD_TEXT)
-QV_ENTITY_EXTENT(ACAD_CIRCLE)
-QV_ENTITY_EXTENT(ACAD_ARC)
-QV_ENTITY_EXTENT(ACAD_POLYLINE)
-QV_ENTITY_EXTENT(ACAD_SOLID)
-QV_ENTITY_EXTENT(ACAD_3DFACE)
-QV_ENTITY_EXTENT(ACAD_INSERT)
-#undef QV_ENTITY_EXTENT
 
 namespace {
 
@@ -130,12 +129,16 @@ namespace {
 template <class F>
 void add_entities(const CPtrList& list, const Plane& plane, Box& box, const F& add_insert) {
   qv::detail::walk(list, [&](ACAD_ENTITY& entity) {
-    if (entity.GetType() == ACAD_TYPE_INSERT)
-      add_insert(static_cast<ACAD_INSERT&>(entity));
-    else
-      qv::visit_entity(entity, [&](const auto& record) {
-        if (!qv::detail::is_empty(record)) box.add(qv::detail::extent(record, plane));
-      });
+    if (entity.GetType() == ACAD_TYPE_INSERT) return add_insert(static_cast<ACAD_INSERT&>(entity));
+    qv::detail::visit_record(
+        entity,
+        [&](const auto& record) {
+          if (!qv::detail::is_empty(record)) box.add(qv::detail::extent(record, plane));
+        },
+        [&](ACAD_ENTITY& own) {
+          const CFRect extent = qv::detail::own_extent(own, plane);
+          if (!extent.IsFRectNull(std::numeric_limits<float>::min())) box.add(extent);
+        });
   });
 }
 
@@ -152,8 +155,9 @@ CFRect block_extent(const ACAD_BLOCK& block, const ACAD_INSERT& insert, const Pl
 
 CFRect document_extent(DXF& dxf, const Plane& plane) {
   Box box;
+  qv::detail::InsertedBlocks blocks(dxf);
   add_entities(dxf.m_EntityList, plane, box, [&](const ACAD_INSERT& insert) {
-    if (const ACAD_BLOCK* block = dxf.GetBlock(&insert)) add_block(*block, insert, plane, box);
+    if (const ACAD_BLOCK* block = blocks(insert)) add_block(*block, insert, plane, box);
   });
   return box.rect();
 }
@@ -174,7 +178,7 @@ CFRect DXF::GetFRect3D(float a, float b) {
 }
 
 float ACAD_TEXT::GetWidth() {
-  return DXF::GetTextWidth(m_szText, m_fHeight, m_fWidthFactor);
+  return qv::detail::text_width(*this, m_fHeight);
 }
 
 int ACAD_TEXT::GetOutLook(float* x, float* y) {
@@ -184,4 +188,8 @@ int ACAD_TEXT::GetOutLook(float* x, float* y) {
     y[i] = box.corner[i].y;
   }
   return 1;
+}
+
+float DXF::GetTextWidth(const char* text, float height, float widthFactor) {
+  return G_ShapeFont.GetTxtWidth(text, height, widthFactor);
 }

@@ -1,29 +1,12 @@
-#include "qvtools/dxf/model/document.h"
-#include "qvtools/dxf/model/internal/walk.h"
-#include "qvtools/dxf/view/internal/outline.h"
-#include "qvtools/geometry/values/region.h"
+#include "qvtools/dxf/view/internal/pick.h"
 
-using namespace qv::detail;
+#include "qvtools/dxf/model/internal/kinds.h"
+#include "qvtools/dxf/model/internal/name_index.h"
+#include "qvtools/dxf/model/internal/walk.h"
+
+namespace qv::detail {
 
 namespace {
-
-/// What a pick looks for: a region with its box, and whether crossing counts.
-struct Pick {
-  const CFRegion& region;
-  CFRect bounds;
-  int mode;
-
-  Pick(const CFRegion& r, int m) : region(r), mode(m) {
-    CFPoint p1;
-    CFPoint p2;
-    r.GetRect(p1, p2);
-    bounds = CFRect(p1, p2);
-  }
-  bool misses(const CFRect& r) const {
-    return r.x2 < bounds.x1 || r.x1 > bounds.x2 || r.y2 < bounds.y1 || r.y1 > bounds.y2;
-  }
-  bool takes(const CFShape& shape) const { return region.HitShape(shape, mode) != 0; }
-};
 
 /// Edges are taken when all of them lie inside, or when any is hit where crossing counts.
 class EdgeHits {
@@ -73,11 +56,15 @@ bool hit(const ACAD_ARC& r, const Plane& plane, const Pick& pick) {
   return pick.takes(arc_shape(r, plane(r.m_Center)));
 }
 bool hit(const ACAD_POLYLINE& r, const Plane& plane, const Pick& pick) {
-  if (r.m_Vertices.GetSize() == 1) return pick.takes(CFShape(plane(r.m_Vertices[0].m_Point)));
   EdgeHits hits(pick);
-  for_each_edge(r, plane,
-                [&](const CFPoint& from, const CFPoint& to, float bulge) { hits.add(edge_shape(from, to, bulge)); });
-  return hits.result();
+  bool any = false;
+  for_each_segment(r, plane, [&](const Segment& segment) {
+    any = true;
+    hits.add(segment.shape());
+  });
+  if (any) return hits.result();
+  const ACAD_VERTEX* const alone = first_vertex(r);
+  return alone && pick.takes(CFShape(plane(alone->m_Point)));
 }
 /// Solids take their corners in zigzag order.
 bool hit(const ACAD_SOLID& r, const Plane& plane, const Pick& pick) {
@@ -89,82 +76,77 @@ bool hit(const ACAD_3DFACE& r, const Plane& plane, const Pick& pick) {
   return hit_area(corners, pick);
 }
 
+bool hit(const ACAD_INSERT&, const Plane&, const Pick&) {
+  return false;
+}
+
+/// A program's own kind is asked, with the region moved to where the kind believes to be.
+bool picks_own(ACAD_ENTITY& entity, const Plane& plane, const Pick& pick) {
+  CFRegion region = pick.region;
+  const CFPoint shift = plane.shift();
+  region.Offset({-shift.x, -shift.y});
+  return entity.HitTest(region, pick.mode, plane.a(), plane.b()) != 0;
+}
+
+}  // namespace
+
 template <class Record>
 bool picks(const Record& record, const Plane& plane, const Pick& pick) {
   return !pick.misses(extent(record, plane)) && hit(record, plane, pick);
 }
 
-bool picks(const ACAD_INSERT&, const Plane&, const Pick&) {
-  return false;
-}
-
-CFRegion region_of(const CFRect& rect) {
-  return CFRegion(rect);
-}
-
-}  // namespace
-
-#define QV_ENTITY_PICK(Class)                                              \
-  int Class::HitTest(const CFRegion& region, int mode, float a, float b) { \
-    return picks(*this, Plane(a, b), Pick(region, mode)) ? 1 : 0;          \
-  }                                                                        \
-  int Class::HitTest(const CFRect& rect, int mode, float a, float b) {     \
-    return HitTest(region_of(rect), mode, a, b);                           \
-  }
-
-QV_ENTITY_PICK(ACAD_POINT)
-QV_ENTITY_PICK(ACAD_LINE)
-QV_ENTITY_PICK(ACAD_TEXT)
-QV_ENTITY_PICK(ACAD_CIRCLE)
-QV_ENTITY_PICK(ACAD_ARC)
-QV_ENTITY_PICK(ACAD_POLYLINE)
-QV_ENTITY_PICK(ACAD_SOLID)
-QV_ENTITY_PICK(ACAD_3DFACE)
-QV_ENTITY_PICK(ACAD_INSERT)
-#undef QV_ENTITY_PICK
-
-namespace {
+#define QV_KIND(Class, Type) template bool picks(const Class&, const Plane&, const Pick&);
+QV_FOR_EACH_ENTITY_KIND(QV_KIND)
+#undef QV_KIND
 
 bool picks_entity(ACAD_ENTITY& entity, const Plane& plane, const Pick& pick) {
-  return qv::visit_entity(entity, [&](const auto& record) { return picks(record, plane, pick); });
+  return visit_record(
+      entity, [&](const auto& record) { return picks(record, plane, pick); },
+      [&](ACAD_ENTITY& own) { return picks_own(own, plane, pick); });
 }
 
-/// A block is taken when one of its entities is hit where crossing counts, else when all of them lie inside.
 bool picks_block(const ACAD_BLOCK& block, const ACAD_INSERT& insert, const Plane& plane, const Pick& pick) {
   const Plane placed = plane.moved(displacement(block, insert));
-  bool all = !block.m_EntityList.IsEmpty();
+  bool all = true;
+  bool any = false;
   for (POSITION at = block.m_EntityList.GetHeadPosition(); at;) {
-    const bool hit = picks_entity(*static_cast<ACAD_ENTITY*>(block.m_EntityList.GetNext(at)), placed, pick);
+    auto& entity = *static_cast<ACAD_ENTITY*>(block.m_EntityList.GetNext(at));
+    if (entity.GetType() == ACAD_TYPE_INSERT) continue;
+    const bool hit = picks_entity(entity, placed, pick);
     if (hit && pick.mode != 0) return true;
+    any = true;
     all = all && hit;
   }
-  return all;
+  return any && all;
 }
 
-}  // namespace
+}  // namespace qv::detail
+
+using namespace qv::detail;
 
 int ACAD_BLOCK::HitTest(const CFRegion& region, int mode, float a, float b, ACAD_INSERT* insert) {
   return picks_block(*this, *insert, Plane(a, b), Pick(region, mode)) ? 1 : 0;
 }
 
 int ACAD_BLOCK::HitTest(const CFRect& rect, int mode, float a, float b, ACAD_INSERT* insert) {
-  return HitTest(region_of(rect), mode, a, b, insert);
+  return HitTest(CFRegion(rect), mode, a, b, insert);
 }
 
 int DXF::HitTest(const CFRegion& region, int mode, float a, float b) {
   const Plane plane(a, b);
   const Pick pick(region, mode);
+  InsertedBlocks blocks(*this);
   int index = 0;
   const bool found = walk_until(m_EntityList, [&](ACAD_ENTITY& entity) {
     ++index;
     if (entity.GetType() != ACAD_TYPE_INSERT) return picks_entity(entity, plane, pick);
     const auto& insert = static_cast<ACAD_INSERT&>(entity);
-    const ACAD_BLOCK* block = GetBlock(&insert);
+    const ACAD_BLOCK* const block = blocks(insert);
     return block && picks_block(*block, insert, plane, pick);
   });
   return found ? index : 0;
 }
 
 int DXF::HitTest(const CFRect& rect, int mode, float a, float b) {
-  return HitTest(region_of(rect), mode, a, b);
+  return HitTest(CFRegion(rect), mode, a, b);
 }

@@ -8,11 +8,11 @@
 #include <numbers>
 #include <unordered_map>
 
+#include "qvtools/display/internal/world_window.h"
+#include "qvtools/dxf/model/internal/name_index.h"
 #include "qvtools/dxf/model/internal/walk.h"
-#include "qvtools/dxf/view/internal/display.h"
-#include "qvtools/dxf/view/internal/outline.h"
-#include "qvtools/fonts/shx.h"
-#include "qvtools/geometry/values/region.h"
+#include "qvtools/dxf/view/internal/draw.h"
+#include "qvtools/dxf/view/internal/pick.h"
 #include "qvtools/system/internal/prefetch.h"
 
 namespace qv {
@@ -29,9 +29,7 @@ constexpr double kOverhang = 2;
 
 /// How far a text is drawn or picked from its insertion point, in its heights.
 double text_reach(const ACAD_TEXT& r) {
-  const double picked = std::fabs(G_ShapeFont.GetTxtWidth(r.m_szText, 1, r.m_fWidthFactor));
-  if (std::strstr(r.m_szStyle, "STANDARD")) return picked + kOverhang;
-  return std::max<double>(picked, std::fabs(G_ShapeFont.GetHzWidth(r.m_szText, 1, r.m_fWidthFactor))) + kOverhang;
+  return std::fabs(static_cast<double>(detail::text_width(r, 1))) + kOverhang;
 }
 
 /// A box that grows; it begins with nothing.
@@ -143,9 +141,12 @@ Grown reach(const ACAD_3DFACE& r, const Plane& plane) {
 Grown reach_of(ACAD_ENTITY& entity, const Plane& plane) {
   Grown box;
   box.everything();
-  visit_entity(entity, [&](const auto& record) {
-    if constexpr (requires { reach(record, plane); }) box = reach(record, plane);
-  });
+  detail::visit_record(
+      entity,
+      [&](const auto& record) {
+        if constexpr (requires { reach(record, plane); }) box = reach(record, plane);
+      },
+      [](ACAD_ENTITY&) {});
   return box;
 }
 
@@ -162,30 +163,27 @@ struct PreparedDrawing::Builder {
   PreparedDrawing& to;
   DXF& dxf;
   Plane plane;
-  std::unordered_map<const ACAD_BLOCK*, std::pair<Grown, int>> blocks;  // where their entities reach, unmoved
+  detail::InsertedBlocks inserted{dxf};
+  std::unordered_map<const ACAD_BLOCK*, std::pair<Grown, int>> blocks{};  // where their entities reach, unmoved
 
   void add_items() {
     to.items_.reserve(static_cast<std::size_t>(dxf.m_EntityList.GetCount()));
     detail::walk(dxf.m_EntityList, [&](ACAD_ENTITY& entity) {
-      switch (entity.GetType()) {
-        case ACAD_TYPE_LINE:
-          return add_line(static_cast<ACAD_LINE&>(entity));
-        case ACAD_TYPE_INSERT:
-          return add_insert(static_cast<ACAD_INSERT&>(entity));
-        case ACAD_TYPE_TEXT:
-          return add_text(static_cast<ACAD_TEXT&>(entity));
-        default:
-          return add(entity, reach_of(entity, plane), Kind::Other, 0);
-      }
+      if (entity.GetType() == ACAD_TYPE_INSERT) return add_insert(static_cast<ACAD_INSERT&>(entity));
+      detail::visit_record(
+          entity, [&](auto& record) { add_record(record); },
+          [&](ACAD_ENTITY& own) { add(own, reach_of(own, plane), Kind::Other, 0); });
     });
   }
+
+  void add_record(ACAD_ENTITY& entity) { add(entity, reach_of(entity, plane), Kind::Other, 0); }
 
   void add(ACAD_ENTITY& entity, const Grown& box, Kind kind, int index, int color = 0,
            PenStyle style = PenStyle::Solid) {
     if (!box.empty()) to.items_.push_back({{box.x1, box.y1, box.x2, box.y2}, &entity, color, index, kind, style, true});
   }
 
-  void add_line(ACAD_LINE& line) {
+  void add_record(ACAD_LINE& line) {
     const CFPoint from = plane(line.m_Start);
     const CFPoint until = plane(line.m_End);
     to.items_.push_back({{from.x, from.y, until.x, until.y},
@@ -197,7 +195,7 @@ struct PreparedDrawing::Builder {
                          true});
   }
 
-  void add_text(ACAD_TEXT& text) {
+  void add_record(ACAD_TEXT& text) {
     const double reach = note_reach(text);
     const CFPoint at = plane(text.m_Insert);
     const double length = (reach - kOverhang) * text.m_fHeight;
@@ -217,7 +215,7 @@ struct PreparedDrawing::Builder {
   }
 
   void add_insert(ACAD_INSERT& insert) {
-    ACAD_BLOCK* const block = dxf.GetBlock(&insert);
+    ACAD_BLOCK* const block = inserted(insert);
     if (!block) return;
     const auto& [unmoved, index] = block_reach(*block);
     if (unmoved.empty()) return;
@@ -259,13 +257,13 @@ struct PreparedDrawing::Builder {
 };
 
 PreparedDrawing::PreparedDrawing(DXF& dxf) : plan_(true), a_(0), b_(kHalfPi) {
-  Builder builder{*this, dxf, Plane(), {}};
+  Builder builder{*this, dxf, Plane()};
   builder.add_items();
   builder.add_grid();
 }
 
 PreparedDrawing::PreparedDrawing(DXF& dxf, float a, float b) : plan_(false), a_(a), b_(b) {
-  Builder builder{*this, dxf, Plane(a, b), {}};
+  Builder builder{*this, dxf, Plane(a, b)};
   builder.add_items();
   builder.add_grid();
 }
@@ -302,34 +300,32 @@ void PreparedDrawing::for_each_shown(const Misses& misses, const F& f) {
   }
 }
 
-void PreparedDrawing::draw(const Item& item, CDC* dc, CFCoor* coor) const {
-  if (item.kind == Kind::Insert) {
-    ACAD_BLOCK& block = *blocks_[static_cast<std::size_t>(item.index)];
-    auto* const insert = static_cast<ACAD_INSERT*>(item.entity);
-    return plan_ ? block.Draw(dc, coor, insert) : block.Draw3D(dc, coor, a_, b_, insert);
-  }
-  if (plan_)
-    item.entity->Draw(dc, coor, 0, 0);
-  else
-    item.entity->Draw3D(dc, coor, a_, b_);
+void PreparedDrawing::Draw(CDC* dc, CFCoor* coor) {
+  Draw(dc, coor, Appearance());
 }
 
-void PreparedDrawing::Draw(CDC* dc, CFCoor* coor) {
-  detail::LinePainter lines(dc, *coor);
+void PreparedDrawing::Draw(CDC* dc, CFCoor* coor, const Appearance& appearance) {
+  detail::DrawingContext to = detail::drawing_context(dc, *coor, appearance);
+  dc->SetBkMode(BackgroundMode::Transparent);
+  const Plane plane = plan_ ? Plane() : Plane(a_, b_);
   // Text is drawn in whole pixels of height: up to half a pixel higher, and longer likewise, than it is.
   const double margin = detail::WorldWindow::kMargin + longestText_ / 2;
-  const detail::WorldWindow window(detail::clipping_context(dc), *dc, *coor, margin);
+  const detail::WorldWindow window(to.safe(), *coor, margin);
+  const auto is_readable = [&](float height) {
+    return coor->FPtoDP(std::fabs(static_cast<double>(height))) >= readable_;
+  };
   for_each_shown([&](const Box& box) { return window.misses(box.x1, box.y1, box.x2, box.y2); },
                  [&](const Item& item) {
+                   const auto index = static_cast<std::size_t>(item.index);
                    const Box* line = item.kind == Kind::Line ? &item.box : nullptr;
-                   if (item.kind == Kind::Text) {
-                     const BaseLine& base = baseLines_[static_cast<std::size_t>(item.index)];
-                     if (coor->FPtoDP(std::fabs(static_cast<double>(base.height))) < readable_) line = &base.ends;
-                   }
+                   if (item.kind == Kind::Text && !is_readable(baseLines_[index].height))
+                     line = &baseLines_[index].ends;
                    if (line)
-                     lines.draw({line->x1, line->y1}, {line->x2, line->y2}, item.style, item.color);
+                     to.draw_line({line->x1, line->y1}, {line->x2, line->y2}, item.style, item.color);
+                   else if (item.kind == Kind::Insert)
+                     detail::draw_block(*blocks_[index], static_cast<ACAD_INSERT&>(*item.entity), plane, to);
                    else
-                     draw(item, dc, coor);
+                     detail::draw_entity(*item.entity, plane, to);
                  });
 }
 

@@ -25,6 +25,8 @@ class QV_API PreparedDrawing {
   /// Draws what `DXF::Draw` (or `DXF::Draw3D`) draws, in the same order: the same picture, but for where the dashes of
   /// joined dashed lines begin.
   void Draw(CDC* dc, CFCoor* coor);
+  /// The same, shown as the appearance says.
+  void Draw(CDC* dc, CFCoor* coor, const Appearance& appearance);
   /// The entities that a pick takes, in drawing order: those wholly in the rectangle, and with a mode other than 0
   /// those that cross its border as well. The rectangle lies in the plane of the view.
   std::vector<ACAD_ENTITY*> Pick(const CFRect& rect, int mode);
@@ -58,7 +60,6 @@ class QV_API PreparedDrawing {
   void for_each_shown(const Misses& misses, const F& f);
   template <class Misses, class F>
   void for_each_in_cells(const std::vector<std::uint32_t>& cells, const Misses& misses, const F& f);
-  void draw(const Item& item, CDC* dc, CFCoor* coor) const;
   bool picks(const Item& item, const CFRegion& region, int mode) const;
 
   bool plan_;

@@ -1,6 +1,7 @@
 #include "qvtools/platform/qt/qt_context.h"
 
 #include <QtGui/QPaintEngine>
+#include <QtGui/QPainterPath>
 #include <algorithm>
 #include <cmath>
 
@@ -139,7 +140,17 @@ void QtContext::FillRgn(const CRgn& region, const CBrush& brush) {
   const QPen pen = painter_.pen();
   painter_.setPen(Qt::NoPen);
   painter_.setBrush(color_of(brush.color));
-  painter_.drawPolygon(polygon, region.Rule() == FillRule::Winding ? Qt::WindingFill : Qt::OddEvenFill);
+  const Qt::FillRule rule = region.Rule() == FillRule::Winding ? Qt::WindingFill : Qt::OddEvenFill;
+  if (target_ == Target::Image) {
+    painter_.drawPolygon(polygon, rule);
+  } else {
+    // A polygon would lose its rule on the way to an SVG file, a path keeps it.
+    QPainterPath path;
+    path.addPolygon(polygon);
+    path.closeSubpath();
+    path.setFillRule(rule);
+    painter_.drawPath(path);
+  }
   painter_.setPen(pen);
   painter_.setBrush(Qt::NoBrush);
 }

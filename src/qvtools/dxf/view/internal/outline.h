@@ -1,6 +1,7 @@
 #pragma once
 
-/// What extents and picks share: the plane in which entities are measured, and the outlines of the kinds in it.
+/// What drawing, extents and picks share: the plane of a view, and the outlines of the kinds in it. What is drawn is
+/// what is measured.
 
 #include <cmath>
 
@@ -10,12 +11,19 @@
 
 namespace qv::detail {
 
-/// The way from points of a record to the plane in which it is measured: in plan, or projected for two view angles;
-/// moved by a shift in space (the place of a block's insert).
+/// The way from points of a record to the plane of a view: in plan, or projected for two view angles; moved by a shift
+/// in space (the place of a block's insert).
 class Plane {
  public:
   Plane() = default;
-  Plane(double a, double b) : plan_(false), ca_(std::cos(a)), sa_(std::sin(a)), cb_(std::cos(b)), sb_(std::sin(b)) {}
+  Plane(float a, float b)
+      : plan_(false),
+        a_(a),
+        b_(b),
+        ca_(std::cos(double{a})),
+        sa_(std::sin(double{a})),
+        cb_(std::cos(double{b})),
+        sb_(std::sin(double{b})) {}
   Plane moved(const Point3& shift) const {
     Plane plane = *this;
     plane.shift_ = shift;
@@ -29,8 +37,16 @@ class Plane {
             static_cast<float>((y * ca_ - x * sa_) * sb_ + (p.z + shift_.z) * cb_)};
   }
 
+  bool is_plan() const { return plan_; }
+  float a() const { return a_; }
+  float b() const { return b_; }
+  /// The shift, as it is seen in the plane.
+  CFPoint shift() const { return (*this)({0, 0, 0}); }
+
  private:
   bool plan_ = true;
+  float a_ = 0;
+  float b_ = 1.5707964F;
   double ca_ = 1;
   double sa_ = 0;
   double cb_ = 0;
@@ -50,25 +66,60 @@ inline CFShape arc_shape(const ACAD_ARC& arc, const CFPoint& center) {
   return {center, arc.m_fRadius, start, sweep};
 }
 
-/// Calls f(from, to, bulge) for each segment of a polyline, the closing one included.
-template <class F>
-void for_each_edge(const ACAD_POLYLINE& polyline, const Plane& plane, const F& f) {
-  const int n = polyline.m_Vertices.GetSize();
-  const int edges = (polyline.m_nFlags & 1) != 0 && n > 1 ? n : n - 1;
-  for (int i = 0; i < edges; ++i) {
-    const ACAD_VERTEX& from = polyline.m_Vertices[i];
-    f(plane(from.m_Point), plane(polyline.m_Vertices[(i + 1) % n].m_Point), from.m_fBulge);
+/// One segment of a polyline in a plane, with its widths at both ends in world units.
+struct Segment {
+  CFPoint from;
+  CFPoint to;
+  float bulge;
+  float startWidth;
+  float endWidth;
+
+  bool is_straight() const { return std::fabs(bulge) < 0.0001F; }
+  bool is_point() const { return from.x == to.x && from.y == to.y; }
+  CFShape shape() const {
+    if (is_straight()) return {from, to};
+    return {from, to, static_cast<float>(-4 * std::atan(static_cast<double>(bulge)))};
   }
+};
+
+/// Whether the vertex is on the curve: of a fitted curve and of a spline only the computed vertices are.
+inline bool is_on_curve(const ACAD_POLYLINE& polyline, const ACAD_VERTEX& vertex) {
+  if (polyline.m_nFlags == 2) return vertex.m_nFlags == 1;
+  if (polyline.m_nFlags == 4) return vertex.m_nFlags == 8;
+  return true;
 }
 
-inline bool is_straight(float bulge) {
-  return std::fabs(bulge) < 0.0001F;
+/// The first vertex on the curve; null when there is none.
+inline const ACAD_VERTEX* first_vertex(const ACAD_POLYLINE& polyline) {
+  for (const ACAD_VERTEX& vertex : polyline.m_Vertices)
+    if (is_on_curve(polyline, vertex)) return &vertex;
+  return nullptr;
 }
 
-inline CFShape edge_shape(const CFPoint& from, const CFPoint& to, float bulge) {
-  if (is_straight(bulge)) return {from, to};
-  return {from, to, static_cast<float>(-4 * std::atan(static_cast<double>(bulge)))};
+/// Calls f(segment) for each segment between consecutive vertices on the curve, the closing one included when flag 1 is
+/// set. Vertices have their own widths, or, when none has any, the polyline's.
+template <class F>
+void for_each_segment(const ACAD_POLYLINE& polyline, const Plane& plane, const F& f) {
+  bool own = false;
+  for (const ACAD_VERTEX& v : polyline.m_Vertices) own = own || v.m_fStartWidth != 0 || v.m_fEndWidth != 0;
+  const auto segment = [&](const ACAD_VERTEX& a, const ACAD_VERTEX& b) {
+    return Segment{plane(a.m_Point), plane(b.m_Point), a.m_fBulge, own ? a.m_fStartWidth : polyline.m_fStartWidth,
+                   own ? a.m_fEndWidth : polyline.m_fEndWidth};
+  };
+  const ACAD_VERTEX* const first = first_vertex(polyline);
+  const ACAD_VERTEX* last = nullptr;
+  for (const ACAD_VERTEX& vertex : polyline.m_Vertices) {
+    if (!is_on_curve(polyline, vertex)) continue;
+    if (last) f(segment(*last, vertex));
+    last = &vertex;
+  }
+  if ((polyline.m_nFlags & 1) != 0 && first != last) f(segment(*last, *first));
 }
+
+/// Whether a text is drawn with the text font alone; all others mix it with the big font.
+bool is_in_text_font(const ACAD_TEXT& text);
+/// The width of a text in the font that draws it, at a height, in the height's unit.
+float text_width(const ACAD_TEXT& text, float height);
 
 /// The turned box of a text, counter-clockwise from its insertion point.
 struct TextBox {
@@ -95,8 +146,10 @@ inline bool is_empty(const auto&) {
   return false;
 }
 inline bool is_empty(const ACAD_POLYLINE& r) {
-  return r.m_Vertices.GetSize() == 0;
+  return !first_vertex(r);
 }
+/// The extent of a program's own kind, as it answers itself; null where it has none.
+CFRect own_extent(ACAD_ENTITY& entity, const Plane& plane);
 
 /// How far an insert moves its block.
 inline Point3 displacement(const ACAD_BLOCK& block, const ACAD_INSERT& insert) {

@@ -1,8 +1,11 @@
 #include <cmath>
+#include <memory>
 
-#include "qvtools/dxf/model/document.h"
+#include "qvtools/dxf/model/internal/name_index.h"
 #include "qvtools/services/services.h"
 #include "qvtools/text/gbk_text.h"
+
+using qv::detail::NameIndex;
 
 int DXF::InsertDxf(DXF* other, float dx, float dy, float angle) {
   constexpr double kNothing = 0.00001;
@@ -16,12 +19,6 @@ int DXF::InsertDxf(DXF* other, float dx, float dy, float angle) {
 }
 
 namespace {
-
-bool is_present(const auto& table, int count, const char* name) {
-  for (int i = 0; i < count; ++i)
-    if (std::strcmp(table[static_cast<std::size_t>(i)].m_szName, name) == 0) return true;
-  return false;
-}
 
 /// Makes room for as many entries; false when memory runs out.
 template <class Entry>
@@ -42,11 +39,16 @@ template <class Entry>
 bool DXF::merge_table(std::unique_ptr<Entry[]>& table, int& count, int& room, const Entry* other, int otherCount,
                       const char* overflow) {
   if (!table) count = room = 0;
-  int missing = 0;
-  for (int i = 0; i < otherCount; ++i) missing += !is_present(table, count, other[i].m_szName);
-  if (m_nOpenMode == 1 && count + missing > room && !grow(table, count, room, count + missing)) return false;
+  NameIndex<const Entry> present(static_cast<std::size_t>(count) + static_cast<std::size_t>(otherCount));
+  if (!present.is_ready()) return false;
+  for (int i = 0; i < count; ++i) present.add(table[static_cast<std::size_t>(i)]);
+  const std::unique_ptr<bool[]> missing(new (std::nothrow) bool[static_cast<std::size_t>(otherCount)]);
+  if (!missing) return false;
+  int wanted = count;
+  for (int i = 0; i < otherCount; ++i) wanted += missing[static_cast<std::size_t>(i)] = present.add(other[i]);
+  if (m_nOpenMode == 1 && wanted > room && !grow(table, count, room, wanted)) return false;
   for (int i = 0; i < otherCount; ++i) {
-    if (is_present(table, count, other[i].m_szName)) continue;
+    if (!missing[static_cast<std::size_t>(i)]) continue;
     if (count < room)
       table[static_cast<std::size_t>(count++)] = other[i];
     else
@@ -56,19 +58,20 @@ bool DXF::merge_table(std::unique_ptr<Entry[]>& table, int& count, int& room, co
 }
 
 bool DXF::merge_blocks(const DXF& other) {
-  int n = other.m_BlockList.GetCount();
-  for (POSITION at = other.m_BlockList.GetHeadPosition(); at && n > 0; --n) {
-    const auto& block = *static_cast<ACAD_BLOCK*>(other.m_BlockList.GetNext(at));
-    ACAD_INSERT named;
-    qv::copy_text(named.m_szBlock, block.m_szName);
-    if (GetBlock(&named)) continue;
-    auto* copy = new (std::nothrow) ACAD_BLOCK;
+  const int n = other.m_BlockList.GetCount();
+  NameIndex<const ACAD_BLOCK> present(static_cast<std::size_t>(m_BlockList.GetCount()) + static_cast<std::size_t>(n));
+  if (!present.is_ready()) return false;
+  for (POSITION at = m_BlockList.GetHeadPosition(); at;)
+    present.add(*static_cast<const ACAD_BLOCK*>(m_BlockList.GetNext(at)));
+  POSITION at = other.m_BlockList.GetHeadPosition();
+  for (int i = 0; i < n; ++i) {
+    const auto& block = *static_cast<const ACAD_BLOCK*>(other.m_BlockList.GetNext(at));
+    if (!present.add(block)) continue;
+    std::unique_ptr<ACAD_BLOCK> copy(new (std::nothrow) ACAD_BLOCK);
     if (!copy) return false;
     *copy = block;
-    if (!m_BlockList.AddTail(copy)) {
-      delete copy;
-      return false;
-    }
+    if (!m_BlockList.AddTail(copy.get())) return false;
+    copy.release();
   }
   return true;
 }

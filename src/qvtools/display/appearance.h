@@ -1,0 +1,21 @@
+#pragma once
+
+/// How a drawing is shown: what the display, prepared drawings, viewers and pictures take beside a device and a
+/// transform.
+
+#include <array>
+
+#include "qvtools/platform/device.h"
+
+namespace qv {
+
+/// The colours of the numbers 0 to 255 on a device.
+using Palette = std::array<COLORREF, 256>;
+
+/// The default value shows what `DXF::Draw` has always shown.
+struct Appearance {
+  /// The colours of the numbers 0 to 255, not owned; null, and any other number, for `ACAD_ENTITY::GetColor`.
+  const Palette* palette = nullptr;
+};
+
+}  // namespace qv
