@@ -1,6 +1,7 @@
 #pragma once
 
-/// The operations on files that the portable sources of this folder need of each system. Paths are as in `filesystem.h`.
+/// The operations on files that the portable sources of this folder need of each system. Paths are as in
+/// `filesystem.h`.
 
 #include <cstdio>
 #include <string>
@@ -24,12 +25,12 @@ bool is_replaceable(const std::string& path);
 /// Whether the path names nothing yet, or a file that this user may write.
 bool is_writable(const std::string& path);
 
-/// Creates a file for writing with the permissions of another one, if that exists. Null, with `errno` EEXIST, when there
-/// is a file of that name already; null for any other failure.
+/// Creates a file for writing with the permissions of another one, if that exists. Null, with `errno` EEXIST, when
+/// there is a file of that name already; null for any other failure.
 std::FILE* create_new(const std::string& path, const std::string& permissionsOf);
 
-/// Whether the failure of the `create_new` just called is one that will not pass: a folder that refuses files, or a name
-/// that is too long, but not a full disk.
+/// Whether the failure of the `create_new` just called is one that will not pass: a folder that refuses files, or a
+/// name that is too long, but not a full disk.
 bool is_creation_refused();
 
 /// Renames a file over another one.
