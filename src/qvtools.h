@@ -36,6 +36,7 @@
 #include "qvtools/services/services.h"
 #include "qvtools/slides/slide.h"
 #include "qvtools/slides/slide_library.h"
+#include "qvtools/system/saved_file.h"
 #include "qvtools/system/textfile.h"
 #include "qvtools/text/gbk_text.h"
 #include "qvtools/text/numbers.h"

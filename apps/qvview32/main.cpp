@@ -7,6 +7,7 @@
 #include "common/fonts.h"
 #include "common/system.h"
 #include "qvtools/platform/win32/win32_host.h"
+#include "qvtools/services/captions.h"
 #include "viewer.h"
 
 namespace {
@@ -39,7 +40,7 @@ int run_messages(const qvview32::Viewer& viewer) {
 
 int main(int argc, char** argv) {
   const qvapps::System system(argc, argv);
-  qv::Win32Host host;
+  qv::Win32Host host(nullptr, qv::captions::kCalculationMessages);
   qv::SetHost(&host);
   qvapps::load_fonts("qvview32", system.program_directory());
   int code = 1;

@@ -10,6 +10,7 @@
 
 #include "../harness.h"
 #include "qvtools/services/services.h"
+#include "qvtools/system/filesystem.h"
 #include "qvtools/text/gbk_text.h"
 #include "qvtools/text/numbers.h"
 

@@ -1,4 +1,4 @@
-#include "qvtools/engineering/file_blocks.h"
+#include "qvtools/engineering/internal/file_blocks.h"
 
 #include <gtest/gtest.h>
 

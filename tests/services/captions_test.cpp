@@ -53,7 +53,7 @@ std::string literals(const std::string& line) {
 TEST(Captions, SayWhatTheirCommentsSay) {
   const std::string middle = "[] =  // ";
   for (const char* name : {"src/qvtools/services/captions.h", "apps/qvdraw/demo_captions.h"}) {
-    std::ifstream header(std::string(QV_TEST_DATA "/../../") + name);
+    std::ifstream header(std::string(QV_SOURCE_DIR "/") + name);
     ASSERT_TRUE(header) << name;
     int seen = 0;
     for (std::string line; std::getline(header, line);) {

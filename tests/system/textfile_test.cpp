@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "qvtools/system/filesystem.h"
+#include "qvtools/system/saved_file.h"
 #include "support/full_disk.h"
 #include "support/temporary_directory.h"
 
@@ -172,6 +173,27 @@ TEST(Filesystem, CopiesRenamesAndRemovesFilesOnly) {
   EXPECT_FALSE(qv::copy_file(c.c_str(), folder.c_str(), true));
   EXPECT_EQ(qv::path_kind(folder.c_str()), qv::PathKind::Directory);
   EXPECT_EQ(qv::list_matches(directory.prefix() + "*.*"), (std::vector<std::string>{"b", "c", "folder"}));
+}
+
+TEST(SplitPath, TakesBothSeparatorsAndADrive) {
+  const struct {
+    const char *path, *drive, *directory, *base, *extension;
+  } cases[] = {
+      {"c:\\a\\b.dxf", "c:", "\\a\\", "b", ".dxf"},
+      {"/a.b/c", "", "/a.b/", "c", ""},
+      {"a/b\\c.d.e", "", "a/b\\", "c.d", ".e"},
+      {"c:x", "c:", "", "x", ""},
+      {"\x81\\b.c", "", "", "\x81\\b", ".c"},
+      {"", "", "", "", ""},
+      {"dir/", "", "dir/", "", ""},
+  };
+  for (const auto& c : cases) {
+    const qv::PathParts parts = qv::split_path(c.path);
+    EXPECT_EQ(parts.drive, c.drive) << c.path;
+    EXPECT_EQ(parts.directory, c.directory) << c.path;
+    EXPECT_EQ(parts.base, c.base) << c.path;
+    EXPECT_EQ(parts.extension, c.extension) << c.path;
+  }
 }
 
 }  // namespace

@@ -9,7 +9,6 @@
 namespace {
 
 // A two-byte character whose second byte is a backslash, and one whose second is a small letter.
-#define BACKSLASH_CHAR "\x81\x5C"
 #define LETTER_CHAR "\xB0\x61"
 
 TEST(GbkText, StepsByCharacter) {
@@ -43,27 +42,6 @@ TEST(GbkText, UpperCaseLeavesSecondBytes) {
   char text[] = "a" LETTER_CHAR "z1";
   qv::upper_case(text);
   EXPECT_STREQ(text, "A" LETTER_CHAR "Z1");
-}
-
-TEST(SplitPath, TakesBothSeparatorsAndADrive) {
-  const struct {
-    const char *path, *drive, *directory, *base, *extension;
-  } cases[] = {
-      {"c:\\a\\b.dxf", "c:", "\\a\\", "b", ".dxf"},
-      {"/a.b/c", "", "/a.b/", "c", ""},
-      {"a/b\\c.d.e", "", "a/b\\", "c.d", ".e"},
-      {"c:x", "c:", "", "x", ""},
-      {BACKSLASH_CHAR "b.c", "", "", BACKSLASH_CHAR "b", ".c"},
-      {"", "", "", "", ""},
-      {"dir/", "", "dir/", "", ""},
-  };
-  for (const auto& c : cases) {
-    const qv::PathParts parts = qv::split_path(c.path);
-    EXPECT_EQ(parts.drive, c.drive) << c.path;
-    EXPECT_EQ(parts.directory, c.directory) << c.path;
-    EXPECT_EQ(parts.base, c.base) << c.path;
-    EXPECT_EQ(parts.extension, c.extension) << c.path;
-  }
 }
 
 }  // namespace

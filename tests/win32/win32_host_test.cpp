@@ -6,6 +6,7 @@
 #include <thread>
 
 #include "qvtools/platform/win32/win32_window.h"
+#include "qvtools/services/captions.h"
 #include "qvtools/services/services.h"
 
 namespace {
@@ -40,7 +41,7 @@ struct HostTest : testing::Test {
     return answer;
   }
 
-  qv::Win32Host host{"\xB8\xC7\xD5\xC2"};
+  qv::Win32Host host{"\xB8\xC7\xD5\xC2", qv::captions::kCalculationMessages};
   std::wstring boxText;
   bool hasCancel = false;
 };

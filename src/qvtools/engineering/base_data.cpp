@@ -7,6 +7,7 @@
 #include "qvtools/platform/host.h"
 #include "qvtools/services/captions.h"
 #include "qvtools/services/files.h"
+#include "qvtools/system/filesystem.h"
 #include "qvtools/system/textfile.h"
 #include "qvtools/text/gbk_text.h"
 

@@ -1,9 +1,9 @@
-#include "qvtools/engineering/database_file.h"
-
 #include <algorithm>
 #include <cstdarg>
 #include <cstring>
+#include <new>
 
+#include "qvtools/engineering/internal/database_tables.h"
 #include "qvtools/services/files.h"
 #include "qvtools/text/gbk_text.h"
 #include "qvtools/text/numbers.h"
@@ -83,7 +83,8 @@ bool is_name(std::string_view name) {
 
 }  // namespace
 
-CDataBaseFile::CDataBaseFile() = default;
+// Without memory no file opens.
+CDataBaseFile::CDataBaseFile() : m_Tables(new (std::nothrow) Tables) {}
 
 CDataBaseFile::~CDataBaseFile() {
   Close_File();
@@ -91,21 +92,23 @@ CDataBaseFile::~CDataBaseFile() {
 
 int CDataBaseFile::Open_File(const char* name, IO_MODE mode) {
   if (m_pFile) Close_File();
-  Clear_Map();
+  if (!m_Tables) return 0;
+  m_Tables->segments.clear();
+  m_Tables->items.clear();
   m_Mode = mode;
   m_bSegment = false;
   m_nPosition = 0;
   // Both modes are binary: line ends are written here, so that positions are known without asking the stream.
   m_pFile = mode == IO_READ ? open_file_no_comment(name, "rb") : open_file(name, "wb");
   if (!m_pFile) return 0;
-  if (mode == IO_READ) return Read_Index();
-  m_Writer.attach(m_pFile);
+  if (mode == IO_READ) return m_Tables->window.attach(m_pFile), m_Tables->read_index();
+  m_Tables->writer.attach(m_pFile);
   return 1;
 }
 
 int CDataBaseFile::Close_File() {
   if (!m_pFile) return m_Mode == IO_READ;
-  const int written = m_Mode == IO_READ || Write_Index();
+  const int written = m_Mode == IO_READ || m_Tables->put_index();
   const bool closed = std::fclose(m_pFile) == 0;
   m_pFile = nullptr;
   --QV_OpenFileNum;
@@ -113,33 +116,30 @@ int CDataBaseFile::Close_File() {
   return written && (closed || m_Mode == IO_READ);
 }
 
-void CDataBaseFile::Clear_Map() {
-  m_Segments.clear();
-  m_Items.clear();
-}
-
-void CDataBaseFile::put_line(std::string_view text) {
+void CDataBaseFile::Tables::put_line(std::string_view text) {
   for (std::size_t feed; (feed = text.find('\n')) != text.npos; text.remove_prefix(feed + 1)) {
-    m_Writer.put(text.substr(0, feed));
-    m_Writer.put(kLineEnd);
+    writer.put(text.substr(0, feed));
+    writer.put(kLineEnd);
   }
-  m_Writer.put(text);
-  m_Writer.put(kLineEnd);
+  writer.put(text);
+  writer.put(kLineEnd);
 }
 
-/// Writes the line of an item. Its value is what `put_value` puts at an address, at most `kValueSize` bytes, and
-/// returns the length of.
 template <class PutValue>
-void CDataBaseFile::put_item(std::string_view key, const PutValue& put_value) {
+void CDataBaseFile::Tables::put_item(std::string_view key, const PutValue& put_value) {
   key = cut(key, kLongestKey);
-  char* const value = append(append(m_Writer.room(), key), kSeparator);
+  char* const value = append(append(writer.room(), key), kSeparator);
   const std::size_t length = put_value(value);
   const std::size_t taken = cut({value, length}, kLine - 2 - kSeparator.size() - key.size()).size();
-  m_Writer.take(append(add_carriage_returns(value, value + taken), kLineEnd));
+  writer.take(append(add_carriage_returns(value, value + taken), kLineEnd));
+}
+
+int CDataBaseFile::status() const {
+  return m_Tables->writer.good() ? 1 : 0;
 }
 
 void CDataBaseFile::Write_FileVersion(const char* text) {
-  if (is_writing()) put_line(text);
+  if (is_writing()) m_Tables->put_line(text);
 }
 
 void CDataBaseFile::Begin_Segment(const char* format, ...) {
@@ -150,28 +150,32 @@ void CDataBaseFile::Begin_Segment(const char* format, ...) {
   va_end(arguments);
   const std::string_view name(m_szSegment, static_cast<std::size_t>(length));
   if (!is_writing() || !is_name(name)) return;
-  if (!m_Segments.add(name, {m_Writer.position(), m_Writer.position()})) return;
-  m_Items.clear();
-  m_Writer.take(append(append(append(append(m_Writer.room(), "[ "), name), " ]"), kLineEnd));
+  auto& writer = m_Tables->writer;
+  if (!m_Tables->segments.add(name, {writer.position(), writer.position()})) return;
+  m_Tables->items.clear();
+  writer.take(append(append(append(append(writer.room(), "[ "), name), " ]"), kLineEnd));
   m_bSegment = true;
 }
 
 void CDataBaseFile::Add_Item(const char* key, const char* format, ...) {
+  if (!m_Tables) return;
+  auto& items = m_Tables->items;
   char value[kValueSize];
   std::va_list arguments;
   va_start(arguments, format);
   const int length = qv::format_list(value, sizeof value, format, arguments);
   va_end(arguments);
   const std::string_view name = key;
-  const Text text = {m_Items.texts().size() + name.size(), static_cast<std::size_t>(length)};
-  if (m_Items.add(name, text)) m_Items.texts().append(value, text.length);
+  const Tables::Text text = {items.texts().size() + name.size(), static_cast<std::size_t>(length)};
+  if (items.add(name, text)) items.texts().append(value, text.length);
 }
 
 int CDataBaseFile::Write_Segment() {
   if (!can_write_item()) return 0;
-  for (std::size_t i = 0; i < m_Items.size(); ++i) {
-    const Text& text = m_Items.value(i);
-    put_item(m_Items.key(i), [&](char* out) { return m_Items.texts().copy(out, text.length, text.offset); });
+  const auto& items = m_Tables->items;
+  for (std::size_t i = 0; i < items.size(); ++i) {
+    const Tables::Text& text = items.value(i);
+    m_Tables->put_item(items.key(i), [&](char* out) { return items.texts().copy(out, text.length, text.offset); });
   }
   end_segment();
   return status();
@@ -181,7 +185,7 @@ int CDataBaseFile::Write_Item(const char* key, const char* format, ...) {
   if (!can_write_item()) return 0;
   std::va_list arguments;
   va_start(arguments, format);
-  put_item(key, [&](char* out) {
+  m_Tables->put_item(key, [&](char* out) {
     const int length = qv::format_list(out, kValueSize, format, arguments);
     return without_line_feeds(out, static_cast<std::size_t>(length));
   });
@@ -191,7 +195,7 @@ int CDataBaseFile::Write_Item(const char* key, const char* format, ...) {
 
 int CDataBaseFile::Write_Item1(const char* key, const char* value) {
   if (!can_write_item()) return 0;
-  put_item(key, [value](char* out) { return without_line_feeds(out, double_percents(out, value)); });
+  m_Tables->put_item(key, [value](char* out) { return without_line_feeds(out, double_percents(out, value)); });
   return status();
 }
 
@@ -202,31 +206,31 @@ int CDataBaseFile::Write_Line(const char* format, ...) {
   va_start(arguments, format);
   const int length = qv::format_list(line, sizeof line, format, arguments);
   va_end(arguments);
-  put_line({line, static_cast<std::size_t>(length)});
+  m_Tables->put_line({line, static_cast<std::size_t>(length)});
   return status();
 }
 
 void CDataBaseFile::end_segment() {
-  m_Segments.value(m_Segments.size() - 1).end = m_Writer.position();
+  m_Tables->segments.value(m_Tables->segments.size() - 1).end = m_Tables->writer.position();
 }
 
 void CDataBaseFile::End_Segment() {
   if (can_write_item()) end_segment();
 }
 
-void CDataBaseFile::put_index_entry(std::size_t i) {
-  const Range& range = m_Segments.value(i);
-  char* at = append(append(m_Writer.room(), m_Segments.key(i)), kSeparator);
+void CDataBaseFile::Tables::put_index_entry(std::size_t i) {
+  const Range& range = segments.value(i);
+  char* at = append(append(writer.room(), segments.key(i)), kSeparator);
   at = put_position(at, range.start);
   *at++ = ' ';
-  m_Writer.take(append(put_position(at, range.end), kLineEnd));
+  writer.take(append(put_position(at, range.end), kLineEnd));
 }
 
-int CDataBaseFile::Write_Index() {
+bool CDataBaseFile::Tables::put_index() {
   char trailer[32];
-  qv::format_text(trailer, sizeof trailer, "IndexPosition = %12lld", static_cast<long long>(m_Writer.position()));
+  qv::format_text(trailer, sizeof trailer, "IndexPosition = %12lld", static_cast<long long>(writer.position()));
   put_line("[Index]");
-  for (std::size_t i = 0; i < m_Segments.size(); ++i) put_index_entry(i);
+  for (std::size_t i = 0; i < segments.size(); ++i) put_index_entry(i);
   put_line(trailer);
-  return m_Writer.flush();
+  return writer.flush();
 }

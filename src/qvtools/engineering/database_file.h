@@ -11,12 +11,9 @@
 
 #include <cstdint>
 #include <cstdio>
-#include <string>
+#include <memory>
 #include <string_view>
-#include <vector>
 
-#include "qvtools/engineering/file_blocks.h"
-#include "qvtools/engineering/key_table.h"
 #include "qvtools/platform/framework.h"
 
 class QV_API CDataBaseFile : public CObject {
@@ -87,40 +84,20 @@ class QV_API CDataBaseFile : public CObject {
 
  private:
   static constexpr int kNameSize = 300;
-  struct Range {
-    std::int64_t start;
-    std::int64_t end;
-  };
-  struct Text {
-    std::size_t offset;
-    std::size_t length;
-  };
+  struct Tables;
 
   bool is_writing() const { return m_pFile && m_Mode == IO_WRITE; }
   bool is_reading() const { return m_pFile && m_Mode == IO_READ; }
   bool can_write_item() const { return m_bSegment && is_writing(); }
-  int status() const { return m_Writer.good() ? 1 : 0; }
-  void put_line(std::string_view text);
-  template <class PutValue>
-  void put_item(std::string_view key, const PutValue& put_value);
-  void put_index_entry(std::size_t i);
+  int status() const;
   void end_segment();
-  bool read_trailer(Range& index);
-  void read_index_entry(std::string_view line);
-  void read_item(std::string_view key, std::string_view value, bool ended, bool percents);
-  int Write_Index();
-  int Read_Index();
-  void Clear_Map();
 
   char m_szSegment[kNameSize] = "";
+  std::unique_ptr<Tables> m_Tables;
   std::FILE* m_pFile = nullptr;
   IO_MODE m_Mode = IO_READ;
-  qv::detail::KeyTable<Range> m_Segments;
-  qv::detail::KeyTable<Text> m_Items;  // where each value stands among the table's texts
   char m_szItem[kNameSize] = "";
-  bool m_bSegment = false;  // the last of the segments is open
-  qv::detail::BlockWriter m_Writer;
-  qv::detail::FileWindow m_Window;
+  bool m_bSegment = false;       // the last of the segments is open
   std::int64_t m_nPosition = 0;  // reading: where the next line would be read
 };
 

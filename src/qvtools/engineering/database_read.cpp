@@ -2,7 +2,7 @@
 #include <cstdarg>
 #include <cstring>
 
-#include "qvtools/engineering/database_file.h"
+#include "qvtools/engineering/internal/database_tables.h"
 #include "qvtools/text/gbk_text.h"
 #include "qvtools/text/numbers.h"
 
@@ -91,39 +91,37 @@ std::size_t halve_percents(char* text, std::size_t length) {
 
 }  // namespace
 
-bool CDataBaseFile::read_trailer(Range& index) {
-  index.end = m_Window.size() - kTrailer;
-  std::string_view line = m_Window.view(index.end, m_Window.size());
+bool CDataBaseFile::Tables::read_trailer(Range& index) {
+  index.end = window.size() - kTrailer;
+  std::string_view line = window.view(index.end, window.size());
   return skip_prefix(line, "IndexPosition = ") && take_offset(line, index.start) && index.start < index.end;
 }
 
-int CDataBaseFile::Read_Index() {
-  m_Window.attach(m_pFile);
+bool CDataBaseFile::Tables::read_index() {
   Range index{};
-  if (!read_trailer(index)) return 0;
-  std::string_view text = m_Window.view(index.start, index.end);
-  if (!skip_prefix(text, "[Index]")) return 0;
-  m_Segments.reserve(static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n')));
-  std::string& texts = m_Segments.texts();
+  if (!read_trailer(index)) return false;
+  std::string_view text = window.view(index.start, index.end);
+  if (!skip_prefix(text, "[Index]")) return false;
+  segments.reserve(static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n')));
+  std::string& texts = segments.texts();
   texts.assign(text);
   for_each_line(texts, [this](std::string_view line, bool) { read_index_entry(line); });
-  return 1;
+  return true;
 }
 
-/// Keeps an entry whose line stands among the texts of the segments.
-void CDataBaseFile::read_index_entry(std::string_view line) {
+void CDataBaseFile::Tables::read_index_entry(std::string_view line) {
   const std::size_t at = find_last_separator(line);
   if (at == kNone || at == 0 || at >= kNameSize) return;
   std::string_view numbers = line.substr(at + kSeparator.size());
   Range range{};
   if (!take_offset(numbers, range.start) || !take_offset(numbers, range.end)) return;
-  if (range.start > range.end || range.end > m_Window.size()) return;
-  m_Segments.add_placed(static_cast<std::size_t>(line.data() - m_Segments.texts().data()), at, range);
+  if (range.start > range.end || range.end > window.size()) return;
+  segments.add_placed(static_cast<std::size_t>(line.data() - segments.texts().data()), at, range);
 }
 
 int CDataBaseFile::Check_FileVersion(const char* text) {
   if (!is_reading()) return 0;
-  std::string_view line = m_Window.view(m_nPosition, m_nPosition + kVersionLine);
+  std::string_view line = m_Tables->window.view(m_nPosition, m_nPosition + kVersionLine);
   line = line.substr(0, line.find('\n'));
   m_nPosition += static_cast<std::int64_t>(line.size()) + 1;
   return line.find(text) != std::string_view::npos;
@@ -135,41 +133,41 @@ int CDataBaseFile::Read_Segment(const char* format, ...) {
   va_start(arguments, format);
   const int length = qv::format_list(name, sizeof name, format, arguments);
   va_end(arguments);
-  m_Items.clear();
-  const Range* const range = is_reading() ? m_Segments.find({name, static_cast<std::size_t>(length)}) : nullptr;
+  if (!m_Tables) return 0;
+  auto& items = m_Tables->items;
+  items.clear();
+  if (!is_reading()) return 0;
+  const Tables::Range* const range = m_Tables->segments.find({name, static_cast<std::size_t>(length)});
   if (!range) return 0;
-  std::string_view text = m_Window.view(range->start, range->end);
+  std::string_view text = m_Tables->window.view(range->start, range->end);
   text.remove_prefix(std::min(text.find('\n'), text.size() - 1) + 1);
-  std::string& texts = m_Items.texts();
+  std::string& texts = items.texts();
   texts.assign(text);
   const bool percents = text.find('%') != text.npos;
   for_each_line({texts.data(), text.size()}, [&](std::string_view line, bool ended) {
     const std::string_view kept = line.substr(0, kLongest);
     const std::size_t separator = find_separator(kept);
     if (separator == kNone) return;
-    read_item(kept.substr(0, separator), kept.substr(separator + kSeparator.size()), ended && line.size() < kLongest,
-              percents);
+    m_Tables->read_item(kept.substr(0, separator), kept.substr(separator + kSeparator.size()),
+                        ended && line.size() < kLongest, percents);
   });
   m_nPosition = range->end;
   return 1;
 }
 
-/// Keeps an item whose key and value stand among the texts of the items, where the value is changed to what is asked
-/// for: it ends with a line feed when its line did, and is never a format, "%%" is "%" and any other percent sign stays
-/// (`percents`: there may be any).
-void CDataBaseFile::read_item(std::string_view key, std::string_view value, bool ended, bool percents) {
-  char* const texts = m_Items.texts().data();
+void CDataBaseFile::Tables::read_item(std::string_view key, std::string_view value, bool ended, bool percents) {
+  char* const texts = items.texts().data();
   const auto offset = static_cast<std::size_t>(value.data() - texts);
   std::size_t length = value.size();
   if (percents) length = halve_percents(texts + offset, length);
   if (ended) texts[offset + length++] = '\n';
-  m_Items.add_placed(static_cast<std::size_t>(key.data() - texts), key.size(), {offset, length});
+  items.add_placed(static_cast<std::size_t>(key.data() - texts), key.size(), {offset, length});
 }
 
 int CDataBaseFile::Get_Item(const char* key, char* out) {
-  const Text* const text = m_Items.find(key);
+  const Tables::Text* const text = m_Tables ? m_Tables->items.find(key) : nullptr;
   const std::size_t length = text ? text->length : 0;
-  if (text) std::memcpy(out, m_Items.texts().data() + text->offset, length);
+  if (text) std::memcpy(out, m_Tables->items.texts().data() + text->offset, length);
   out[length] = '\0';
   return text != nullptr;
 }
@@ -182,17 +180,17 @@ char* CDataBaseFile::Get_Item(const char* key) {
 }
 
 int CDataBaseFile::Get_SegmentCount() const {
-  return static_cast<int>(m_Segments.size());
+  return m_Tables ? static_cast<int>(m_Tables->segments.size()) : 0;
 }
 
 CString CDataBaseFile::Get_SegmentName(int i) const {
-  return CString(std::string(m_Segments.key(static_cast<std::size_t>(i))));
+  return CString(std::string(m_Tables->segments.key(static_cast<std::size_t>(i))));
 }
 
 int CDataBaseFile::Get_ItemCount() const {
-  return static_cast<int>(m_Items.size());
+  return m_Tables ? static_cast<int>(m_Tables->items.size()) : 0;
 }
 
 CString CDataBaseFile::Get_ItemKey(int i) const {
-  return CString(std::string(m_Items.key(static_cast<std::size_t>(i))));
+  return CString(std::string(m_Tables->items.key(static_cast<std::size_t>(i))));
 }

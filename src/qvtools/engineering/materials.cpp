@@ -7,6 +7,7 @@
 #include "qvtools/services/captions.h"
 #include "qvtools/services/files.h"
 #include "qvtools/services/text_input.h"
+#include "qvtools/system/saved_file.h"
 #include "qvtools/system/textfile.h"
 #include "qvtools/text/numbers.h"
 

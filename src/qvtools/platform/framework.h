@@ -19,13 +19,7 @@
 #include <vector>
 
 #include "qvtools/api.h"
-
-/// A colour: red in the low byte, then green, then blue.
-#if defined(_WIN32)
-typedef unsigned long COLORREF;
-#else
-typedef std::uint32_t COLORREF;
-#endif
+#include "qvtools/system/native_names.h"
 
 /// An integer size.
 struct CSize {
@@ -66,7 +60,7 @@ struct CRect {
   friend bool operator==(const CRect&, const CRect&) = default;
 };
 
-#if !defined(_WIN32)
+#if !QV_SYSTEM_DEFINES_POINT
 using POINT = CPoint;
 using RECT = CRect;
 #endif

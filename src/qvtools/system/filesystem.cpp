@@ -3,21 +3,12 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <memory>
 
-#include "qvtools/system/textfile.h"
+#include "qvtools/system/internal/file_calls.h"
+#include "qvtools/system/saved_file.h"
 #include "qvtools/text/gbk_text.h"
-
-#if defined(_WIN32)
-#include <direct.h>
-#include <windows.h>
-#else
-#include <dirent.h>
-#include <sys/stat.h>
-#include <unistd.h>
-#endif
 
 namespace qv {
 namespace {
@@ -26,49 +17,9 @@ struct CloseFile {
   void operator()(std::FILE* file) const { std::fclose(file); }
 };
 
-#if defined(_WIN32)
-
-std::vector<std::string> list_names(const std::string& directory) {
-  std::vector<std::string> names;
-  WIN32_FIND_DATAA entry;
-  const HANDLE search = FindFirstFileA((directory + "*").c_str(), &entry);
-  if (search == INVALID_HANDLE_VALUE) return names;
-  do {
-    names.emplace_back(entry.cFileName);
-  } while (FindNextFileA(search, &entry));
-  FindClose(search);
-  return names;
+bool is_separator(char c) {
+  return c == '/' || c == '\\';
 }
-
-std::string full_path(const char* path) {
-  std::array<char, 32768> full;
-  const DWORD n = GetFullPathNameA(path, static_cast<DWORD>(full.size()), full.data(), nullptr);
-  return n > 0 && n < full.size() ? std::string(full.data(), n) : path;
-}
-
-bool same_file(const char* a, const char* b) {
-  return lstrcmpiA(full_path(a).c_str(), full_path(b).c_str()) == 0;
-}
-
-#else
-
-std::vector<std::string> list_names(const std::string& directory) {
-  std::vector<std::string> names;
-  DIR* const stream = ::opendir(directory.empty() ? "." : directory.c_str());
-  if (!stream) return names;
-  while (const dirent* entry = ::readdir(stream)) names.emplace_back(entry->d_name);
-  ::closedir(stream);
-  return names;
-}
-
-bool same_file(const char* a, const char* b) {
-  struct stat first;
-  struct stat second;
-  return ::stat(a, &first) == 0 && ::stat(b, &second) == 0 && first.st_dev == second.st_dev &&
-         first.st_ino == second.st_ino;
-}
-
-#endif
 
 bool is_dot_entry(const std::string& name) {
   return name == "." || name == "..";
@@ -84,6 +35,25 @@ bool same_character(const char* a, const char* b, std::size_t n) {
 }
 
 }  // namespace
+
+PathParts split_path(const char* path) {
+  const std::size_t drive = path[0] && path[1] == ':' ? 2 : 0;
+  std::size_t name = drive;
+  std::size_t dot = std::string_view::npos;
+  std::size_t at = drive;
+  while (const std::size_t n = char_length(path + at)) {
+    if (is_separator(path[at]) && n == 1) {
+      name = at + 1;
+      dot = std::string_view::npos;
+    } else if (path[at] == '.') {
+      dot = at;
+    }
+    at += n;
+  }
+  const std::string_view all(path, at);
+  if (dot == std::string_view::npos) dot = at;
+  return {all.substr(0, drive), all.substr(drive, name - drive), all.substr(name, dot - name), all.substr(dot)};
+}
 
 bool matches_pattern(const char* name, const char* pattern) {
   if (std::strcmp(pattern, "*.*") == 0) return true;
@@ -116,7 +86,7 @@ std::vector<std::string> list_matches(const std::string& pattern) {
   const PathParts parts = split_path(pattern.c_str());
   const std::string directory = std::string(parts.drive) + std::string(parts.directory);
   const std::string wanted = pattern.substr(directory.size());
-  std::vector<std::string> names = list_names(directory);
+  std::vector<std::string> names = detail::list_names(directory);
   std::erase_if(names, [&](const std::string& name) {
     return is_dot_entry(name) || !matches_pattern(name.c_str(), wanted.c_str());
   });
@@ -125,7 +95,7 @@ std::vector<std::string> list_matches(const std::string& pattern) {
 }
 
 bool copy_file(const char* from, const char* to, bool replace) {
-  if (path_kind(from) != PathKind::File || same_file(from, to)) return false;
+  if (path_kind(from) != PathKind::File || detail::is_same_file(from, to)) return false;
   if (path_kind(to) == PathKind::Directory || (!replace && path_kind(to) != PathKind::Absent)) return false;
   const std::unique_ptr<std::FILE, CloseFile> source(std::fopen(from, "rb"));
   if (!source) return false;
@@ -141,45 +111,5 @@ bool copy_file(const char* from, const char* to, bool replace) {
 bool rename_file(const char* from, const char* to) {
   return path_kind(to) == PathKind::Absent && std::rename(from, to) == 0;
 }
-
-#if defined(_WIN32)
-
-PathKind path_kind(const char* path) {
-  const DWORD attributes = GetFileAttributesA(path);
-  if (attributes == INVALID_FILE_ATTRIBUTES) return PathKind::Absent;
-  return attributes & FILE_ATTRIBUTE_DIRECTORY ? PathKind::Directory : PathKind::File;
-}
-
-bool remove_file(const char* path) {
-  return DeleteFileA(path) != 0;
-}
-bool create_directory(const char* path) {
-  return CreateDirectoryA(path, nullptr) != 0;
-}
-std::string scratch_path(const char* name) {
-  return std::string("c:\\") + name;
-}
-
-#else
-
-PathKind path_kind(const char* path) {
-  struct stat info;
-  if (::stat(path, &info) != 0) return PathKind::Absent;
-  return S_ISDIR(info.st_mode) ? PathKind::Directory : PathKind::File;
-}
-
-bool remove_file(const char* path) {
-  return ::unlink(path) == 0;
-}
-bool create_directory(const char* path) {
-  return ::mkdir(path, 0777) == 0;
-}
-
-std::string scratch_path(const char* name) {
-  const char* const directory = std::getenv("TMPDIR");
-  return std::string(directory && *directory ? directory : "/tmp") + '/' + name;
-}
-
-#endif
 
 }  // namespace qv

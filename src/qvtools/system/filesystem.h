@@ -3,11 +3,22 @@
 /// Files and directories by their paths, which are GBK bytes on Windows and whatever the system takes elsewhere.
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "qvtools/api.h"
 
 namespace qv {
+
+/// A path taken apart: the views lie in it. `drive` ends in its colon and `directory` in its separator, `extension`
+/// begins with its dot; each is empty when absent. Separators are slash and backslash.
+struct PathParts {
+  std::string_view drive;
+  std::string_view directory;
+  std::string_view base;
+  std::string_view extension;
+};
+QV_API PathParts split_path(const char* path);
 
 enum class PathKind { Absent, File, Directory };
 

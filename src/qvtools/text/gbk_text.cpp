@@ -10,10 +10,6 @@ bool is_second_byte(char c) {
   return byte >= 0x40 && byte <= 0xFE && byte != 0x7F;
 }
 
-bool is_separator(char c) {
-  return c == '/' || c == '\\';
-}
-
 }  // namespace
 
 bool is_lead_byte(char c) {
@@ -49,25 +45,6 @@ void upper_case(char* text) {
     if (n == 1 && *text >= 'a' && *text <= 'z') *text = static_cast<char>(*text - 'a' + 'A');
     text += n;
   }
-}
-
-PathParts split_path(const char* path) {
-  const std::size_t drive = path[0] && path[1] == ':' ? 2 : 0;
-  std::size_t name = drive;
-  std::size_t dot = std::string_view::npos;
-  std::size_t at = drive;
-  while (const std::size_t n = char_length(path + at)) {
-    if (is_separator(path[at]) && n == 1) {
-      name = at + 1;
-      dot = std::string_view::npos;
-    } else if (path[at] == '.') {
-      dot = at;
-    }
-    at += n;
-  }
-  const std::string_view all(path, at);
-  if (dot == std::string_view::npos) dot = at;
-  return {all.substr(0, drive), all.substr(drive, name - drive), all.substr(name, dot - name), all.substr(dot)};
 }
 
 }  // namespace qv

@@ -52,14 +52,4 @@ bool is_literal(const char* text, const char (&literal)[N]) {
 /// Turns ASCII letters to upper case in place, whole characters stepped over.
 QV_API void upper_case(char* text);
 
-/// A path taken apart: the views lie in it. `drive` ends in its colon and `directory` in its separator, `extension`
-/// begins with its dot; each is empty when absent. Separators are slash and backslash.
-struct PathParts {
-  std::string_view drive;
-  std::string_view directory;
-  std::string_view base;
-  std::string_view extension;
-};
-QV_API PathParts split_path(const char* path);
-
 }  // namespace qv

@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "qvtools/system/terminal.h"
+#include "qvtools/system/internal/terminal.h"
 
 namespace qv {
 namespace {

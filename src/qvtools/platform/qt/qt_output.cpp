@@ -7,7 +7,7 @@
 #include <QtSvg/QSvgGenerator>
 
 #include "qvtools/platform/qt/qt_context.h"
-#include "qvtools/system/textfile.h"
+#include "qvtools/system/saved_file.h"
 
 namespace qv {
 

@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "qvtools/system/textfile.h"
+#include "qvtools/system/saved_file.h"
 #include "qvtools/system/windows/code_page.h"
 
 namespace qv {

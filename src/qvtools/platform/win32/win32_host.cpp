@@ -4,7 +4,6 @@
 #include <string_view>
 #include <vector>
 
-#include "qvtools/services/captions.h"
 #include "qvtools/system/windows/code_page.h"
 
 namespace qv {
@@ -35,7 +34,7 @@ class DialogTemplate {
 };
 
 // The extended form, described under DLGTEMPLATEEX and DLGITEMTEMPLATEEX.
-DialogTemplate message_dialog() {
+DialogTemplate message_dialog(std::wstring_view caption) {
   constexpr DWORD kDialog =
       DS_SETFONT | WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_MINIMIZEBOX | WS_CLIPCHILDREN;
   // A line stays one line, however narrow the window.
@@ -52,7 +51,7 @@ DialogTemplate message_dialog() {
   dialog.place(0, 400, 179, 76);
   dialog.word(0);  // no menu
   dialog.word(0);  // the dialog's own class
-  dialog.text(wide_of(captions::kCalculationMessages));
+  dialog.text(caption);
   dialog.word(9);
   dialog.word(FW_NORMAL);
   dialog.word(DEFAULT_CHARSET << 8);
@@ -104,7 +103,9 @@ std::wstring program_name() {
 
 }  // namespace
 
-Win32Host::Win32Host(const char* caption) : caption_(caption ? wide_of(caption) : program_name()) {}
+Win32Host::Win32Host(const char* boxCaption, const char* messageCaption)
+    : boxCaption_(boxCaption ? wide_of(boxCaption) : program_name()),
+      messageCaption_(messageCaption ? wide_of(messageCaption) : program_name()) {}
 
 Win32Host::~Win32Host() {
   if (dialog_) DestroyWindow(dialog_);
@@ -113,13 +114,13 @@ Win32Host::~Win32Host() {
 Answer Win32Host::ShowBox(const char* text, BoxKind kind) {
   constexpr UINT kStyles[] = {MB_OK, MB_OK | MB_ICONINFORMATION, MB_OK | MB_ICONSTOP, MB_OKCANCEL | MB_ICONQUESTION};
   const int answer =
-      MessageBoxW(GetActiveWindow(), wide_of(text).c_str(), caption_.c_str(), kStyles[static_cast<int>(kind)]);
+      MessageBoxW(GetActiveWindow(), wide_of(text).c_str(), boxCaption_.c_str(), kStyles[static_cast<int>(kind)]);
   return kind == BoxKind::Question && answer == IDCANCEL ? Answer::Cancel : Answer::Ok;
 }
 
 void Win32Host::CreateMessageWindow() {
   if (dialog_) return;
-  const DialogTemplate dialog = message_dialog();
+  const DialogTemplate dialog = message_dialog(messageCaption_);
   dialog_ = CreateDialogIndirectParamW(GetModuleHandleW(nullptr), dialog.get(), nullptr, message_dialog_proc, 0);
 }
 

@@ -15,14 +15,14 @@ namespace qv {
 inline constexpr int kMessageDialogId = 32727;
 inline constexpr int kMessageEditId = 32728;
 
-/// Used by the one thread that made it. Message boxes belong to the active window of this thread, and bear the
-/// program's name unless another caption is given (GBK).
+/// Used by the one thread that made it. Message boxes belong to the active window of this thread.
 ///
 /// The message window is a modeless dialog, 179 by 76 dialog units at (0, 400), wholly filled by a read-only edit
 /// control; closing it hides it. Positions in its text count UTF-16 units.
 class Win32Host : public Host {
  public:
-  explicit Win32Host(const char* caption = nullptr);
+  /// The captions, in GBK, of message boxes and of the message window; where one is null, the program's name.
+  explicit Win32Host(const char* boxCaption = nullptr, const char* messageCaption = nullptr);
   /// Takes the message window with it.
   ~Win32Host() override;
   Win32Host(const Win32Host&) = delete;
@@ -45,7 +45,8 @@ class Win32Host : public Host {
  private:
   LRESULT ask_edit(UINT message, WPARAM w = 0, LPARAM l = 0) const;
 
-  std::wstring caption_;
+  std::wstring boxCaption_;
+  std::wstring messageCaption_;
   HWND dialog_ = nullptr;
 };
 

@@ -11,7 +11,7 @@
 
 #include "qvtools/dxf/model/internal/records.h"
 #include "qvtools/dxf/model/visit.h"
-#include "qvtools/system/textfile.h"
+#include "qvtools/system/saved_file.h"
 #include "qvtools/text/gbk_text.h"
 #include "qvtools/text/numbers.h"
 

@@ -1,44 +1,14 @@
-#include "qvtools/system/terminal.h"
+#include "qvtools/system/internal/terminal.h"
 
-#include <cerrno>
-#include <cstdio>
-
-#if defined(_WIN32)
-#include <io.h>
-#include <windows.h>
-
-#include "qvtools/system/windows/code_page.h"
-#else
 #include <iconv.h>
 #include <langinfo.h>
 #include <locale.h>
 #include <unistd.h>
-#endif
+
+#include <cerrno>
+#include <cstdio>
 
 namespace qv {
-
-#if defined(_WIN32)
-
-void print_to_terminal(const std::string& text) {
-  const std::wstring wide = wide_of(text.c_str());
-  const HANDLE console = GetStdHandle(STD_ERROR_HANDLE);
-  DWORD mode = 0;
-  DWORD written = 0;
-  if (GetConsoleMode(console, &mode)) {
-    std::fflush(stderr);
-    WriteConsoleW(console, wide.data(), static_cast<DWORD>(wide.size()), &written, nullptr);
-  } else {
-    const std::string bytes = narrowed(wide, GetConsoleOutputCP() ? GetConsoleOutputCP() : CP_UTF8);
-    std::fwrite(bytes.data(), 1, bytes.size(), stderr);
-  }
-}
-
-bool input_is_terminal() {
-  return _isatty(_fileno(stdin)) != 0;
-}
-
-#else
-
 namespace {
 
 /// The encoding that the environment names; the program itself may never have set a locale.
@@ -84,7 +54,5 @@ void print_to_terminal(const std::string& text) {
 bool input_is_terminal() {
   return isatty(STDIN_FILENO) == 1;
 }
-
-#endif
 
 }  // namespace qv
