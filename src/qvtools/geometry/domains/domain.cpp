@@ -5,7 +5,6 @@
 #include "qvtools/geometry/domains/internal/domain_edge.h"
 #include "qvtools/geometry/domains/internal/lanes.h"
 #include "qvtools/geometry/functions/jh.h"
-#include "qvtools/scripts/script.h"
 
 using qv::detail::after;
 using qv::detail::EdgeBox;
@@ -207,20 +206,6 @@ int CPointInDomain::Test_CrossRegon_Domain_Rect(int n, const CDomainEdge* edges,
     if (crosses_rect(edges[i], after(edges, n, i), rx, ry, tol)) return 1;
   }
   return 0;
-}
-
-void CPointInDomain::Draw_SCR(std::FILE* f, const CDomainEdge& edge, const CDomainEdge& next) const {
-  if (!edge.isArc) {
-    acad_line(f, edge.x, edge.y, next.x, next.y);
-  } else if (edge.ccw) {
-    acad_arc(f, edge.cx, edge.cy, edge.x, edge.y, next.x, next.y);
-  } else {
-    acad_arc(f, edge.cx, edge.cy, next.x, next.y, edge.x, edge.y);
-  }
-}
-
-void CPointInDomain::Draw_SCR(std::FILE* f, int n, const CDomainEdge* edges) const {
-  for (int i = 0; i < n; ++i) Draw_SCR(f, edges[i], after(edges, n, i));
 }
 
 void CPointInDomain::Swap(float& a, float& b) const {
