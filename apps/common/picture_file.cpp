@@ -1,16 +1,24 @@
 #include "common/picture_file.h"
 
+#include <algorithm>
+
 namespace qvapps {
 
 namespace {
 
 const PictureFormat* format_of(const std::string& path) {
   for (const PictureFormat& format : picture_formats())
-    if (path.ends_with(format.ending)) return &format;
+    if (has_ending(path, format.ending)) return &format;
   return nullptr;
 }
 
 }  // namespace
+
+bool has_ending(const std::string& path, std::string_view ending) {
+  const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; };
+  return path.size() >= ending.size() &&
+         std::equal(ending.rbegin(), ending.rend(), path.rbegin(), [&](char a, char b) { return a == lower(b); });
+}
 
 PictureKind picture_kind(const std::string& path) {
   const PictureFormat* const format = format_of(path);

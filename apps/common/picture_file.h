@@ -3,6 +3,7 @@
 #include <functional>
 #include <span>
 #include <string>
+#include <string_view>
 
 #include "qvtools.h"
 
@@ -21,6 +22,9 @@ class PictureScreen {
   qv::Host& before_;
   qv::ConsoleHost host_;
 };
+
+/// Whether a path has an ending, which is given in small letters; the path may have capitals.
+bool has_ending(const std::string& path, std::string_view ending);
 
 using Draw = std::function<void(CDC&)>;
 

@@ -1,4 +1,6 @@
-// The programs on Qt.
+// The programs on Qt, on a POSIX system.
+
+#include <unistd.h>
 
 #include <QtCore/QCoreApplication>
 
@@ -21,6 +23,10 @@ std::string System::program_directory() const {
   return QCoreApplication::applicationDirPath().toStdString();
 }
 
+bool error_is_terminal() {
+  return isatty(STDERR_FILENO) != 0;
+}
+
 std::string to_utf8(const char* text) {
   return qv::from_gbk(text).toStdString();
 }
@@ -28,7 +34,7 @@ std::string to_utf8(const char* text) {
 std::span<const PictureFormat> picture_formats() {
   static constexpr int kPdfDotsPerInch = 300;
   static constexpr PictureFormat kFormats[] = {
-      {".png", PictureKind::Png, save_bitmap<qv::save_png>},
+      {".png", PictureKind::Png, save_bitmap<qv::save_png_with_qt>},
       {".svg", PictureKind::Svg, save_vector<qv::save_svg>},
       {".pdf", PictureKind::Pdf,
        [](const std::string& path, CSize size, COLORREF, const Draw& draw) {

@@ -21,6 +21,9 @@ class System {
   std::unique_ptr<Parts> parts_;
 };
 
+/// Whether standard error is a terminal.
+bool error_is_terminal();
+
 /// GBK bytes as UTF-8.
 std::string to_utf8(const char* text);
 

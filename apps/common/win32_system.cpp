@@ -1,6 +1,9 @@
 // The programs on Windows.
 
+#include <io.h>
 #include <windows.h>
+
+#include <cstdio>
 
 #include "common/picture_file.h"
 #include "common/system.h"
@@ -27,13 +30,17 @@ std::string System::program_directory() const {
   return path.substr(0, path.find_last_of("\\/"));
 }
 
+bool error_is_terminal() {
+  return _isatty(_fileno(stderr)) != 0;
+}
+
 std::string to_utf8(const char* text) {
   return qv::narrowed(qv::wide_of(text), CP_UTF8);
 }
 
 std::span<const PictureFormat> picture_formats() {
   static constexpr PictureFormat kFormats[] = {
-      {".png", PictureKind::Png, save_bitmap<qv::save_png>},
+      {".png", PictureKind::Png, save_bitmap<qv::save_png_with_gdi>},
       {".emf", PictureKind::Emf, save_vector<qv::save_emf>},
   };
   return kFormats;

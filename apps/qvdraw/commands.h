@@ -1,19 +1,79 @@
 #pragma once
 
-#include "arguments.h"
+/// What the commands are asked for, and the commands themselves. Each throws `UsageError` when what it is asked for
+/// makes no sense, and `std::runtime_error`, with one line for the user, when it fails.
+
+#include <stdexcept>
+#include <string>
+
+#include "picture.h"
 
 namespace qvdraw {
 
-/// The commands; each returns the exit code, throws `UsageError` when the call's words are off, and
-/// `std::runtime_error`, with one line for the user, when it fails.
-int run_demo(const Arguments& arguments);
-int run_render(const Arguments& arguments);
-int run_info(const Arguments& arguments);
-int run_slide(const Arguments& arguments);
-int run_slides(const Arguments& arguments);
-int run_db(const Arguments& arguments);
-int run_materials(const Arguments& arguments);
-int run_contour(const Arguments& arguments);
-int run_value(const Arguments& arguments);
+class UsageError : public std::runtime_error {
+  using std::runtime_error::runtime_error;
+};
+
+struct DemoRequest {
+  std::string directory;
+};
+void run_demo(const DemoRequest& request);
+
+struct RenderRequest {
+  std::string drawing;
+  std::string picture;
+  PictureOptions options;
+};
+void run_render(const RenderRequest& request);
+
+struct InfoRequest {
+  std::string drawing;
+  bool json = false;
+};
+void run_info(const InfoRequest& request);
+
+struct SlideRequest {
+  std::string slide;  ///< a file, or LIBRARY.NAME
+  std::string out;    ///< a picture, or a file that ends in .dxf or .scr
+  CSize size{800, 600};
+};
+void run_slide(const SlideRequest& request);
+
+struct SlidesRequest {
+  std::string library;
+  std::string picture;    ///< of all slides; empty for none
+  std::string directory;  ///< for the slides as files; empty for none
+  CSize size{1200, 900};  ///< its width is that of the picture
+};
+void run_slides(const SlidesRequest& request);
+
+struct DatabaseRequest {
+  std::string database;
+  std::string segment;  ///< empty: list the segments
+  std::string key;      ///< empty: list the segment's items
+  bool json = false;
+};
+void run_db(const DatabaseRequest& request);
+
+struct MaterialsRequest {
+  std::string file;  ///< of user-defined grades; empty for none
+};
+void run_materials(const MaterialsRequest& request);
+
+struct ContourRequest {
+  std::string field;
+  std::string picture;
+  int value = 0;
+  CSize size{1200, 800};
+};
+void run_contour(const ContourRequest& request);
+
+struct ValueRequest {
+  std::string field;
+  float x = 0;
+  float y = 0;
+  int value = 0;
+};
+void run_value(const ValueRequest& request);
 
 }  // namespace qvdraw

@@ -2,8 +2,13 @@
 ///
 /// Exit codes: 0 done; 1 failed, with one line on standard error; 2 the call's words are off.
 
+#include <CLI/CLI.hpp>
+#include <array>
+#include <charconv>
+#include <cmath>
 #include <cstdio>
-#include <cstring>
+#include <memory>
+#include <numbers>
 
 #include "commands.h"
 #include "common/fonts.h"
@@ -12,72 +17,187 @@
 
 namespace {
 
-using qvdraw::Arguments;
+using qvdraw::UsageError;
 
-struct Command {
-  const char* name;
-  const char* usage;
-  const char* summary;
-  int (*run)(const Arguments& arguments);
-};
-
-int help(const Arguments& arguments);
-
-constexpr Command kCommands[] = {
-    {"demo", "demo --out DIR", "draw the sample drawings into a directory", qvdraw::run_demo},
-    {"render", "render IN.dxf -o PICTURE [--size WxH] [--window x1,y1,x2,y2] [--view A,B] [--background white|black]",
-     "show a drawing, or a window of it, as a picture; view angles in degrees", qvdraw::run_render},
-    {"info", "info IN.dxf [--json]", "tell a drawing's tables, entities and extent", qvdraw::run_info},
-    {"slide", "slide IN.sld|LIBRARY.NAME -o PICTURE|OUT.dxf|OUT.scr [--size WxH]",
-     "show or convert a slide, from its file or a library", qvdraw::run_slide},
-    {"slides", "slides IN.slb [-o PICTURE] [--size WxH] [--extract DIR]",
-     "list a slide library, show all its slides, or extract them", qvdraw::run_slides},
-    {"db", "db IN [SEGMENT [KEY]] [--json]", "list a database's segments, a segment's items, or show an item's value",
-     qvdraw::run_db},
-    {"materials", "materials [--file UserOpt.dat]", "show the concrete and reinforcement grades, with the user's own",
-     qvdraw::run_materials},
-    {"contour", "contour FIELD -o PICTURE [--value K] [--size WxH]",
-     "show a field as a colour contour with its legend; K, 0 to 4, is the value shown", qvdraw::run_contour},
-    {"value", "value FIELD X Y [--value K]", "tell a field's value at a point, in metres", qvdraw::run_value},
-    {"help", "help", "show this page", help},
-};
-
-int help(const Arguments&) {
-  std::puts("qvdraw " QVDRAW_VERSION ": construction drawings from the command line\n\nusage:");
-  for (const Command& command : kCommands) std::printf("  qvdraw %s\n      %s\n", command.usage, command.summary);
-  std::puts("  qvdraw --version\n      show the version");
-  std::printf("\na PICTURE is a file that ends in %s\n", qvapps::picture_endings().c_str());
-  return 0;
-}
-
-int bad_usage(const char* message) {
-  std::fprintf(stderr, "qvdraw: %s; see qvdraw help\n", message);
-  return 2;
-}
-
-int run(const Command& command, const Arguments& arguments) {
-  try {
-    return command.run(arguments);
-  } catch (const qvdraw::UsageError& error) {
-    std::fprintf(stderr, "qvdraw: %s\nusage: qvdraw %s\n", error.what(), command.usage);
-    return 2;
-  } catch (const std::exception& error) {
-    std::fprintf(stderr, "qvdraw: %s\n", error.what());
-    return 1;
+/// N numbers with a comma or an x between them.
+template <std::size_t N>
+std::array<double, N> numbers(const std::string& option, const std::string& text) {
+  std::array<double, N> values{};
+  const char* at = text.data();
+  const char* const end = at + text.size();
+  for (std::size_t i = 0; i < N; ++i) {
+    const auto [next, error] = std::from_chars(at, end, values[i]);
+    const bool separated = i + 1 < N ? next != end && (*next == ',' || *next == 'x') : next == end;
+    if (error != std::errc() || !std::isfinite(values[i]) || !separated)
+      throw UsageError(option + " wants " + std::to_string(N) + " numbers, not \"" + text + "\"");
+    at = next + (i + 1 < N);
   }
+  return values;
+}
+
+/// An option of N numbers, which `take` gets.
+template <std::size_t N, class Take>
+void add_numbers(CLI::App& command, const std::string& option, const char* form, const char* summary,
+                 const Take& take) {
+  command
+      .add_option_function<std::string>(
+          option, [=](const std::string& text) { take(numbers<N>(option, text)); }, summary)
+      ->type_name(form);
+}
+
+/// The size of a picture. `given` is called when there is one.
+template <class Given>
+void add_size(CLI::App& command, CSize& size, const Given& given) {
+  add_numbers<2>(command, "--size", "WxH", "size in pixels, 16 to 16000 each way", [&size, given](const auto& v) {
+    if (std::min(v[0], v[1]) < 16 || std::max(v[0], v[1]) > 16000)
+      throw UsageError("--size is 16 to 16000 pixels each way");
+    size = CSize(static_cast<int>(v[0]), static_cast<int>(v[1]));
+    given();
+  });
+}
+void add_size(CLI::App& command, CSize& size) {
+  add_size(command, size, [] {});
+}
+
+CLI::Option* add_text(CLI::App& command, const char* name, std::string& value, const char* form, const char* summary) {
+  return command.add_option(name, value, summary)->type_name(form);
+}
+
+CLI::Option* add_picture(CLI::App& command, std::string& path) {
+  static const std::string summary = "a file that ends in " + qvapps::picture_endings();
+  return add_text(command, "-o,--out", path, "PICTURE", summary.c_str());
+}
+
+void define(CLI::App& command, qvdraw::DemoRequest& request) {
+  add_text(command, "--out", request.directory, "DIR", "where to, made when it is not there")->required();
+}
+
+void define(CLI::App& command, qvdraw::RenderRequest& request) {
+  add_text(command, "IN.dxf", request.drawing, "", "the drawing")->required();
+  add_picture(command, request.picture)->required();
+  qvdraw::PictureOptions& options = request.options;
+  add_size(command, options.size, [&options] { options.fixedSize = true; });
+  add_numbers<4>(command, "--window", "X1,Y1,X2,Y2", "what to show, in drawing units", [&options](const auto& v) {
+    const auto f = [](double d) { return static_cast<float>(d); };
+    options.window = CFRect(f(v[0]), f(v[1]), f(v[2]), f(v[3]));
+    if (!(options.window->Width() > 0) || !(options.window->Height() > 0)) throw UsageError("--window is empty");
+  });
+  add_numbers<2>(command, "--view", "A,B", "show it projected, for view angles in degrees", [&options](const auto& v) {
+    options.projected = true;
+    options.viewA = static_cast<float>(v[0] * std::numbers::pi / 180);
+    options.viewB = static_cast<float>(v[1] * std::numbers::pi / 180);
+  });
+  command
+      .add_option_function<std::string>(
+          "--background", [&options](const std::string& name) { options.white = name == "white"; },
+          "white (where none is given) or black")
+      ->check(CLI::IsMember({"white", "black"}));
+}
+
+void define(CLI::App& command, qvdraw::InfoRequest& request) {
+  add_text(command, "IN.dxf", request.drawing, "", "the drawing")->required();
+  command.add_flag("--json", request.json, "as JSON");
+}
+
+void define(CLI::App& command, qvdraw::SlideRequest& request) {
+  add_text(command, "SLIDE", request.slide, "", "IN.sld, or LIBRARY.NAME for a slide of a library")->required();
+  add_text(command, "-o,--out", request.out, "OUT", "a picture, or a file that ends in .dxf or .scr")->required();
+  add_size(command, request.size);
+}
+
+void define(CLI::App& command, qvdraw::SlidesRequest& request) {
+  add_text(command, "IN.slb", request.library, "", "the library")->required();
+  add_picture(command, request.picture);
+  add_size(command, request.size);
+  add_text(command, "--extract", request.directory, "DIR", "where to write each slide as a file");
+}
+
+void define(CLI::App& command, qvdraw::DatabaseRequest& request) {
+  add_text(command, "IN", request.database, "", "the database")->required();
+  add_text(command, "SEGMENT", request.segment, "", "list its items");
+  add_text(command, "KEY", request.key, "", "show the value of this item");
+  command.add_flag("--json", request.json, "as JSON");
+}
+
+void define(CLI::App& command, qvdraw::MaterialsRequest& request) {
+  add_text(command, "--file", request.file, "UserOpt.dat", "the file of user-defined grades");
+}
+
+void add_value(CLI::App& command, int& value) {
+  command.add_option("--value", value, "which of the field's values, 0 to 4")->check(CLI::Range(0, 4))->type_name("K");
+}
+
+void define(CLI::App& command, qvdraw::ContourRequest& request) {
+  add_text(command, "FIELD", request.field, "", "the field")->required();
+  add_picture(command, request.picture)->required();
+  add_value(command, request.value);
+  add_size(command, request.size);
+}
+
+void define(CLI::App& command, qvdraw::ValueRequest& request) {
+  add_text(command, "FIELD", request.field, "", "the field")->required();
+  command.add_option("X", request.x, "in metres")->required()->type_name("");
+  command.add_option("Y", request.y, "in metres")->required()->type_name("");
+  add_value(command, request.value);
+}
+
+template <class Request>
+void add_command(CLI::App& program, const char* name, const char* summary, void (*run)(const Request&)) {
+  const auto request = std::make_shared<Request>();
+  CLI::App* const command = program.add_subcommand(name, summary);
+  define(*command, *request);
+  command->callback([request, run] { run(*request); });
+}
+
+void add_commands(CLI::App& program) {
+  using namespace qvdraw;
+  add_command(program, "demo", "draw the sample drawings into a directory", run_demo);
+  add_command(program, "render", "show a drawing, or a window of it, as a picture", run_render);
+  add_command(program, "info", "tell a drawing's tables, entities and extent", run_info);
+  add_command(program, "slide", "show or convert a slide, from its file or a library", run_slide);
+  add_command(program, "slides", "list a slide library, show all its slides, or extract them", run_slides);
+  add_command(program, "db", "list a database's segments or a segment's items, or show an item's value", run_db);
+  add_command(program, "materials", "show the concrete and reinforcement grades, with the user's own", run_materials);
+  add_command(program, "contour", "show a field as a colour contour with its legend", run_contour);
+  add_command(program, "value", "tell a field's value at a point", run_value);
+  program.add_subcommand("help", "show this page")->callback([&program] {
+    // The program's `help` would give the page of the command that was called.
+    const auto page = program.get_formatter()->make_help(&program, program.get_name(), CLI::AppFormatMode::Normal);
+    std::fputs(page.c_str(), stdout);
+  });
+}
+
+int complain(const CLI::App& program, const char* message, bool usage) {
+  std::fprintf(stderr, "qvdraw: %s\n", message);
+  if (!usage) return 1;
+  const auto commands = program.get_subcommands();
+  std::fprintf(stderr, "see qvdraw %s--help\n", commands.empty() ? "" : (commands[0]->get_name() + ' ').c_str());
+  return 2;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc < 2) return bad_usage("a command is missing");
-  if (std::strcmp(argv[1], "--version") == 0) return std::puts("qvdraw " QVDRAW_VERSION), 0;
-  const char* name = std::strcmp(argv[1], "--help") == 0 ? "help" : argv[1];
-  for (const Command& command : kCommands) {
-    if (std::strcmp(command.name, name) != 0) continue;
-    const qvapps::System system(argc, argv);
+  const qvapps::System system(argc, argv);
+  CLI::App program("construction drawings from the command line", "qvdraw");
+  program.set_version_flag("--version", "qvdraw " QVDRAW_VERSION);
+  program.require_subcommand(0, 1);
+  add_commands(program);
+  // Runs before the command does.
+  program.parse_complete_callback([&] {
+    if (program.get_subcommands().empty()) throw UsageError("a command is missing");
     qvapps::load_fonts("qvdraw", system.program_directory());
-    return run(command, Arguments(argc - 2, argv + 2));
+  });
+  try {
+    program.parse(argc, argv);
+  } catch (const CLI::Success& asked) {
+    return program.exit(asked);
+  } catch (const CLI::ParseError& error) {
+    return complain(program, error.what(), true);
+  } catch (const UsageError& error) {
+    return complain(program, error.what(), true);
+  } catch (const std::exception& error) {
+    return complain(program, error.what(), false);
   }
-  return bad_usage((std::string("there is no command \"") + argv[1] + "\"").c_str());
+  return 0;
 }

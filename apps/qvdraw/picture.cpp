@@ -4,7 +4,7 @@
 #include <cmath>
 #include <stdexcept>
 
-#include "arguments.h"
+#include "commands.h"
 #include "common/display_form.h"
 #include "common/picture_file.h"
 #include "progress.h"
@@ -52,6 +52,30 @@ void save_picture(DXF& dxf, const std::string& path, const PictureOptions& optio
     else
       dxf.Draw(&dc, &fit.coor);
   });
+}
+
+void save_contour(CChang& field, const std::string& path, CSize size) {
+  constexpr int kMargin = 24;
+  constexpr int kLegend = 130;  // the bar and the numbers beside it
+  constexpr double kMillimetres = 1000;
+  double left = 0, right = 1, bottom = 0, top = 1;
+  bool first = true;
+  for (const CChangNode& node : field.m_Nodes) {
+    if (!std::isfinite(node.x) || !std::isfinite(node.y)) continue;
+    left = first ? node.x : std::min<double>(left, node.x);
+    right = first ? node.x : std::max<double>(right, node.x);
+    bottom = first ? node.y : std::min<double>(bottom, node.y);
+    top = first ? node.y : std::max<double>(top, node.y);
+    first = false;
+  }
+  const double width = std::max(size.cx - kLegend - kMargin, 1), height = std::max(size.cy - 2 * kMargin, 1);
+  const double scale =
+      std::min(width / std::max(right - left, 1e-3), height / std::max(top - bottom, 1e-3)) / kMillimetres;
+  const double x = (left + right) / 2 * kMillimetres - (kLegend + width / 2) / scale;
+  const double y = (top + bottom) / 2 * kMillimetres + size.cy / 2.0 / scale;
+  CFCoor coor(CFPoint(static_cast<float>(x), static_cast<float>(y)), static_cast<float>(scale), 1);
+  CRect window(0, 0, size.cx, size.cy);
+  save_drawn(path, size, 0x000000, [&](CDC& dc) { field.Draw_CaiSeTu(&dc, &window, &coor); });
 }
 
 }  // namespace qvdraw

@@ -27,4 +27,7 @@ void save_picture(DXF& dxf, const std::string& path, const PictureOptions& optio
 /// says of what kind. Throws as `save_picture` does.
 void save_drawn(const std::string& path, CSize size, COLORREF background, const std::function<void(CDC&)>& draw);
 
+/// Writes a picture of the value that the field shows, of the given size, with its legend.
+void save_contour(CChang& field, const std::string& path, CSize size);
+
 }  // namespace qvdraw

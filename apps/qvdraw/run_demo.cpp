@@ -11,9 +11,8 @@
 
 namespace qvdraw {
 
-int run_demo(const Arguments& arguments) {
-  arguments.expect(0, {"--out"});
-  const std::string directory = arguments.required("--out");
+void run_demo(const DemoRequest& request) {
+  const std::string& directory = request.directory;
   std::error_code error;
   std::filesystem::create_directories(directory, error);
   if (!std::filesystem::is_directory(directory)) throw std::runtime_error(directory + ": cannot be made a directory");
@@ -34,7 +33,6 @@ int run_demo(const Arguments& arguments) {
   }
   write_sample_library(directory + "/details.slb");
   write_sample_slab(directory);
-  return 0;
 }
 
 }  // namespace qvdraw

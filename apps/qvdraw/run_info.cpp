@@ -1,14 +1,16 @@
 #include <cstdio>
 #include <map>
+#include <nlohmann/json.hpp>
 
 #include "commands.h"
 #include "drawing_file.h"
-#include "json.h"
 #include "qvtools.h"
 
 namespace qvdraw {
 
 namespace {
+
+using Json = nlohmann::ordered_json;
 
 constexpr const char* kKindNames[] = {"POINT",    "LINE",  "TEXT",   "CIRCLE", "ARC",
                                       "POLYLINE", "SOLID", "3DFACE", "INSERT"};
@@ -47,27 +49,6 @@ Summary summarize(DXF& dxf) {
   return s;
 }
 
-std::string value_of(int n) {
-  return std::to_string(n);
-}
-std::string value_of(const std::string& text) {
-  return quoted(text);
-}
-
-/// {"name": value, …}
-template <class Pairs>
-std::string object(const Pairs& pairs) {
-  std::string out = "{";
-  for (const auto& [name, value] : pairs) out += (out.size() > 1 ? ", " : "") + quoted(name) + ": " + value_of(value);
-  return out + "}";
-}
-
-std::string list(const std::vector<std::string>& texts) {
-  std::string out = "[";
-  for (const std::string& text : texts) out += (out.size() > 1 ? ", " : "") + quoted(text);
-  return out + "]";
-}
-
 std::string extent_text(const CFRect& r, const char* format) {
   char text[256];
   qv::format_text(text, sizeof text, format, static_cast<double>(r.x1), static_cast<double>(r.y1),
@@ -75,12 +56,23 @@ std::string extent_text(const CFRect& r, const char* format) {
   return text;
 }
 
+/// {"name": value, …} in the order of the pairs.
+template <class Pairs>
+Json object(const Pairs& pairs) {
+  Json json = Json::object();
+  for (const auto& [name, value] : pairs) json[name] = value;
+  return json;
+}
+
 void print_json(const Summary& s) {
-  std::printf(
-      "{\n  \"ltypes\": %s,\n  \"layers\": %s,\n  \"styles\": %s,\n  \"blocks\": %s,\n  \"entities\": %s,\n"
-      "  \"entities_on_layers\": %s,\n  \"extent\": %s\n}\n",
-      list(s.ltypes).c_str(), object(s.layers).c_str(), object(s.styles).c_str(), object(s.blocks).c_str(),
-      object(s.kinds).c_str(), object(s.perLayer).c_str(), extent_text(s.extent, "[%.2f, %.2f, %.2f, %.2f]").c_str());
+  const Json json{{"ltypes", s.ltypes},
+                  {"layers", object(s.layers)},
+                  {"styles", object(s.styles)},
+                  {"blocks", object(s.blocks)},
+                  {"entities", object(s.kinds)},
+                  {"entities_on_layers", object(s.perLayer)},
+                  {"extent", Json::parse(extent_text(s.extent, "[%.2f, %.2f, %.2f, %.2f]"))}};
+  std::puts(json.dump(2).c_str());
 }
 
 template <class Pairs>
@@ -107,12 +99,10 @@ void print_text(const Summary& s) {
 
 }  // namespace
 
-int run_info(const Arguments& arguments) {
-  arguments.expect(1, {}, {"--json"});
-  const std::unique_ptr<DXF> dxf = load_drawing(arguments.operand(0));
+void run_info(const InfoRequest& request) {
+  const std::unique_ptr<DXF> dxf = load_drawing(request.drawing);
   const Summary summary = summarize(*dxf);
-  arguments.has("--json") ? print_json(summary) : print_text(summary);
-  return 0;
+  request.json ? print_json(summary) : print_text(summary);
 }
 
 }  // namespace qvdraw

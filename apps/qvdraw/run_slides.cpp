@@ -4,8 +4,8 @@
 #include <stdexcept>
 
 #include "commands.h"
+#include "common/picture_file.h"
 #include "drawing_file.h"
-#include "picture.h"
 #include "slide_samples.h"
 
 namespace qvdraw {
@@ -26,14 +26,6 @@ void open_library(CWxSlideLib& library, const std::string& path) {
   if (library.Open_SLB(path.c_str())) return;
   throw std::runtime_error(path +
                            (std::filesystem::exists(path) ? ": is no slide library" : ": there is no such file"));
-}
-
-CSize picture_size(const Arguments& arguments, CSize otherwise) {
-  if (!arguments.has("--size")) return otherwise;
-  const std::vector<double> size = arguments.numbers("--size", 2);
-  if (std::min(size[0], size[1]) < 16 || std::max(size[0], size[1]) > 16000)
-    throw UsageError("--size is 16 to 16000 pixels each way");
-  return {static_cast<int>(size[0]), static_cast<int>(size[1])};
 }
 
 void list(CWxSlideLib& library) {
@@ -90,39 +82,30 @@ void save_contact_sheet(CWxSlideLib& library, const std::string& path, int width
   });
 }
 
-bool ends_with(const std::string& text, const char* ending) {
-  return text.size() >= 4 && text.compare(text.size() - 4, 4, ending) == 0;
-}
-
 }  // namespace
 
-int run_slide(const Arguments& arguments) {
-  arguments.expect(1, {"-o", "--size"});
-  const std::string out = arguments.required("-o");
-  const CSize size = picture_size(arguments, {800, 600});
-  CWxSlide slide = load_slide(arguments.operand(0));
-  if (ends_with(out, ".scr")) {
+void run_slide(const SlideRequest& request) {
+  const std::string& out = request.out;
+  CWxSlide slide = load_slide(request.slide);
+  if (qvapps::has_ending(out, ".scr")) {
     if (!slide.Form_SCR(out.c_str())) throw std::runtime_error(out + ": cannot be written");
-  } else if (ends_with(out, ".dxf")) {
+  } else if (qvapps::has_ending(out, ".dxf")) {
     DXF dxf;
     dxf.New_MemDxf();
     Form_Dxf(&dxf, &slide);
     if (!dxf.Write_MemDxf_To_File(out.c_str())) throw std::runtime_error(out + ": cannot be written");
   } else {
-    const CRect place(0, 0, size.cx, size.cy);
-    save_drawn(out, size, 0x000000, [&](CDC& dc) { slide.Draw(&dc, &place); });
+    const CRect place(0, 0, request.size.cx, request.size.cy);
+    save_drawn(out, request.size, 0x000000, [&](CDC& dc) { slide.Draw(&dc, &place); });
   }
-  return 0;
 }
 
-int run_slides(const Arguments& arguments) {
-  arguments.expect(1, {"-o", "--size", "--extract"});
+void run_slides(const SlidesRequest& request) {
   CWxSlideLib library;
-  open_library(library, arguments.operand(0));
-  if (arguments.has("--extract")) extract(library, arguments.value("--extract"));
-  if (arguments.has("-o")) save_contact_sheet(library, arguments.value("-o"), picture_size(arguments, {1200, 900}).cx);
-  if (!arguments.has("--extract") && !arguments.has("-o")) list(library);
-  return 0;
+  open_library(library, request.library);
+  if (!request.directory.empty()) extract(library, request.directory);
+  if (!request.picture.empty()) save_contact_sheet(library, request.picture, request.size.cx);
+  if (request.directory.empty() && request.picture.empty()) list(library);
 }
 
 }  // namespace qvdraw

@@ -10,9 +10,6 @@ namespace qvdraw {
 /// millimetres and its slopes as values.
 void make_sample_slab(CChang& field);
 
-/// Writes a picture of the value that the field shows, of the given size, with its legend.
-void save_contour(CChang& field, const std::string& path, CSize size);
-
 /// Writes the sample slab as DIRECTORY/slab.field and its picture as DIRECTORY/slab.png.
 void write_sample_slab(const std::string& directory);
 

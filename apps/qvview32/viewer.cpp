@@ -34,7 +34,7 @@ const Viewer::Command Viewer::kCommands[] = {
     {Text::Quit, [](Viewer& v) { SendMessageW(v.window_, WM_CLOSE, 0, 0); }, L"Ctrl+Q", 'Q', FCONTROL},
     {Text::ViewMenu, nullptr, L"", 0, 0},
     {Text::ShowAll, [](Viewer& v) { v.view_->show_all(); }, L"Home", VK_HOME, 0},
-    {Text::ShowPrevious, [](Viewer& v) { v.view_->show_previous(); }, L"Backspace", VK_BACK, 0},
+    {Text::ShowPrevious, [](Viewer& v) { v.view_->ShowPre(); }, L"Backspace", VK_BACK, 0},
     {Text::WindowZoom, [](Viewer& v) { v.set_mode(Mode::WindowZoom); }, L"W", 'W', 0},
     {Text::Hand, [](Viewer& v) { v.set_mode(Mode::Hand); }, L"H", 'H', 0},
     {Text::PickEntities, [](Viewer& v) { v.set_mode(Mode::Pick); }, L"P", 'P', 0},

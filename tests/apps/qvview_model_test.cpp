@@ -179,13 +179,13 @@ TEST_F(ViewTest, TheWheelKeepsThePointAndItsTurnIsOneEntry) {
     EXPECT_LE(std::max(std::abs(now.x - at.x), std::abs(now.y - at.y)), 1);
   }
   EXPECT_NEAR(view.CurrentView().GetScale() / scale, std::pow(1.25, 5), 0.001);
-  view.show_previous();
+  view.ShowPre();
   EXPECT_EQ(painted(), first);
   EXPECT_FALSE(view.CanShowPre());
   view.wheel(at, 1, false);
   view.zoom_out();
   view.wheel(at, 1, true);
-  for (int i = 0; i < 3; ++i) view.show_previous();
+  for (int i = 0; i < 3; ++i) view.ShowPre();
   EXPECT_EQ(painted(), first) << "a command between ends the turn";
   for (int i = 0; i < 200; ++i) view.wheel(at, 3, false);
   EXPECT_TRUE(std::isfinite(view.CurrentView().GetScale()));
@@ -199,12 +199,12 @@ TEST_F(ViewTest, PreviousViewsComeBackWithTheirAngles) {
   view.set_angles({0.5F, 0.6F});
   view.pan_by(0.1, 0.1);
   view.set_angles({-0.5F, 0.6F});
-  view.show_previous();
-  EXPECT_EQ(view.angles(), (ViewAngles{0.5F, 0.6F}));
-  view.show_previous();
-  EXPECT_EQ(view.angles(), (ViewAngles{0.5F, 0.6F}));
-  view.show_previous();
-  EXPECT_TRUE(view.angles().is_plan());
+  view.ShowPre();
+  EXPECT_EQ(view.CurrentAngles(), (ViewAngles{0.5F, 0.6F}));
+  view.ShowPre();
+  EXPECT_EQ(view.CurrentAngles(), (ViewAngles{0.5F, 0.6F}));
+  view.ShowPre();
+  EXPECT_TRUE(view.CurrentAngles().is_plan());
   EXPECT_EQ(painted(), first);
 }
 
@@ -237,7 +237,7 @@ TEST_F(ViewTest, AWindowZoomFitsItsWindowOnceAndPicksAgain) {
   EXPECT_LT(std::abs(pixel(300, 300).x - 250) + std::abs(pixel(300, 300).y - 200), 4);
   view.leave();
   EXPECT_NE(painted(), first);
-  view.show_previous();
+  view.ShowPre();
   EXPECT_EQ(painted(), first);
 }
 

@@ -39,6 +39,7 @@ TEST_F(DrawTool, HistoryKeepsTheLastTenViews) {
   EXPECT_EQ(window.repaints, 0) << "nothing to go back to, nothing to paint";
   for (int i = 1; i <= 11; ++i) {
     set(static_cast<float>(i), 0, 2);
+    view.SetCurrentAngles({static_cast<float>(i), 1});
     view.SaveCoor();
   }
   view.SetCurrentView(CFCoor({0, 0}, 5, 0));
@@ -47,10 +48,14 @@ TEST_F(DrawTool, HistoryKeepsTheLastTenViews) {
     view.ShowPre();
     EXPECT_EQ(view.CurrentView().GetOrigin().x, static_cast<float>(i));
     EXPECT_EQ(view.CurrentView().IsReverseY(), 1);
+    EXPECT_EQ(view.CurrentAngles(), (qv::ViewAngles{static_cast<float>(i), 1}));
   }
   EXPECT_EQ(view.CanShowPre(), 0);
   view.ShowPre();
   EXPECT_EQ(view.CurrentView().GetOrigin().x, 2);
+  view.SaveCoor();
+  view.ClearHistory();
+  EXPECT_EQ(view.CanShowPre(), 0);
   EXPECT_EQ(window.repaints, 10);
   EXPECT_EQ(view.prepared, 10);
 }

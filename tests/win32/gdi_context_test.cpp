@@ -56,9 +56,9 @@ TEST(GdiOutput, WritesPngFilesAndShowsBitmaps) {
   qv::BitmapContext bitmap(30, 20, 0x112233);
   bitmap.SetPixel(7, 5, 0x0000FF);
   const qvtest::TemporaryDirectory directory;
-  ASSERT_TRUE(qv::save_png(bitmap, directory.path("a.png")));
+  ASSERT_TRUE(qv::save_png_with_gdi(bitmap, directory.path("a.png")));
   EXPECT_EQ(directory.read("a.png").substr(0, 8), "\x89PNG\r\n\x1a\n");
-  EXPECT_FALSE(qv::save_png(bitmap, directory.path("no/a.png")));
+  EXPECT_FALSE(qv::save_png_with_gdi(bitmap, directory.path("no/a.png")));
   const GdiBitmap shown(40, 30, 0xFFFFFF);
   ASSERT_TRUE(qv::show_bitmap(shown.Handle(), 2, 3, bitmap));
   EXPECT_EQ(shown.GetPixel(9, 8), 0x0000FFu);

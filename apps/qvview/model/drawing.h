@@ -14,14 +14,7 @@
 
 namespace qvview {
 
-/// The direction from which a drawing is seen, in radians; in plan at first.
-struct ViewAngles {
-  static constexpr float kUpright = 1.5707964F;
-  float a = 0;
-  float b = kUpright;
-  bool is_plan() const { return a == 0 && b == kUpright; }
-  friend bool operator==(const ViewAngles&, const ViewAngles&) = default;
-};
+using qv::ViewAngles;
 
 struct Layer {
   std::string name;  ///< GBK

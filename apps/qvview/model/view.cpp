@@ -21,9 +21,9 @@ View::View(qv::Window& window, Listener& listener) : CDrawTool(&window), window_
 
 void View::open(std::unique_ptr<Drawing> drawing) {
   drawing_ = std::move(drawing);
-  angles_ = shownAngles_ = ViewAngles();
+  SetCurrentAngles({});
   cancel();
-  forget_history();
+  ClearHistory();
   clear_picks();
   measure();
   fit();
@@ -59,7 +59,8 @@ void View::set_light(bool light) {
 }
 
 void View::measure() {
-  extent_ = qvapps::with_margin(drawing_ ? drawing_->extent(angles_) : CFRect());
+  extentAngles_ = CurrentAngles();
+  extent_ = qvapps::with_margin(drawing_ ? drawing_->extent(extentAngles_) : CFRect());
 }
 
 void View::repaint() {
@@ -68,8 +69,8 @@ void View::repaint() {
 
 void View::paint(CDC& dc) {
   if (drawing_) {
-    drawing_->draw(dc, CurrentView(), angles_);
-    drawing_->highlight(dc, CurrentView(), angles_, picks_);
+    drawing_->draw(dc, CurrentView(), CurrentAngles());
+    drawing_->highlight(dc, CurrentView(), CurrentAngles(), picks_);
   }
   OnDraw(dc, 1);
 }
@@ -77,8 +78,9 @@ void View::paint(CDC& dc) {
 void View::draw_into(CDC& dc, CSize size, bool everyLetter) {
   if (!drawing_) return;
   const CRect client = window_.ClientRect();
-  if (size == CSize(client.Width(), client.Height())) return drawing_->draw(dc, CurrentView(), angles_, everyLetter);
-  drawing_->draw(dc, qvapps::fitted(seen(), size), angles_, everyLetter);
+  if (size == CSize(client.Width(), client.Height()))
+    return drawing_->draw(dc, CurrentView(), CurrentAngles(), everyLetter);
+  drawing_->draw(dc, qvapps::fitted(seen(), size), CurrentAngles(), everyLetter);
 }
 
 // ---------------------------------------------------------------- navigation
@@ -92,38 +94,13 @@ int View::GetMaxRect(CFPoint& p1, CFPoint& p2) {
 
 void View::PrepareDraw(const CPoint*, const CPoint*) {
   everything_ = inWheel_ = false;
-  if (goingBack_) return;
-  if (angleHistory_.size() == kHistory) angleHistory_.erase(angleHistory_.begin());
-  angleHistory_.push_back(std::exchange(shownAngles_, angles_));
+  if (extentAngles_ != CurrentAngles()) measure();
   listener_.on_view_changed();
-}
-
-void View::show_previous() {
-  if (!CanShowPre()) return;
-  goingBack_ = true;
-  ShowPre();
-  goingBack_ = false;
-  const ViewAngles before = angles_;
-  if (!angleHistory_.empty()) {
-    angles_ = shownAngles_ = angleHistory_.back();
-    angleHistory_.pop_back();
-  }
-  if (angles_ != before) measure();
-  listener_.on_view_changed();
-}
-
-void View::forget_history() {
-  goingBack_ = true;
-  while (CanShowPre()) ShowPre();
-  goingBack_ = false;
-  angleHistory_.clear();
 }
 
 void View::fit() {
   if (!drawing_) return;
-  CDrawTool tool(&window_);
-  tool.ShowRect(extent_.Nearest(), extent_.Furthest());
-  SetCurrentView(tool.CurrentView());
+  SetCurrentView(Fitted(extent_.Nearest(), extent_.Furthest()).value_or(CFCoor()));
   everything_ = true;
   repaint();
   listener_.on_view_changed();
@@ -170,7 +147,7 @@ void View::zoom_in() {
 
 void View::show_entity(int entity) {
   if (!drawing_) return;
-  const CFRect rect = qvapps::with_margin(drawing_->extent_of(entity, angles_));
+  const CFRect rect = qvapps::with_margin(drawing_->extent_of(entity, CurrentAngles()));
   ShowRect(rect.Nearest(), rect.Furthest());
 }
 
@@ -187,7 +164,7 @@ void View::wheel(CPoint point, double steps, bool continues) {
   const CFPoint opposite(beside(at.x, client.right - point.x), beside(at.y, point.y - client.top));
   keeping_corner([&] {
     // The turn so far is taken back, and the whole of it made one change.
-    if (continues && inWheel_) show_previous();
+    if (continues && inWheel_) ShowPre();
     ShowRect(corner, opposite);
   });
   inWheel_ = true;
@@ -202,10 +179,12 @@ void View::pan_by(double across, double up) {
 }
 
 void View::set_angles(const ViewAngles& angles) {
-  if (angles == angles_ || !drawing_) return;
-  angles_ = angles;
+  if (angles == CurrentAngles() || !drawing_) return;
+  SaveCoor();
+  SetCurrentAngles(angles);
   measure();
-  show_all();
+  inWheel_ = false;
+  fit();
 }
 
 void View::resized() {
@@ -332,7 +311,7 @@ void View::on_message(unsigned int) {
 }
 
 void View::pick(const CFPoint& from, const CFPoint& to) {
-  if (drawing_) take(drawing_->pick(CFRect(from, to), from.x > to.x, angles_));
+  if (drawing_) take(drawing_->pick(CFRect(from, to), from.x > to.x, CurrentAngles()));
 }
 
 bool View::pick_at(CPoint point) {
@@ -340,7 +319,7 @@ bool View::pick_at(CPoint point) {
   if (!drawing_) return false;
   const CFRect rect =
       CurrentView().DPtoFP(CRect(point.x - kReach, point.y - kReach, point.x + kReach, point.y + kReach));
-  const std::vector<int> hits = drawing_->pick(rect, true, angles_);
+  const std::vector<int> hits = drawing_->pick(rect, true, CurrentAngles());
   if (hits.empty()) return false;
   take({hits.back()});  // the one on top
   return true;

@@ -43,7 +43,6 @@ class View : public CDrawTool {
   void resized();
 
   void show_all();
-  void show_previous();
   void zoom_out();
   void zoom_in();
   /// Brings one entity to the middle of the view.
@@ -52,7 +51,6 @@ class View : public CDrawTool {
   void wheel(CPoint point, double steps, bool continues);
   /// Pans by a share of the window: (1, 0) shows what lies a window's width to the right.
   void pan_by(double across, double up);
-  const ViewAngles& angles() const { return angles_; }
   /// Turns the drawing and shows all of it.
   void set_angles(const ViewAngles& angles);
 
@@ -103,7 +101,6 @@ class View : public CDrawTool {
   bool pick_at(CPoint point);
   void take(std::vector<int> hits);
   void repaint();
-  void forget_history();
   /// Everything fitted into the window, without an entry in the history.
   void fit();
   void measure();
@@ -115,17 +112,14 @@ class View : public CDrawTool {
   qv::Window& window_;
   Listener& listener_;
   std::unique_ptr<Drawing> drawing_;
-  ViewAngles angles_;
-  ViewAngles shownAngles_;                // of the view that the next entry in the history is of
-  std::vector<ViewAngles> angleHistory_;  // beside the tool's history
-  CFRect extent_;                         // of what is shown, with a margin
+  CFRect extent_;            // of what is shown, with a margin
+  ViewAngles extentAngles_;  // from which it was measured
   CRect client_;
   Mode mode_ = Mode::Pick;
   bool light_ = true;
   bool everything_ = false;  // the view is that of everything
-  bool goingBack_ = false;
-  bool inWheel_ = false;  // the last entry is that of the wheel's turn
-  bool inside_ = false;   // the pointer is in the window
+  bool inWheel_ = false;     // the last entry is that of the wheel's turn
+  bool inside_ = false;      // the pointer is in the window
   bool adding_ = false;
   CPoint point_;
   std::optional<CPoint> dragFrom_;

@@ -26,7 +26,7 @@ QDoubleSpinBox* add_field(QFormLayout& form, const QString& label, double limit,
 
 ViewAngles from_degrees(double a, double b) {
   // Plan is known by its exact angle.
-  const float upright = ViewAngles::kUpright;
+  const float upright = HALF_PI_F;
   return {static_cast<float>(a * kDegree), b == 90 ? upright : static_cast<float>(b * kDegree)};
 }
 

@@ -37,7 +37,7 @@ const std::vector<MainWindow::Menu>& MainWindow::menus() {
       {Text::ViewMenu,
        {
            {Text::ShowAll, "Home F", [](W& w) { w.view_.show_all(); }, kNeedsDrawing | kButton | kSeparated},
-           {Text::ShowPrevious, "Backspace", [](W& w) { w.view_.show_previous(); }, kButton},
+           {Text::ShowPrevious, "Backspace", [](W& w) { w.view_.ShowPre(); }, kButton},
            {Text::WindowZoom, "Z", [](W& w) { w.view_.set_mode(Mode::WindowZoom); },
             kNeedsDrawing | kButton | kChecked},
            {Text::Enlarge, "+ =", [](W& w) { w.view_.zoom_out(); }, kNeedsDrawing | kButton},

@@ -135,12 +135,14 @@ void CDrawTool::SaveCoor() {
     std::copy(m_history.begin() + 1, m_history.end(), m_history.begin());
     --m_nHistory;
   }
-  m_history[static_cast<std::size_t>(m_nHistory++)] = m_view;
+  m_history[static_cast<std::size_t>(m_nHistory++)] = {m_view, m_angles};
 }
 
 void CDrawTool::ShowPre() {
   if (!m_nHistory) return;
-  m_view = m_history[static_cast<std::size_t>(--m_nHistory)];
+  const Entry& before = m_history[static_cast<std::size_t>(--m_nHistory)];
+  m_view = before.view;
+  m_angles = before.angles;
   view_changed();
 }
 
@@ -164,21 +166,29 @@ void CDrawTool::ShowZoomIn() {
   zoom_to(m_view.scale / kZoomStep);
 }
 
-void CDrawTool::ShowRect(const CFPoint& p1, const CFPoint& p2) {
+std::optional<CFCoor> CDrawTool::Fitted(const CFPoint& p1, const CFPoint& p2) const {
   constexpr double kLeast = 1e-7;
-  if (p1.x == p2.x || p1.y == p2.y) return;
-  SaveCoor();
   const CRect rect = client();
   const CFRect world(p1, p2);
   const double w = static_cast<double>(world.x2) - world.x1;
   const double h = static_cast<double>(world.y2) - world.y1;
-  if (!(w >= kLeast && h >= kLeast) || rect.Width() < 2 || rect.Height() < 2) return;
+  if (!(w >= kLeast && h >= kLeast) || rect.Width() < 2 || rect.Height() < 2) return std::nullopt;
   const double across = rect.Width() / w;
   const double upward = rect.Height() / h;
-  m_view.scale = static_cast<float>(across < upward ? across : upward);
-  const auto middle = [&](int low, int high) { return (static_cast<double>(low) + high) / m_view.scale / 2; };
-  m_view.origin.x = static_cast<float>((static_cast<double>(world.x1) + world.x2) / 2 - middle(rect.left, rect.right));
-  m_view.origin.y = static_cast<float>((static_cast<double>(world.y1) + world.y2) / 2 + middle(rect.top, rect.bottom));
+  CFCoor view = m_view;
+  view.scale = static_cast<float>(across < upward ? across : upward);
+  const auto middle = [&](int low, int high) { return (static_cast<double>(low) + high) / view.scale / 2; };
+  view.origin.x = static_cast<float>((static_cast<double>(world.x1) + world.x2) / 2 - middle(rect.left, rect.right));
+  view.origin.y = static_cast<float>((static_cast<double>(world.y1) + world.y2) / 2 + middle(rect.top, rect.bottom));
+  return view;
+}
+
+void CDrawTool::ShowRect(const CFPoint& p1, const CFPoint& p2) {
+  if (p1.x == p2.x || p1.y == p2.y) return;
+  SaveCoor();
+  const std::optional<CFCoor> view = Fitted(p1, p2);
+  if (!view) return;
+  m_view = *view;
   view_changed();
 }
 

@@ -12,11 +12,24 @@
 #include <memory>
 #include <optional>
 
+#include "qvtools/geometry/values/constants.h"
 #include "qvtools/geometry/values/coor.h"
 #include "qvtools/platform/host.h"
 
 /// Half the length of the cursor's cross hairs in pixels.
 extern QV_API int G_nCursorSize;
+
+namespace qv {
+
+/// The direction from which a projected drawing is seen, in radians; in plan at first.
+struct ViewAngles {
+  float a = 0;
+  float b = HALF_PI_F;
+  bool is_plan() const { return a == 0 && b == HALF_PI_F; }
+  friend bool operator==(const ViewAngles&, const ViewAngles&) = default;
+};
+
+}  // namespace qv
 
 class QV_API CDrawTool {
  public:
@@ -66,9 +79,15 @@ class QV_API CDrawTool {
   const CFCoor& CurrentView() const { return m_view; }
   /// Sets the view as it stands, without an entry in the history and without a repaint.
   void SetCurrentView(const CFCoor& view) { m_view = view; }
+  /// The direction of the current view, which the history keeps beside it. The tool itself does not project.
+  const qv::ViewAngles& CurrentAngles() const { return m_angles; }
+  /// Sets the direction as it stands, like `SetCurrentView`.
+  void SetCurrentAngles(const qv::ViewAngles& angles) { m_angles = angles; }
 
-  /// Puts the current view on the history; when 10 are there, the oldest is dropped.
+  /// Puts the current view and its direction on the history; when 10 are there, the oldest is dropped.
   void SaveCoor();
+  /// Empties the history; the current view stays.
+  void ClearHistory() { m_nHistory = 0; }
   /// Goes back to the view saved last; does nothing when there is none.
   void ShowPre();
   /// 1 when there is a view to go back to, else 0.
@@ -79,8 +98,11 @@ class QV_API CDrawTool {
   void ShowZoomOut();
   /// Reduces the picture by 1.1; the visible centre moves down likewise.
   void ShowZoomIn();
-  /// Fits the world rectangle of two opposite corners into the window, with its centre in the middle. Points on one
-  /// horizontal or vertical line do nothing. A rectangle of less than 1e-7 either way or a window of less than 2 pixels
+  /// The view that has the world rectangle of two opposite corners as large as the window takes it, with its centre in
+  /// the middle. Nothing for a rectangle of less than 1e-7 either way and for a window of less than 2 pixels. Changes
+  /// nothing.
+  std::optional<CFCoor> Fitted(const CFPoint& p1, const CFPoint& p2) const;
+  /// Shows the view that `Fitted` gives. Points on one horizontal or vertical line do nothing. A rectangle of less than 1e-7 either way or a window of less than 2 pixels
   /// changes nothing but leaves an entry in the history.
   void ShowRect(const CFPoint& p1, const CFPoint& p2);
   /// Fits everything (`GetMaxRect`) into the window.
@@ -145,9 +167,14 @@ class QV_API CDrawTool {
   template <class Change>
   void change_interaction(const Change& change);
 
-  std::array<CFCoor, kHistory> m_history;
+  struct Entry {
+    CFCoor view;
+    qv::ViewAngles angles;
+  };
+  std::array<Entry, kHistory> m_history;
   int m_nHistory = 0;
   CFCoor m_view;
+  qv::ViewAngles m_angles;
   qv::Window* m_pWindow;
   unsigned char m_byteCursor = 0;  // the cursor is on screen
   unsigned char m_byteBand = 0;    // the rubber band is on screen

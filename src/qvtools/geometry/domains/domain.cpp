@@ -5,10 +5,10 @@
 #include "qvtools/geometry/domains/internal/domain_edge.h"
 #include "qvtools/geometry/domains/internal/lanes.h"
 #include "qvtools/geometry/functions/jh.h"
-#include "qvtools/scripts/script.h"
 
 using qv::detail::after;
 using qv::detail::EdgeBox;
+using qv::detail::include_arc;
 
 namespace {
 
@@ -27,8 +27,8 @@ float radius_of(const CDomainEdge& edge) {
   return JH_GetDistance(edge.cx, edge.cy, edge.x, edge.y);
 }
 
-/// The vertices' places against a band about the tested height: bit 0 above it, bit 1 below it. An edge can come within
-/// tol of the point, or cross its ray, only when its ends have no bit in common.
+/// Where vertices lie against a band about the tested height: bit 0 for above it, bit 1 for below it. An edge can come
+/// within tol of the point, or cross its ray, only when its ends have no bit in common.
 struct Band {
   float low;
   float high;
@@ -37,7 +37,7 @@ struct Band {
     low = std::nextafter(static_cast<float>(py - reach), -HUGE_VALF);
     high = std::nextafter(static_cast<float>(py + reach), HUGE_VALF);
   }
-  int place(float y) const { return static_cast<int>(y > high) | static_cast<int>(y < low) << 1; }
+  int beside(float y) const { return static_cast<int>(y > high) | static_cast<int>(y < low) << 1; }
 };
 
 /// x, y, cx, cy, which lie side by side in the record.
@@ -51,11 +51,11 @@ struct Answer {
   bool inside = false;
   void take_straight(const CDomainEdge& edge, const CDomainEdge& next, float px, float py, float tol) {
     const qv::detail::RelativeEdge relative(edge, next, px, py);
-    inside ^= relative.chord_crosses();
-    on |= relative.within_of_segment(tol);
+    inside ^= relative.crosses_ray();
+    on |= relative.near_segment(tol);
   }
   void take(const CDomainEdge& edge, const CDomainEdge& next, float px, float py, float tol) {
-    inside ^= qv::detail::toggles(edge, next, px, py);
+    inside ^= qv::detail::changes_parity(edge, next, px, py);
     on |= qv::detail::on_edge(edge, next, px, py, tol);
   }
 };
@@ -84,21 +84,21 @@ int CPointInDomain::Point_In_Domain(int n, const CDomainEdge* edges, float px, f
   const Band band(py, tol);
   Answer answer;
   qv::Lanes low = coordinates(edges[0]), high = low;
-  EdgeBox arcs{edges[0].x, edges[0].y, edges[0].x, edges[0].y};
+  EdgeBox arcs({edges[0].x, edges[0].y});
   const CDomainEdge* edge = edges + n - 1;
-  int place = band.place(edge->y);
+  int here = band.beside(edge->y);
   for (const CDomainEdge* next = edges; next != edges + n; edge = next++) {
     const qv::Lanes v = coordinates(*next);
     low = qv::lower(v, low);
     high = qv::higher(v, high);
-    const int next_place = band.place(next->y);
+    const int there = band.beside(next->y);
     if (edge->isArc) {
-      arcs.include_arc(*edge, *next);
+      include_arc(arcs, *edge, *next);
       answer.take(*edge, *next, px, py, tol);
-    } else if ((place & next_place) == 0) {
+    } else if ((here & there) == 0) {
       answer.take_straight(*edge, *next, px, py, tol);
     }
-    place = next_place;
+    here = there;
   }
   xmin = (std::min)(arcs.x1, low[0]);
   ymin = (std::min)(arcs.y1, low[1]);
@@ -131,9 +131,9 @@ int CPointInDomain::Point_Into_Domain(int n, const CDomainEdge* edges, float px,
 
 void CPointInDomain::Get_OutLook_One_Edge(const CDomainEdge& edge, const CDomainEdge& next, float& x1, float& y1,
                                           float& x2, float& y2) const {
-  EdgeBox box{edge.x, edge.y, edge.x, edge.y};
+  EdgeBox box({edge.x, edge.y});
   box.include(next.x, next.y);
-  if (edge.isArc) box.include_arc(edge, next);
+  if (edge.isArc) include_arc(box, edge, next);
   x1 = box.x1;
   y1 = box.y1;
   x2 = box.x2;
@@ -143,10 +143,10 @@ void CPointInDomain::Get_OutLook_One_Edge(const CDomainEdge& edge, const CDomain
 void CPointInDomain::Get_OutLook_Domain(int n, const CDomainEdge* edges, float& x1, float& y1, float& x2,
                                         float& y2) const {
   if (n < 1) return;
-  EdgeBox box{edges[0].x, edges[0].y, edges[0].x, edges[0].y};
+  EdgeBox box({edges[0].x, edges[0].y});
   for (int i = 0; i < n; ++i) {
     box.include(edges[i].x, edges[i].y);
-    if (edges[i].isArc) box.include_arc(edges[i], after(edges, n, i));
+    if (edges[i].isArc) include_arc(box, edges[i], after(edges, n, i));
   }
   x1 = box.x1;
   y1 = box.y1;
@@ -207,20 +207,6 @@ int CPointInDomain::Test_CrossRegon_Domain_Rect(int n, const CDomainEdge* edges,
     if (crosses_rect(edges[i], after(edges, n, i), rx, ry, tol)) return 1;
   }
   return 0;
-}
-
-void CPointInDomain::Draw_SCR(std::FILE* f, const CDomainEdge& edge, const CDomainEdge& next) const {
-  if (!edge.isArc) {
-    acad_line(f, edge.x, edge.y, next.x, next.y);
-  } else if (edge.ccw) {
-    acad_arc(f, edge.cx, edge.cy, edge.x, edge.y, next.x, next.y);
-  } else {
-    acad_arc(f, edge.cx, edge.cy, next.x, next.y, edge.x, edge.y);
-  }
-}
-
-void CPointInDomain::Draw_SCR(std::FILE* f, int n, const CDomainEdge* edges) const {
-  for (int i = 0; i < n; ++i) Draw_SCR(f, edges[i], after(edges, n, i));
 }
 
 void CPointInDomain::Swap(float& a, float& b) const {

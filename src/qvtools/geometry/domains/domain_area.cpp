@@ -22,8 +22,8 @@ Part arc_segment(const CDomainEdge& edge, const CDomainEdge& next) {
   if (!edge.isArc) return nothing;
   const qv::detail::RelativeArc arc(edge, next, 0, 0);
   const qv::detail::Sweep sweep = arc.sweep();
-  const double h = sweep.angle() / 2, doubled = 2 * h - std::sin(2 * h);
-  if (arc.radius2 == 0 || sweep.none() || !(doubled > 0)) return nothing;
+  const double h = sweep.angle() / 2, doubled = qv::detail::unit_segment_area(h);
+  if (arc.radius2 == 0 || sweep.is_empty() || !(doubled > 0)) return nothing;
   const double r = std::sqrt(arc.radius2), m = std::atan2(sweep.from.y, sweep.from.x) + h, s = std::sin(h);
   // Below this the quotient loses its digits; the segment's centroid is then as good as on the arc.
   const double d = h < 1e-3 ? r : 4 * r / 3 * s * s * s / doubled;

@@ -31,12 +31,12 @@ int split(const CDomainEdge& edge, const CDomainEdge& next, CDomainEdge* out) {
   const RelativeArc arc(edge, next, 0, 0);
   const double h2 = arc.radius2 - arc.centre.y * arc.centre.y;
   const Sweep sweep = arc.sweep();
-  if (!(h2 > 0) || sweep.none()) return 0;
+  if (!(h2 > 0) || sweep.is_empty()) return 0;
   const double h = std::sqrt(h2);
   const Vec first{h, -arc.centre.y}, second{-h, -arc.centre.y};
-  const bool has_first = sweep.holds(first), has_second = sweep.holds(second);
+  const bool has_first = sweep.contains(first), has_second = sweep.contains(second);
   // Both: the one that lies in the sweep up to the other comes first counter-clockwise.
-  const bool swapped = has_first && has_second && Sweep{sweep.from, first}.holds(second) == arc.ccw;
+  const bool swapped = has_first && has_second && Sweep{sweep.from, first}.contains(second) == arc.ccw;
   int count = 0;
   for (const bool take_first : {!swapped, swapped}) {
     if (take_first ? has_first : has_second) out[count++] = start_at(edge, arc.centre.x + (take_first ? h : -h));
@@ -59,7 +59,7 @@ int side_of_arc(const CDomainEdge& edge, const CDomainEdge& next, double tol) {
   const double r = std::sqrt(arc.radius2);
   if (!(-r - tol <= edge.cy && edge.cy <= r + tol)) return edge.cy <= -tol ? -1 : 1;
   const Sweep sweep = arc.sweep();
-  const Vec middle = sweep.none() ? sweep.from : sweep.middle();
+  const Vec middle = sweep.is_empty() ? sweep.from : sweep.middle();
   const double length = middle.length();
   double y = edge.cy + (length > 0 ? middle.y * (r / length) : 0);
   // A piece that only touches the axis in its middle lies on the side of its ends.

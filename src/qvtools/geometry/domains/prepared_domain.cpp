@@ -8,36 +8,34 @@ using qv::detail::Vec;
 
 namespace {
 
-// Odd parts of a cell, so that no reference point falls on an edge with round coordinates.
-constexpr double kPartX = 0.41421356237, kPartY = 0.57721566490;
+// Where in its cell a reference point lies: fractions so odd that it falls on no edge with round coordinates.
+constexpr double kFractionX = 0.41421356237, kFractionY = 0.57721566490;
 constexpr double kEntriesPerEdge = 64;
 constexpr double kMostCells = 2048;  // along one side of the box
 
-/// Whether the way from the tested point (the origin) to `goal` crosses the chord. A vertex on the way is taken to lie
-/// to its right, for both of its edges; the tested point on the chord as `chord_crosses` takes it.
-bool crosses_way(const RelativeEdge& edge, const Vec& goal) {
-  const bool left_p = goal.cross(edge.p) > 0, left_q = goal.cross(edge.q) > 0;
+/// Whether the line from the tested point (the origin) to `target` crosses the chord. A vertex on the line is taken to
+/// lie to its right, for both of its edges; a tested point on the chord has the side that the chord gives it.
+bool crosses_line_to(const Vec& target, const RelativeEdge& edge) {
+  const bool left_p = target.cross(edge.p) > 0, left_q = target.cross(edge.q) > 0;
   if (left_p == left_q) return false;
-  double here = edge.cross();
-  if (here == 0) here = edge.p.y != edge.q.y ? edge.p.y - edge.q.y : edge.q.x - edge.p.x;
   const Vec chord{edge.q.x - edge.p.x, edge.q.y - edge.p.y};
-  return (here > 0) != (chord.cross({goal.x - edge.p.x, goal.y - edge.p.y}) > 0);
+  return (edge.side() > 0) != (chord.cross({target.x - edge.p.x, target.y - edge.p.y}) > 0);
 }
 
 }  // namespace
 
-void CPreparedDomain::Axis::divide(double low, double high, int cells, double part) {
+void CPreparedDomain::Axis::divide(double low, double high, int cells, double fraction) {
   start = low;
   end = high;
   count = high > low ? cells : 1;
   cell = (high - low) / count;
   scale = high > low ? count / (high - low) : 0;
-  offset = cell * part;
+  offset = cell * fraction;
 }
 
 int CPreparedDomain::Axis::at(double v) const {
-  const double place = (v - start) * scale;
-  return place > 0 ? static_cast<int>((std::min)(place, count - 1.0)) : 0;
+  const double index = (v - start) * scale;
+  return index > 0 ? static_cast<int>((std::min)(index, count - 1.0)) : 0;
 }
 
 int CPreparedDomain::Axis::first_beyond(double v) const {
@@ -72,14 +70,14 @@ struct CPreparedDomain::Builder {
     d.entries_.resize(total);
     each_entry([&](int i, int row, int column) {
       d.entries_[--d.cells_[cell(row, column)].first] =
-          static_cast<std::uint32_t>(i) << 1 | holds_reference(i, row, column);
+          static_cast<std::uint32_t>(i) << 1 | contains_reference(i, row, column);
     });
     mark_references();
   }
 
-  std::uint32_t holds_reference(int i, int row, int column) const {
+  std::uint32_t contains_reference(int i, int row, int column) const {
     if (!edge(i).isArc) return 0;
-    return RelativeArc(edge(i), edge(i + 1), d.x_.reference(column), d.y_.reference(row)).segment_holds();
+    return RelativeArc(edge(i), edge(i + 1), d.x_.reference(column), d.y_.reference(row)).segment_contains();
   }
 
   /// Calls visit(edge, row, column) once for every cell that an edge or the chord of an arc may reach into.
@@ -105,7 +103,7 @@ struct CPreparedDomain::Builder {
     const double x1 = from.x, y1 = from.y, dx = to.x - x1, dy = to.y - y1;
     const double low = (std::min)(y1, y1 + dy) - margin, high = (std::max)(y1, y1 + dy) + margin;
     for (int row = d.y_.at(low), end = d.y_.at(high); row <= end; ++row) {
-      // The part of the chord, from 0 to 1, in the row.
+      // The parameters of the chord, from 0 to 1, that lie in the row.
       const double below = d.y_.start + row * d.y_.cell - margin, above = below + d.y_.cell + 2 * margin;
       double a = dy != 0 ? (below - y1) / dy : 0, b = dy != 0 ? (above - y1) / dy : 1;
       if (a > b) std::swap(a, b);
@@ -200,8 +198,8 @@ CPreparedDomain::CPreparedDomain(int n, const CDomainEdge* edges) {
   if (!std::isfinite(spans) || !std::isfinite(width + height) || spans > 4.0 * n) return;
   const double most = (std::min)(8 * std::sqrt(static_cast<double>(n)) + 4, kMostCells);
   const int cells = static_cast<int>(std::clamp(kEntriesPerEdge * n / (spans + 1), 1.0, most));
-  x_.divide(x1, x2, cells, kPartX);
-  y_.divide(y1, y2, cells, kPartY);
+  x_.divide(x1, x2, cells, kFractionX);
+  y_.divide(y1, y2, cells, kFractionY);
   Builder(*this).fill();
 }
 
@@ -232,14 +230,14 @@ int CPreparedDomain::Point_In_Domain(float px, float py, float tol) const {
   const int row = y_.at(py), column = x_.at(px);
   const Cell* cell =
       &cells_[static_cast<std::size_t>(row) * static_cast<std::size_t>(x_.count) + static_cast<std::size_t>(column)];
-  const Vec way{x_.reference(column) - px, y_.reference(row) - py};
+  const Vec reference{x_.reference(column) - px, y_.reference(row) - py};
   std::uint32_t inside = cell[0].inside;
   for (std::uint32_t k = cell[0].first; k < cell[1].first; ++k) {
     const CDomainEdge* edge = &edges_[entries_[k] >> 1];
     if (one_cell && qv::detail::on_edge(edge[0], edge[1], px, py, tol)) return 1;
     const RelativeEdge chord(edge[0], edge[1], px, py);
-    inside ^= static_cast<std::uint32_t>(crosses_way(chord, way));
-    if (edge->isArc) inside ^= RelativeArc(edge[0], edge[1], px, py).segment_holds() ^ (entries_[k] & 1);
+    inside ^= static_cast<std::uint32_t>(crosses_line_to(reference, chord));
+    if (edge->isArc) inside ^= RelativeArc(edge[0], edge[1], px, py).segment_contains() ^ (entries_[k] & 1);
   }
   const bool in_box = x_.start <= px && px <= x_.end && y_.start <= py && py <= y_.end;
   return in_box ? static_cast<int>(inside) : 0;

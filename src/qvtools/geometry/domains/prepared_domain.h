@@ -26,7 +26,7 @@ class QV_API CPreparedDomain {
     double offset = 0;  // of the reference point from the start of its cell
     int count = 1;
 
-    void divide(double low, double high, int cells, double part);
+    void divide(double low, double high, int cells, double fraction);
     int at(double v) const;
     double reference(int i) const { return start + i * cell + offset; }
     /// The first cell whose reference point lies beyond v, 0 to count.

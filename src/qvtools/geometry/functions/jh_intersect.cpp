@@ -2,6 +2,7 @@
 
 #include "qvtools/geometry/functions/internal/jh_figures.h"
 
+using qv::detail::half_chord;
 using qv::detail::Segment;
 using qv::detail::store;
 using qv::detail::Vec;
@@ -12,28 +13,26 @@ constexpr double kParallelSlope = 1e-5;
 constexpr int kCoincide = -1;
 
 /// A crossing of segments when one of them is only a point: that point, when it lies on the other.
-int point_on_segment(const Segment& segment, double px, double py, float* x, float* y, float tol) {
-  const bool on = segment.length2 == 0 ? segment.distance_to_start(px, py) <= tol
-                                       : segment.holds(segment.along(px, py), tol) &&
-                                             std::fabs(segment.across(px, py)) <= tol * segment.length;
-  if (on) store({px, py}, x, y);
+int point_on_segment(const Segment& segment, const Vec& p, float* x, float* y, float tol) {
+  const bool on = segment.length2 == 0 ? segment.distance_to_start(p) <= tol : segment.contains(p, tol);
+  if (on) store(p, x, y);
   return on;
 }
 
 int cross_segments(const Segment& a, const Segment& b, float* x, float* y, float tol) {
-  if (b.length2 == 0) return point_on_segment(a, b.x, b.y, x, y, tol);
-  if (a.length2 == 0) return point_on_segment(b, a.x, a.y, x, y, tol);
+  if (b.length2 == 0) return point_on_segment(a, b.base, x, y, tol);
+  if (a.length2 == 0) return point_on_segment(b, a.base, x, y, tol);
   // The frame of the first segment, lengths multiplied by a.length.
   const double reach = tol * a.length;
-  const double v3 = a.across(b.x, b.y), v4 = a.across(b.x + b.span.x, b.y + b.span.y);
+  const double v3 = a.across(b.base), v4 = a.across({b.base.x + b.span.x, b.base.y + b.span.y});
   if ((v3 > reach && v4 > reach) || (v3 < -reach && v4 < -reach)) return 0;
-  const double u3 = a.along(b.x, b.y);
+  const double u3 = a.along(b.base);
   const double du = a.span.dot(b.span), dv = a.span.cross(b.span);
   if (std::fabs(dv) <= std::fabs(du) && std::fabs(dv) < kParallelSlope * std::fabs(du)) {
     return std::fabs(v3 - u3 * (dv / du)) < reach ? 2 : 0;
   }
   const double crossing = u3 - v3 * (du / dv);
-  if (!a.holds(crossing, tol)) return 0;
+  if (!a.contains(crossing, tol)) return 0;
   store(a.at(crossing), x, y);
   return 1;
 }
@@ -53,7 +52,7 @@ struct Pair {
     store(p, x[count], y[count]);
     ++count;
   }
-  /// Keeps those points for which `keep` holds, the first of them in the first place.
+  /// Keeps those points for which keep(x, y) is true, the first of them in the first pair.
   template <class Keep>
   int filter(int n, const Keep& keep) {
     count = 0;
@@ -67,16 +66,15 @@ struct Pair {
 
 /// Circles whose distance d is neither too large nor too small for a crossing, nor that of touching from outside.
 int cross_or_touch_inside(const Vec& c1, double r1, const Vec& c2, double r2, double d, Pair& out, float tol) {
-  const Vec u{(c2.x - c1.x) / d, (c2.y - c1.y) / d};
+  const qv::detail::CentreLine line(c1, c2, d);
   if (d >= std::fabs(r1 - r2) + tol) {
-    const double s = (d * d - r2 * r2 + r1 * r1) / (2 * d);
-    const double h = std::sqrt((std::max)(0.0, r1 * r1 - s * s));
-    out.add({c1.x + u.x * s - u.y * h, c1.y + u.y * s + u.x * h});
-    out.add({c1.x + u.x * s + u.y * h, c1.y + u.y * s - u.x * h});
+    const double s = line.foot(r1, r2), h = half_chord(r1 * r1, s * s);
+    out.add(line.at(s, h));
+    out.add(line.at(s, -h));
   } else if (r1 <= r2) {
-    out.add({c1.x - u.x * r1, c1.y - u.y * r1});
+    out.add(line.at(-r1, 0));
   } else {
-    out.add({c2.x + u.x * r2, c2.y + u.y * r2});
+    out.add({c2.x + line.unit.x * r2, c2.y + line.unit.y * r2});
   }
   return out.count;
 }
@@ -136,19 +134,19 @@ int JH_GetInterPoint_Circle_LineSection(float cx, float cy, float r, float x1, f
   const Segment segment(x1, y1, x2, y2);
   const double radius = (std::max)(r, 0.0f), t = tol;
   if (segment.length2 == 0) {
-    if (!(std::fabs(segment.distance_to_start(cx, cy) - radius) <= t)) return 0;
+    if (!(std::fabs(segment.distance_to_start({cx, cy}) - radius) <= t)) return 0;
     return store({x1, y1}, ax, ay), 1;
   }
-  const double foot = segment.along(cx, cy), d = std::fabs(segment.across(cx, cy));
+  const double foot = segment.along({cx, cy}), d = std::fabs(segment.across({cx, cy}));
   if (d > (radius + t) * segment.length) return 0;
   Pair out(ax, ay, bx, by);
-  const auto offer = [&](double place) {
-    if (segment.holds(place, t)) out.add(segment.at(place));
+  const auto offer = [&](double parameter) {
+    if (segment.contains(parameter, t)) out.add(segment.at(parameter));
   };
   if (d >= (radius - t) * segment.length) {
     offer(foot);
   } else {
-    const double half = std::sqrt((std::max)(0.0, radius * radius * segment.length2 - d * d));
+    const double half = half_chord(radius * radius * segment.length2, d * d);
     offer(foot - half);
     offer(foot + half);
   }
@@ -164,8 +162,8 @@ int JH_GetInterPoint_Circle_Circle(float x1, float y1, float r1, float x2, float
   const double d = std::sqrt(d2);
   Pair out(ax, ay, bx, by);
   if (d > p + q - t || p + q == 0) {
-    const double part = p + q == 0 ? 0 : p / (p + q);
-    out.add({c1.x + dx * part, c1.y + dy * part});
+    const double share = p + q == 0 ? 0 : p / (p + q);
+    out.add({c1.x + dx * share, c1.y + dy * share});
     return 1;
   }
   if (d < t && std::fabs(p - q) < t) return kCoincide;

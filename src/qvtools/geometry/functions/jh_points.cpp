@@ -34,22 +34,22 @@ float JH_GetLenArc(float cx, float cy, float x1, float y1, float x2, float y2) {
 float JH_GetMinDist_PointToLine(float px, float py, float x1, float y1, float x2, float y2) {
   const Segment line(x1, y1, x2, y2);
   if (line.length2 == 0) return JH_GetDistance(px, py, x1, y1);
-  return static_cast<float>(std::fabs(line.across(px, py)) / line.length);
+  return static_cast<float>(std::fabs(line.across({px, py})) / line.length);
 }
 
 float JH_GetMinDist_PointToLineSection(float px, float py, float x1, float y1, float x2, float y2) {
-  return static_cast<float>(Segment(x1, y1, x2, y2).distance(px, py));
+  return static_cast<float>(Segment(x1, y1, x2, y2).distance({px, py}));
 }
 
 void JH_GetCuiZu_PointToLine(float px, float py, float x1, float y1, float x2, float y2, float* fx, float* fy) {
   const Segment line(x1, y1, x2, y2);
-  store(line.length2 == 0 ? Vec{x1, y1} : line.at(line.along(px, py)), fx, fy);
+  store(line.length2 == 0 ? Vec{x1, y1} : line.at(line.along({px, py})), fx, fy);
 }
 
 int JH_GetCuiZu_PointToLineSection(float px, float py, float x1, float y1, float x2, float y2, float* fx, float* fy,
                                    float tol) {
   const Segment segment(x1, y1, x2, y2);
-  if (!segment.holds(segment.along(px, py), tol)) return 0;
+  if (!segment.contains(segment.along({px, py}), tol)) return 0;
   JH_GetCuiZu_PointToLine(px, py, x1, y1, x2, y2, fx, fy);
   return 1;
 }
@@ -72,7 +72,7 @@ int JH_TestPointIn_Circle(float px, float py, float cx, float cy, float r, float
 int JH_TestPointIn_LineSection(float px, float py, float x1, float y1, float x2, float y2, float tol) {
   const Segment segment(x1, y1, x2, y2);
   if (segment.length2 == 0) return JH_TestPointIn_Rect(x1, y1, x1, y1, px, py, tol);
-  return segment.holds(segment.along(px, py), tol) && std::fabs(segment.across(px, py)) <= tol * segment.length;
+  return segment.contains(qv::detail::Vec{px, py}, tol);
 }
 
 int JH_TestPointIn_Arc(float px, float py, float cx, float cy, float r, float a1, float a2, float tol) {

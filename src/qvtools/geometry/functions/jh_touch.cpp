@@ -43,7 +43,7 @@ struct Annulus {
 
   float inner() const { return static_cast<float>(r - w / 2.0); }
   float outer() const { return static_cast<float>(r + w / 2.0); }
-  bool holds(float px, float py, float tol) const {
+  bool contains(float px, float py, float tol) const {
     return JH_TestPointIn_JvBuYuanHuan(px, py, cx, cy, r, w, a1, a2, tol) != 0;
   }
   /// Whether something at the distance d from the centre is out of all reach, roundings included.
@@ -98,10 +98,10 @@ bool crosses_boundary(const Annulus& a, const Corners& corners, float cx, float 
 
 int JH_TestCross_Circle_LineSection(float cx, float cy, float r, float x1, float y1, float x2, float y2, float tol) {
   const Segment segment(x1, y1, x2, y2);
-  const double radius = (std::max)(r, 0.0f), d = segment.distance(cx, cy);
+  const double radius = (std::max)(r, 0.0f), d = segment.distance({cx, cy});
   if (!(d - radius < tol)) return 0;
   const double inner = radius - tol;
-  return !(inner >= segment.distance_to_start(cx, cy) && inner >= segment.distance_to_end(cx, cy));
+  return !(inner >= segment.distance_to_start({cx, cy}) && inner >= segment.distance_to_end({cx, cy}));
 }
 
 int JH_TestCross_LineSection_Arc(float x1, float y1, float x2, float y2, float cx, float cy, float r, float a1,
@@ -117,7 +117,7 @@ int JH_TestCrossRegon_Circle_Circle(float x1, float y1, float r1, float x2, floa
 
 int JH_TestCrossRegon_Circle_LineSection(float cx, float cy, float r, float x1, float y1, float x2, float y2,
                                          float tol) {
-  return Segment(x1, y1, x2, y2).distance(cx, cy) - (std::max)(r, 0.0f) < tol;
+  return Segment(x1, y1, x2, y2).distance({cx, cy}) - (std::max)(r, 0.0f) < tol;
 }
 
 int JH_TestCrossRegon_Circle_Arc(float x1, float y1, float r1, float cx, float cy, float r, float a1, float a2,
@@ -145,7 +145,7 @@ int JH_TestCrossRegon_Circle_JvBuYuanHuan(float x1, float y1, float r1, float cx
                                           float a2, float tol) {
   const Annulus ring{cx, cy, r, w, a1, a2};
   if (ring.out_of_reach(x1, y1, r1, tol)) return 0;
-  if (ring.holds(x1, y1, tol)) return 1;
+  if (ring.contains(x1, y1, tol)) return 1;
   const Corners corners(ring);
   return corners.any([&](float x, float y) { return JH_TestPointIn_Circle(x, y, x1, y1, r1, tol); }) ||
          any_piece(
@@ -180,8 +180,8 @@ int JH_TestCrossRegon_LineSection_TuPolygon(float x1, float y1, float x2, float 
 int JH_TestCrossRegon_LineSection_JvBuYuanHuan(float x1, float y1, float x2, float y2, float cx, float cy, float r,
                                                float w, float a1, float a2, float tol) {
   const Annulus ring{cx, cy, r, w, a1, a2};
-  if (ring.out_of_reach(Segment(x1, y1, x2, y2).distance(cx, cy), tol)) return 0;
-  return ring.holds(x1, y1, tol) || ring.holds(x2, y2, tol) ||
+  if (ring.out_of_reach(Segment(x1, y1, x2, y2).distance({cx, cy}), tol)) return 0;
+  return ring.contains(x1, y1, tol) || ring.contains(x2, y2, tol) ||
          crosses_boundary(ring, Corners(ring), x1, y1, x2, y2, tol);
 }
 
@@ -209,7 +209,7 @@ int JH_TestCrossRegon_Arc_JvBuYuanHuan(float x1, float y1, float r1, float a1, f
   if (ring.out_of_reach(x1, y1, r1, tol)) return 0;
   for (const float a : {a1, b1}) {
     const ArcPoint end(x1, y1, r1, a);
-    if (ring.holds(end.x, end.y, tol)) return 1;
+    if (ring.contains(end.x, end.y, tol)) return 1;
   }
   return crosses_boundary(ring, Corners(ring), x1, y1, r1, a1, b1, tol);
 }
@@ -240,7 +240,7 @@ int JH_TestCrossRegon_TuPolygon_JvBuYuanHuan(int n, const float* xs, const float
   const Annulus ring{cx, cy, r, w, a1, a2};
   const Corners corners(ring);
   return corners.any([&](float x, float y) { return JH_TestPointIn_TuPolygon(x, y, n, xs, ys, tol); }) ||
-         any_vertex(n, xs, ys, [&](float x, float y) { return ring.holds(x, y, tol); }) ||
+         any_vertex(n, xs, ys, [&](float x, float y) { return ring.contains(x, y, tol); }) ||
          any_edge(n, xs, ys, [&](float x1, float y1, float x2, float y2) {
            return crosses_boundary(ring, corners, x1, y1, x2, y2, tol);
          });
@@ -251,8 +251,8 @@ int JH_TestCrossRegon_JvBuYuanHuan_JvBuYuanHuan(float x1, float y1, float r1, fl
   const Annulus first{x1, y1, r1, w1, a1, b1}, second{x2, y2, r2, w2, a2, b2};
   if (second.out_of_reach(x1, y1, r1 + std::fabs(w1), tol)) return 0;
   const Corners corners1(first), corners2(second);
-  return corners1.any([&](float x, float y) { return second.holds(x, y, tol); }) ||
-         corners2.any([&](float x, float y) { return first.holds(x, y, tol); }) ||
+  return corners1.any([&](float x, float y) { return second.contains(x, y, tol); }) ||
+         corners2.any([&](float x, float y) { return first.contains(x, y, tol); }) ||
          any_piece(
              first, corners1, [&](float r) { return crosses_boundary(second, corners2, x1, y1, r, a1, b1, tol); },
              [&](float x3, float y3, float x4, float y4) {

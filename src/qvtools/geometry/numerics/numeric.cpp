@@ -44,11 +44,11 @@ float itself(float v) {
 }  // namespace
 
 double get_line_angle(double x1, double y1, double x2, double y2) {
-  return qv::detail::full_turn(std::atan2(y2 - y1, x2 - x1));
+  return qv::detail::normalize_angle(std::atan2(y2 - y1, x2 - x1));
 }
 
 double get_two_line_angle(double x1, double y1, double x2, double y2, double x3, double y3, double x4, double y4) {
-  return qv::detail::full_turn(get_line_angle(x3, y3, x4, y4) - get_line_angle(x1, y1, x2, y2));
+  return qv::detail::normalize_angle(get_line_angle(x3, y3, x4, y4) - get_line_angle(x1, y1, x2, y2));
 }
 
 double max_angle_of_tri(double x1, double y1, double x2, double y2, double x3, double y3) {

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "qvtools/geometry/functions/jh.h"
 #include "qvtools/geometry/values/shape.h"
 #include "qvtools/text/numbers.h"
 
@@ -26,17 +25,6 @@ int CFRect::IsFRectEmpty(float tol) const {
 
 int CFRect::IsFRectNull(float tol) const {
   return std::fabs(x1) < tol && std::fabs(y1) < tol && std::fabs(x2) < tol && std::fabs(y2) < tol;
-}
-
-CFRect CFRect::IntersectFRect(const CFRect& r) const {
-  CFRect common;
-  if (JH_TestCrossRegon_Rect(x1, y1, x2, y2, r.x1, r.y1, r.x2, r.y2, 0)) {
-    common.x1 = (std::max)(x1, r.x1);
-    common.y1 = (std::max)(y1, r.y1);
-    common.x2 = (std::min)(x2, r.x2);
-    common.y2 = (std::min)(y2, r.y2);
-  }
-  return common;
 }
 
 CFRect CFRect::UnionFRect(const CFRect& r) const {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <limits>
 
-#include "qvtools/geometry/values/internal/arc_math.h"
+#include "qvtools/geometry/values/internal/edge.h"
 #include "qvtools/geometry/values/rect.h"
 #include "qvtools/platform/framework.h"
 
@@ -17,23 +17,23 @@ CFPoint circle_point(const CFPoint& base, double r, double angle) {
   return {static_cast<float>(base.x + r * std::cos(angle)), static_cast<float>(base.y + r * std::sin(angle))};
 }
 
-/// A point in the frame of a line: along its course from the base point, and to the left of its stored direction, with
-/// the doubt that the rounding of the direction leaves in the latter.
+/// A point in the frame of a line: along it from its start to its end, and to the left of its stored direction, with
+/// the tolerance that the rounding of the direction leaves in the latter.
 struct BesideLine {
   double along;
   double left;
-  double doubt;
+  double tolerance;
 
   BesideLine(const CFShape& line, const CFPoint& p) {
-    const Vec v = between(line, p);
     const qv::detail::Direction d(line.A);
-    along = line.R < 0 ? -v.dot(d.unit) : v.dot(d.unit);
-    left = d.unit.cross(v);
-    doubt = std::fabs(along) * d.slack;
+    const auto stored = qv::detail::Line::with_unit({line.x, line.y}, d.unit);
+    along = line.R < 0 ? -stored.along({p.x, p.y}) : stored.along({p.x, p.y});
+    left = stored.across({p.x, p.y});
+    tolerance = std::fabs(along) * d.tolerance;
   }
 };
 
-/// The angle from the start of an arc to `direction` (seen from its centre) in the way of its sweep, in [0, 2 pi).
+/// The angle in [0, 2 pi) from the start of an arc to `direction`, seen from its centre, in the sense of its sweep.
 double turned_to(const CFShape& s, double direction) {
   return along_sweep(direction - (s.R < 0 ? s.A + qv::kPi : s.A), s.B);
 }
@@ -110,12 +110,11 @@ void CFShape::GetRect(CFPoint& p1, CFPoint& p2) const {
   p1 = {(std::min)(a.x, b.x), (std::min)(a.y, b.y)};
   p2 = {(std::max)(a.x, b.x), (std::max)(a.y, b.y)};
   if (!IsArc()) return;
-  const float r = std::fabs(R);
-  const auto passes = [this](int quarter) { return within_sweep(*this, quarter * qv::detail::kTurn / 4, 0, 0); };
-  if (passes(0)) p2.x = (std::max)(p2.x, x + r);
-  if (passes(1)) p2.y = (std::max)(p2.y, y + r);
-  if (passes(2)) p1.x = (std::min)(p1.x, x - r);
-  if (passes(3)) p1.y = (std::min)(p1.y, y - r);
+  qv::detail::EdgeBox box(p1);
+  box.include(p2.x, p2.y);
+  box.include_arc(x, y, GetRadius(), [this](int i) { return within_sweep(*this, i * qv::detail::kTurn / 4, 0, 0); });
+  p1 = {box.x1, box.y1};
+  p2 = {box.x2, box.y2};
 }
 
 double CFShape::Distance(const CFPoint& p) const {
@@ -138,7 +137,7 @@ double CFShape::DistanceToFigure(const CFPoint& p) const {
 
 int CFShape::AtLeft(const CFPoint& p) const {
   const BesideLine at(*this, p);
-  return at.left > at.doubt;
+  return at.left > at.tolerance;
 }
 
 int CFShape::OnShape(const CFPoint& p, float tol) const {
@@ -150,7 +149,7 @@ int CFShape::OnShape(const CFPoint& p, float tol) const {
            (IsCircle() || within_sweep(*this, std::atan2(v.y, v.x), ends, ends));
   }
   const BesideLine at(*this, p);
-  return std::fabs(at.left) + at.doubt < tol && -static_cast<double>(tol) <= at.along &&
+  return std::fabs(at.left) + at.tolerance < tol && -static_cast<double>(tol) <= at.along &&
          at.along <= static_cast<double>(GetR()) + tol;
 }
 
@@ -174,8 +173,8 @@ int CFShape::Contain(const CFPoint& p1, const CFPoint& p2) const {
   GetRect(low, high);
   const CFRect box(p1, p2);
   // End points are rounded: a figure that ends on the border stays inside.
-  const auto slack = static_cast<float>(qv::detail::resolution({low, high, p1, p2}));
-  if (box.FpInFRect(low, slack) && box.FpInFRect(high, slack)) return 1;
+  const auto tol = static_cast<float>(qv::detail::resolution({low, high, p1, p2}));
+  if (box.FpInFRect(low, tol) && box.FpInFRect(high, tol)) return 1;
   if (!(p1.x > p2.x)) return 0;
   const CFPoint corners[] = {p1, {p2.x, p1.y}, p2, {p1.x, p2.y}};
   for (int i = 0; i < 4; ++i) {

@@ -1,15 +1,15 @@
 #include <algorithm>
 #include <array>
 
-#include "qvtools/geometry/values/internal/arc_math.h"
+#include "qvtools/geometry/values/internal/edge.h"
 #include "qvtools/geometry/values/shape.h"
 
-// Every figure is a carrier (a point, an infinite line or a full circle) with a range on it, measured along the
-// figure's course: a length from the start of a line, an angle from the start of an arc.
+// Every figure is a carrier (a point, an infinite line or a full circle) with a range of parameters on it: lengths from
+// the start of a line, angles from the start of an arc.
 
-using qv::detail::between;
-using qv::detail::full_turn;
 using qv::detail::kTurn;
+using qv::detail::Line;
+using qv::detail::normalize_angle;
 using qv::detail::Vec;
 
 namespace {
@@ -24,7 +24,7 @@ struct Figure {
   double sweep;  // turn of an arc, never negative
   bool round;
   bool whole;  // all of the carrier
-  Vec course;  // unit vector of a line's course
+  Line line;   // of a line, from its start to its end
 
   Figure(const CFShape& s, int unbounded)
       : shape(s),
@@ -35,33 +35,36 @@ struct Figure {
         sweep(s.IsPoint() ? 0 : (std::min)(std::fabs(1.0 * s.B), kTurn)),
         round(s.IsArc() || s.IsCircle()),
         whole(s.IsCircle() || (s.IsLine() && unbounded)),
-        course{1, 0} {
-    if (!s.IsLine()) return;
-    const Vec unit = qv::detail::Direction(s.A).unit;
-    course = s.R < 0 ? Vec{-unit.x, -unit.y} : unit;
-  }
+        line(Line::with_unit({s.x, s.y}, unit_of(s))) {}
 
-  Vec at(double u) const { return {shape.x + course.x * u, shape.y + course.y * u}; }
+  const Vec& base() const { return line.base; }
   Vec from_base(const Vec& p) const { return {p.x - shape.x, p.y - shape.y}; }
   double largest() const { return (std::max)({std::fabs(1.0 * shape.x), std::fabs(1.0 * shape.y), size}); }
 
-  /// Where a point of the carrier lies along the course; for arcs the places just before the start are negative.
-  double place(const Vec& p) const {
+  /// The parameter of a point of the carrier; negative for points of a circle that lie just before the arc's start.
+  double parameter(const Vec& p) const {
+    if (!round) return line.along(p);
     const Vec v = from_base(p);
-    if (!round) return v.dot(course);
     const double turned = qv::detail::along_sweep(std::atan2(v.y, v.x) - start, shape.B);
     return turned > (kTurn + sweep) / 2 ? turned - kTurn : turned;
   }
-  bool holds(const Vec& p, double eps) const {
+  bool contains(const Vec& p, double eps) const {
     if (whole) return true;
-    const double slack = round ? eps / size : eps, end = round ? sweep : size;
-    const double u = place(p);
-    return -slack <= u && u <= end + slack;
+    const double tolerance = round ? eps / size : eps, end = round ? sweep : size;
+    const double u = parameter(p);
+    return -tolerance <= u && u <= end + tolerance;
   }
   /// The signed distance of a point from an infinite line, positive to the left; from a circle, positive outside.
   double offset(const Vec& p) const {
-    const Vec v = from_base(p);
-    return round ? v.length() - size : shape.IsPoint() ? v.length() : course.cross(v);
+    if (!round && !shape.IsPoint()) return line.across(p);
+    return from_base(p).length() - (round ? size : 0);
+  }
+
+ private:
+  static Vec unit_of(const CFShape& s) {
+    if (!s.IsLine()) return {1, 0};
+    const Vec unit = qv::detail::Direction(s.A).unit;
+    return s.R < 0 ? Vec{-unit.x, -unit.y} : unit;
   }
 };
 
@@ -74,31 +77,29 @@ struct Crossings {
 
   /// Takes a crossing of the carriers when it lies on both figures.
   void offer(const Vec& p) {
-    if (a.holds(p, eps) && b.holds(p, eps)) points[static_cast<std::size_t>(count++)] = p;
+    if (a.contains(p, eps) && b.contains(p, eps)) points[static_cast<std::size_t>(count++)] = p;
   }
 };
 
 void cross_point(Crossings& found, const Figure& point, const Figure& other) {
-  const Vec p{point.shape.x, point.shape.y};
-  if (std::fabs(other.offset(p)) <= found.eps) found.offer(p);
+  if (std::fabs(other.offset(point.base())) <= found.eps) found.offer(point.base());
 }
 
 int cross_collinear(Crossings& found, const Figure& a, const Figure& b) {
   if (a.whole || b.whole) return kCoincide;
-  const double t0 = a.place({b.shape.x, b.shape.y}), t1 = a.place(b.at(b.size));
+  const double t0 = a.parameter(b.base()), t1 = a.parameter(b.line.at(b.size));
   const double low = (std::max)(0.0, (std::min)(t0, t1)), high = (std::min)(a.size, (std::max)(t0, t1));
   if (high - low > found.eps) return kCoincide;
-  if (high - low >= -found.eps) found.offer(a.at((low + high) / 2));
+  if (high - low >= -found.eps) found.offer(a.line.at((low + high) / 2));
   return found.count;
 }
 
 int cross_lines(Crossings& found, const Figure& a, const Figure& b) {
-  const Vec d = a.from_base({b.shape.x, b.shape.y});
-  const double det = a.course.cross(b.course);
+  const double det = a.line.span.cross(b.line.span);
   if (std::fabs(det) <= kParallel) {
-    return std::fabs(a.course.cross(d)) <= found.eps ? cross_collinear(found, a, b) : 0;
+    return std::fabs(a.line.across(b.base())) <= found.eps ? cross_collinear(found, a, b) : 0;
   }
-  found.offer(a.at(d.cross(b.course) / det));
+  found.offer(a.line.at(a.from_base(b.base()).cross(b.line.span) / det));
   return found.count;
 }
 
@@ -106,29 +107,28 @@ int cross_lines(Crossings& found, const Figure& a, const Figure& b) {
 /// resolution, negative where there is no crossing.
 double half_chord(double r, double distance, double eps) {
   if (distance > r + eps) return -1;
-  return distance >= r - eps / 4 ? 0 : std::sqrt(r * r - distance * distance);
+  return distance >= r - eps / 4 ? 0 : qv::detail::half_chord(r * r, distance * distance);
 }
 
 int cross_line_circle(Crossings& found, const Figure& line, const Figure& circle) {
-  const Vec centre{circle.shape.x, circle.shape.y};
-  const double foot = line.place(centre);
-  const double h = half_chord(circle.size, std::fabs(line.offset(centre)), found.eps);
+  const double foot = line.parameter(circle.base());
+  const double h = half_chord(circle.size, std::fabs(line.offset(circle.base())), found.eps);
   if (h < 0) return 0;
-  found.offer(line.at(foot - h));
-  if (h > 0) found.offer(line.at(foot + h));
+  found.offer(line.line.at(foot - h));
+  if (h > 0) found.offer(line.line.at(foot + h));
   return found.count;
 }
 
 /// Arcs on one circle: over a stretch in common, or end to end in up to two points.
 int cross_same_circle(Crossings& found, const Figure& a, const Figure& b) {
   const auto first = [](const Figure& f) { return f.shape.B < 0 ? f.start - f.sweep : f.start; };
-  const double ahead = full_turn(first(b) - first(a)), slack = found.eps / a.size;
+  const double ahead = normalize_angle(first(b) - first(a)), tolerance = found.eps / a.size;
   double contacts[2];
   int n = 0;
   for (const double from : {ahead, ahead - kTurn}) {
     const double low = (std::max)(0.0, from), high = (std::min)(a.sweep, from + b.sweep);
-    if (high - low > slack) return kCoincide;
-    if (high - low >= -slack) contacts[n++] = first(a) + (low + high) / 2;
+    if (high - low > tolerance) return kCoincide;
+    if (high - low >= -tolerance) contacts[n++] = first(a) + (low + high) / 2;
   }
   for (int i = 0; i < n; ++i) {
     found.offer({a.shape.x + a.size * std::cos(contacts[i]), a.shape.y + a.size * std::sin(contacts[i])});
@@ -137,17 +137,16 @@ int cross_same_circle(Crossings& found, const Figure& a, const Figure& b) {
 }
 
 int cross_circles(Crossings& found, const Figure& a, const Figure& b) {
-  const Vec d = a.from_base({b.shape.x, b.shape.y});
-  const double distance = d.length(), eps = found.eps;
+  const double distance = a.from_base(b.base()).length(), eps = found.eps;
   if (distance <= eps) return std::fabs(a.size - b.size) <= eps ? cross_same_circle(found, a, b) : 0;
   if (distance > a.size + b.size + eps || distance < std::fabs(a.size - b.size) - eps) return 0;
-  const double s = (distance * distance - b.size * b.size + a.size * a.size) / (2 * distance);
+  const qv::detail::CentreLine line(a.base(), b.base(), distance);
+  const double s = line.foot(a.size, b.size);
   const double h = (std::max)(0.0, half_chord(a.size, std::fabs(s), eps));
   // A tangent point lies on the circle a, even where s falls short of it or beyond.
   const double along = h > 0 ? s : std::copysign(a.size, s);
-  const Vec u{d.x / distance, d.y / distance};
-  found.offer({a.shape.x + u.x * along + u.y * h, a.shape.y + u.y * along - u.x * h});
-  if (h > 0) found.offer({a.shape.x + u.x * along - u.y * h, a.shape.y + u.y * along + u.x * h});
+  found.offer(line.at(along, -h));
+  if (h > 0) found.offer(line.at(along, h));
   return found.count;
 }
 
@@ -167,7 +166,8 @@ int CFShape::Intersect(const CFShape& s, CFPoint* out, int flag1, int flag2) con
   const Figure a(*this, flag1), b(s, flag2);
   Crossings found{a, b, 5e-7 * (std::max)(a.largest(), b.largest())};
   const int count = cross(found, a, b);
-  if (count == 2 && a.place(found.points[1]) < a.place(found.points[0])) std::swap(found.points[0], found.points[1]);
+  if (count == 2 && a.parameter(found.points[1]) < a.parameter(found.points[0]))
+    std::swap(found.points[0], found.points[1]);
   for (int i = 0; i < count; ++i) {
     const Vec& p = found.points[static_cast<std::size_t>(i)];
     out[i] = CFPoint(static_cast<float>(p.x), static_cast<float>(p.y));

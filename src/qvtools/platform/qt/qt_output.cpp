@@ -32,7 +32,7 @@ bool paint(QPaintDevice& device, QtContext::Target target, CSize size, const std
 
 }  // namespace
 
-bool save_png(const BitmapContext& bitmap, const std::string& path) {
+bool save_png_with_qt(const BitmapContext& bitmap, const std::string& path) {
   const QImage image(reinterpret_cast<const uchar*>(bitmap.Pixels()), bitmap.Width(), bitmap.Height(),
                      static_cast<qsizetype>(bitmap.Width()) * 4, QImage::Format_RGB32);
   QByteArray bytes;

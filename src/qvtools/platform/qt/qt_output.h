@@ -10,7 +10,7 @@
 
 namespace qv {
 
-bool save_png(const BitmapContext& bitmap, const std::string& path);
+bool save_png_with_qt(const BitmapContext& bitmap, const std::string& path);
 /// `draw` draws on a picture of the given size in pixels.
 bool save_svg(const std::string& path, CSize size, const std::function<void(CDC&)>& draw);
 /// `draw` draws on a page of the given size in dots, `dotsPerInch` of them an inch; it is a printing context.

@@ -108,7 +108,7 @@ bool show_bitmap(HDC dc, int x, int y, const BitmapContext& bitmap) {
   return SetDIBitsToDevice(dc, x, y, width, height, 0, 0, 0, height, bitmap.Pixels(), &info, DIB_RGB_COLORS) != 0;
 }
 
-bool save_png(const BitmapContext& bitmap, const std::string& path) {
+bool save_png_with_gdi(const BitmapContext& bitmap, const std::string& path) {
   const GdiPlus plus;
   IStream* stream = nullptr;
   if (!plus.started() || CreateStreamOnHGlobal(nullptr, TRUE, &stream) != S_OK) return false;

@@ -43,7 +43,7 @@ class GdiBitmap {
 /// Shows the bitmap on a device, its upper left corner at (x, y).
 bool show_bitmap(HDC dc, int x, int y, const BitmapContext& bitmap);
 
-bool save_png(const BitmapContext& bitmap, const std::string& path);
+bool save_png_with_gdi(const BitmapContext& bitmap, const std::string& path);
 /// `draw` draws on a picture of the given size in pixels of the screen; it is a metafile context.
 bool save_emf(const std::string& path, CSize size, const std::function<void(CDC&)>& draw);
 

@@ -1,39 +1,37 @@
 #pragma once
 
-/// What the sources of the function library share: a segment with its own frame, and the angle test of arcs. Not part
-/// of the public interface.
+/// What the sources of the function library share: a segment, and the angle test of arcs. Not part of the public
+/// interface.
 
 #include <cmath>
 #include <limits>
 
 #include "qvtools/geometry/functions/jh.h"
-#include "qvtools/geometry/values/internal/arc_math.h"
+#include "qvtools/geometry/values/internal/edge.h"
 
 namespace qv::detail {
 
-/// A segment's frame: places along and across it, both multiplied by the segment's length. Comparing the products
-/// keeps ends and points on the line exact and needs neither an angle nor a division.
-struct Segment {
-  double x;
-  double y;
-  Vec span;
-  double length2;
+/// A segment with the tolerances that the function library has at its ends and beside it.
+struct Segment : Line {
   double length;
 
   Segment(double x1, double y1, double x2, double y2)
-      : x(x1), y(y1), span{x2 - x1, y2 - y1}, length2(span.dot(span)), length(std::sqrt(length2)) {}
+      : Line({x1, y1}, {x2 - x1, y2 - y1}), length(std::sqrt(length2)) {}
 
-  double along(double px, double py) const { return span.dot({px - x, py - y}); }
-  double across(double px, double py) const { return span.cross({px - x, py - y}); }
-  /// Whether a place along the segment is at most tol beyond its ends.
-  bool holds(double place, double tol) const { return -tol * length <= place && place <= length2 + tol * length; }
-  Vec at(double place) const { return {x + span.x * (place / length2), y + span.y * (place / length2)}; }
-  double distance_to_start(double px, double py) const { return Vec{px - x, py - y}.length(); }
-  double distance_to_end(double px, double py) const { return Vec{px - x - span.x, py - y - span.y}.length(); }
-  double distance(double px, double py) const {
-    const double place = along(px, py);
-    if (length2 == 0 || place < 0) return distance_to_start(px, py);
-    return place > length2 ? distance_to_end(px, py) : std::fabs(across(px, py)) / length;
+  double distance_to_start(const Vec& p) const { return Vec{p.x - base.x, p.y - base.y}.length(); }
+  double distance_to_end(const Vec& p) const { return Vec{p.x - base.x - span.x, p.y - base.y - span.y}.length(); }
+  double distance(const Vec& p) const {
+    const double parameter = along(p);
+    if (length2 == 0 || parameter < 0) return distance_to_start(p);
+    return parameter > length2 ? distance_to_end(p) : std::fabs(across(p)) / length;
+  }
+  /// Whether a parameter along the segment is at most tol beyond its ends.
+  bool contains(double parameter, double tol) const {
+    return -tol * length <= parameter && parameter <= length2 + tol * length;
+  }
+  /// Whether a point is at most tol beyond the ends and at most tol beside the line.
+  bool contains(const Vec& p, double tol) const {
+    return contains(along(p), tol) && std::fabs(across(p)) <= tol * length;
   }
 };
 

@@ -34,18 +34,18 @@ inline Vec between(const CFPoint& from, const CFPoint& to) {
 /// lines are exact.
 struct Direction {
   Vec unit;
-  double slack;
+  double tolerance;
 
   explicit Direction(float a)
       : unit{std::cos(static_cast<double>(a)), std::sin(static_cast<double>(a))},
-        slack(std::fabs(static_cast<double>(a)) * 6e-8) {
-    if (std::fabs(unit.x) <= slack) *this = Direction(0, unit.y);
-    if (std::fabs(unit.y) <= slack) *this = Direction(unit.x, 0);
+        tolerance(std::fabs(static_cast<double>(a)) * 6e-8) {
+    if (std::fabs(unit.x) <= tolerance) *this = Direction(0, unit.y);
+    if (std::fabs(unit.y) <= tolerance) *this = Direction(unit.x, 0);
   }
 
  private:
   Direction(double x, double y)
-      : unit{x == 0 ? 0 : std::copysign(1.0, x), y == 0 ? 0 : std::copysign(1.0, y)}, slack(0) {}
+      : unit{x == 0 ? 0 : std::copysign(1.0, x), y == 0 ? 0 : std::copysign(1.0, y)}, tolerance(0) {}
 };
 
 /// The distance that floats of the points' size cannot tell apart: one unit in the last place of the largest
@@ -57,15 +57,15 @@ inline double resolution(std::initializer_list<CFPoint> points) {
 }
 
 /// An angle brought into [0, turn). Not finite gives NaN.
-inline double full_turn(double angle) {
+inline double normalize_angle(double angle) {
   const double rest = std::fmod(angle, kTurn);
   const double lifted = rest < 0 ? rest + kTurn : rest;
   return lifted < kTurn ? lifted : 0;
 }
 
-/// An angle taken in the direction of the sign of `sweep`, in [0, turn).
+/// The size in [0, turn) of a turn by an angle, clockwise when `sweep` is negative.
 inline double along_sweep(double angle, double sweep) {
-  return full_turn(sweep < 0 ? -angle : angle);
+  return normalize_angle(sweep < 0 ? -angle : angle);
 }
 
 }  // namespace qv::detail

@@ -1,0 +1,20 @@
+# The libraries that the programs are made with and that consist of headers only. A cross compiler must not see the
+# machine's other headers, so that it gets a folder with links to these alone.
+if(CMAKE_CROSSCOMPILING)
+  file(MAKE_DIRECTORY ${PROJECT_BINARY_DIR}/header_only)
+  foreach(library "CLI11 CLI CLI.hpp" "nlohmann_json nlohmann json.hpp")
+    separate_arguments(library)
+    list(GET library 0 name)
+    list(GET library 1 folder)
+    list(GET library 2 header)
+    find_path(QVTOOLS_${name} ${folder}/${header} PATHS /usr/include /usr/local/include REQUIRED
+              NO_CMAKE_FIND_ROOT_PATH)
+    file(CREATE_LINK ${QVTOOLS_${name}}/${folder} ${PROJECT_BINARY_DIR}/header_only/${folder} SYMBOLIC)
+    add_library(${name} INTERFACE IMPORTED)
+    target_include_directories(${name} SYSTEM INTERFACE ${PROJECT_BINARY_DIR}/header_only)
+    add_library(${name}::${name} ALIAS ${name})
+  endforeach()
+else()
+  find_package(CLI11 REQUIRED)
+  find_package(nlohmann_json REQUIRED)
+endif()
