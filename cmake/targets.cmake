@@ -15,8 +15,8 @@ function(qvtools_target target)
       target_compile_options(${target} PRIVATE -fno-semantic-interposition)
     endif()
     if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
-      # GCC 12 sees overlaps and overruns in the joining of texts that are not there.
-      target_compile_options(${target} PRIVATE -Wno-restrict -Wno-array-bounds)
+      # GCC 12 sees overlaps in the joining of texts that are not there.
+      target_compile_options(${target} PRIVATE -Wno-restrict)
     endif()
     if(CMAKE_SIZEOF_VOID_P EQUAL 4)
       target_compile_options(${target} PRIVATE -msse2 -mfpmath=sse)

@@ -96,9 +96,12 @@ TEST(ParseReal, GivesTheResultsOfAtof) {
   }
   for (const char* word : {"inf", "nan", "0x10"}) EXPECT_EQ(qv::parse_real(word), 0.0) << word;
   // Out of range only by their many digits.
-  EXPECT_EQ(qv::parse_real((std::string(400, '9') + "e-300").c_str()), 1e100);
-  EXPECT_EQ(qv::parse_real((std::string(400, '9') + "e-10").c_str()), std::numeric_limits<double>::infinity());
-  EXPECT_EQ(qv::parse_real(("0." + std::string(400, '0') + "1e10").c_str()), 0.0);
+  std::string nines(400, '9');
+  EXPECT_EQ(qv::parse_real(nines.append("e-300").c_str()), 1e100);
+  nines.resize(400);
+  EXPECT_EQ(qv::parse_real(nines.append("e-10").c_str()), std::numeric_limits<double>::infinity());
+  std::string zeros("0.");
+  EXPECT_EQ(qv::parse_real(zeros.append(400, '0').append("1e10").c_str()), 0.0);
 }
 
 TEST(ParseReal, ReadsBackEveryPrintedDouble) {
