@@ -63,7 +63,7 @@ void resolve_for_display(DXF& dxf, bool lightBackground) {
 
 CFRect never_empty(const CFRect& extent) {
   CFRect r = extent;
-  constexpr float kFarthest = 1e30F;  // beyond, sizes and margins are no numbers any more
+  constexpr float kFarthest = 1e30F;  // beyond this, sizes and margins become infinite
   const auto sane = [](float v) { return std::fabs(v) < kFarthest; };
   if (!sane(r.x1) || !sane(r.y1) || !sane(r.x2) || !sane(r.y2)) r = CFRect();
   const float least = std::max(1e-3F, 1e-6F * std::max(std::fabs(r.x2), std::fabs(r.y2)));

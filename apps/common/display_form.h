@@ -1,7 +1,7 @@
 #pragma once
 
-/// How entities look that leave it to their layers: the library draws records as they stand, so that a drawing that is
-/// to be shown has its layers' colours and line types written into them first.
+/// The look of entities whose colour or line type is that of their layer. The library draws records as they are, so the
+/// layers' colours and line types are written into them before a drawing is shown.
 
 #include <functional>
 #include <string>
@@ -23,7 +23,7 @@ using NameMap = std::unordered_map<std::string, Value, NameHash, std::equal_to<>
 class LayerTable {
  public:
   explicit LayerTable(const DXF& dxf);
-  /// The index of the layer; -1 when the drawing has none of the name.
+  /// The index of the layer; -1 when the drawing has no layer of the name.
   int find(std::string_view name) const;
   /// The colour of a layer (0 and up, also where the layer is marked as off); white for index -1.
   int color(int index) const;
@@ -46,7 +46,7 @@ int resolve(ACAD_ENTITY& entity, int layer, const LayerTable& layers, bool light
 /// The same for all entities of the drawing and of its blocks.
 void resolve_for_display(DXF& dxf, bool lightBackground);
 
-/// The extent of a drawing with a margin around it, never empty and all numbers: what to fit into a picture.
+/// The extent of a drawing with a margin around it, never empty and always finite: what to fit into a picture.
 CFRect with_margin(const CFRect& extent);
 /// The same without the margin.
 CFRect never_empty(const CFRect& extent);

@@ -15,8 +15,8 @@ struct FontFiles {
 /// was loaded.
 FontFiles load_fonts(const char* program, const std::string& programDirectory);
 
-/// Loads these fonts into `G_ShapeFont` instead of the present ones. False, with the present ones kept, when one of
-/// the named files is no font of its kind.
+/// Loads these fonts into `G_ShapeFont` instead of the present ones. Returns false and keeps the present ones when
+/// one of the named files is not a font of its kind.
 bool change_fonts(const FontFiles& files);
 
 }  // namespace qvapps

@@ -16,15 +16,15 @@ Unreadable diagnose(const std::string& path) {
   char line[300];
   std::string first;
   if (qv::read_line(line, sizeof line, file)) first = line;
-  bool bare = false;  // an ENTITIES section under a code without its blanks
+  bool unaligned = false;  // an ENTITIES section whose group code is not right-aligned
   std::string before;
-  while (!bare && qv::read_line(line, sizeof line, file)) {
-    bare = before != "  2\n" && std::string(line).find("ENTITIES") == 0;
+  while (!unaligned && qv::read_line(line, sizeof line, file)) {
+    unaligned = before != "  2\n" && std::string(line).find("ENTITIES") == 0;
     before = line;
   }
   std::fclose(file);
   if (first.find("AutoCAD Binary DXF") == 0) return Unreadable::Binary;
-  return bare ? Unreadable::BareCodes : Unreadable::NoEntities;
+  return unaligned ? Unreadable::BareCodes : Unreadable::NoEntities;
 }
 
 }  // namespace qvapps

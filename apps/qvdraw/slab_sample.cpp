@@ -30,8 +30,8 @@ double direction(int i) {
                             std::atan2(-kHoleY, kLength - kHoleX) + 2 * std::numbers::pi};
   constexpr int kSide = kRound / 4;
   const int side = i / kSide;
-  const double part = i % kSide / static_cast<double>(kSide);
-  return corners[side] + (corners[side + 1] - corners[side]) * part;
+  const double fraction = i % kSide / static_cast<double>(kSide);
+  return corners[side] + (corners[side + 1] - corners[side]) * fraction;
 }
 
 CChangNode node_at(double x, double y) {

@@ -16,7 +16,7 @@ namespace qvview32 {
 using qvview::Mode;
 using qvview::Text;
 
-/// A command of the menu: its number there is its place in the table. One without an action begins a menu.
+/// A command of the menu: its number there is its index in the table. One without an action begins a menu.
 struct Viewer::Command {
   Text text;
   void (*run)(Viewer& viewer);

@@ -18,7 +18,7 @@
 
 namespace shpc {
 
-/// The file's bytes. Codes that the form cannot hold are errors.
+/// The file's bytes. Codes that the form has no room for are errors.
 std::string text_font(const Font& font, std::vector<Error>& errors);
 std::string big_font(const Font& font, std::vector<Error>& errors);
 

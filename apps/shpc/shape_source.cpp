@@ -36,7 +36,7 @@ int digit_value(char c) {
   return found == std::string_view::npos ? 99 : static_cast<int>(found);
 }
 
-/// A number of at most 65535 in amount; nothing when the text is none.
+/// The number that a text is, from -65535 to 65535; empty for any other text.
 std::optional<int> parse_number(std::string_view text) {
   const bool negative = !text.empty() && text.front() == '-';
   if (negative) text.remove_prefix(1);

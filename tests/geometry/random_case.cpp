@@ -47,20 +47,20 @@ long double Judge::clearance(const CFPoint& p) const {
 }
 
 int Judge::crossings(const CFPoint& p, long double angle) const {
-  constexpr long double kDoubt = 1e-7L;
+  constexpr long double kTolerance = 1e-7L;
   const long double c = std::cos(angle), s = std::sin(angle);
   int count = 0;
   for (const Edge& e : edges_) {
     // The edge in the frame of the ray.
     const long double u1 = (e.x1 - p.x) * c + (e.y1 - p.y) * s, v1 = (e.y1 - p.y) * c - (e.x1 - p.x) * s;
     const long double u2 = (e.x2 - p.x) * c + (e.y2 - p.y) * s, v2 = (e.y2 - p.y) * c - (e.x2 - p.x) * s;
-    if (std::fabs(v1) < kDoubt || std::fabs(v2) < kDoubt) return -1;
+    if (std::fabs(v1) < kTolerance || std::fabs(v2) < kTolerance) return -1;
     if (!e.arc) {
       if ((v1 > 0) != (v2 > 0) && u1 - v1 * (u2 - u1) / (v2 - v1) > 0) ++count;
       continue;
     }
     const long double u = (e.cx - p.x) * c + (e.cy - p.y) * s, v = (e.cy - p.y) * c - (e.cx - p.x) * s;
-    if (std::fabs(std::fabs(v) - e.r) < kDoubt) return -1;
+    if (std::fabs(std::fabs(v) - e.r) < kTolerance) return -1;
     if (std::fabs(v) > e.r) continue;
     const long double h = std::sqrt(e.r * e.r - v * v);
     for (const long double at : {u - h, u + h}) {

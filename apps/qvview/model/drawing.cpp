@@ -239,13 +239,13 @@ void Drawing::highlight(CDC& dc, const CFCoor& coor, const ViewAngles& angles, c
 }
 
 std::vector<int> Drawing::pick(const CFRect& rect, bool crossing, const ViewAngles& angles) {
-  std::vector<int> places;
+  std::vector<int> indices;
   int i = 0;
   for (const ACAD_ENTITY* const hit : prepared(angles).Pick(rect, crossing)) {
     while (items_[static_cast<std::size_t>(i)].record != hit) ++i;  // both in drawing order
-    places.push_back(i);
+    indices.push_back(i);
   }
-  return places;
+  return indices;
 }
 
 }  // namespace qvview

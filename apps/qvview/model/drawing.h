@@ -31,7 +31,7 @@ class Drawing {
   Drawing(const Drawing&) = delete;
   Drawing& operator=(const Drawing&) = delete;
 
-  /// The document's layers, and behind them those that only entities name.
+  /// The document's layers, followed by those that only entities name.
   const std::vector<Layer>& layers() const { return layers_; }
   /// Switches layers; `on` has an entry for each.
   void show_layers(const std::vector<bool>& on);
@@ -39,7 +39,7 @@ class Drawing {
   void show_layers_as(const Drawing& other);
   void set_background(bool light);
 
-  /// Entities are known by their places in the document, from 0.
+  /// Entities are known by their index in the document, from 0.
   int count() const { return static_cast<int>(items_.size()); }
   int shown_count() const { return shownCount_; }
   bool is_shown(int entity) const;
@@ -56,7 +56,7 @@ class Drawing {
   void draw(CDC& dc, const CFCoor& coor, const ViewAngles& angles, bool everyLetter = false);
   /// The shape fonts have changed.
   void fonts_changed() { prepared_.reset(); }
-  /// Draws entities of the drawing so that they stand out.
+  /// Draws entities of the drawing so that they are highlighted.
   void highlight(CDC& dc, const CFCoor& coor, const ViewAngles& angles, const std::vector<int>& entities);
 
   /// The shown entities that lie wholly inside the rectangle, with `crossing` also those that touch it, in drawing

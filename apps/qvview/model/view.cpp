@@ -263,7 +263,8 @@ void View::end_drag(CPoint point) {
 void View::move(CPoint point) {
   point_ = point;
   if (!inside_) {
-    // What is shown was drawn without the cursor: away with it before the cursor counts.
+    // The tool believes its cursor to be on screen, but while the pointer was outside none was drawn: its flags are
+    // cleared before the cursor is drawn again.
     OnDraw(window_.ClientContext(), 0);
     window_.ReleaseClientContext();
     inside_ = true;
@@ -325,7 +326,7 @@ bool View::pick_at(CPoint point) {
   return true;
 }
 
-/// Picks take the place of those before; adding, they join them, or leave when all of them were picked.
+/// New picks replace the old ones. When adding they join them, or are removed when all of them were picked already.
 void View::take(std::vector<int> hits) {
   std::vector<int> picks;
   if (!adding_)

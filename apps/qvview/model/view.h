@@ -17,7 +17,7 @@ enum class Mode { Pick, WindowZoom, Hand };
 
 class View : public CDrawTool {
  public:
-  /// Who shows what goes on.
+  /// Is told of changes.
   class Listener {
    public:
     virtual ~Listener() = default;
@@ -28,7 +28,7 @@ class View : public CDrawTool {
 
   View(qv::Window& window, Listener& listener);
 
-  /// Shows a drawing, all of it and in plan, with a history that begins anew.
+  /// Shows all of a drawing in plan and empties the history.
   void open(std::unique_ptr<Drawing> drawing);
   /// Shows another state of the same drawing: the view, its history and the layers stay.
   void reload(std::unique_ptr<Drawing> drawing);
@@ -75,7 +75,7 @@ class View : public CDrawTool {
   std::optional<CPoint> dragged_by() const;
   /// Where the pointer is in the world, while it is in the window.
   std::optional<CFPoint> pointer() const;
-  /// A message that the window was to bring back.
+  /// Handles a message that was posted to the window.
   void on_message(unsigned int message);
 
   /// The picked entities, in drawing order.
@@ -92,7 +92,7 @@ class View : public CDrawTool {
   static constexpr unsigned int kChanged = 1;  // the message of every state
 
   void after_corner(bool hadCorner);
-  /// Changes the view while a corner that has been given stays at its place in the world.
+  /// Changes the view while a corner that has been given stays where it is in the world.
   template <class Change>
   void keeping_corner(const Change& change);
   void begin_drag(CPoint point);
@@ -104,7 +104,7 @@ class View : public CDrawTool {
   /// Everything fitted into the window, without an entry in the history.
   void fit();
   void measure();
-  /// A factor that keeps the view between what coordinates can tell apart and far more than everything.
+  /// The factor, limited so that the view stays between the resolution of coordinates and far more than everything.
   double clamped_zoom(double factor) const;
   /// The world rectangle that the window shows.
   CFRect seen() const;

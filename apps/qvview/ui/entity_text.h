@@ -11,7 +11,7 @@ QString kind_of(ACAD_ENTITY& entity, const Words& words);
 /// An entity's key coordinates and sizes, in drawing units and degrees; a text's contents, an insert's block.
 QString describe(ACAD_ENTITY& entity, const Words& words);
 
-/// A number as it is shown: at most three decimals, and none that say nothing.
+/// A number as it is shown: at most three decimals, without trailing zeros.
 QString number(double value);
 
 }  // namespace qvview

@@ -27,7 +27,7 @@ void FileWatch::watch(const QString& path) {
 void FileWatch::look() {
   const QFileInfo info(path_);
   if (!info.exists()) return;
-  // A file that was renamed into the place is a new one to the watcher.
+  // A file that was renamed over the old one is a new file to the watcher.
   if (!watcher_.files().contains(path_)) watcher_.addPath(path_);
   if (info.lastModified() == modified_ && info.size() == size_) return;
   modified_ = info.lastModified();

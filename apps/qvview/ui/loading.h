@@ -11,7 +11,7 @@ namespace qvview {
 /// A path as the library takes it.
 std::string native(const QString& path);
 
-/// A drawing read from a file, or why there is none.
+/// A drawing read from a file, or the reason why it could not be read.
 struct Loaded {
   std::unique_ptr<DXF> document;
   Text reason = Text::GivenUp;

@@ -204,7 +204,8 @@ void MainWindow::turn(double a, double b) {
 }
 
 void MainWindow::choose_angles() {
-  if (const std::optional<ViewAngles> angles = ask_angles(this, words_, view_.CurrentAngles())) view_.set_angles(*angles);
+  if (const std::optional<ViewAngles> angles = ask_angles(this, words_, view_.CurrentAngles()))
+    view_.set_angles(*angles);
 }
 
 bool MainWindow::use_fonts(const qvapps::FontFiles& fonts) {

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <charconv>
 #include <cstdarg>
 #include <cstring>
 #include <new>
@@ -73,8 +74,10 @@ std::size_t double_percents(char* out, const char* text) {
   return length;
 }
 
+constexpr int kMaxPosition = 20;
+
 char* put_position(char* out, std::int64_t position) {
-  return qv::detail::put_unsigned_wide(out, static_cast<std::uint64_t>(position));
+  return std::to_chars(out, out + kMaxPosition, position).ptr;
 }
 
 bool is_name(std::string_view name) {

@@ -59,11 +59,11 @@ class QV_API CShx {
 
   /// Draws the text in the text font from the device point (x, y) on with the pen of `dc`, clipped. `height` is that of
   /// a capital and `width` the same times the width factor, both in device units; `angle` is in radians. With
-  /// mirror = 1 the text stands upright on a device whose y runs down, and the angle turns counter-clockwise as seen.
+  /// mirror = 1 the text stands upright on a device whose y runs down, and the angle is counter-clockwise on it.
   /// Draws nothing while no text font is loaded.
   void DrawTxtShx(CDC* dc, int x, int y, const char* text, float height, float angle, float width, int mirror);
   void DrawTxtShx(CDC* dc, const CPoint& point, const char* text, float height, float angle, float width, int mirror);
-  /// Draws a text that may mix both fonts, on one base line: a byte from 0xA1 on with another byte behind it is a
+  /// Draws a text that may mix both fonts, on one base line: a byte from 0xA1 on that another byte follows is a
   /// character of the big font, in which `height` is the font's height. One that the big font lacks leaves a space of
   /// the text's width.
   void DrawHzShx(CDC* dc, int x, int y, const char* text, float height, float angle, float width, int mirror);

@@ -26,7 +26,7 @@ class OperationScope {
   qv::RasterOp before_;
 };
 
-/// A hand that shakes has not dragged.
+/// Whether the pointer has moved so far that a drag was meant.
 bool dragged(CPoint from, CPoint to) {
   constexpr int kShake = 3;
   return std::abs(to.x - from.x) > kShake || std::abs(to.y - from.y) > kShake;

@@ -72,8 +72,8 @@ class QV_API CDrawTool {
   CDrawTool(const CDrawTool&) = delete;
   CDrawTool& operator=(const CDrawTool&) = delete;
 
-  /// The window to draw in, which must outlive its use; null for none. Without a window a view has no size: what needs
-  /// one does nothing.
+  /// The window to draw in, which must outlive its use; null for none. Without a window a view has no size, and
+  /// operations that need one do nothing.
   void SetWindow(qv::Window* window) { m_pWindow = window; }
   /// The current view: its origin is the world point at the client area's top left corner.
   const CFCoor& CurrentView() const { return m_view; }
@@ -98,12 +98,11 @@ class QV_API CDrawTool {
   void ShowZoomOut();
   /// Reduces the picture by 1.1; the visible centre moves down likewise.
   void ShowZoomIn();
-  /// The view that has the world rectangle of two opposite corners as large as the window takes it, with its centre in
-  /// the middle. Nothing for a rectangle of less than 1e-7 either way and for a window of less than 2 pixels. Changes
-  /// nothing.
+  /// The view that fits the world rectangle of two opposite corners into the window, with its centre in the middle.
+  /// Empty for a rectangle narrower or lower than 1e-7 and for a window of less than 2 pixels. Changes nothing.
   std::optional<CFCoor> Fitted(const CFPoint& p1, const CFPoint& p2) const;
-  /// Shows the view that `Fitted` gives. Points on one horizontal or vertical line do nothing. A rectangle of less than 1e-7 either way or a window of less than 2 pixels
-  /// changes nothing but leaves an entry in the history.
+  /// Shows the view that `Fitted` gives. Points on one horizontal or vertical line do nothing. Where `Fitted` is empty
+  /// nothing changes, but the history gets an entry.
   void ShowRect(const CFPoint& p1, const CFPoint& p2);
   /// Fits everything (`GetMaxRect`) into the window.
   void ShowAll();
@@ -138,8 +137,8 @@ class QV_API CDrawTool {
   int OnKeyDown(unsigned int key, unsigned int repeat, unsigned int flags);
 
   /// When a pick rectangle is complete the state's message is posted, and the view takes the rectangle by this call:
-  /// returns 1 with its corners in world units, in the order in which they were given, or 0 when there is none (any
-  /// more).
+  /// returns 1 with its corners in world units, in the order in which they were given, or 0 when there is none
+  /// or it was taken before.
   int TakePick(CFPoint& from, CFPoint& to);
 
  protected:

@@ -28,7 +28,7 @@ void write_text_line(std::FILE* f, double x, double y, const char* text, double 
 }
 
 void write_command(std::FILE* f, const char* command, const char* argument) {
-  for (const char* part : {command, argument, "\n"}) std::fputs(part, f);
+  for (const char* text : {command, argument, "\n"}) std::fputs(text, f);
 }
 
 struct Line {
@@ -106,7 +106,7 @@ void acad_text_along_arc(std::FILE* f, float cx, float cy, float x1, float y1, f
 }
 
 void acad_layer(std::FILE* f, const char* option, const char* argument) {
-  for (const char* part : {"layer ", option, " ", argument, " \n"}) std::fputs(part, f);
+  for (const char* text : {"layer ", option, " ", argument, " \n"}) std::fputs(text, f);
 }
 
 void acad_color(std::FILE* f, const char* color) {

@@ -24,9 +24,9 @@ class QV_API CSlideItem : public CObject {
 /// A slide: it is read from a file or filled by drawing calls, and draws itself or becomes a script.
 class QV_API CWxSlide {
  public:
-  /// Reads the slide file, its items behind those already held. 0 when it cannot be opened or is no slide.
+  /// Reads the slide file and appends its items to those already there. 0 when it cannot be opened or is no slide.
   int Read_SLD(const char* path);
-  /// Reads one slide from the stream's position, and leaves the stream behind what was read. 0 when no slide begins
+  /// Reads one slide from the stream's position, and leaves the stream after what was read. 0 when no slide begins
   /// there, else 1: a slide that breaks off, or has a record that is not known, gives what was read.
   int Read_SLD(std::FILE* file);
   /// The record readers; `m_nRecord` is the record's first word, which has been read.

@@ -22,9 +22,11 @@ class QV_API CWxSlideLib {
   CWxSlideLib(const CWxSlideLib&) = delete;
   CWxSlideLib& operator=(const CWxSlideLib&) = delete;
 
-  /// Opens a library instead of the present one and reads its directory. 0 when it cannot be opened or is none.
+  /// Opens a library instead of the present one and reads its directory. 0 when it cannot be opened or is
+  /// no library.
   int Open_SLB(const char* path);
-  /// Reads a slide, by its index or name, behind the items that `slide` holds. 0 when there is none, or it is no slide.
+  /// Reads a slide, by its index or name, and appends its items to those of `slide`. 0 when the library has no such
+  /// slide, or its bytes are no slide.
   int Read_SLD(int index, CWxSlide* slide);
   int Read_SLD(const char* name, CWxSlide* slide);
   /// Writes a slide's bytes to the file named by dir, its name and ".SLD", where dir is a prefix. 0 for an index or
@@ -32,7 +34,7 @@ class QV_API CWxSlideLib {
   /// not told.
   int Pick_SLD(int index, const char* dir);
   int Pick_SLD(const char* name, const char* dir);
-  /// Extracts every slide so. 0 when there are none.
+  /// Extracts every slide in this way. 0 when the library has no slides.
   int SLB2SLD(const char* dir);
   /// Opens the library and reads the slide that "LIBRARY.NAME" says (LIBRARY is a path without its ".slb"). 0 when
   /// there is no dot, no such library or no such slide.

@@ -15,7 +15,7 @@ constexpr char kIdentification[] = "AutoCAD Slide\r\n\x1A";  // its terminator b
 constexpr std::size_t kIdentificationSize = 17;
 static_assert(sizeof kIdentification == kIdentificationSize);
 
-/// Reads a stream byte by byte, so that it stands just behind what was read.
+/// Reads a stream byte by byte, so that its position is always just after what was read.
 class StreamSource {
  public:
   explicit StreamSource(std::FILE* file) : file_(file) {}
@@ -25,7 +25,7 @@ class StreamSource {
   std::FILE* file_;
 };
 
-/// Reads a stream in blocks, and takes it back to just behind what was read in the end.
+/// Reads a stream in blocks, and in the end sets its position to just after what was read.
 class BlockSource {
  public:
   explicit BlockSource(std::FILE* file) : file_(file), block_(new (std::nothrow) unsigned char[kBlock]) {
@@ -70,8 +70,8 @@ class BlockSource {
   std::size_t size_ = 0;
 };
 
-/// Room for more items in large steps, since moving them is the dearest part of reading, but no more than the bytes
-/// that are left can make: the smallest records take two.
+/// Reserves room for more items in large steps, since moving them costs most of the reading time, but for no more items
+/// than the remaining bytes can make: the smallest records take two bytes.
 void make_room(std::vector<CSlideItem>& items, std::size_t bytesLeft) {
   if (items.size() < items.capacity()) return;
   items.reserve(items.size() + std::min(7 * items.size() + 64, bytesLeft / 2 + 1));
@@ -113,7 +113,8 @@ bool CWxSlide::read_header(Source& in) {
     in.read(m_Level1, sizeof m_Level1 - 1);
     m_nHighX = word(m_Level1);
     m_nHighY = word(m_Level1 + 2);
-    // Quirk: the number stands where the record in memory had it, not behind the screen size; old slides are read so.
+    // Quirk: the number lies at its offset in the record in memory, not right after the screen size; slides of level 1
+    // that host programs have were written so.
     double aspect;
     std::memcpy(&aspect, m_Level1 + 8, sizeof aspect);
     m_fAspect = static_cast<float>(aspect);

@@ -2,27 +2,23 @@
 
 /// The library's one formatter and one parser of numbers. Neither looks at the locale.
 
-#include <bit>
 #include <climits>
-#include <cmath>
 #include <cstdarg>
 #include <cstddef>
-#include <cstdint>
-#include <cstring>
+#include <string_view>
 
 #include "qvtools/api.h"
-#include "qvtools/text/digits.h"
 
 namespace qv {
 
 /// Decimal text to a double with the C library's `atof` results: leading blanks, a sign, digits with a point, an
 /// exponent; what follows is ignored, and text that is no number (words, hexadecimal) gives 0. Out of range
 /// saturates to an infinity or to 0.
-QV_API double parse_real(const char* text);
+QV_API double parse_real(std::string_view text);
 
 /// Decimal text to an integer with `atoi` results: leading blanks, a sign, digits. Out of range saturates.
-QV_API int parse_int(const char* text);
-QV_API long parse_long(const char* text);
+QV_API int parse_int(std::string_view text);
+QV_API long parse_long(std::string_view text);
 
 /// A double to an int: toward zero, saturating at the int's range, 0 for what is not a number.
 inline int TruncInt(double v) {
@@ -30,22 +26,14 @@ inline int TruncInt(double v) {
   return v > 0 ? INT_MAX : v < 0 ? INT_MIN : 0;
 }
 
-/// The room that `format_fixed2` needs: it may write behind the end of its text.
+/// The room that `format_fixed2` needs.
 inline constexpr int kMaxFixed2 = 48;
+/// Writes v as "%.2f" prints it (no terminator) and returns the end of the text; what lies behind it in the room may be
+/// overwritten.
+QV_API char* format_fixed2(char* out, float v);
 
-/// Writes v as "%.2f" prints it (no terminator) and returns the end of the text. The product v * 100 is exact in
-/// double, so rounding it to the nearest even integer gives the digits that exact decimal rounding gives.
-inline char* format_fixed2(char* out, float v) {
-  if (std::bit_cast<std::uint32_t>(v) == 0) {  // as most Z coordinates are
-    std::memcpy(out, "0.00", 4);
-    return out + 4;
-  }
-  const double magnitude = std::fabs(static_cast<double>(v) * 100.0);
-  if (!(magnitude < detail::kTwoTo52)) return detail::format_fixed2_unusual(out, v);
-  *out = '-';
-  out += std::signbit(v);
-  return detail::put_hundredths(out, static_cast<std::uint64_t>(magnitude + detail::kTwoTo52 - detail::kTwoTo52));
-}
+/// The room that `format_int` needs.
+inline constexpr int kMaxInt = 12;
 /// Writes v as "%d" prints it (no terminator) and returns the end of the text.
 QV_API char* format_int(char* out, int v);
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "qvtools/text/internal/fixed2.h"
 #include "qvtools/text/numbers.h"
 
 namespace qv::detail {
@@ -16,9 +17,6 @@ constexpr Word kRecordEnds[] = {Word("LINE"),    Word("VERTEX"),   Word("TEXT"),
                                 Word("LTYPE"),   Word("STYLE"),    Word("TABLE"),   Word("ENDTAB"), Word("TABLES"),
                                 Word("SECTION"), Word("ENTITIES"), Word("VIEWPORT")};
 
-constexpr double kPowersOfTen[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                   1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
-
 /// A line as a terminated text, for the general parsers.
 struct Terminated {
   char text[GroupReader::kMaxLine + 1];
@@ -27,63 +25,6 @@ struct Terminated {
     text[line.size()] = '\0';
   }
 };
-
-/// "1234.56" with two decimals and up to six digits before them, as the writer writes nearly all: eight digits at a
-/// time. Up to eight bytes behind the text are read. False for anything else.
-bool written_real(std::string_view text, float& value) {
-  constexpr std::uint64_t kOnes = 0x0101010101010101;
-  const bool negative = !text.empty() && text[0] == '-';
-  const char* const first = text.data() + negative;
-  const std::size_t length = text.size() - negative;  // d.dd at least
-  if (length - 4 > 5 || first[length - 3] != '.') return false;
-  const std::size_t before = length - 3;
-  std::uint64_t digits;
-  std::uint16_t decimals;
-  std::memcpy(&digits, first, sizeof digits);
-  std::memcpy(&decimals, first + before + 1, sizeof decimals);
-  // The decimals are put behind the last digit before them, and what lies in front of the first digit are zeros. Only
-  // nothing but 0 to 9 stays below 10 after the flip.
-  digits = (digits ^ kOnes * '0') << 8 * (8 - before) >> 16 | static_cast<std::uint64_t>(decimals ^ 0x3030) << 48;
-  if (((digits | (digits + kOnes * 118)) & kOnes << 7) != 0) return false;
-  // Pairs, then fours, then all eight, each sum in the upper half of its lane.
-  digits = digits * 10 + (digits >> 8);
-  digits = ((digits & 0x000000FF000000FF) * 0x000F424000000064 +
-            ((digits >> 16) & 0x000000FF000000FF) * 0x0000271000000001) >>
-           32;
-  // The product is not always the double nearest to the decimal, but always gives the float nearest to it: decimals of
-  // this length that lie between two floats are farther from their middle than the product's error, or, as 0.25, exact.
-  const auto magnitude = static_cast<float>(static_cast<std::int32_t>(digits) * 0.01);
-  value = negative ? -magnitude : magnitude;
-  return true;
-}
-
-/// Plain decimals of up to 15 digits: both the digits as an integer and the power of ten are exact in double, so their
-/// quotient is what the general parser gives. False for anything else.
-bool plain_real(std::string_view text, double& value) {
-  const char* p = text.data();
-  const char* const end = p + text.size();
-  const bool negative = p != end && *p == '-';
-  p += negative;
-  std::uint64_t digits = 0;
-  const char* const first = p;
-  const char* point = nullptr;
-  for (; p != end; ++p) {
-    const unsigned digit = static_cast<unsigned char>(*p) - unsigned{'0'};
-    if (digit <= 9) {
-      digits = digits * 10 + digit;
-    } else if (*p == '.' && !point) {
-      point = p;
-    } else {
-      return false;
-    }
-  }
-  const auto length = end - first;
-  if (length == 0 || length > 15) return false;
-  const auto decimals = point ? end - point - 1 : 0;
-  const double magnitude = static_cast<double>(digits) / kPowersOfTen[decimals];
-  value = negative ? -magnitude : magnitude;
-  return true;
-}
 
 template <auto member>
 bool read_kind(GroupReader& in, WorkingRecords& records) {
@@ -116,16 +57,13 @@ bool ends_record(const Line& value) {
 
 float real_of(const Line& value) {
   if (value.text == "0.00") return 0;  // as most Z coordinates are
-  if constexpr (std::endian::native == std::endian::little) {
-    float written;
-    if (written_real(value.text, written)) return written;
-  }
-  double v;
-  return static_cast<float>(plain_real(value.text, v) ? v : parse_real(Terminated(value.text).text));
+  float v;
+  if (parse_fixed2(value.text, v)) return v;
+  return static_cast<float>(parse_real(value.text));
 }
 
 int integer_of(const Line& value) {
-  return parse_int(Terminated(value.text).text);
+  return parse_int(value.text);
 }
 
 void text_of(const Line& line, char* field, std::size_t size) {

@@ -7,7 +7,8 @@
 
 namespace qv::detail {
 
-/// A place in a block of bytes. Every read checks, advances and tells; once past the end, all further reads fail.
+/// A position in a block of bytes. Every read checks that the bytes are there, advances, and returns whether it
+/// succeeded; once past the end, all further reads fail.
 class ByteCursor {
  public:
   ByteCursor(const unsigned char* data, std::size_t size) : data_(data), size_(size) {}

@@ -20,7 +20,7 @@ inline constexpr unsigned char kVertical = 14;  // the next command is for verti
 
 /// A shape record is at most this long: its length is stored in 16 bits.
 inline constexpr int kLongestShape = 65535;
-/// So many zero bytes behind the last record end every shape in them.
+/// The number of zero bytes after the last record: every shape that runs into them ends there.
 inline constexpr int kShapePadding = 8;
 
 struct Vector {

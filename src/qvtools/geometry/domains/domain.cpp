@@ -12,7 +12,7 @@ using qv::detail::include_arc;
 
 namespace {
 
-/// The end angles of an arc, counter-clockwise, as the function library wants them.
+/// The end angles of an arc, counter-clockwise, as the function library takes them.
 struct Angles {
   float from;
   float to;
@@ -40,10 +40,10 @@ struct Band {
   int beside(float y) const { return static_cast<int>(y > high) | static_cast<int>(y < low) << 1; }
 };
 
-/// x, y, cx, cy, which lie side by side in the record.
-qv::Lanes coordinates(const CDomainEdge& edge) {
+/// x, y, cx, cy, which lie next to each other in the record.
+qv::detail::Lanes coordinates(const CDomainEdge& edge) {
   static_assert(offsetof(CDomainEdge, cy) == offsetof(CDomainEdge, x) + 3 * sizeof(float));
-  return qv::load_lanes(reinterpret_cast<const char*>(&edge) + offsetof(CDomainEdge, x));
+  return qv::detail::load_lanes(reinterpret_cast<const char*>(&edge) + offsetof(CDomainEdge, x));
 }
 
 struct Answer {
@@ -83,14 +83,14 @@ int CPointInDomain::Point_In_Domain(int n, const CDomainEdge* edges, float px, f
   if (n < 1) return 0;
   const Band band(py, tol);
   Answer answer;
-  qv::Lanes low = coordinates(edges[0]), high = low;
+  qv::detail::Lanes low = coordinates(edges[0]), high = low;
   EdgeBox arcs({edges[0].x, edges[0].y});
   const CDomainEdge* edge = edges + n - 1;
   int here = band.beside(edge->y);
   for (const CDomainEdge* next = edges; next != edges + n; edge = next++) {
-    const qv::Lanes v = coordinates(*next);
-    low = qv::lower(v, low);
-    high = qv::higher(v, high);
+    const qv::detail::Lanes v = coordinates(*next);
+    low = qv::detail::lower(v, low);
+    high = qv::detail::higher(v, high);
     const int there = band.beside(next->y);
     if (edge->isArc) {
       include_arc(arcs, *edge, *next);

@@ -19,7 +19,7 @@ struct CDomainEdge {
   float y = 0;
   float cx = 0;  ///< centre, of arcs only
   float cy = 0;
-  int ccw = 1;  ///< an arc's way from this vertex to the next: 1 counter-clockwise, 0 clockwise
+  int ccw = 1;  ///< an arc's direction from this vertex to the next: 1 counter-clockwise, 0 clockwise
 };
 
 /// The edges of an outline as domain records, one for every vertex; returns their number. An arc too flat for its
@@ -48,7 +48,7 @@ class QV_API CPointInDomain {
   int Point_Into_Domain(int n, const CDomainEdge* edges, float px, float py, float tol) const;
   /// How often the horizontal ray from the point towards +X crosses the outline: edges are broken at the ray's line,
   /// each piece gets a side, and changes of side to the right of the point are counted. For a point within tol of the
-  /// outline the number is without meaning.
+  /// outline the number has no meaning.
   int Find_Cross_Points_H(int n, const CDomainEdge* edges, float px, float py, float tol) const;
 
   /// Bounding boxes, arcs included. Nothing is written for n < 1.
@@ -89,7 +89,7 @@ class QV_API CPointInDomain {
   /// Sets the side of a piece that does not cross the axis.
   void Find_SegmentPosition(CDomainEdge& edge, const CDomainEdge& next, float tol) const;
   /// Breaks the edge at an index of the closed outline where it crosses the axis: inserts up to two records after it
-  /// and returns their number. Arcs keep their centre and way.
+  /// and returns their number. Arcs keep their centre and direction.
   int Break_The_Edge(CArray<CDomainEdge, CDomainEdge&>& edges, int index) const;
   /// Inserts a record after an index.
   void Add_OneBian_AfterPosition(CArray<CDomainEdge, CDomainEdge&>& edges, int index, int isArc, float x, float y,

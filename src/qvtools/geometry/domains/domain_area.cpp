@@ -7,18 +7,19 @@ using qv::detail::Vec;
 
 namespace {
 
-struct Part {
+/// An area with its centroid.
+struct Piece {
   double area;
   Vec centroid;
 };
 
-Part triangle(const CDomainEdge& edge, const CDomainEdge& next, double x0, double y0) {
+Piece triangle(const CDomainEdge& edge, const CDomainEdge& next, double x0, double y0) {
   return {area_tri(x0, y0, edge.x, edge.y, next.x, next.y), {(x0 + edge.x + next.x) / 3, (y0 + edge.y + next.y) / 3}};
 }
 
 /// The segment between an arc and its chord.
-Part arc_segment(const CDomainEdge& edge, const CDomainEdge& next) {
-  const Part nothing{0, {(1.0 * edge.x + next.x) / 2, (1.0 * edge.y + next.y) / 2}};
+Piece arc_segment(const CDomainEdge& edge, const CDomainEdge& next) {
+  const Piece nothing{0, {(1.0 * edge.x + next.x) / 2, (1.0 * edge.y + next.y) / 2}};
   if (!edge.isArc) return nothing;
   const qv::detail::RelativeArc arc(edge, next, 0, 0);
   const qv::detail::Sweep sweep = arc.sweep();
@@ -31,21 +32,21 @@ Part arc_segment(const CDomainEdge& edge, const CDomainEdge& next) {
   return {edge.ccw ? doubled * arc.radius2 / 2 : 0, {edge.cx + d * std::cos(m), edge.cy + d * std::sin(m)}};
 }
 
-void store(const Part& part, float& area, float& cx, float& cy) {
-  area = static_cast<float>(part.area);
-  cx = static_cast<float>(part.centroid.x);
-  cy = static_cast<float>(part.centroid.y);
+void store(const Piece& piece, float& area, float& cx, float& cy) {
+  area = static_cast<float>(piece.area);
+  cx = static_cast<float>(piece.centroid.x);
+  cy = static_cast<float>(piece.centroid.y);
 }
 
 /// The sums of areas and of areas times centroids over all edges.
-Part sum_parts(int n, const CDomainEdge* edges) {
-  Part sum{0, {0, 0}};
+Piece sum_pieces(int n, const CDomainEdge* edges) {
+  Piece sum{0, {0, 0}};
   for (int i = 0; i < n; ++i) {
     const CDomainEdge& next = after(edges, n, i);
-    for (const Part& part : {triangle(edges[i], next, 0, 0), arc_segment(edges[i], next)}) {
-      sum.area += part.area;
-      sum.centroid.x += part.area * part.centroid.x;
-      sum.centroid.y += part.area * part.centroid.y;
+    for (const Piece& piece : {triangle(edges[i], next, 0, 0), arc_segment(edges[i], next)}) {
+      sum.area += piece.area;
+      sum.centroid.x += piece.area * piece.centroid.x;
+      sum.centroid.y += piece.area * piece.centroid.y;
     }
   }
   return sum;
@@ -54,11 +55,11 @@ Part sum_parts(int n, const CDomainEdge* edges) {
 }  // namespace
 
 float CPointInDomain::Get_Area(int n, const CDomainEdge* edges) const {
-  return static_cast<float>(sum_parts(n, edges).area);
+  return static_cast<float>(sum_pieces(n, edges).area);
 }
 
 void CPointInDomain::Get_Centroid(int n, const CDomainEdge* edges, float& x, float& y) const {
-  const Part sum = sum_parts(n, edges);
+  const Piece sum = sum_pieces(n, edges);
   // Quirk: see the header.
   const double area = sum.area < 1e-5 ? 1e-5 : sum.area;
   x = static_cast<float>(sum.centroid.x / area);

@@ -42,7 +42,7 @@ class QV_API CPreparedDomain {
 
   std::vector<CDomainEdge> edges_;      // with the first one repeated at the end
   std::vector<Cell> cells_;             // row by row, and one more for the end; empty when there is no finite box
-  std::vector<std::uint32_t> entries_;  // edge * 2 + whether its circular segment holds the reference point
+  std::vector<std::uint32_t> entries_;  // edge * 2 + whether its circular segment contains the reference point
   Axis x_;
   Axis y_;
 };

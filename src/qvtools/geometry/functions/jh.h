@@ -13,13 +13,13 @@
 ///   partial annulus            cx, cy, r, w, a1, a2: the ring between r - w/2 and r + w/2, from the angle a1 to a2
 ///   (JvBuYuanHuan)
 ///   convex polygon (TuPolygon) n, xs[], ys[]: n >= 3 vertices, counter-clockwise, closed by itself; with n < 3 it
-///                              holds nothing
+///                              contains nothing
 ///   implicit line              a, b, c with a y - b x = c
 ///
 /// Angles are radians, counter-clockwise from +X; those that are returned lie in [0, TWO_PI_F) and may round up to
 /// TWO_PI_F itself, which all functions here take. The last argument `tol` is a length, 0 or more; where an arc's
-/// angles are tested it acts as the angle tol / r. Tests return 1 for yes, 0 for no. Numbers that are not finite give
-/// an answer without meaning, never a failure.
+/// angles are tested it acts as the angle tol / r. Tests return 1 for yes, 0 for no. Infinite coordinates and NaN
+/// give an answer without meaning, never a failure.
 
 #include <cmath>
 

@@ -149,9 +149,9 @@ void polint(const float* xa, const float* ya, int n, float x, float* y, float* d
         tell_error(301, "Error in polint");
         if (QV_ERROR_CODE != 0) return;
       }
-      const double part = (c[k + 1] - d[k]) / (ho - hp);
-      d[k] = hp * part;
-      c[k] = ho * part;
+      const double ratio = (c[k + 1] - d[k]) / (ho - hp);
+      d[k] = hp * ratio;
+      c[k] = ho * ratio;
     }
     correction =
         2 * (below + 1) < n - column ? c[static_cast<std::size_t>(below + 1)] : d[static_cast<std::size_t>(below--)];

@@ -12,11 +12,10 @@
 /// Solves linear systems by Gauss-Jordan elimination with full pivoting. a (n x n, row by row) is replaced by its
 /// inverse, b (n x m, row by row) by the solutions. Nothing is done when `QV_ERROR_CODE` is set.
 /// Errors: 301 "Out of memery in gaussj" for each of three scratch arrays; 30 "Singular matrix -1 in gaussj" (at most
-/// once per pivot) when no pivot is left, which numbers that are none bring about; 30 "Singular matrix -2 in gaussj"
-/// for a zero pivot. Code 30 does not set the abandon code: elimination goes on, and the results are infinite or not
-/// numbers.
-/// Quirk: the pivot candidate in row j, column k is compared by the element of row k, column j; hosts rely on the order
-/// of elimination that this gives. For a symmetric matrix it makes no difference.
+/// once per pivot) when no pivot is left, which happens with NaN in the matrix; 30 "Singular matrix -2 in gaussj" for a
+/// zero pivot. Code 30 does not set the abandon code: elimination goes on, and the results are infinite or NaN. Quirk:
+/// the pivot candidate in row j, column k is compared by the element of row k, column j; hosts rely on the order of
+/// elimination that this gives. For a symmetric matrix it makes no difference.
 QV_API void gaussj(float* a, int n, float* b, int m);
 QV_API void gaussj(double* a, int n, double* b, int m);
 
@@ -35,7 +34,7 @@ QV_API float trapzd(float (*f)(float), float a, float b, int n);
 QV_API void polint(const float* xa, const float* ya, int n, float x, float* y, float* dy);
 
 /// A root of f between a and b by bisection to 1e-4, the middle of the last interval; at most 1000 halvings. Error 30
-/// "No result in Two_divide_equ !" when f has one sign at both ends; the value is then without meaning.
+/// "No result in Two_divide_equ !" when f has one sign at both ends; the value then has no meaning.
 QV_API float two_divide_equ(float (*f)(float), float a, float b);
 
 /// Linear interpolation at x in a table of n entries with ascending xs; beyond its ends the first or last two entries

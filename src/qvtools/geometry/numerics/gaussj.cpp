@@ -45,8 +45,8 @@ class Elimination {
   T* row(std::size_t i) { return a_ + i * n_; }
   T* solutions(std::size_t i) { return b_ + i * m_; }
 
-  /// False when the elimination has to stop. Where no candidate is accepted, which takes numbers that are none, the
-  /// pivot of the pass before stays.
+  /// False when the elimination has to stop. When no candidate is accepted, which happens only with NaN in the matrix,
+  /// the pivot of the pass before is used again.
   bool find_pivot() {
     double largest = 0;
     bool exhausted = false;

@@ -111,7 +111,7 @@ int segment_cross_point(float x1, float y1, float x2, float y2, float x3, float 
 
 int get_rect_jiaodian(float x1, float y1, float x2, float y2, float left, float bottom, float right, float top,
                       float* ax, float* ay, float* bx, float* by) {
-  // The part of the line x1 + t dx, y1 + t dy between both pairs of sides.
+  // The range of the parameter t in which x1 + t dx, y1 + t dy lies between both pairs of sides.
   const double from[] = {x1, y1}, step[] = {static_cast<double>(x2) - x1, static_cast<double>(y2) - y1};
   const double low[] = {(std::min)(left, right), (std::min)(bottom, top)};
   const double high[] = {(std::max)(left, right), (std::max)(bottom, top)};

@@ -10,7 +10,7 @@
 /// Rounding: a device value is trunc(2v + 1) / 2, both toward zero, for the product v in double. For v >= 0 this rounds
 /// halves up.
 /// Quirk: for negative v it is not symmetric (-0.7 and -1.2 give 0, -5 gives -4); every drawing relies on its lines
-/// falling on the same pixels as before. Values beyond an int saturate; what is not a number is 0.
+/// falling on the same pixels as before. Values beyond an int saturate; NaN gives 0.
 ///
 /// With scale 0 the conversions to the device give 0 and those to the world the origin.
 class QV_API CFCoor {

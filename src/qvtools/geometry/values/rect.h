@@ -5,7 +5,7 @@
 
 class CFShape;
 
-/// A rectangle in world units: (x1, y1) holds the smallest coordinates, (x2, y2) the largest. Constructors and `Init`
+/// A rectangle in world units: (x1, y1) has the smallest coordinates, (x2, y2) the largest. Constructors and `Init`
 /// put the corners in order; the other operations take a rectangle in order for granted.
 class QV_API CFRect {
  public:
@@ -43,12 +43,12 @@ class QV_API CFRect {
     return x1 - t <= x && x <= x2 + t && y1 - t <= y && y <= y2 + t;
   }
 
-  /// The common part of two rectangles.
+  /// The intersection of two rectangles.
   /// Quirk: rectangles that only touch, and a rectangle with its own copy, give (0, 0, 0, 0), because the crossing
   /// test is strict; callers take that for "nothing in common".
   CFRect IntersectFRect(const CFRect& r) const;
   CFRect operator&(const CFRect& r) const { return IntersectFRect(r); }
-  /// The smallest rectangle that holds both.
+  /// The smallest rectangle that contains both.
   CFRect UnionFRect(const CFRect& r) const;
   CFRect operator|(const CFRect& r) const { return UnionFRect(r); }
 

@@ -45,11 +45,11 @@ class QV_API CFRegion : public CArray<CFShoot, const CFShoot&> {
   int Contain(const CFPoint& p1, const CFPoint& p2) const;
 
   /// The points where the outline meets a shape (lines as segments), in order around the outline and each once.
-  /// `out` holds two points for every edge. Returns their number, or -1 when an edge coincides with the shape over a
-  /// stretch; the points are then incomplete.
+  /// `out` has room for two points for every edge. Returns their number, or -1 when an edge coincides with the shape
+  /// over a stretch; the points are then incomplete.
   int Intersect(const CFShape& shape, CFPoint* out) const;
-  /// The points where two outlines meet. `out` holds two points for every pair of edges; when first_only is not 0, the
-  /// first found is the only one. Returns their number, or -1 when edges coincide over a stretch.
+  /// The points where two outlines meet. `out` has room for two points for every pair of edges; when first_only is not
+  /// 0, the first found is the only one. Returns their number, or -1 when edges coincide over a stretch.
   int Intersect(const CFRegion& other, CFPoint* out, int first_only) const;
   /// 1 when two outlines meet; when `inside` is not 0 also when one lies inside the other; else 0.
   int Intersect(const CFRegion& other, int inside) const;

@@ -61,8 +61,8 @@ class QV_API CFShape : public CFPoint {
   /// Quirk: an arc stored with a negative R gives the distance from its centre plus |R|; callers store R >= 0 where
   /// they want the true distance.
   double Distance(const CFPoint& p) const;
-  /// 1 when p lies strictly to the left of the line through the base point in direction A. Where the float A leaves
-  /// the side open (p nearer to the line than half a unit in A's last place can say), p counts as on the line.
+  /// 1 when p lies strictly to the left of the line through the base point in direction A. When p is so near to the
+  /// line that the rounding of the float A decides its side, p counts as on the line.
   int AtLeft(const CFPoint& p) const;
   /// 1 when p is on the figure: less than tol away sideways (strict), and at most tol beyond its ends (inclusive).
   /// A point is hit at a distance of at most tol.
@@ -93,8 +93,8 @@ class QV_API CFShape : public CFPoint {
   CFShape& Stretch(const CFPoint& c, double k);
   /// The mirror image in the line through p1 and p2; the sweep turns round.
   CFShape& Mirror(const CFPoint& p1, const CFPoint& p2);
-  /// Moves the figure sideways by d, to the left of its course: a line shifts to the side that `AtLeft` calls left, a
-  /// counter-clockwise arc or circle shrinks by d and a clockwise one grows. A point stays.
+  /// Moves the figure sideways by d, to the left of its direction: a line shifts to the side that `AtLeft` calls left,
+  /// a counter-clockwise arc or circle shrinks by d and a clockwise one grows. A point stays.
   CFShape& VertMove(float d);
 
   /// Stores or loads x, y, R, A, B as 4-byte floats.

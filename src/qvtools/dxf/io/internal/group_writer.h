@@ -13,6 +13,7 @@
 #include "qvtools/dxf/model/visit.h"
 #include "qvtools/system/saved_file.h"
 #include "qvtools/text/gbk_text.h"
+#include "qvtools/text/internal/fixed2.h"
 #include "qvtools/text/numbers.h"
 
 namespace qv::detail {
@@ -114,7 +115,7 @@ class GroupWriter {
   }
   template <int code>
   void real(float value) {
-    at_ = format_fixed2(put(at_, kCodeLine<end, code>), value);
+    at_ = put_fixed2(put(at_, kCodeLine<end, code>), value);
   }
   template <int code>
   void real(float value, int) {

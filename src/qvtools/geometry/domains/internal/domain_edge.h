@@ -1,7 +1,7 @@
 #pragma once
 
 /// One edge of a domain relative to the tested point, and the tolerances that domains have. Not part of the public
-/// interface. `CPointInDomain` and `CPreparedDomain` answer alike because both stand on these tests.
+/// interface. `CPointInDomain` and `CPreparedDomain` answer alike because both use these tests.
 
 #include "qvtools/geometry/domains/domain.h"
 #include "qvtools/geometry/values/internal/edge.h"
@@ -16,7 +16,7 @@ struct RelativeEdge : Chord {
   bool near_segment(double tol) const {
     const Vec d{q.x - p.x, q.y - p.y};
     const double length2 = d.dot(d), tol2 = tol > 0 ? tol * tol : 0, c = cross();
-    // Most edges are told apart by their line alone.
+    // For most edges the distance from their line decides.
     if (c * c >= tol2 * length2 && length2 > 0) return false;
     const double parameter = -p.dot(d);
     if (parameter < 0 || length2 == 0) return p.dot(p) < tol2;

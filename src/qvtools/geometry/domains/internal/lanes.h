@@ -1,10 +1,10 @@
 #pragma once
 
-/// Four floats that are worked on together, where the compiler has such a type.
+/// Four floats that one instruction works on, where the compiler has such a type. Bench: PointInDomain.
 
 #include <cstring>
 
-namespace qv {
+namespace qv::detail {
 
 #if defined(__GNUC__)
 typedef float Lanes __attribute__((vector_size(16)));
@@ -38,4 +38,4 @@ inline Lanes load_lanes(const void* from) {
   return lanes;
 }
 
-}  // namespace qv
+}  // namespace qv::detail

@@ -30,7 +30,7 @@ inline Vec between(const CFPoint& from, const CFPoint& to) {
 }
 
 /// The unit vector of a direction that was stored as a float, and the largest sine by which the rounding can have
-/// turned it. A direction that its float cannot tell from an axis is that axis, so that tests on upright and level
+/// turned it. A direction within that tolerance of an axis becomes the axis, so that tests on vertical and horizontal
 /// lines are exact.
 struct Direction {
   Vec unit;
@@ -48,15 +48,14 @@ struct Direction {
       : unit{x == 0 ? 0 : std::copysign(1.0, x), y == 0 ? 0 : std::copysign(1.0, y)}, tolerance(0) {}
 };
 
-/// The distance that floats of the points' size cannot tell apart: one unit in the last place of the largest
-/// coordinate.
+/// The smallest distance that floats of the points' size resolve: one unit in the last place of the largest coordinate.
 inline double resolution(std::initializer_list<CFPoint> points) {
   double largest = 0;
   for (const CFPoint& p : points) largest = (std::max)({largest, std::fabs(1.0 * p.x), std::fabs(1.0 * p.y)});
   return largest * 1.2e-7;
 }
 
-/// An angle brought into [0, turn). Not finite gives NaN.
+/// An angle brought into [0, turn). An infinite angle gives NaN.
 inline double normalize_angle(double angle) {
   const double rest = std::fmod(angle, kTurn);
   const double lifted = rest < 0 ? rest + kTurn : rest;

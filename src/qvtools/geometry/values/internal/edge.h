@@ -12,7 +12,7 @@ namespace qv::detail {
 
 /// A line, or the segment from `base` along `span`. Parameters along it and offsets across it are multiplied by the
 /// length of `span`. Comparing the products keeps ends and points on the line exact and needs neither an angle nor a
-/// division. A unit span says so, since its squared length need not round to 1.
+/// division. A unit span is given by `with_unit`, since its squared length need not round to 1.
 struct Line {
   Vec base;
   Vec span;
@@ -125,7 +125,7 @@ struct EdgeBox {
     x2 = x > x2 ? x : x2;
     y2 = y > y2 ? y : y2;
   }
-  /// Takes in the quadrant points of an arc: those for whose number in `kQuadrants` passes(i) holds.
+  /// Includes the quadrant points of an arc: those kQuadrants[i] for which passes(i) is true.
   template <class Passes>
   void include_arc(double cx, double cy, double r, const Passes& passes) {
     const float right = static_cast<float>(cx + r), top = static_cast<float>(cy + r);
