@@ -2,6 +2,8 @@
 
 /// The whole public interface.
 
+#include "qvtools/api.h"  // first: it says what is missing when the compiler is set to an older standard
+
 #include "qvtools/display/safe_dc.h"
 #include "qvtools/drawing/base_sgt.h"
 #include "qvtools/dxf/model/document.h"

@@ -5,8 +5,8 @@ by the emulator, beside the installed DLLs.
 """
 
 import os
+import pathlib
 import re
-import shutil
 import subprocess
 import sys
 import tempfile
@@ -14,43 +14,102 @@ import tempfile
 source, build = sys.argv[1:3]
 system, compiler, emulator = sys.argv[3:] or (None, None, None)
 
+# A program's own file of a name that the library has too.
+HOST_HEADER = "#pragma once\nconst int kOwn = 0;\n"
+CMAKE = """cmake_minimum_required(VERSION 3.22)
+project(example CXX)
+find_package(qvtools REQUIRED {components})
+if(NOT EXISTS ${{qvtools_FONTS_DIR}}/txt.shx)
+  message(FATAL_ERROR "no font in ${{qvtools_FONTS_DIR}}")
+endif()
+add_executable(example main.cpp)
+target_link_libraries(example {targets})
+"""
+
 
 def run(*words, **options):
-    subprocess.run(words, check=True, stdout=subprocess.DEVNULL, timeout=300, **options)
+    subprocess.run(words, check=True, stdout=subprocess.DEVNULL, timeout=600, **options)
 
 
-with tempfile.TemporaryDirectory() as directory:
-    prefix = os.path.join(directory, "prefix")
-    run("cmake", "--install", build, "--prefix", prefix)
-    example = os.path.join(directory, "example")
-    os.mkdir(example)
-    with open(os.path.join(source, "README.md"), encoding="utf-8") as file:
-        code = re.search(r"```cpp\n(.*?)```", file.read(), re.S).group(1)
-    with open(os.path.join(example, "main.cpp"), "w", encoding="utf-8") as file:
-        file.write(code)
-    with open(os.path.join(example, "CMakeLists.txt"), "w", encoding="utf-8") as file:
-        file.write(
-            "cmake_minimum_required(VERSION 3.22)\nproject(example CXX)\nfind_package(qvtools REQUIRED)\n"
-            "add_executable(example main.cpp)\ntarget_link_libraries(example qvtools::qvtools)\n"
-        )
+def output(*words, **options):
+    return subprocess.run(words, check=True, capture_output=True, text=True, timeout=60, **options).stdout
+
+
+def example_in(folder, code, components="", targets="qvtools::qvtools"):
+    (folder / "platform").mkdir(parents=True)
+    (folder / "platform/host.h").write_text(HOST_HEADER)
+    (folder / "main.cpp").write_text('#include "platform/host.h"\n' + code)
+    (folder / "CMakeLists.txt").write_text(CMAKE.format(components=components, targets=targets))
+    return folder
+
+
+def build_example(folder, prefix, *settings):
     cross = [f"-DCMAKE_SYSTEM_NAME={system}", f"-DCMAKE_CXX_COMPILER={compiler}"] if system else []
-    run("cmake", "-S", example, "-B", example + "/build", "-DCMAKE_PREFIX_PATH=" + prefix, *cross)
-    run("cmake", "--build", example + "/build")
-    place = prefix + "/bin" if system else example
-    run(*([emulator, example + "/build/example.exe"] if system else [example + "/build/example"]), cwd=place)
-    assert os.path.getsize(place + "/beam.dxf") > 1000
+    run("cmake", "-G", "Ninja", "-S", folder, "-B", folder / "build", f"-DCMAKE_PREFIX_PATH={prefix}", *cross, *settings)
+    run("cmake", "--build", folder / "build")
 
-    qvdraw = prefix + "/bin/qvdraw"
-    if os.path.exists(qvdraw):
-        # The library and the fonts are found from where the program is.
-        elsewhere = {name: value for name, value in os.environ.items() if name != "LD_LIBRARY_PATH"}
-        run(qvdraw, "demo", "--out", directory + "/out", env=elsewhere)
-        assert os.path.getsize(directory + "/out/beam.png") > 1000
 
-    if shutil.which("pkg-config") and not system:
-        libraries = next(root for root, _, files in os.walk(prefix) if "qvtools.pc" in files)
-        flags = subprocess.run(
-            ["pkg-config", "--define-variable=prefix=" + prefix, "--cflags", "--libs", "qvtools"],
-            check=True, capture_output=True, text=True, env={**os.environ, "PKG_CONFIG_PATH": libraries},
-        ).stdout.split()
-        run("c++", "-std=c++20", example + "/main.cpp", "-o", example + "/by-pkg-config", *flags)
+def check_program(prefix, folder):
+    """Runs the example where its font and the DLLs are, and sees that it has drawn."""
+    place = prefix / "bin" if system else prefix / "share/qvtools"
+    run(*([emulator] if system else []), folder / ("build/example.exe" if system else "build/example"), cwd=place)
+    assert (place / "beam.dxf").stat().st_size > 1000
+
+
+def check_pkg_config(prefix, folder):
+    """The prefix is where the files lie, wherever that is."""
+    moved = prefix.rename(prefix.with_name("moved"))
+    libraries = next(moved.rglob("qvtools.pc")).parent
+    environment = {**os.environ, "PKG_CONFIG_PATH": str(libraries)}
+    for package in ("qvtools", "qvtools-qt"):
+        if (libraries / f"{package}.pc").exists():
+            flags = output("pkg-config", "--cflags", "--libs", package, env=environment).split()
+            assert f"-L{libraries.parent}" in [str(pathlib.Path(flag[:2] + os.path.normpath(flag[2:]))) for flag in flags]
+    fonts = output("pkg-config", "--variable=fontsdir", "qvtools", env=environment).strip()
+    assert os.path.exists(fonts + "/txt.shx"), fonts
+    flags = output("pkg-config", "--cflags", "--libs", "qvtools", env=environment).split()
+    run("c++", "-std=c++20", folder / "main.cpp", "-o", folder / "by-pkg-config", *flags)
+    older = subprocess.run(["c++", "-std=c++17", "-fsyntax-only", folder / "main.cpp", *flags], capture_output=True, text=True)
+    first = re.search(r"error: (.*)", older.stderr)
+    assert first and "qvtools needs C++20" in first[1], older.stderr[:500]
+
+
+def check_static(folder, code):
+    """The library alone, as a static one."""
+    run("cmake", "-G", "Ninja", "-S", source, "-B", folder / "library", "-DBUILD_SHARED_LIBS=OFF", "-DQVTOOLS_QT=OFF",
+        "-DQVTOOLS_TESTS=OFF", "-DCMAKE_CXX_FLAGS=-O0", f"-DCMAKE_INSTALL_PREFIX={folder}/prefix")
+    run("cmake", "--build", folder / "library", "--target", "install")
+    assert list((folder / "prefix").rglob("libqvtools.a")) and not list((folder / "prefix").rglob("libqvtools.so"))
+    example = example_in(folder / "example", code)
+    build_example(example, folder / "prefix")
+    check_program(folder / "prefix", example)
+
+
+def main():
+    readme = pathlib.Path(source, "README.md").read_text(encoding="utf-8")
+    code = re.search(r"```cpp\n(.*?)```", readme, re.S).group(1)
+    with tempfile.TemporaryDirectory() as directory:
+        folder = pathlib.Path(directory)
+        prefix = folder / "prefix"
+        run("cmake", "--install", build, "--prefix", prefix)
+        assert not list(prefix.rglob("internal")), "private headers are installed"
+        example = example_in(folder / "example", code)
+        # Who asks for the library alone gets on without Qt.
+        build_example(example, prefix, "-DCMAKE_DISABLE_FIND_PACKAGE_Qt6=ON")
+        check_program(prefix, example)
+        if list(prefix.rglob("qvtools-qt-targets.cmake")):
+            with_qt = example_in(folder / "with_qt", '#include "qvtools/platform/qt/qt_context.h"\n' + code,
+                                 "COMPONENTS qt", "qvtools::qt")
+            build_example(with_qt, prefix)
+        qvdraw = prefix / "bin/qvdraw"
+        if qvdraw.exists():
+            # The library and the fonts are found from where the program is.
+            elsewhere = {name: value for name, value in os.environ.items() if name != "LD_LIBRARY_PATH"}
+            run(qvdraw, "demo", "--out", folder / "out", env=elsewhere)
+            assert (folder / "out/beam.png").stat().st_size > 1000
+        if not system:
+            check_pkg_config(prefix, example)
+            check_static(folder / "static", code)
+
+
+main()
