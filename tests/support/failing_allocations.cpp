@@ -45,6 +45,15 @@ void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
   }
 }
 
+void* operator new(std::size_t size, std::align_val_t alignment, const std::nothrow_t&) noexcept {
+  if (g_left != INT_MAX && g_left-- <= 0) return nullptr;
+  try {
+    return ::operator new(size, alignment);
+  } catch (...) {
+    return nullptr;
+  }
+}
+
 #if defined(_WIN32)
 namespace {
 
@@ -75,6 +84,9 @@ const bool g_redirected = [] {
   using Allocate = void* (*)(std::size_t, const std::nothrow_t&) noexcept;
   const HMODULE library = GetModuleHandleA("qvtools.dll");
   redirect_import(library, "_ZnwyRKSt9nothrow_t", reinterpret_cast<void*>(static_cast<Allocate>(&operator new)));
+  using AllocateAligned = void* (*)(std::size_t, std::align_val_t, const std::nothrow_t&) noexcept;
+  redirect_import(library, "_ZnwySt11align_val_tRKSt9nothrow_t",
+                  reinterpret_cast<void*>(static_cast<AllocateAligned>(&operator new)));
   redirect_import(library, "_ZnayRKSt9nothrow_t", reinterpret_cast<void*>(static_cast<Allocate>(&operator new[])));
   return true;
 }();

@@ -47,73 +47,55 @@ CArchive& CArchive::operator>>(std::int32_t& v) {
   return Read(&v, sizeof v), *this;
 }
 
-struct CPtrList::Block {
-  Block* next;
-  POSITION slots() { return reinterpret_cast<POSITION>(this + 1); }
-};
-
 CPtrList::~CPtrList() {
   RemoveAll();
 }
 
 CPtrList::Block* CPtrList::new_block() const {
-  const std::size_t slots = static_cast<std::size_t>(blockSize_) + 2;
-  auto* const block =
-      static_cast<Block*>(::operator new(sizeof(Block) + slots * sizeof(qv::detail::ListSlot), std::nothrow));
-  if (block) block->next = nullptr;
-  return block;
+  void* const memory = ::operator new (blockBytes_, std::align_val_t{blockBytes_}, std::nothrow);
+  return memory ? new (memory) Block{} : nullptr;
+}
+
+void CPtrList::delete_first() {
+  ::operator delete (std::exchange(first_, first_->next), std::align_val_t{blockBytes_});
+  if (!first_) last_ = nullptr;
 }
 
 POSITION CPtrList::AddTail(void* data) {
-  POSITION slot = tail_ ? tail_ + 1 : nullptr;
-  if (!slot || slot == last_->slots() + blockSize_) {
+  if (!last_ || last_->end == slots_end(last_)) {
     Block* const block = new_block();
     if (!block) return nullptr;
-    if (slot) set_end(slot, block->slots());
-    (slot ? last_->next : first_) = block;
+    block->begin = block->end = slots(block);
+    (last_ ? last_->next : first_) = block;
     last_ = block;
-    slot = block->slots();
-    if (!head_) head_ = slot;
   }
-  slot->data = data;
-  set_end(slot + 1, nullptr);
   ++count_;
-  return tail_ = slot;
+  last_->end->data = data;
+  return last_->end++;
 }
 
 POSITION CPtrList::AddHead(void* data) {
-  if (!head_) return AddTail(data);
-  if (head_ == first_->slots()) {
+  if (!first_ || first_->begin == slots(first_)) {
     Block* const block = new_block();
     if (!block) return nullptr;
-    POSITION const end = block->slots() + blockSize_;
-    set_end(end, head_);
+    block->begin = block->end = slots_end(block);
     block->next = first_;
     first_ = block;
-    head_ = end;
+    if (!last_) last_ = block;
   }
-  --head_;
-  head_->data = data;
   ++count_;
-  return head_;
+  (--first_->begin)->data = data;
+  return first_->begin;
 }
 
 void* CPtrList::RemoveHead() {
-  void* const data = head_->data;
-  if (count_ == 1) {
-    RemoveAll();
-    return data;
-  }
-  const bool lastOfBlock = head_ + 1 == first_->slots() + blockSize_;
-  GetNext(head_);
-  if (lastOfBlock) ::operator delete(std::exchange(first_, first_->next));
+  void* const data = first_->begin->data;
   --count_;
+  if (++first_->begin == first_->end) delete_first();
   return data;
 }
 
 void CPtrList::RemoveAll() {
-  while (first_) ::operator delete(std::exchange(first_, first_->next));
-  last_ = nullptr;
-  head_ = tail_ = nullptr;
+  while (first_) delete_first();
   count_ = 0;
 }

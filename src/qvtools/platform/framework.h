@@ -5,6 +5,7 @@
 /// behaviour that host programs know, and hold nothing that the library does not use.
 
 #include <algorithm>
+#include <bit>
 #include <climits>
 #include <cstddef>
 #include <cstdint>
@@ -219,26 +220,28 @@ struct ListSlot {
 /// A place in a pointer list; null is the end. It stays valid while its pointer is in the list.
 using POSITION = qv::detail::ListSlot*;
 
-/// A list of pointers that it does not own, walked from its head. Pointers lie side by side in blocks of a fixed
-/// number: a walk runs at the speed of an array.
+/// A list of pointers that it does not own, walked from its head. Pointers lie side by side in blocks: a walk runs at
+/// the speed of an array.
 class QV_API CPtrList : public CObject {
  public:
-  explicit CPtrList(int blockSize = 10) : blockSize_(blockSize < 1 ? 1 : blockSize) {}
+  /// The number of pointers that a block holds at least.
+  explicit CPtrList(int blockSize = 10)
+      : blockBytes_(std::bit_ceil(sizeof(Block) + sizeof(void*) * static_cast<std::size_t>(std::max(blockSize, 1)))) {}
   ~CPtrList() override;
   CPtrList(const CPtrList&) = delete;
   CPtrList& operator=(const CPtrList&) = delete;
 
   int GetCount() const { return static_cast<int>(count_); }
   bool IsEmpty() const { return count_ == 0; }
-  void* GetHead() const { return head_->data; }
-  void* GetTail() const { return tail_->data; }
-  POSITION GetHeadPosition() const { return head_; }
-  POSITION GetTailPosition() const { return tail_; }
+  void* GetHead() const { return first_->begin->data; }
+  void* GetTail() const { return last_->end[-1].data; }
+  POSITION GetHeadPosition() const { return first_ ? first_->begin : nullptr; }
+  POSITION GetTailPosition() const { return last_ ? last_->end - 1 : nullptr; }
   /// The pointer at the position, which moves on to the next.
   void* GetNext(POSITION& position) const {
     void* data = position->data;
-    ++position;
-    if (position->data == end_mark()) position = static_cast<POSITION>(position[1].data);
+    const Block* const block = block_of(position);
+    if (++position == block->end) position = block->next ? block->next->begin : nullptr;
     return data;
   }
   void* GetAt(POSITION position) const { return position->data; }
@@ -251,22 +254,27 @@ class QV_API CPtrList : public CObject {
   void RemoveAll();
 
  private:
-  // Behind the last pointer of a block stand a mark, which is the address of a member of this list and so of nothing
-  // that a list holds, and where the list goes on: the first slot of the next block, or null.
-  struct Block;
-  const void* end_mark() const { return &count_; }
-  void set_end(POSITION slot, POSITION next) const {
-    slot[0].data = const_cast<void*>(end_mark());
-    slot[1].data = next;
+  /// The head of a block; its pointers follow it. Blocks begin at multiples of their size, so that a position's block
+  /// is found by the position's address.
+  struct Block {
+    Block* next;
+    POSITION begin;  // the pointers in use
+    POSITION end;
+  };
+  Block* block_of(POSITION position) const {
+    return reinterpret_cast<Block*>(reinterpret_cast<std::uintptr_t>(position) & ~(blockBytes_ - 1));
+  }
+  POSITION slots(Block* block) const { return reinterpret_cast<POSITION>(block + 1); }
+  POSITION slots_end(Block* block) const {
+    return reinterpret_cast<POSITION>(reinterpret_cast<char*>(block) + blockBytes_);
   }
   Block* new_block() const;
+  void delete_first();
 
+  std::size_t blockBytes_;  // a power of two
   Block* first_ = nullptr;
   Block* last_ = nullptr;
-  POSITION head_ = nullptr;
-  POSITION tail_ = nullptr;
   std::size_t count_ = 0;
-  int blockSize_;
 };
 
 /// A map from texts to pointers, which it does not own.

@@ -1,225 +1,126 @@
 #include "qvtools/dxf/model/record_memory.h"
 
 #include <algorithm>
-#include <bit>
 #include <cstdint>
 #include <limits>
 #include <mutex>
+#include <type_traits>
 #include <utility>
 
+#include "qvtools/system/internal/pages.h"
 #include "qvtools/system/internal/sanitizer.h"
 
-#if defined(_WIN32)
-#include <windows.h>
-#else
-#include <sys/mman.h>
-#endif
-
 namespace qv {
-
 namespace {
 
+using detail::kStretchSize;
+
 constexpr std::size_t kAlignment = 64;
+constexpr std::size_t kStep = 16;       // sizes are rounded up to multiples of it
+constexpr std::size_t kLargest = 8192;  // larger records are allocated by themselves
 
-#if QV_ADDRESS_SANITIZER
-
-void* allocate(std::size_t size) noexcept {
-  return ::operator new (size, std::align_val_t{kAlignment}, std::nothrow);
-}
-void release(void* record) noexcept {
-  ::operator delete (record, std::align_val_t{kAlignment});
-}
-
-#else
-
-#if defined(_WIN32)
-
-constexpr std::size_t kSlabSize = std::size_t{1} << 16;  // the system's allocations are aligned so
-
-void* map_pages(std::size_t bytes, bool) {
-  return VirtualAlloc(nullptr, bytes, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE);
-}
-/// False when the system cannot take them back now.
-bool unmap_pages(void* pages, std::size_t) {
-  return VirtualFree(pages, 0, MEM_RELEASE) != 0;
-}
-
-#else
-
-constexpr std::size_t kSlabSize = std::size_t{1} << 21;  // a large page
-
-/// Pages that begin at a multiple of the slab's size; null when there are none.
-void* map_pages(std::size_t bytes, bool large) {
-  void* const mapped = mmap(nullptr, bytes + kSlabSize, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-  if (mapped == MAP_FAILED) return nullptr;
-  char* const begin = static_cast<char*>(mapped);
-  const std::size_t before = -reinterpret_cast<std::uintptr_t>(mapped) & (kSlabSize - 1);
-  if (before > 0) munmap(begin, before);
-  munmap(begin + before + bytes, kSlabSize - before);
-#if defined(MADV_HUGEPAGE)
-  if (large) madvise(begin + before, bytes, MADV_HUGEPAGE);  // a wish: without it the pages are small ones
-#endif
-  return begin + before;
-}
-/// False when the system cannot take them back now: a hole may need room in its tables.
-bool unmap_pages(void* pages, std::size_t bytes) {
-  return munmap(pages, bytes) == 0;
-}
-
-#endif
-
-/// The head of a slab: a stretch of memory at a multiple of the slab's size, cut into blocks of one size.
-struct Slab {
-  struct FreeBlock {
-    FreeBlock* next;
+/// The head of a stretch of memory that holds records of one size. Records take their places behind it in order, and
+/// then the places that others gave back.
+struct Chunk {
+  struct FreePlace {
+    FreePlace* next;
   };
-  Slab* next;  // among the slabs of its size that have room
-  Slab* before;
-  FreeBlock* free;  // blocks that were given back
-  std::size_t blockSize;
-  std::size_t used;  // bytes from the head on that were ever handed out
-  std::size_t living;
 
-  void reset() {
-    free = nullptr;
-    used = kHeadSize;
-  }
-  bool is_full() const { return !free && used + blockSize > kSlabSize; }
+  Chunk* next = nullptr;  // among the chunks of its size that have room
+  Chunk* previous = nullptr;
+  FreePlace* free = nullptr;
+  std::size_t placeSize;
+  std::size_t used = kHead;  // bytes that were ever handed out
+  std::size_t living = 0;
+
+  static constexpr std::size_t kHead = kAlignment;  // a type's size is a multiple of its alignment
+
+  bool is_full() const { return !free && used + placeSize > kStretchSize; }
   void* take() {
     ++living;
     if (free) return std::exchange(free, free->next);
-    return reinterpret_cast<char*>(this) + std::exchange(used, used + blockSize);
+    return reinterpret_cast<char*>(this) + std::exchange(used, used + placeSize);
   }
-  void give_back(void* block) {
-    --living;
-    free = new (block) FreeBlock{free};
-  }
-
-  static constexpr std::size_t kHeadSize = kAlignment;  // a type's size is a multiple of its alignment
-  static Slab* Of(void* block) {
-    return reinterpret_cast<Slab*>(reinterpret_cast<std::uintptr_t>(block) & ~(kSlabSize - 1));
+  void give_back(void* record) {
+    free = new (record) FreePlace{free};
+    if (--living > 0) return;
+    free = nullptr;  // the next records lie in order again
+    used = kHead;
   }
 };
-static_assert(sizeof(Slab) <= Slab::kHeadSize);
+static_assert(sizeof(Chunk) <= Chunk::kHead);
 
-class Pool {
+/// All records of one size.
+class Chunks {
  public:
-  void* Allocate(std::size_t size) noexcept;
-  void Release(void* block) noexcept;
+  void* take(std::size_t placeSize) noexcept {
+    const std::lock_guard lock(mutex_);
+    if (!withRoom_) {
+      // Drawings of few records stay in small pages.
+      void* const stretch = detail::map_stretch(count_ > 0);
+      if (!stretch) return nullptr;
+      link(new (stretch) Chunk{.placeSize = placeSize});
+      ++count_;
+    }
+    Chunk* const chunk = withRoom_;
+    void* const record = chunk->take();
+    if (chunk->is_full()) unlink(chunk);
+    return record;
+  }
+  void give_back(Chunk* chunk, void* record) noexcept {
+    const std::lock_guard lock(mutex_);
+    if (chunk->is_full()) link(chunk);
+    chunk->give_back(record);
+    if (chunk->living > 0 || count_ == 1) return;
+    unlink(chunk);
+    if (detail::unmap_stretch(chunk)) {
+      --count_;
+    } else {
+      link(chunk);
+    }
+  }
 
  private:
-  // Blocks share slabs in steps of 16 bytes up to a thousand, then in powers of two.
-  static constexpr std::size_t kStep = 16;
-  static constexpr std::size_t kStepped = 1024;
-  static constexpr std::size_t kLargest = 8192;
-  static constexpr std::size_t kSteps = kStepped / kStep;
-  /// The number of a size's slabs, and the size of their blocks.
-  static std::size_t number_of(std::size_t size) {
-    if (size <= kStepped) return (std::max(size, std::size_t{1}) + kStep - 1) / kStep;
-    return kSteps + static_cast<std::size_t>(std::bit_width((size - 1) / kStepped));
+  void link(Chunk* chunk) {
+    chunk->previous = nullptr;
+    chunk->next = withRoom_;
+    if (withRoom_) withRoom_->previous = chunk;
+    withRoom_ = chunk;
   }
-  static std::size_t block_size(std::size_t number) {
-    return number <= kSteps ? number * kStep : kStepped << (number - kSteps);
-  }
-
-  /// The slabs of blocks of one size.
-  struct Size {
-    Slab* withRoom = nullptr;
-    bool several = false;  // more than one slab was needed
-    void link(Slab* slab) {
-      slab->before = nullptr;
-      slab->next = withRoom;
-      if (withRoom) withRoom->before = slab;
-      withRoom = slab;
-    }
-    void unlink(Slab* slab) {
-      (slab->before ? slab->before->next : withRoom) = slab->next;
-      if (slab->next) slab->next->before = slab->before;
-    }
-  };
-
-  static Slab* new_slab(std::size_t bytes, std::size_t blockSize, bool large) noexcept;
-  static void* allocate_alone(std::size_t size) noexcept;
-  /// The bytes of a slab for one block alone: whole pages, however large the system's are.
-  static std::size_t size_alone(std::size_t size) {
-    constexpr std::size_t kPages = std::size_t{1} << 16;
-    return (Slab::kHeadSize + size + kPages - 1) & ~(kPages - 1);
+  void unlink(Chunk* chunk) {
+    (chunk->previous ? chunk->previous->next : withRoom_) = chunk->next;
+    if (chunk->next) chunk->next->previous = chunk->previous;
   }
 
   std::mutex mutex_;
-  Size sizes_[kSteps + 4];  // the last for blocks of kLargest
+  Chunk* withRoom_ = nullptr;
+  std::size_t count_ = 0;
 };
 
-Slab* Pool::new_slab(std::size_t bytes, std::size_t blockSize, bool large) noexcept {
-  void* const pages = map_pages(bytes, large);
-  if (!pages) return nullptr;
-  auto* const slab = new (pages) Slab{};
-  slab->blockSize = blockSize;
-  slab->reset();
-  return slab;
-}
+constinit Chunks g_chunks[kLargest / kStep + 1];
+static_assert(std::is_trivially_destructible_v<Chunks>, "records may outlive all other objects");
 
-/// A block too large to share a slab.
-void* Pool::allocate_alone(std::size_t size) noexcept {
-  if (size > std::numeric_limits<std::size_t>::max() / 2) return nullptr;
-  Slab* const slab = new_slab(size_alone(size), size, false);
-  return slab ? slab->take() : nullptr;
-}
-
-void* Pool::Allocate(std::size_t size) noexcept {
-  if (size > kLargest) return allocate_alone(size);
-  const std::size_t number = number_of(size);
-  Size& slabs = sizes_[number];
-  const std::lock_guard lock(mutex_);
-  if (!slabs.withRoom) {
-    // Drawings of few records stay in small pages, taken one by one.
-    Slab* const slab = new_slab(kSlabSize, block_size(number), slabs.several);
-    if (!slab) return nullptr;
-    slabs.several = true;
-    slabs.link(slab);
-  }
-  Slab* const slab = slabs.withRoom;
-  void* const block = slab->take();
-  if (slab->is_full()) slabs.unlink(slab);
-  return block;
-}
-
-void Pool::Release(void* block) noexcept {
-  Slab* const slab = Slab::Of(block);
-  if (slab->blockSize > kLargest) {
-    unmap_pages(slab, size_alone(slab->blockSize));
-    return;
-  }
-  Size& slabs = sizes_[number_of(slab->blockSize)];
-  const std::lock_guard lock(mutex_);
-  if (slab->is_full()) slabs.link(slab);
-  slab->give_back(block);
-  if (slab->living > 0) return;
-  slab->reset();  // the next records lie in order again
-  if (!slab->next && !slab->before) return;
-  slabs.unlink(slab);
-  if (!unmap_pages(slab, kSlabSize)) slabs.link(slab);
-}
-
-/// The program's pool. It is never destroyed: records that outlive all else are given back to it.
-Pool& pool() {
-  union Immortal {
-    Pool pool;
-    Immortal() : pool() {}
-    ~Immortal() {}
-  };
-  static Immortal immortal;
-  return immortal.pool;
+/// How a record that is allocated by itself is aligned: where a chunk would begin, which is no record's place; under an
+/// address sanitizer, which watches each record, as any other.
+std::align_val_t alignment_alone() {
+  return std::align_val_t{QV_ADDRESS_SANITIZER ? kAlignment : kStretchSize};
 }
 
 void* allocate(std::size_t size) noexcept {
-  return pool().Allocate(size);
-}
-void release(void* record) noexcept {
-  pool().Release(record);
+  if (QV_ADDRESS_SANITIZER || size > kLargest) {
+    constexpr std::size_t kMost = std::numeric_limits<std::size_t>::max() / 2;
+    return size < kMost ? ::operator new(size, alignment_alone(), std::nothrow) : nullptr;
+  }
+  const std::size_t number = (std::max(size, std::size_t{1}) + kStep - 1) / kStep;
+  return g_chunks[number].take(number * kStep);
 }
 
-#endif
+void release(void* record) noexcept {
+  const auto offset = reinterpret_cast<std::uintptr_t>(record) & (kStretchSize - 1);
+  if (QV_ADDRESS_SANITIZER || offset == 0) return ::operator delete(record, alignment_alone());
+  auto* const chunk = reinterpret_cast<Chunk*>(static_cast<char*>(record) - offset);
+  g_chunks[chunk->placeSize / kStep].give_back(chunk, record);
+}
 
 }  // namespace
 
