@@ -119,6 +119,7 @@ class QV_API CBase_SGT : public DXF, public qv::SgtEnvironment {
   void Draw_Solid(float x1, float y1, float x2, float y2, float x3, float y3, float x4, float y4);
   void Draw_3DFace(float x1, float y1, float x2, float y2, float x3, float y3, float x4, float y4);
   /// A text from its lower left corner. One that would stand upside down (91 to 271 degrees) is turned within its box.
+  /// A record holds 99 bytes: what is longer is cut there, between two characters.
   void Draw_Text(float x, float y, float h, float angle, const char* text);
 
   /// The pen: lines and wide lines from where it stands, absolute and relative.

@@ -1,7 +1,10 @@
 #include "qvtools/engineering/component.h"
 
 #include <algorithm>
+#include <memory>
 #include <new>
+
+#include "qvtools/services/internal/out_of_memory.h"
 
 namespace {
 
@@ -26,13 +29,14 @@ void CCxIndexFile::Clear() {
 int CCxIndexFile::Begin_Item(std::FILE* fp) {
   const long at = position_of(fp);
   if (at < 0) return 0;
-  CCxIndex* const index = new (std::nothrow) CCxIndex;
+  std::unique_ptr<CCxIndex> index(new (std::nothrow) CCxIndex);
   if (!index) return 0;
   index->m_lStart = index->m_lEnd = at;
-  if (const CCxIndex* const last = entry(m_Index.GetSize())) {
-    if (at < std::max(last->m_lStart, last->m_lEnd)) m_bOrdered = false;
-  }
-  m_Index.Add(index);
+  const CCxIndex* const last = entry(m_Index.GetSize());
+  const bool ordered = !last || at >= std::max(last->m_lStart, last->m_lEnd);
+  if (!qv::detail::unless_out_of_memory([&] { return m_Index.Add(index.get()), true; }, false)) return 0;
+  index.release();
+  m_bOrdered = m_bOrdered && ordered;
   return 1;
 }
 

@@ -76,7 +76,7 @@ class QV_API CDataBaseFile : public CObject {
   char* Get_Item(const char* key);
 
   /// The segments of the file, in its order, and the items last read or added: their number, names and keys, indices
-  /// from 0.
+  /// from 0; the empty text for an index that there is not.
   int Get_SegmentCount() const;
   CString Get_SegmentName(int i) const;
   int Get_ItemCount() const;

@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "qvtools/engineering/internal/database_tables.h"
+#include "qvtools/services/internal/out_of_memory.h"
 #include "qvtools/text/gbk_text.h"
 #include "qvtools/text/numbers.h"
 
@@ -141,6 +142,13 @@ int CDataBaseFile::Read_Segment(const char* format, ...) {
   if (!range) return 0;
   std::string_view text = m_Tables->window.view(range->start, range->end);
   text.remove_prefix(std::min(text.find('\n'), text.size() - 1) + 1);
+  const auto take = [&] { return m_Tables->read_items(text), true; };
+  if (!qv::detail::unless_out_of_memory(take, false)) return items.clear(), 0;
+  m_nPosition = range->end;
+  return 1;
+}
+
+void CDataBaseFile::Tables::read_items(std::string_view text) {
   std::string& texts = items.texts();
   texts.assign(text);
   const bool percents = text.find('%') != text.npos;
@@ -148,11 +156,9 @@ int CDataBaseFile::Read_Segment(const char* format, ...) {
     const std::string_view kept = line.substr(0, kLongest);
     const std::size_t separator = find_separator(kept);
     if (separator == kNone) return;
-    m_Tables->read_item(kept.substr(0, separator), kept.substr(separator + kSeparator.size()),
-                        ended && line.size() < kLongest, percents);
+    read_item(kept.substr(0, separator), kept.substr(separator + kSeparator.size()), ended && line.size() < kLongest,
+              percents);
   });
-  m_nPosition = range->end;
-  return 1;
 }
 
 void CDataBaseFile::Tables::read_item(std::string_view key, std::string_view value, bool ended, bool percents) {
@@ -184,6 +190,7 @@ int CDataBaseFile::Get_SegmentCount() const {
 }
 
 CString CDataBaseFile::Get_SegmentName(int i) const {
+  if (i < 0 || i >= Get_SegmentCount()) return {};
   return CString(std::string(m_Tables->segments.key(static_cast<std::size_t>(i))));
 }
 
@@ -192,5 +199,6 @@ int CDataBaseFile::Get_ItemCount() const {
 }
 
 CString CDataBaseFile::Get_ItemKey(int i) const {
+  if (i < 0 || i >= Get_ItemCount()) return {};
   return CString(std::string(m_Tables->items.key(static_cast<std::size_t>(i))));
 }

@@ -10,8 +10,8 @@ namespace qv {
 
 namespace {
 
-// A triangle in more cells than this would cost more to sort in than to look at.
-constexpr std::int64_t kMostCells = 4096;
+// A triangle in more cells than this is in none: it is looked at with every question instead.
+constexpr std::int64_t kMostCells = 64;
 constexpr double kNothing = std::numeric_limits<double>::infinity();
 
 bool is_finite(const CChangNode& node) {
@@ -132,7 +132,7 @@ int FieldLocator::first_node_at(float x, float y) const {
   for (int r = cells.top; r <= cells.bottom; ++r) {
     for (int c = cells.left; c <= cells.right; ++c) {
       const std::size_t at = cell(c, r);
-      for (std::uint32_t i = nodes_.start[at]; i < nodes_.start[at + 1] && nodes_.items[i] < first; ++i) {
+      for (std::size_t i = nodes_.start[at]; i < nodes_.start[at + 1] && nodes_.items[i] < first; ++i) {
         const CChangNode& node = field_.m_Nodes[static_cast<int>(nodes_.items[i])];
         if (get_dist(node.x, node.y, x, y) < detail::kSamePlace) first = nodes_.items[i];
       }
@@ -148,7 +148,7 @@ int FieldLocator::first_triangle_at(float x, float y) const {
   };
   const std::size_t at = cell(column(x), row(y));
   std::uint32_t first = ~0U;
-  for (std::uint32_t i = triangles_.start[at]; i < triangles_.start[at + 1] && first == ~0U; ++i) {
+  for (std::size_t i = triangles_.start[at]; i < triangles_.start[at + 1] && first == ~0U; ++i) {
     if (holds(triangles_.items[i])) first = triangles_.items[i];
   }
   for (const std::uint32_t i : looseTriangles_) {
@@ -159,7 +159,7 @@ int FieldLocator::first_triangle_at(float x, float y) const {
 }
 
 void FieldLocator::scan_for_nearest(std::size_t at, float x, float y, float& least, int& nearest) const {
-  for (std::uint32_t i = nodes_.start[at]; i < nodes_.start[at + 1]; ++i) {
+  for (std::size_t i = nodes_.start[at]; i < nodes_.start[at + 1]; ++i) {
     const int number = static_cast<int>(nodes_.items[i]);
     const CChangNode& node = field_.m_Nodes[number];
     const float distance = get_dist(node.x, node.y, x, y);

@@ -12,7 +12,7 @@ namespace qv {
 class QV_API FieldLocator {
  public:
   /// Sorts the mesh into a grid. The field is not owned; it must live, with its mesh unchanged, while it is asked.
-  /// Takes some 30 bytes a triangle.
+  /// Takes some 30 bytes a triangle where they are of about one size, and never more than 300.
   explicit FieldLocator(const CChang& field);
 
   /// What `CChang::Get_Value` and `CChang::PointInChang` answer. Triangles much larger than the others are looked at
@@ -23,7 +23,7 @@ class QV_API FieldLocator {
  private:
   /// The numbers of what lies in each cell, cell after cell, in ascending order.
   struct Bins {
-    std::vector<std::uint32_t> start;
+    std::vector<std::size_t> start;
     std::vector<std::uint32_t> items;
   };
   struct Cells {

@@ -34,10 +34,14 @@ int CRgn::CreatePolygonRgn(const CPoint* points, int n, qv::FillRule rule) {
   count_ = points && n >= 3 ? n : 0;
   if (count_ <= kInline) {
     std::copy_n(points, count_, few_.data());
-  } else {
-    many_.assign(points, points + n);
+    return count_ > 0;
   }
-  return count_ > 0;
+  try {
+    many_.assign(points, points + n);
+    return 1;
+  } catch (const std::bad_alloc&) {
+    return count_ = 0;
+  }
 }
 
 CRect CRgn::GetRgnBox() const {

@@ -40,7 +40,8 @@ struct CBrush {
 class QV_API CRgn {
  public:
   CRgn() = default;
-  /// Makes the polygon of n points (closed by itself) the region; returns 0, with an empty region, when n < 3.
+  /// Makes the polygon of n points (closed by itself) the region; returns 0, with an empty region, when n < 3 or
+  /// memory runs out.
   int CreatePolygonRgn(const CPoint* points, int n, qv::FillRule rule);
   /// The bounding box of the points, right and bottom included; the empty rectangle for an empty region.
   CRect GetRgnBox() const;

@@ -99,3 +99,12 @@ void CPtrList::RemoveAll() {
   while (first_) delete_first();
   count_ = 0;
 }
+
+void CPtrList::TakeAll(CPtrList& other) {
+  if (!other.first_) return;
+  (last_ ? last_->next : first_) = other.first_;
+  last_ = other.last_;
+  count_ += other.count_;
+  other.first_ = other.last_ = nullptr;
+  other.count_ = 0;
+}

@@ -71,7 +71,8 @@ class CString {
  public:
   CString() = default;
   CString(const char* text) : text_(text ? text : "") {}
-  CString(const char* text, int length) : text_(text, static_cast<std::size_t>(length)) {}
+  /// The first `length` bytes at `text`; a negative length is 0.
+  CString(const char* text, int length) : text_(text, static_cast<std::size_t>(std::max(length, 0))) {}
   explicit CString(std::string text) : text_(std::move(text)) {}
 
   operator const char*() const { return text_.c_str(); }
@@ -252,6 +253,9 @@ class QV_API CPtrList : public CObject {
   void* RemoveHead();
   /// Empties the list and frees its blocks, not what the pointers point to.
   void RemoveAll();
+  /// Moves all pointers of another list, one that was made for blocks of the same size, to the end of this one. It
+  /// needs no memory.
+  void TakeAll(CPtrList& other);
 
  private:
   /// The head of a block; its pointers follow it. Blocks begin at multiples of their size, so that a position's block

@@ -34,7 +34,9 @@ std::size_t trimmed_length(const std::string& path) {
 }  // namespace
 
 std::FILE* open_file_no_comment(const char* name, const char* mode) {
-  std::FILE* const file = qv::open_text(in_work_path(name), mode);
+  const bool readsText = mode[0] == 'r' && !std::strpbrk(mode, "+b");
+  const CString path = in_work_path(name);
+  std::FILE* const file = readsText ? qv::open_text_to_read(path) : qv::open_text(path, mode);
   if (!file) return nullptr;
   if (QV_OpenFileNum < 0) tell_error(301, "Num File Opend < 0!");
   ++QV_OpenFileNum;

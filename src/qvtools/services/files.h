@@ -15,7 +15,8 @@ extern QV_API CString G_strExePath;
 /// file counts it down.
 extern QV_API int QV_OpenFileNum;
 
-/// Opens a file of the work directory with an `fopen` mode; text files have CR LF line ends on disk on every system.
+/// Opens a file of the work directory with an `fopen` mode; text files have CR LF line ends on disk on every system,
+/// and are read with "\n"; positions are byte offsets on disk.
 /// Returns null when it cannot be opened, after a stop box (code 301) that names it. A counter below 0 is reported by
 /// a stop box too, and the file is opened all the same. The caller closes the stream.
 QV_API std::FILE* open_file(const char* name, const char* mode);

@@ -19,6 +19,12 @@ constexpr std::size_t kCompared = 21;
 constexpr std::uint32_t kHeaderSize = 32;
 constexpr std::uint32_t kEntrySize = 36;
 
+/// Whether the stream could be set there. Offsets above 2 GB are beyond a stream on some systems.
+bool seek_to(std::FILE* file, std::uint32_t offset) {
+  const auto at = static_cast<long>(offset);
+  return at >= 0 && std::fseek(file, at, SEEK_SET) == 0;
+}
+
 }  // namespace
 
 CWxSlideLib::~CWxSlideLib() {
@@ -87,8 +93,7 @@ int CWxSlideLib::find(const char* name) const {
 
 int CWxSlideLib::Read_SLD(int index, CWxSlide* slide) {
   if (index < 0 || index >= m_nCount) return 0;
-  std::fseek(m_fp, static_cast<long>(m_Directory[static_cast<std::size_t>(index)].m_nOffset), SEEK_SET);
-  return slide->Read_SLD(m_fp);
+  return seek_to(m_fp, m_Directory[static_cast<std::size_t>(index)].m_nOffset) ? slide->Read_SLD(m_fp) : 0;
 }
 
 int CWxSlideLib::Read_SLD(const char* name, CWxSlide* slide) {
@@ -99,9 +104,9 @@ int CWxSlideLib::Pick_SLD(int index, const char* dir) {
   if (index < 0 || index >= m_nCount) return 0;
   const Entry& entry = m_Directory[static_cast<std::size_t>(index)];
   if (std::strpbrk(entry.m_szName, "/\\:") || *entry.m_szName == '\0') return 0;
+  if (!seek_to(m_fp, entry.m_nOffset)) return 0;
   std::FILE* out = qv::open_text((std::string(dir) + entry.m_szName + ".SLD").c_str(), "wb");
   if (!out) return 1;
-  std::fseek(m_fp, static_cast<long>(entry.m_nOffset), SEEK_SET);
   char block[4096];
   for (std::size_t left = entry.m_nLength; left > 0;) {
     const std::size_t got = std::fread(block, 1, std::min(left, sizeof block), m_fp);

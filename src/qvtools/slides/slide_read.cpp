@@ -183,11 +183,6 @@ void CWxSlide::read_common_point(Source& in) {
 
 template <class Source>
 void CWxSlide::read_solid(Source& in) {
-  struct Vertex {
-    unsigned short record;
-    short x;
-    short y;
-  };
   if ((m_nRecord & 255) != 0) return;
   short opening[2];  // number of vertices, and a y that is negative; the record that closes a fill has none
   if (!in.read(opening, sizeof opening)) return;
@@ -196,11 +191,13 @@ void CWxSlide::read_solid(Source& in) {
   CSlideItem item;
   item.m_byKind = CSlideItem::kSolid;
   for (int i = 0; i < count; ++i) {
-    Vertex vertex;
-    if (!in.read(&vertex, sizeof vertex)) return;
-    if (vertex.record >> 8 != 0xFD && (vertex.record & 255) != 0) return;
-    item.m_fX[i] = i == 3 ? static_cast<float>(std::abs(static_cast<int>(vertex.x))) : vertex.x;
-    item.m_fY[i] = i == 3 ? static_cast<float>(std::abs(static_cast<int>(vertex.y))) : vertex.y;
+    unsigned short record;
+    short point[2];
+    // A word that no vertex begins with abandons the fill: what stands behind it is a record of its own.
+    if (!in.read(&record, sizeof record) || (record >> 8 != 0xFD && (record & 255) != 0)) return;
+    if (!in.read(point, sizeof point)) return;
+    item.m_fX[i] = i == 3 ? static_cast<float>(std::abs(int{point[0]})) : point[0];
+    item.m_fY[i] = i == 3 ? static_cast<float>(std::abs(int{point[1]})) : point[1];
   }
   if (count == 3) {
     item.m_fX[3] = item.m_fX[2];

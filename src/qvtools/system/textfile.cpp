@@ -9,6 +9,14 @@
 namespace qv {
 namespace {
 
+/// The file, unless it is a directory: some systems open one and fail only when it is read.
+std::FILE* no_directory(std::FILE* file, const char* path) {
+  if (!file || path_kind(path) != PathKind::Directory) return file;
+  std::fclose(file);
+  errno = EISDIR;
+  return nullptr;
+}
+
 std::FILE* open_binary(const char* path, const char* mode) {
   char binary[8];
   std::size_t n = 0;
@@ -17,11 +25,7 @@ std::FILE* open_binary(const char* path, const char* mode) {
   }
   binary[n++] = 'b';
   binary[n] = '\0';
-  std::FILE* const file = std::fopen(path, binary);
-  if (!file || path_kind(path) != PathKind::Directory) return file;
-  std::fclose(file);  // some systems open a directory and fail only when it is read
-  errno = EISDIR;
-  return nullptr;
+  return no_directory(std::fopen(path, binary), path);
 }
 
 }  // namespace
@@ -30,6 +34,10 @@ std::FILE* open_text(const char* path, const char* mode) {
   const bool writes = mode[0] == 'w' || mode[0] == 'a' || std::strchr(mode, '+');
   if (!std::strchr("rwa", mode[0]) || !mode[0]) return errno = EINVAL, nullptr;
   return writes && !std::strchr(mode, 'b') ? detail::open_crlf_stream(path, mode) : open_binary(path, mode);
+}
+
+std::FILE* open_text_to_read(const char* path) {
+  return no_directory(detail::open_lf_stream(path), path);
 }
 
 char* read_line(char* buffer, int size, std::FILE* file) {

@@ -188,9 +188,7 @@ void DXF::load_blocks() {
   if (!Find_Start_Blocks()) return;
   while (Read_One_Block()) {
     auto* block = new (std::nothrow) ACAD_BLOCK;
-    if (!block) break;
-    *block = m_Block;
-    if (!m_BlockList.AddTail(block)) {
+    if (!block || !block->Copy(&m_Block) || !m_BlockList.AddTail(block)) {
       delete block;
       break;
     }

@@ -1,6 +1,7 @@
 #include "qvtools/dxf/io/internal/group_writer.h"
 #include "qvtools/dxf/model/document.h"
 #include "qvtools/dxf/model/internal/walk.h"
+#include "qvtools/services/internal/out_of_memory.h"
 #include "qvtools/services/services.h"
 #include "qvtools/text/gbk_text.h"
 
@@ -233,12 +234,13 @@ int DXF::Write_Pline(int count, const float* x, const float* y, const float* z, 
                      const char* ltype) {
   m_Polyline.Ini();
   if (!set_attributes(m_Polyline, layer, color, ltype)) return 0;
+  const auto make_room = [&] { return m_Polyline.m_Vertices.SetSize(count), true; };
+  if (!unless_out_of_memory(make_room, false)) return 0;
   m_Polyline.m_First = {x[0], y[0], z[0]};
   m_Polyline.m_Second = {x[1], y[1], z[1]};
   m_Polyline.m_fStartWidth = startWidth[0];
   m_Polyline.m_fEndWidth = endWidth[0];
   m_Polyline.m_nFlags = flags;
-  m_Polyline.m_Vertices.SetSize(count);
   for (int i = 0; i < count; ++i) {
     ACAD_VERTEX& vertex = m_Polyline.m_Vertices[i];
     vertex.m_Point = {x[i], y[i], z[i]};

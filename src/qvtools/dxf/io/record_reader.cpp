@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "qvtools/services/internal/out_of_memory.h"
 #include "qvtools/text/internal/fixed2.h"
 #include "qvtools/text/numbers.h"
 
@@ -73,27 +74,34 @@ void text_of(const Line& line, char* field, std::size_t size) {
   field[text.size()] = '\0';
 }
 
-void read_rest(GroupReader&, ACAD_LTYPE& ltype) {
+bool read_rest(GroupReader&, ACAD_LTYPE& ltype) {
+  ltype.m_nElements = std::clamp(ltype.m_nElements, 0, kMaxPatternElements);
   // Quirk: the misspelt word stands for the layer's line type in old files, and is taken for a solid line.
   if (equals_field(ltype.m_szName, "BYBLOCK") || equals_field(ltype.m_szName, "BYBLAYER"))
     copy_text(ltype.m_szName, "CONTINUOUS");
+  return true;
 }
 
-void read_rest(GroupReader& in, ACAD_POLYLINE& polyline) {
+bool read_rest(GroupReader& in, ACAD_POLYLINE& polyline) {
   // Gathered aside: a vector doubles, where the polyline's own array grows by steps and many vertices would cost their
   // square. It is kept for the next polyline unless it has grown large.
   constexpr std::size_t kKept = 4096;
-  static std::vector<ACAD_VERTEX> vertices;
-  vertices.clear();
-  while (in.next() && !in.at(0, "SEQEND")) {
-    if (in.at(0, "VERTEX")) read_groups(in, vertices.emplace_back());
-  }
-  polyline.m_Vertices.SetSize(static_cast<int>(vertices.size()));
-  std::copy(vertices.begin(), vertices.end(), polyline.m_Vertices.begin());
-  if (vertices.capacity() > kKept) std::vector<ACAD_VERTEX>().swap(vertices);
+  thread_local std::vector<ACAD_VERTEX> vertices;
+  const auto read = [&] {
+    vertices.clear();
+    while (in.next() && !in.at(0, "SEQEND")) {
+      if (in.at(0, "VERTEX")) read_groups(in, vertices.emplace_back());
+    }
+    polyline.m_Vertices.SetSize(static_cast<int>(vertices.size()));
+    std::copy(vertices.begin(), vertices.end(), polyline.m_Vertices.begin());
+    return true;
+  };
+  const bool good = unless_out_of_memory(read, false);
+  if (!good || vertices.capacity() > kKept) std::vector<ACAD_VERTEX>().swap(vertices);
+  return good;
 }
 
-void read_rest(GroupReader& in, ACAD_BLOCK& block) {
+bool read_rest(GroupReader& in, ACAD_BLOCK& block) {
   const int ended = in.blocks_ended();
   while (in.blocks_ended() == ended) {
     const ACAD_Entity_Type type = read_entity(in, block, Within::Block);
@@ -102,11 +110,13 @@ void read_rest(GroupReader& in, ACAD_BLOCK& block) {
     ACAD_ENTITY* copy = CloneEntity(*block.Of(type));
     if (!copy || !block.m_EntityList.AddTail(copy)) {
       delete copy;
-      break;
+      tell_error(301, "Out of memery When Read Block!");
+      return false;
     }
   }
   while (in.blocks_ended() == ended && in.next()) {
   }
+  return true;
 }
 
 ACAD_Entity_Type read_entity(GroupReader& in, WorkingRecords& records, Within within) {

@@ -1,10 +1,22 @@
 #include "qvtools/dxf/model/block.h"
 
+#include <cstring>
+#include <memory>
 #include <type_traits>
 
+#include "qvtools/services/internal/out_of_memory.h"
 #include "qvtools/text/gbk_text.h"
 
 namespace qv {
+
+namespace detail {
+
+void delete_entities(CPtrList& list) {
+  for (POSITION at = list.GetHeadPosition(); at;) delete static_cast<ACAD_ENTITY*>(list.GetNext(at));
+  list.RemoveAll();
+}
+
+}  // namespace detail
 
 ACAD_ENTITY* WorkingRecords::Of(ACAD_Entity_Type type) {
   ACAD_ENTITY* const records[] = {&m_Point,    &m_Line,  &m_Text,   &m_Circle, &m_Arc,
@@ -14,15 +26,17 @@ ACAD_ENTITY* WorkingRecords::Of(ACAD_Entity_Type type) {
 
 namespace {
 
+using detail::unless_out_of_memory;
+
 template <class Record>
 ACAD_ENTITY* clone(ACAD_ENTITY& entity) {
   auto& record = static_cast<Record&>(entity);
   if constexpr (std::is_copy_constructible_v<Record>) {
     return new (std::nothrow) Record(record);
   } else {
-    auto* const copy = new (std::nothrow) Record;
-    if (copy) *copy = record;
-    return copy;
+    std::unique_ptr<Record> copy(new (std::nothrow) Record);
+    if (!copy || !unless_out_of_memory([&] { return *copy = record, true; }, false)) return nullptr;
+    return copy.release();
   }
 }
 
@@ -41,16 +55,11 @@ ACAD_ENTITY* CloneEntity(ACAD_ENTITY& entity) {
 ACAD_BLOCK::ACAD_BLOCK() = default;
 
 ACAD_BLOCK::~ACAD_BLOCK() {
-  delete_entities();
-}
-
-void ACAD_BLOCK::delete_entities() {
-  for (POSITION at = m_EntityList.GetHeadPosition(); at;) delete static_cast<ACAD_ENTITY*>(m_EntityList.GetNext(at));
-  m_EntityList.RemoveAll();
+  qv::detail::delete_entities(m_EntityList);
 }
 
 void ACAD_BLOCK::Ini() {
-  delete_entities();
+  qv::detail::delete_entities(m_EntityList);
   m_fScale = 1;
   m_fRotation = 0;
   qv::copy_text(m_szLayer, "0");
@@ -60,19 +69,29 @@ void ACAD_BLOCK::Ini() {
   m_Base = {};
 }
 
-ACAD_BLOCK& ACAD_BLOCK::operator=(const ACAD_BLOCK& other) {
-  if (this == &other) return *this;
-  Ini();
-  std::memcpy(m_szLayer, other.m_szLayer, sizeof m_szLayer);
-  std::memcpy(m_szName, other.m_szName, sizeof m_szName);
-  m_nFlags = other.m_nFlags;
-  m_nColor = other.m_nColor;
-  m_Base = other.m_Base;
-  for (POSITION at = other.m_EntityList.GetHeadPosition(); at;) {
-    auto* entity = static_cast<ACAD_ENTITY*>(other.m_EntityList.GetNext(at));
+int ACAD_BLOCK::Copy(const ACAD_BLOCK* other) {
+  if (this == other) return 1;
+  CPtrList copies;
+  for (POSITION at = other->m_EntityList.GetHeadPosition(); at;) {
+    auto* const entity = static_cast<ACAD_ENTITY*>(other->m_EntityList.GetNext(at));
     if (entity->GetType() > ACAD_TYPE_3DFACE) continue;
-    ACAD_ENTITY* copy = qv::CloneEntity(*entity);
-    if (copy) m_EntityList.AddTail(copy);
+    ACAD_ENTITY* const copy = qv::CloneEntity(*entity);
+    if (copy && copies.AddTail(copy)) continue;
+    delete copy;
+    qv::detail::delete_entities(copies);
+    return 0;
   }
+  Ini();
+  m_EntityList.TakeAll(copies);
+  std::memcpy(m_szLayer, other->m_szLayer, sizeof m_szLayer);
+  std::memcpy(m_szName, other->m_szName, sizeof m_szName);
+  m_nFlags = other->m_nFlags;
+  m_nColor = other->m_nColor;
+  m_Base = other->m_Base;
+  return 1;
+}
+
+ACAD_BLOCK& ACAD_BLOCK::operator=(const ACAD_BLOCK& other) {
+  if (!Copy(&other)) tell_error(301, "Out of memery in Copy Block !");
   return *this;
 }

@@ -6,7 +6,9 @@
 
 namespace qv::detail {
 class GroupReader;
-}
+/// Deletes the entities of a list and empties it.
+void delete_entities(CPtrList& list);
+}  // namespace qv::detail
 
 namespace qv {
 
@@ -39,7 +41,9 @@ class QV_API ACAD_BLOCK : public qv::WorkingRecords {
  public:
   ACAD_BLOCK();
   ACAD_BLOCK(const ACAD_BLOCK&) = delete;
-  /// Becomes a deep copy of the other block, without its nested inserts. Assigning a block to itself changes nothing.
+  /// Becomes a deep copy of the other block, without its nested inserts. Returns 1, or 0, with the block as it was,
+  /// when memory runs out. Assigning says so by report 301. A block copied to itself stays as it is.
+  int Copy(const ACAD_BLOCK* other);
   ACAD_BLOCK& operator=(const ACAD_BLOCK& other);
 
   virtual CFRect GetFRect(ACAD_INSERT* insert);
@@ -69,7 +73,4 @@ class QV_API ACAD_BLOCK : public qv::WorkingRecords {
   int m_nColor = qv::kByLayer;
   qv::Point3 m_Base;
   CPtrList m_EntityList;  ///< owned `ACAD_ENTITY` records, in file order
-
- private:
-  void delete_entities();
 };

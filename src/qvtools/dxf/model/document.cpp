@@ -37,8 +37,7 @@ void DXF::delete_drawing() {
   m_pLType.reset();
   m_pLayer.reset();
   m_pStyle.reset();
-  for (POSITION at = m_EntityList.GetHeadPosition(); at;) delete static_cast<ACAD_ENTITY*>(m_EntityList.GetNext(at));
-  m_EntityList.RemoveAll();
+  qv::detail::delete_entities(m_EntityList);
   for (POSITION at = m_BlockList.GetHeadPosition(); at;) delete static_cast<ACAD_BLOCK*>(m_BlockList.GetNext(at));
   m_BlockList.RemoveAll();
 }

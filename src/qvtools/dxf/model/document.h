@@ -110,8 +110,9 @@ class QV_API DXF : public qv::WorkingRecords {
   /// Reads the next entity into its working record and returns its kind. A text without a width factor of its own takes
   /// its style's.
   ACAD_Entity_Type Read_One_Entity();
-  /// Loads a whole drawing file into this in-memory document: its tables replace the present ones, its blocks and
-  /// entities are appended. An entity that cannot be read ends the loading; what was read is kept, and the result is 1.
+  /// Loads a whole drawing file into this in-memory document: its tables replace the present ones (also where the
+  /// result is 0 because no entities follow them), its blocks and entities are appended. An entity that cannot be read
+  /// ends the loading; what was read is kept, and the result is 1.
   int Read_FileDxf_To_Mem(const char* fileName);
   /// The same, telling every few thousand entities what share of the file has been read, 0 to 1. When `progress`
   /// returns false the loading is given up: what was read is kept, and the result is 0.
@@ -120,7 +121,8 @@ class QV_API DXF : public qv::WorkingRecords {
   /// Appends the other document's drawing, turned by an angle in degrees and then shifted; or transformed by a matrix
   /// (nine floats, row by row) and then an offset (three floats), either of which may be null. Table entries and blocks
   /// are merged by name, present names win; entities are copied whole. Text and insert rotations turn with the drawing,
-  /// radii, heights and widths stay. Returns 1, or 0 when memory runs out.
+  /// radii, heights and widths stay. Returns 1, or 0 when memory runs out: no
+  /// entity was appended then.
   int InsertDxf(DXF* other, float dx, float dy, float angle);
   int InsertDxf(DXF* other, const float* offset, const float* matrix);
 

@@ -68,8 +68,7 @@ bool DXF::merge_blocks(const DXF& other) {
     const auto& block = *static_cast<const ACAD_BLOCK*>(other.m_BlockList.GetNext(at));
     if (!present.add(block)) continue;
     std::unique_ptr<ACAD_BLOCK> copy(new (std::nothrow) ACAD_BLOCK);
-    if (!copy) return false;
-    *copy = block;
+    if (!copy || !copy->Copy(&block)) return false;
     if (!m_BlockList.AddTail(copy.get())) return false;
     copy.release();
   }
@@ -88,16 +87,17 @@ int DXF::InsertDxf(DXF* other, const float* offset, const float* matrix) {
                         merge_blocks(*other);
     if (!merged) return 0;
   }
-  // The count is taken first: a document inserted into itself is doubled once.
-  int n = other->m_EntityList.GetCount();
-  for (POSITION at = other->m_EntityList.GetHeadPosition(); at && n > 0; --n) {
-    ACAD_ENTITY* copy = qv::CloneEntity(*static_cast<ACAD_ENTITY*>(other->m_EntityList.GetNext(at)));
-    if (!copy) return 0;
-    copy->Transfer(matrix, offset);
-    if (!m_EntityList.AddTail(copy)) {
+  // The copies come in together, or, when memory runs out, none of them.
+  CPtrList copies(kListBlock);
+  for (POSITION at = other->m_EntityList.GetHeadPosition(); at;) {
+    ACAD_ENTITY* const copy = qv::CloneEntity(*static_cast<ACAD_ENTITY*>(other->m_EntityList.GetNext(at)));
+    if (!copy || !copies.AddTail(copy)) {
       delete copy;
+      qv::detail::delete_entities(copies);
       return 0;
     }
+    copy->Transfer(matrix, offset);
   }
+  m_EntityList.TakeAll(copies);
   return 1;
 }

@@ -293,7 +293,7 @@ void PreparedDrawing::for_each_shown(const Misses& misses, const F& f) {
     const Item& next = items_[std::min(i + kAhead, items_.size() - 1)];
     if (next.kind != Kind::Line) {
       detail::prefetch(next.entity);
-      detail::prefetch(reinterpret_cast<const char*>(next.entity) + 64);
+      detail::prefetch(reinterpret_cast<std::uintptr_t>(next.entity) + 64);
     }
     const Item& item = items_[i];
     if (item.shown && !misses(item.box)) f(item);

@@ -133,7 +133,11 @@ inline void step_inside(std::uint32_t* at, int stride, int dx, int dy, Paint pai
 
 BitmapContext::BitmapContext(int width, int height, COLORREF background)
     : width_(std::clamp(width, 1, 32767)), height_(std::clamp(height, 1, 32767)) {
-  pixels_.assign(static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_), pixel_of(background));
+  try {
+    pixels_.assign(static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_), pixel_of(background));
+  } catch (const std::bad_alloc&) {
+    width_ = height_ = 0;
+  }
   BitmapContext::PenChanged();
 }
 

@@ -23,7 +23,8 @@ namespace qv {
 
 class QV_API BitmapContext : public CDC {
  public:
-  /// A bitmap of the given size (at least 1 by 1, at most 32767 each way), filled with the background colour.
+  /// A bitmap of the given size (at least 1 by 1, at most 32767 each way), filled with the background colour. When
+  /// memory runs out it is 0 by 0, and nothing is drawn.
   BitmapContext(int width, int height, COLORREF background);
   ~BitmapContext() override;
 

@@ -8,4 +8,7 @@ namespace qv::detail {
 /// with `errno` set, when the file cannot be opened.
 std::FILE* open_crlf_stream(const char* path, const char* mode);
 
+/// Opens a text file to be read: CR LF on disk is handed on as "\n", and positions are byte offsets on disk.
+std::FILE* open_lf_stream(const char* path);
+
 }  // namespace qv::detail

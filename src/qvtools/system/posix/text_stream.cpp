@@ -75,7 +75,76 @@ int open_flags(const char* mode) {
   }
 }
 
+/// The file behind a stream that is read without its CRs before LF. The stream itself is unbuffered, so that it knows
+/// no other position than the one on disk that is kept here.
+struct LineReader {
+  explicit LineReader(int file) : fd(file) {}
+
+  int fd;
+  off_t next = 0;  // the place on disk behind the block
+  std::size_t at = 0;
+  std::size_t end = 0;
+  bool failed = false;
+  char block[16384];
+
+  bool fill() {
+    ssize_t n;
+    do n = ::read(fd, block, sizeof block);
+    while (n < 0 && errno == EINTR);
+    at = 0;
+    end = n > 0 ? static_cast<std::size_t>(n) : 0;
+    next += static_cast<off_t>(end);
+    failed = n < 0;
+    return end > 0;
+  }
+  off_t position() const { return next - static_cast<off_t>(end - at); }
+  /// The next byte as it is on disk; -1 at the end.
+  int take() { return at < end || fill() ? static_cast<unsigned char>(block[at++]) : -1; }
+  /// The next byte that is handed on.
+  int take_translated() {
+    const int c = take();
+    return c == '\r' && (at < end || fill()) && block[at] == '\n' ? take() : c;
+  }
+};
+
+ssize_t line_read(void* cookie, char* buffer, std::size_t size) {
+  auto& reader = *static_cast<LineReader*>(cookie);
+  std::size_t n = 0;
+  for (int c; n < size && (c = reader.take_translated()) >= 0;) buffer[n++] = static_cast<char>(c);
+  return n == 0 && reader.failed ? -1 : static_cast<ssize_t>(n);
+}
+
+int line_seek(void* cookie, off64_t* offset, int whence) {
+  auto& reader = *static_cast<LineReader*>(cookie);
+  const off_t base = whence == SEEK_CUR ? reader.position() : 0;
+  const off_t wanted = base + static_cast<off_t>(*offset);
+  if (whence == SEEK_CUR && *offset == 0) return *offset = wanted, 0;
+  const off_t found = ::lseek(reader.fd, whence == SEEK_END ? static_cast<off_t>(*offset) : wanted,
+                              whence == SEEK_END ? SEEK_END : SEEK_SET);
+  if (found < 0) return -1;
+  reader.at = reader.end = 0;
+  *offset = reader.next = found;
+  return 0;
+}
+
+int line_close(void* cookie) {
+  const std::unique_ptr<LineReader> reader(static_cast<LineReader*>(cookie));
+  return ::close(reader->fd);
+}
+
 }  // namespace
+
+std::FILE* open_lf_stream(const char* path) {
+  const int fd = ::open(path, O_RDONLY | O_CLOEXEC);
+  if (fd < 0) return nullptr;
+  std::unique_ptr<LineReader> reader(new (std::nothrow) LineReader(fd));
+  std::FILE* const file =
+      reader ? fopencookie(reader.get(), "r", {line_read, nullptr, line_seek, line_close}) : nullptr;
+  if (!file) return ::close(fd), errno = ENOMEM, nullptr;
+  reader.release();
+  std::setvbuf(file, nullptr, _IONBF, 0);
+  return file;
+}
 
 std::FILE* open_crlf_stream(const char* path, const char* mode) {
   std::unique_ptr<Translator> translator(new (std::nothrow) Translator);

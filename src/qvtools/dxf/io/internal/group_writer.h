@@ -77,8 +77,11 @@ class SavedOutput final : public Output {
 template <LineEnd end>
 class GroupWriter {
  public:
-  /// No record without its entities or vertices takes more: the longest, a line type of 30 elements, stays below 3000.
+  /// No record without its entities or vertices takes more. The longest is a line type: its names, its counts, and 30
+  /// elements of 54 bytes at most (a float in two decimals takes 43) with their code lines.
   static constexpr std::size_t kRecordRoom = 4096;
+  static_assert(2 * kNameSize + 8 * 64 + kMaxPatternElements * 64 < kRecordRoom);
+  static_assert(2 * kFontFileSize + kNameSize + 8 * 64 < kRecordRoom);
 
   GroupWriter(char* buffer, std::size_t size, Output& output)
       : buffer_(buffer), limit_(buffer + size - kRecordRoom), at_(buffer), output_(output) {}

@@ -117,12 +117,15 @@ bool read_groups(GroupReader& in, Record& record) {
   return true;
 }
 
-/// What a record needs beside its own groups: nothing, its vertices, its entities, or a name put right.
+/// What a record needs beside its own groups: nothing, its vertices, its entities, or a name and a count put right.
+/// False, after report 301, when memory runs out.
 template <class Record>
-void read_rest(GroupReader&, Record&) {}
-void read_rest(GroupReader& in, ACAD_POLYLINE& polyline);
-void read_rest(GroupReader& in, ACAD_BLOCK& block);
-void read_rest(GroupReader& in, ACAD_LTYPE& ltype);
+bool read_rest(GroupReader&, Record&) {
+  return true;
+}
+bool read_rest(GroupReader& in, ACAD_POLYLINE& polyline);
+bool read_rest(GroupReader& in, ACAD_BLOCK& block);
+bool read_rest(GroupReader& in, ACAD_LTYPE& ltype);
 
 template <class Record>
 void reset(Record& record) {
@@ -137,13 +140,12 @@ inline void reset(ACAD_BLOCK& block) {
   block.Ini();
 }
 
-/// Reads a record whose opening pair has gone by; false when it cannot take a pair.
+/// Reads a record whose opening pair has gone by; false when it cannot take a pair or memory runs out.
 template <class Record>
 bool read_opened(GroupReader& in, Record& record) {
   reset(record);
   const bool good = read_groups(in, record);
-  read_rest(in, record);
-  return good;
+  return read_rest(in, record) && good;
 }
 
 /// Reads a whole record: 0 when the next pair does not open one, or when it cannot take a pair, else 1.

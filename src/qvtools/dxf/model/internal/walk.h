@@ -18,10 +18,10 @@ bool walk_until(const CPtrList& list, const F& f) {
   for (int i = 0; i < kAhead && ahead; ++i) list.GetNext(ahead);
   for (POSITION at = list.GetHeadPosition(); at;) {
     if (ahead) {
-      const char* const data = static_cast<const char*>(list.GetNext(ahead));
-      prefetch(data);
-      prefetch(data + kCacheLine);
-      prefetch(data + kPagesAhead);
+      const auto record = reinterpret_cast<std::uintptr_t>(list.GetNext(ahead));
+      prefetch(record);
+      prefetch(record + kCacheLine);
+      prefetch(record + kPagesAhead);
     }
     if (f(*static_cast<ACAD_ENTITY*>(list.GetNext(at)))) return true;
   }

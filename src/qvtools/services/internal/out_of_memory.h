@@ -1,0 +1,29 @@
+#pragma once
+
+/// The library throws no exceptions: what runs out of memory in a container of the standard library is turned into a
+/// report and a result here.
+
+#include <new>
+
+#include "qvtools/services/messages.h"
+
+namespace qv::detail {
+
+/// What f returns; when memory runs out in it, the result that says so, after report 301.
+template <class F, class Result>
+auto unless_out_of_memory(const F& f, const Result& failed) noexcept -> decltype(f()) {
+  try {
+    return f();
+  } catch (const std::bad_alloc&) {
+    tell_error(301, "Out of memery !");
+    return failed;
+  }
+}
+
+/// The same for what has no result.
+template <class F>
+void unless_out_of_memory(const F& f) noexcept {
+  unless_out_of_memory([&] { return f(), true; }, false);
+}
+
+}  // namespace qv::detail
