@@ -14,7 +14,9 @@
 
 #include "qvtools/geometry/domains/domain.h"
 #include "qvtools/geometry/functions/jh.h"
+#include "qvtools/geometry/numerics/analysis.h"
 #include "qvtools/geometry/numerics/numeric.h"
+#include "qvtools/geometry/numerics/polygons.h"
 #include "qvtools/geometry/values/coor.h"
 
 namespace {
@@ -196,7 +198,8 @@ const std::map<std::string, Call> kFunctions = {
     QV_ROW(line_point_inter), QV_ROW(get_rect_jiaodian),
     QV_ROW(kind), QV_ROW(crossings), QV_ROW(extent), QV_ROW(inside_square), QV_ROW(at_left), QV_ROW(on_shape),
     QV_ROW(hit_shape), QV_ROW(over_line), QV_ROW(shape_in_bulged), QV_ROW(point_in_bulged), QV_ROW(circle_at_bulged),
-    QV_ROW(rect_at_bulged), QV_ROW(device)};
+    QV_ROW(rect_at_bulged), QV_ROW(device), QV_ROW(in_domain), QV_ROW(area_poli), QV_ROW(zhouchang_poli),
+    QV_ROW(centroid_poli), QV_ROW(liner_inter), QV_ROW(liner_inter_2_left), QV_ROW(liner_inter_2_right)};
 // clang-format on
 
 TEST(Functions, GiveWhatTheListSays) {
