@@ -229,18 +229,6 @@ TEST_F(ViewTest, DraggingWithTheMiddleButtonOrTheHandPans) {
   EXPECT_EQ(view.CurrentView().GetOrigin().x, before.GetOrigin().x) << "given up";
 }
 
-TEST_F(ViewTest, AWindowZoomFitsItsWindowOnceAndPicksAgain) {
-  const std::vector<std::uint32_t> first = painted();
-  view.set_mode(Mode::WindowZoom);
-  drag(pixel(200, 400), pixel(400, 200));
-  EXPECT_EQ(view.mode(), Mode::Pick);
-  EXPECT_LT(std::abs(pixel(300, 300).x - 250) + std::abs(pixel(300, 300).y - 200), 4);
-  view.leave();
-  EXPECT_NE(painted(), first);
-  view.ShowPre();
-  EXPECT_EQ(painted(), first);
-}
-
 TEST_F(ViewTest, PicksTakeWhatIsInsideOrToTheLeftWhatIsCrossedToo) {
   const CPoint topLeft = pixel(150, 450);
   const CPoint bottomRight = pixel(900, -20);

@@ -94,7 +94,7 @@ std::vector<std::string> drawn(const CBase_SGT& sgt) {
 }
 
 void expect_golden(const std::string& name, const std::vector<std::string>& lines) {
-  const std::string path = std::string(QV_TEST_DATA "/") + name;
+  const std::string path = std::string(QV_SOURCE_DIR "/tests/data/") + name;
   if (std::getenv("QV_GOLDEN")) {
     std::ofstream file(path, std::ios::binary);
     for (const std::string& line : lines) file << line << '\n';

@@ -77,28 +77,6 @@ TEST(Domain, PreparedFormTakesTolerancesOfAnySize) {
   }
 }
 
-TEST(Domain, EdgesAndTolerances) {
-  Edges edges;
-  bulged_square(edges, true);
-  const struct {
-    float x, y, tol;
-    int expected;
-  } cases[] = {
-      {1, 0, 1e-4f, 1},          // on an edge
-      {1, -0.05f, 0.1f, 1},      // beside it
-      {1, -0.125f, 0.125f, 0},   // straight edges: strict
-      {3, 1, 0, 1},              // on the arc, inclusive
-      {3.0625f, 1, 0.0625f, 1},  // arcs: inclusive
-      {2.5f, 1, 0, 1},
-      {2, 1, 0, 1},  // between chord and arc, on the chord
-      {2.9f, 1.9f, 1e-4f, 0},
-      {-1, 2, 0, 0},  // outside, level with a vertex
-  };
-  for (const auto& c : cases) {
-    EXPECT_EQ(CPointInDomain().Point_In_Domain(4, edges.GetData(), c.x, c.y, c.tol), c.expected) << c.x << ',' << c.y;
-  }
-}
-
 TEST(Domain, BoxIsKeptAndCountsArcs) {
   Edges edges;
   bulged_square(edges, true);
@@ -141,31 +119,6 @@ TEST(Domain, AreaAndCentroid) {
   domain.Get_Arc_Para(none, none, area, x, y);
   EXPECT_EQ(area, 0);
   EXPECT_TRUE(std::isfinite(x) && std::isfinite(y));
-}
-
-TEST(Domain, CirclesAndRectanglesTouch) {
-  Edges edges;
-  bulged_square(edges, true);
-  CPointInDomain domain;
-  const struct {
-    float x, y, r;
-    int expected;
-  } circles[] = {{1, 1, 0.1f, 1}, {4, 1, 0.9f, 0}, {4, 1, 1.1f, 1}, {-1, 1, 0.9f, 0}, {-1, 1, 1.1f, 1}, {1, 1, 50, 1}};
-  for (const auto& c : circles) {
-    EXPECT_EQ(domain.Test_CrossRegon_Domain_Circle(4, edges.GetData(), c.x, c.y, c.r, 1e-4f), c.expected)
-        << c.x << ' ' << c.r;
-  }
-  const struct {
-    float left, bottom, right, top;
-    int expected;
-  } rects[] = {{0.5f, 0.5f, 1, 1, 1}, {-9, -9, 9, 9, 1},      {3.1f, 0, 4, 2, 0},
-               {2.9f, -1, 4, 3, 1},   {-1, 0.5f, 5, 0.6f, 1}, {2.8f, 1.8f, 4, 3, 0}};
-  for (const auto& r : rects) {
-    const float xs[] = {r.left, r.right, r.right, r.left}, ys[] = {r.bottom, r.bottom, r.top, r.top};
-    const float back_x[] = {r.left, r.left, r.right, r.right}, back_y[] = {r.bottom, r.top, r.top, r.bottom};
-    EXPECT_EQ(domain.Test_CrossRegon_Domain_Rect(4, edges.GetData(), xs, ys, 1e-4f), r.expected) << r.left;
-    EXPECT_EQ(domain.Test_CrossRegon_Domain_Rect(4, edges.GetData(), back_x, back_y, 1e-4f), r.expected) << r.left;
-  }
 }
 
 TEST(Domain, StepsBreakEdgesAtTheAxisAndGiveSides) {

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <sstream>
 
 #include "qvtools/dxf/model/document.h"
 #include "qvtools/slides/slide_library.h"
@@ -12,30 +13,29 @@ using qvtest::TemporaryDirectory;
 
 namespace {
 
-/// Bytes put together from words and bytes.
-struct Bytes {
-  std::string text;
-  Bytes& word(int v) {
-    text += static_cast<char>(v & 255);
-    text += static_cast<char>(v >> 8 & 255);
-    return *this;
+/// Bytes from their description: words as decimal or x and hexadecimal numbers, bytes with a b before.
+std::string bytes(const std::string& description) {
+  std::istringstream in(description);
+  std::string out, token;
+  while (in >> token) {
+    const bool one = token[0] == 'b', hexadecimal = token[0] == 'x';
+    const int v = std::stoi(token.substr(one || hexadecimal), nullptr, hexadecimal ? 16 : 10);
+    out += static_cast<char>(v);
+    if (!one) out += static_cast<char>(v >> 8);
   }
-  Bytes& byte(int v) {
-    text += static_cast<char>(v & 255);
-    return *this;
-  }
-};
+  return out;
+}
 
 const std::string kHeader("AutoCAD Slide\r\n\x1A\0", 17);
 
 std::string level2() {
-  return kHeader + Bytes().byte('V').byte(2).word(640).word(480).word(0x5A80).word(0xCB).word(2).word(0x1234).text;
+  return kHeader + "V" + bytes("b2 640 480 x5A80 xCB 2 x1234");
 }
 std::string level1() {
-  std::string block = Bytes().word(640).word(480).text + std::string(4, '\0');
   const double aspect = 1.25;
+  std::string block = "V" + bytes("b1 640 480 0 0");
   block.append(reinterpret_cast<const char*>(&aspect), 7);  // the last byte of the number is not in the file
-  return kHeader + Bytes().byte('V').byte(1).text + block;
+  return kHeader + block;
 }
 
 int read(CWxSlide& slide, const std::string& bytes) {
@@ -59,68 +59,27 @@ std::string items(const CWxSlide& slide) {
 
 TEST(Slides, EveryRecordKindIsRead) {
   const struct {
-    const char* what;
-    Bytes records;
-    const char* items;
+    const char *what, *records, *items;
   } cases[] = {
-      {"vector", Bytes().word(10).word(20).word(30).word(40).word(0xFC00), "255 10,20 30,40;"},
-      {"offset", Bytes().word(10).word(20).word(30).word(40).word(0xFB05).byte(-2).byte(1).byte(3),
-       "255 10,20 30,40;255 15,18 11,23;"},
-      {"common end", Bytes().word(10).word(20).word(30).word(40).word(0xFEFF).byte(4).word(0xFE01).byte(1),
-       "255 10,20 30,40;255 10,20 9,24;255 9,24 10,25;"},
-      {"offsets wrap", Bytes().word(0x7FFF).word(0).word(0).word(0).word(0xFE01).byte(0),
-       "255 32767,0 0,0;255 32767,0 -32768,0;"},
-      {"colours", Bytes().word(0xFF03).word(0xFF00), "3;7;"},
-      {"four corners",
-       Bytes()
-           .word(0xFD00)
-           .word(4)
-           .word(-1)
-           .word(0xFD00)
-           .word(1)
-           .word(2)
-           .word(0xFD00)
-           .word(3)
-           .word(4)
-           .word(0xFD00)
-           .word(5)
-           .word(6)
-           .word(0xFD00)
-           .word(-7)
-           .word(-8)
-           .word(0xFD00)
-           .word(4)
-           .word(1)
-           .word(0xFF02),
+      {"vector", "10 20 30 40 xFC00", "255 10,20 30,40;"},
+      {"offset", "10 20 30 40 xFB05 b-2 b1 b3", "255 10,20 30,40;255 15,18 11,23;"},
+      {"common end", "10 20 30 40 xFEFF b4 xFE01 b1", "255 10,20 30,40;255 10,20 9,24;255 9,24 10,25;"},
+      {"offsets wrap", "x7FFF 0 0 0 xFE01 b0", "255 32767,0 0,0;255 32767,0 -32768,0;"},
+      {"colours", "xFF03 xFF00", "3;7;"},
+      {"four corners", "xFD00 4 -1 xFD00 1 2 xFD00 3 4 xFD00 5 6 xFD00 -7 -8 xFD00 4 1 xFF02",
        "254 1,2 3,4 5,6 7,8;2;"},
-      {"three corners",
-       Bytes()
-           .word(0xFD00)
-           .word(3)
-           .word(-1)
-           .word(0xFD00)
-           .word(1)
-           .word(2)
-           .word(0xFD00)
-           .word(3)
-           .word(4)
-           .word(0xFD00)
-           .word(5)
-           .word(6),
-       "254 1,2 3,4 5,6 5,6;"},
-      {"two corners", Bytes().word(0xFD00).word(2).word(-1).word(0xFD00).word(1).word(2).word(0xFD00).word(3).word(4),
-       "254 1,2 3,4 0,0 0,0;"},
-      {"a fill that breaks off", Bytes().word(0xFD00).word(3).word(-1).word(0xFD00).word(1).word(2).word(0xFD00), ""},
-      {"a vertex of another kind", Bytes().word(0xFD00).word(3).word(-1).word(0xFE01).word(1).word(2).word(0xFF02),
-       "2;"},
-      {"not a fill", Bytes().word(0xFD01).word(0xFF02), "2;"},
-      {"an unknown record ends", Bytes().word(0xFF02).word(0x8000).word(0xFF03), "2;"},
-      {"end of slide", Bytes().word(0xFF02).word(0xFC00).word(0xFF03), "2;"},
+      {"three corners", "xFD00 3 -1 xFD00 1 2 xFD00 3 4 xFD00 5 6", "254 1,2 3,4 5,6 5,6;"},
+      {"two corners", "xFD00 2 -1 xFD00 1 2 xFD00 3 4", "254 1,2 3,4 0,0 0,0;"},
+      {"a fill that breaks off", "xFD00 3 -1 xFD00 1 2 xFD00", ""},
+      {"a vertex of another kind", "xFD00 3 -1 xFE01 1 2 xFF02", "2;"},
+      {"not a fill", "xFD01 xFF02", "2;"},
+      {"an unknown record ends", "xFF02 x8000 xFF03", "2;"},
+      {"end of slide", "xFF02 xFC00 xFF03", "2;"},
   };
   for (const auto& c : cases) {
     for (const std::string& header : {level1(), level2()}) {
       CWxSlide slide;
-      EXPECT_EQ(read(slide, header + c.records.text), 1) << c.what;
+      EXPECT_EQ(read(slide, header + bytes(c.records)), 1) << c.what;
       EXPECT_EQ(items(slide), c.items) << c.what;
       EXPECT_EQ(slide.m_nHighX, 640);
     }
@@ -141,27 +100,7 @@ TEST(Slides, HeadersOfBothLevels) {
 }
 
 TEST(Slides, AreReadFromAnywhereCutAnywhere) {
-  const std::string slide = level2() + Bytes()
-                                           .word(1)
-                                           .word(2)
-                                           .word(3)
-                                           .word(4)
-                                           .word(0xFD00)
-                                           .word(3)
-                                           .word(-1)
-                                           .word(0xFD00)
-                                           .word(1)
-                                           .word(2)
-                                           .word(0xFD00)
-                                           .word(3)
-                                           .word(4)
-                                           .word(0xFD00)
-                                           .word(5)
-                                           .word(6)
-                                           .word(0xFE01)
-                                           .byte(1)
-                                           .word(0xFC00)
-                                           .text;
+  const std::string slide = level2() + bytes("1 2 3 4 xFD00 3 -1 xFD00 1 2 xFD00 3 4 xFD00 5 6 xFE01 b1 xFC00");
   for (std::size_t size = 0; size <= slide.size(); ++size) {
     CWxSlide cut;
     EXPECT_EQ(read(cut, slide.substr(0, size)), size >= 19 ? 1 : 0);
@@ -240,15 +179,15 @@ std::string library(const std::vector<std::pair<std::string, std::string>>& slid
     std::string entry = name;
     entry.resize(32);
     const int at = declared >= 0 && bodies.empty() ? declared : static_cast<int>(offset + bodies.size());
-    text += entry + Bytes().word(at & 0xFFFF).word(at >> 16).text;
+    text += entry + bytes(std::to_string(at & 0xFFFF) + ' ' + std::to_string(at >> 16));
     bodies += body;
   }
   return text + std::string(36, '\0') + bodies;
 }
 
 TEST(SlideLibraries, SlidesAreFoundByNameAndIndex) {
-  const std::string a = level2() + Bytes().word(0xFF01).word(0xFC00).text;
-  const std::string b = level2() + Bytes().word(0xFF02).word(0xFF03).word(0xFC00).text;
+  const std::string a = level2() + bytes("xFF01 xFC00");
+  const std::string b = level2() + bytes("xFF02 xFF03 xFC00");
   const TemporaryDirectory directory;
   const std::string path = directory.write("lib.slb", library({{"DOOR", a}, {std::string(32, 'W'), b}, {"../X", a}}));
   CWxSlideLib lib;
@@ -274,7 +213,7 @@ TEST(SlideLibraries, SlidesAreFoundByNameAndIndex) {
 }
 
 TEST(SlideLibraries, OffsetsAreCheckedAgainstTheFile) {
-  const std::string a = level2() + Bytes().word(0xFF01).text;
+  const std::string a = level2() + bytes("xFF01");
   const TemporaryDirectory directory;
   for (const int declared : {0, 31, 33, 100000, -2147483647, 0x7FFFFFFF}) {
     CWxSlideLib lib;
