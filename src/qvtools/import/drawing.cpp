@@ -70,6 +70,7 @@ bool read_record(TagReader& in, Record& record) {
   record.place = in.place();
   record.tags.clear();
   record.extended.clear();
+  record.embedded.clear();
   bool embedded = false;  // an object within the record: not for us
   bool application = false;
   while (in.next()) {
@@ -84,7 +85,9 @@ bool read_record(TagReader& in, Record& record) {
       embedded = true;
     } else if (tag.code >= 1000) {
       record.extended.push_back(tag);
-    } else if (!embedded && !application) {
+    } else if (embedded) {
+      record.embedded.push_back(tag);
+    } else if (!application) {
       record.tags.push_back(tag);
     }
   }

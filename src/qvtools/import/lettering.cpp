@@ -132,8 +132,10 @@ std::vector<Run> parse_line(std::u32string_view text) {
         out.push_back('^');
       else if (next == 'I' || next == 'J')
         out.push_back(' ');
-      else if (next < '@' || next > '_')
+      else if (next < '?' || next > '~')
         out.append({c, next});
+      else if ((next ^ 0x40U) >= ' ' && (next ^ 0x40U) < 0x7F)
+        out.push_back(next ^ 0x40U);
       i += 2;
     } else {
       out.push_back(c);

@@ -112,7 +112,7 @@ bool put_strokes(Job& job, const Run& run, const Vec& from, const Vec& to, const
 }  // namespace
 
 bool put_text(Job& job, const Matrix& frame, const Lettering& text) {
-  const std::vector<Run> runs = text.codes ? parse_line(text.text) : std::vector<Run>{{text.text}};
+  const std::vector<Run> runs = text.codes ? parse_line(text.text) : std::vector<Run>{{text.text, text.under, text.over, text.strike}};
   const bool wideSigns = job.file.decoder.page == CodePage::Gbk;
   std::vector<FontText> letters;
   std::string bytes;

@@ -33,6 +33,7 @@ struct Record {
   std::size_t place = 0;
   std::vector<Tag> tags;
   std::vector<Tag> extended;  // of codes from 1000 on
+  std::vector<Tag> embedded;  // of an object within it, behind group 101
 
   const Tag* find(int code) const;
   bool has(int code) const { return find(code) != nullptr; }

@@ -121,6 +121,10 @@ struct Lettering {
   int vertical = 0;    // group 73: 0 base line, 1 bottom, 2 middle, 3 top
   int style = -1;
   bool codes = true;  // "%%c" and its kin are codes
+  // Strokes along the whole of it, where codes are none.
+  bool under = false;
+  bool over = false;
+  bool strike = false;
 };
 bool put_text(Job& job, const Matrix& frame, const Lettering& lettering);
 
