@@ -249,6 +249,8 @@ bool DimensionDrawing::draw(int type) {
 
 Outcome convert_dimension(Job& job, const Record& record) {
   constexpr int kTypes = 15;
+  // Those that hold a sketch in place are not part of the drawing.
+  if (record.word(8) == "ADSK_CONSTRAINTS" || record.word(8) == "*ADSK_CONSTRAINTS") return left_out("a constraint of a sketch");
   const int block = record.word(2).empty() ? -1 : job.file.blockNames.find(record.word(2), job.file.decoder);
   if (block >= 0 && job.file.blocks[static_cast<std::size_t>(block)].entities > 0) {
     if (std::ranges::find(job.openBlocks, block) != job.openBlocks.end()) return left_out("a block within itself");

@@ -22,9 +22,16 @@ std::string shortened(const std::string& name, std::size_t most) {
   return name.substr(0, cut_length(name.c_str(), most));
 }
 
+/// Letters that the code page lacks stand as their numbers: a backslash is no part of a name.
+std::string without_escapes(std::string name) {
+  for (std::size_t at = 0; (at = name.find("\\U+", at)) != std::string::npos;) name.replace(at, 3, "_");
+  return name;
+}
+
 }  // namespace
 
-std::string Names::take(const std::string& wanted) {
+std::string Names::take(const std::string& original) {
+  const std::string wanted = without_escapes(original);
   std::string name = shortened(wanted, kLongest);
   if (name.size() < wanted.size()) report_.remark("a name longer than 29 bytes was shortened");
   if (is_section_word(name)) {
