@@ -17,7 +17,7 @@ Vec thickness_of(const Matrix& frame, const Record& record) {
 }
 
 Outcome told_of_thickness(Job& job, bool good, bool thick, Outcome otherwise) {
-  if (good && thick) job.report.remark("a thickness was left out", job.report.place);
+  if (good && thick) job.report.loss("a thickness was left out", job.report.place);
   return outcome(good, otherwise);
 }
 

@@ -47,7 +47,7 @@ Outcome convert_hatch(Job& job, const Record& record) {
   } else if (hatch.gradientColor > 0 && hatch.gradientColor < 256) {
     job.out.look.color = hatch.gradientColor;
   }
-  if (record.integer(450) != 0) job.report.remark("a gradient became its first colour", record.place);
+  if (record.integer(450) != 0) job.report.loss("a gradient became its first colour", record.place);
   if (hatch.solid) return put_fill(job, frame, hatch);
   // A pattern without lines of its own is seen by its border.
   if (hatch.pattern.empty()) return outcome(put_borders(job, frame, hatch.loops), converted("POLYLINE"));

@@ -230,7 +230,7 @@ Outcome convert_tolerance(Job& job, const Record& record) {
     }
     i += end ? 2 : rest.starts_with(U"^J") ? 1 : 0;
   }
-  job.report.remark("signs of a tolerance are shown as letters", record.place);
+  job.report.loss("signs of a tolerance are shown as letters", record.place);
   return outcome(good, converted("TEXT and POLYLINE"));
 }
 

@@ -54,7 +54,7 @@ Outcome convert_mtext(Job& job, const Record& record) {
   block.lineFactor = std::clamp(record.real(44, 1), 0.25, 4.0);
   block.exactPitch = record.integer(73, 1) == 2;
   read_columns(record, block);
-  if (record.integer(90) != 0) job.report.remark("a fill behind a text was left out", record.place);
+  if (record.integer(90) != 0) job.report.loss("a fill behind a text was left out", record.place);
 
   // The point and the direction are the world's, whatever the extrusion is.
   const Vec normal = unit(record.point(210, {0, 0, 1}), {0, 0, 1});

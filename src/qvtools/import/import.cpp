@@ -23,12 +23,12 @@ struct Lengths {
   Unit document = Unit::None;
 };
 
-Lengths lengths_of(const Header& header, Unit wanted) {
+Lengths lengths_of(const Header& header, Unit wanted, bool guess) {
   Lengths lengths;
   if (header.insUnits >= 1 && header.insUnits <= 7) {
     lengths.unit = static_cast<Unit>(header.insUnits);
     lengths.source = "from $INSUNITS";
-  } else if (header.measurement >= 0 && wanted != Unit::None) {
+  } else if (header.measurement >= 0 && guess) {
     // A drawing in metres is as large as a site, one in millimetres as a sheet at least.
     constexpr double kLargeSite = 300;
     const double size = std::max(header.extMax.x - header.extMin.x, header.extMax.y - header.extMin.y);
@@ -71,12 +71,14 @@ class Importer {
       : file_(file), document_(document), options_(options), report_(report), progress_(progress), builder_(file) {}
 
   int run() {
+    report_.layouts = sheet_names(file_);
     if (!choose_sheet(file_, options_.layout, sheet_)) {
-      report_.remarks.push_back({"there is no sheet of this name", 1, 0});
+      report_.remarks.push_back({"there is no sheet of this name", 1, 0, false});
       return 0;
     }
-    lengths_ = lengths_of(file_.header, options_.unit);
+    lengths_ = lengths_of(file_.header, options_.unit, options_.guessUnit);
     const bool whole = convert({});
+    if (whole && document_.m_EntityList.GetCount() == 0) builder_.remark("nothing stands in the drawing");
     if (whole && shift_ != Vec{}) {
       document_.New_MemDxf();
       report_.notes = {};
@@ -119,7 +121,6 @@ class Importer {
     report_.offset[0] = shift_.x;
     report_.offset[1] = shift_.y;
     report_.layout = options_.layout;
-    report_.layouts = sheet_names(file_);
     report_.complete = file_.is_complete();
     if (!report_.complete) report_.brokenLine = file_.line_of(file_.in.file().size() - 1);
     std::ranges::sort(report_.notes.entities, std::less<>(), &DrawingNotes::Entity::record);
@@ -147,12 +148,12 @@ int Import(const char* path, DXF& document, const ImportOptions& options, Import
   try {
     importing::SourceFile source;
     if (!importing::load_file(path, source)) {
-      report.remarks.push_back({"the file cannot be opened", 1, 0});
+      report.remarks.push_back({"the file cannot be opened", 1, 0, false});
       return 0;
     }
     const auto file = std::make_unique<importing::Drawing>(std::move(source));
     if (!file->open(options)) {
-      report.remarks.push_back({"the file is no drawing", 1, 0});
+      report.remarks.push_back({"the file is no drawing", 1, 0, false});
       return 0;
     }
     return importing::Importer(*file, document, options, report, progress).run();

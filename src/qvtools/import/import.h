@@ -36,6 +36,9 @@ struct ImportOptions {
   double tolerance = 1.0 / 2000;
   /// The unit to convert to; numbers stay as they are when it is `None` or the file's unit is not known.
   Unit unit = Unit::None;
+  /// A unit that the header does not name is taken from $MEASUREMENT and the size of the drawing; told, since it may be
+  /// wrong.
+  bool guessUnit = false;
   /// Inserts become the entities of their blocks; else blocks stay blocks where they can.
   bool explode = false;
   /// At most as many records or inserts are made of one block reference, and dashes of one hatch; what needs more is
@@ -83,7 +86,8 @@ struct ImportReport {
   struct Remark {
     std::string text;
     int count = 0;
-    long line = 0;  ///< of the first; 0 when it is at no line
+    long line = 0;      ///< of the first; 0 when it is at no line
+    bool loss = false;  ///< the drawing does not show it as it should
   };
   std::vector<Kind> kinds;
   std::vector<Remark> remarks;
@@ -106,11 +110,6 @@ struct ImportReport {
   /// All of it, line by line.
   QV_API std::string text() const;
 };
-
-/// A colour of the standard palette of 256, 0xRRGGBB; black for other numbers.
-QV_API std::uint32_t standard_color(int number);
-/// The number, 1 to 255, of the colour that comes nearest to 0xRRGGBB.
-QV_API int nearest_color(int rgb);
 
 /// Reads a drawing of any form into a document, whose drawing it replaces; the document is in memory then. Returns 1,
 /// or 0 when the file cannot be opened or is no drawing, when the options name a sheet that it has not (the document

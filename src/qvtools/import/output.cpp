@@ -1,7 +1,9 @@
 #include "qvtools/import/internal/output.h"
 
+#include <climits>
 #include <cstring>
 
+#include "qvtools/display/appearance.h"
 #include "qvtools/import/internal/curves.h"
 #include "qvtools/import/internal/lettering.h"
 #include "qvtools/text/gbk_text.h"
@@ -20,6 +22,25 @@ bool fits(const Vec& p) {
 void Output::begin(CPtrList& list, const Vec& shift) {
   list_ = &list;
   shift_ = shift;
+}
+
+int nearest_color(int rgb) {
+  const Palette& palette = StandardPalette();
+  int best = 7;
+  int least = INT_MAX;
+  for (int i = 1; i < 256; ++i) {
+    if (i == 9) i = 16;  // what this library shows for 9 to 15 is its own
+    const COLORREF color = palette[static_cast<std::size_t>(i)];
+    const auto apart = [&](int shift) {
+      const int d = (rgb >> (16 - shift) & 255) - static_cast<int>(color >> shift & 255);
+      return d * d;
+    };
+    const int distance = apart(0) + apart(8) + apart(16);
+    if (distance >= least) continue;
+    least = distance;
+    best = i;
+  }
+  return best;
 }
 
 bool Output::rounded(const Vec& p, Point3& out) {

@@ -121,13 +121,13 @@ int OutputTables::line_type(int fileIndex, double scale) {
   upper_case(upper.data());
   if (from.elements.empty() || upper == "BYLAYER" || upper == "BYBLOCK" || upper == "CONTINUOUS") return at->second = 0;
   if (lineTypes_.size() >= kMost) {
-    report_.remark("a line type beyond the 1000th is drawn solid");
+    report_.loss("a line type beyond the 1000th is drawn solid");
     return at->second = 0;
   }
   ACAD_LTYPE type;
   copy_text(type.m_szDescription, from.description.c_str());
-  if (from.hasShapes) report_.remark("texts and shapes within a line type were left out");
-  if (from.elements.size() > kMaxPatternElements) report_.remark("a line type of more than 30 dashes was shortened");
+  if (from.hasShapes) report_.loss("texts and shapes within a line type were left out");
+  if (from.elements.size() > kMaxPatternElements) report_.loss("a line type of more than 30 dashes was shortened");
   type.m_nElements = static_cast<int>(std::min<std::size_t>(from.elements.size(), kMaxPatternElements));
   const double k = scale * scale_ * file_.header.ltScale;
   double total = 0;
@@ -172,7 +172,7 @@ const ACAD_STYLE& OutputTables::style(StyleKey key) {
   const auto [at, isNew] = styleIndex_.try_emplace(key, 0);
   if (!isNew) return styles_[static_cast<std::size_t>(at->second)];
   if (styles_.size() >= kMost) {
-    report_.remark("a text style beyond the 1000th became the first");
+    report_.loss("a text style beyond the 1000th became the first");
     return styles_[0];
   }
   styles_.push_back(style_record(key));
@@ -195,7 +195,7 @@ std::unique_ptr<Entry[]> table_of(const std::vector<Entry>& entries) {
 void OutputTables::install(DXF& document, DrawingNotes& notes) const {
   const std::vector<ACAD_LAYER> layers(layers_.begin(),
                                        layers_.begin() + static_cast<long>(std::min(layers_.size(), kMost)));
-  if (layers.size() < layers_.size()) report_.remark("the file has more layers than the 1000 of a table");
+  if (layers.size() < layers_.size()) report_.loss("the file has more layers than the 1000 of a table");
   document.Take_Tables(table_of(lineTypes_), static_cast<int>(lineTypes_.size()), table_of(layers),
                        static_cast<int>(layers.size()), table_of(styles_), static_cast<int>(styles_.size()));
   for (std::size_t i = 0; i < layers_.size(); ++i) {

@@ -74,7 +74,7 @@ bool put_polyline(Job& job, const Matrix& frame, std::span<const Vertex> vertice
   if (closed) points.pop_back();
   for (Vec& p : points) p = frame(p);
   if (vertices[0].startWidth > 0)
-    job.report.remark("widths of a polyline that is distorted were left out", job.report.place);
+    job.report.loss("widths of a polyline that is distorted were left out", job.report.place);
   return put_chain(job, std::move(points), closed);
 }
 
@@ -122,7 +122,7 @@ bool put_text(Job& job, const Matrix& frame, const Lettering& text) {
     bytes += letters.back().bytes;
     chinese = chinese || letters.back().chinese;
     if (letters.back().foreign)
-      job.report.remark("a character that the fonts lack", job.report.place, letters.back().foreign);
+      job.report.loss("a character that the fonts lack", job.report.place, letters.back().foreign);
   }
   if (bytes.empty()) return true;
 
@@ -171,7 +171,7 @@ bool put_text(Job& job, const Matrix& frame, const Lettering& text) {
   line.turn = degrees(std::atan2(direction.y, direction.x));
   if (mirrored) {
     // Kept readable: it fills the same box, begun from its other end.
-    job.report.remark("a mirrored text is shown readable", job.report.place);
+    job.report.loss("a mirrored text is shown readable", job.report.place);
     const bool fromEnd = (text.generation & 2) != 0;
     if (area < 0) {
       line.at = line.at + direction * (fromEnd ? -box.width : 0.0) + normal * box.height;
@@ -183,7 +183,7 @@ bool put_text(Job& job, const Matrix& frame, const Lettering& text) {
   const double oblique =
       degrees(std::atan2(up.x * direction.x + up.y * direction.y, tall > 0 ? std::fabs(area) / stretch : 1));
   line.style = {text.style, chinese, std::fabs(oblique) < 0.01 ? 0 : std::round(oblique * 100) / 100, 0};
-  if (line.style.oblique != 0) job.report.remark("a slanted text is shown upright", job.report.place);
+  if (line.style.oblique != 0) job.report.loss("a slanted text is shown upright", job.report.place);
   if (!mirrored && !fitted && text.horizontal > 0 && text.horizontal < 3) {
     line.justify = text.horizontal;
     line.align = own.origin + baseShift;

@@ -52,11 +52,8 @@ std::string ImportReport::summary() const {
   const auto add = [&](const std::string& text) { out += (out.empty() ? "" : "; ") + text; };
   if (!converted.empty()) add(converted + " converted");
   if (!leftOut.empty()) add(leftOut + " left out");
-  if (!remarks.empty()) {
-    int count = 0;
-    for (const Remark& remark : remarks) count += remark.count;
-    add(std::to_string(count) + (count == 1 ? " remark" : " remarks"));
-  }
+  for (const Remark& remark : remarks)
+    if (remark.loss) add(formatted("%d times ", remark.count) + remark.text);
   if (scale != 1) add(formatted("lengths multiplied by %g", scale));
   if (offset[0] != 0 || offset[1] != 0) add(formatted("moved by %.15g, %.15g", -offset[0], -offset[1]));
   if (!complete) add(formatted("broken off at %s %ld", binary ? "byte" : "line", brokenLine));
@@ -116,12 +113,12 @@ void ReportBuilder::count(std::string_view kind, const Outcome& outcome, std::si
   }
 }
 
-void ReportBuilder::remark(const char* text, std::size_t at, int times) {
+void ReportBuilder::note(const char* text, std::size_t at, int times, bool loss) {
   if (quiet) return;
   const auto found =
       std::ranges::find(remarks_, std::string_view(text), [](const Note& n) { return std::string_view(n.text); });
   if (found == remarks_.end())
-    remarks_.push_back({text, times, at});
+    remarks_.push_back({text, times, at, loss});
   else
     found->count += times;
 }
@@ -139,7 +136,7 @@ void ReportBuilder::write_to(ImportReport& report) {
     report.kinds.push_back(std::move(row.kind));
   }
   for (const Note& note : remarks_)
-    report.remarks.push_back({note.text, note.count, note.place ? file_.line_of(note.place) : 0});
+    report.remarks.push_back({note.text, note.count, note.place ? file_.line_of(note.place) : 0, note.loss});
 }
 
 }  // namespace qv::importing

@@ -18,6 +18,9 @@ struct Look {
   int trueColor = -1;
 };
 
+/// The number of the standard palette whose colour comes nearest to 0xRRGGBB, of those that every display shows alike.
+int nearest_color(int rgb);
+
 /// The box of what has been put out.
 struct Bounds {
   double x1 = 1e300;

@@ -29,7 +29,9 @@ class ReportBuilder {
 
   void count(std::string_view kind, const Outcome& outcome, std::size_t place);
   /// Remarks on something; equal texts are counted. The text lives for ever.
-  void remark(const char* text, std::size_t place = 0, int times = 1);
+  void remark(const char* text, std::size_t place = 0, int times = 1) { note(text, place, times, false); }
+  /// The same for what the drawing does not show as it should.
+  void loss(const char* text, std::size_t place = 0, int times = 1) { note(text, place, times, true); }
   /// Counting is off while what has been counted is converted again.
   bool quiet = false;
   /// Where the entity that is converted begins.
@@ -39,6 +41,7 @@ class ReportBuilder {
   void write_to(ImportReport& report);
 
  private:
+  void note(const char* text, std::size_t place, int times, bool loss);
   struct Row {
     ImportReport::Kind kind;
     std::size_t first = 0;
@@ -48,6 +51,7 @@ class ReportBuilder {
     const char* text;
     int count;
     std::size_t place;
+    bool loss;
   };
   Drawing& file_;
   std::vector<Row> rows_;
