@@ -113,12 +113,12 @@ void ReportBuilder::count(std::string_view kind, const Outcome& outcome, std::si
   }
 }
 
-void ReportBuilder::note(const char* text, std::size_t at, int times, bool loss) {
+void ReportBuilder::note(const char* text, std::size_t at, int times, bool isLoss) {
   if (quiet) return;
   const auto found =
       std::ranges::find(remarks_, std::string_view(text), [](const Note& n) { return std::string_view(n.text); });
   if (found == remarks_.end())
-    remarks_.push_back({text, times, at, loss});
+    remarks_.push_back({text, times, at, isLoss});
   else
     found->count += times;
 }

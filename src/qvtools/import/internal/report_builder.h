@@ -29,9 +29,9 @@ class ReportBuilder {
 
   void count(std::string_view kind, const Outcome& outcome, std::size_t place);
   /// Remarks on something; equal texts are counted. The text lives for ever.
-  void remark(const char* text, std::size_t place = 0, int times = 1) { note(text, place, times, false); }
+  void remark(const char* text, std::size_t at = 0, int times = 1) { note(text, at, times, false); }
   /// The same for what the drawing does not show as it should.
-  void loss(const char* text, std::size_t place = 0, int times = 1) { note(text, place, times, true); }
+  void loss(const char* text, std::size_t at = 0, int times = 1) { note(text, at, times, true); }
   /// Counting is off while what has been counted is converted again.
   bool quiet = false;
   /// Where the entity that is converted begins.
@@ -41,7 +41,7 @@ class ReportBuilder {
   void write_to(ImportReport& report);
 
  private:
-  void note(const char* text, std::size_t place, int times, bool loss);
+  void note(const char* text, std::size_t at, int times, bool isLoss);
   struct Row {
     ImportReport::Kind kind;
     std::size_t first = 0;
