@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <vector>
 
 namespace qvapps {
 
@@ -47,6 +48,9 @@ int resolve(ACAD_ENTITY& entity, int layer, const LayerTable& layers, bool light
       const char* const ltype = layers.line_type(layer);
       if (ltype && std::strcmp(record.m_szLType, "BYLAYER") == 0) qv::copy_text(record.m_szLType, ltype);
     }
+    if constexpr (requires { record.m_szText; }) {
+      if (std::strstr(record.m_szText, "\\U+")) qv::copy_text(record.m_szText, qv::drawn_text(record.m_szText).c_str());
+    }
   });
   return own;
 }
@@ -59,6 +63,45 @@ void resolve_for_display(DXF& dxf, bool lightBackground) {
   };
   resolve_all(dxf.m_EntityList);
   for_each<ACAD_BLOCK>(dxf.m_BlockList, [&](ACAD_BLOCK& block) { resolve_all(block.m_EntityList); });
+}
+
+void drop_hidden(DXF& dxf) {
+  constexpr int kFrozen = 1;
+  NameMap<bool> hidden;
+  bool any = false;
+  for (int i = 0; dxf.m_pLayer && i < dxf.m_nLayer; ++i) {
+    const ACAD_LAYER& layer = dxf.m_pLayer[static_cast<std::size_t>(i)];
+    const bool off = layer.m_nColor < 0 || (layer.m_nFlags & kFrozen) != 0;
+    hidden.emplace(layer.m_szName, off);
+    any = any || off;
+  }
+  if (!any) return;
+  const auto drop = [&](CPtrList& list, bool inBlock) {
+    std::vector<ACAD_ENTITY*> kept;
+    for_each<ACAD_ENTITY>(list, [&](ACAD_ENTITY& entity) {
+      const std::string_view layer = layer_of(entity);
+      const auto found = hidden.find(layer);
+      if (found != hidden.end() && found->second && !(inBlock && layer == "0"))
+        delete &entity;
+      else
+        kept.push_back(&entity);
+    });
+    list.RemoveAll();
+    for (ACAD_ENTITY* const entity : kept) list.AddTail(entity);
+  };
+  drop(dxf.m_EntityList, false);
+  for_each<ACAD_BLOCK>(dxf.m_BlockList, [&](ACAD_BLOCK& block) { drop(block.m_EntityList, true); });
+}
+
+const qv::Appearance& appearance() {
+  static const qv::Palette palette = [] {
+    constexpr int kOwn = 16;
+    qv::Palette colors = qv::StandardPalette();
+    for (int i = 0; i < kOwn; ++i) colors[static_cast<std::size_t>(i)] = ACAD_ENTITY::GetColor(i);
+    return colors;
+  }();
+  static const qv::Appearance shown{&palette};
+  return shown;
 }
 
 CFRect never_empty(const CFRect& extent) {

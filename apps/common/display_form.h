@@ -46,6 +46,12 @@ int resolve(ACAD_ENTITY& entity, int layer, const LayerTable& layers, bool light
 /// The same for all entities of the drawing and of its blocks.
 void resolve_for_display(DXF& dxf, bool lightBackground);
 
+/// Deletes the entities whose layers are off or frozen; those on layer "0" of a block are seen wherever it is.
+void drop_hidden(DXF& dxf);
+
+/// The colours of drawings in pictures and on screen: the standard palette from 16 on; below it the library's own.
+const qv::Appearance& appearance();
+
 /// The extent of a drawing with a margin around it, never empty and always finite: what to fit into a picture.
 CFRect with_margin(const CFRect& extent);
 /// The same without the margin.

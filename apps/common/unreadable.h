@@ -5,9 +5,9 @@
 namespace qvapps {
 
 /// What can be wrong with a file that does not load as a drawing.
-enum class Unreadable { Missing, Directory, NotOpened, Binary, BareCodes, NoEntities };
+enum class Unreadable { Missing, Directory, NotOpened, NoDrawing };
 
-/// Why a file has no entities that the reader finds.
+/// Why a file that is not taken for a drawing is not.
 Unreadable diagnose(const std::string& path);
 
 }  // namespace qvapps

@@ -21,13 +21,24 @@ void run_demo(const DemoRequest& request);
 
 struct RenderRequest {
   std::string drawing;
+  qv::ImportOptions import;
   std::string picture;
   PictureOptions options;
 };
 void run_render(const RenderRequest& request);
 
+struct ConvertRequest {
+  std::string drawing;
+  std::string out;
+  qv::ImportOptions import;
+  bool unitGiven = false;  ///< else millimetres, where the drawing says its unit
+  bool portable = false;   ///< signs of the fonts as codes that other programs know, and a header with the code page
+};
+void run_convert(const ConvertRequest& request);
+
 struct InfoRequest {
   std::string drawing;
+  qv::ImportOptions import;
   bool json = false;
 };
 void run_info(const InfoRequest& request);

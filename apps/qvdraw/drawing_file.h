@@ -14,8 +14,9 @@ namespace qvdraw {
 using qvapps::for_each;
 using qvapps::layer_of;
 
-/// Loads a drawing; throws `std::runtime_error` with one line that says what is wrong and what would help.
-std::unique_ptr<DXF> load_drawing(const std::string& path);
+/// Loads a drawing of any form, and says on standard error in one line what was converted and what was left out; the
+/// report has all of it. Throws `std::runtime_error` with one line that says what is wrong.
+std::unique_ptr<DXF> load_drawing(const std::string& path, const qv::ImportOptions& options, qv::ImportReport& report);
 
 using qvapps::to_utf8;
 

@@ -7,6 +7,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdio>
+#include <map>
 #include <memory>
 #include <numbers>
 
@@ -72,8 +73,48 @@ void define(CLI::App& command, qvdraw::DemoRequest& request) {
   add_text(command, "--out", request.directory, "DIR", "where to, made when it is not there")->required();
 }
 
+/// What is read of a drawing, and how.
+void add_import(CLI::App& command, qv::ImportOptions& options) {
+  add_text(command, "--layout", options.layout, "NAME", "a sheet of the drawing; model space where none is named");
+  command
+      .add_option_function<std::string>(
+          "--encoding",
+          [&options](const std::string& name) {
+            options.encoding = qv::code_page_named(name);
+            if (!options.encoding) throw UsageError("--encoding \"" + name + "\" is not known");
+          },
+          "the code page of its texts, where the file tells none or the wrong one")
+      ->type_name("NAME");
+}
+
+void define(CLI::App& command, qvdraw::ConvertRequest& request) {
+  add_text(command, "IN.dxf", request.drawing, "", "a drawing of any release, text or binary")->required();
+  add_text(command, "-o,--out", request.out, "OUT.dxf", "the drawing in the flat form")->required();
+  add_import(command, request.import);
+  command.add_option("--tolerance", request.import.tolerance, "how far polylines lie off curves, as a share of their size")
+      ->check(CLI::Range(1e-6, 0.1))
+      ->type_name("T");
+  static const std::map<std::string, qv::Unit> kUnits = {
+      {"none", qv::Unit::None},      {"mm", qv::Unit::Millimetre}, {"cm", qv::Unit::Centimetre},
+      {"m", qv::Unit::Metre},        {"km", qv::Unit::Kilometre},  {"in", qv::Unit::Inch},
+      {"ft", qv::Unit::Foot}};
+  command
+      .add_option_function<std::string>(
+          "--unit",
+          [&request](const std::string& name) {
+            request.import.unit = kUnits.at(name);
+            request.import.guessUnit = request.unitGiven = true;
+          },
+          "what lengths are in; mm, where the drawing says its own")
+      ->check(CLI::IsMember(kUnits));
+  command.add_flag("--explode", request.import.explode, "block references become the entities of their blocks");
+  command.add_flag("--portable", request.portable,
+                   "write signs of the fonts as %%130 and its kin, and a header with the code page");
+}
+
 void define(CLI::App& command, qvdraw::RenderRequest& request) {
   add_text(command, "IN.dxf", request.drawing, "", "the drawing")->required();
+  add_import(command, request.import);
   add_picture(command, request.picture)->required();
   qvdraw::PictureOptions& options = request.options;
   add_size(command, options.size, [&options] { options.fixedSize = true; });
@@ -96,6 +137,7 @@ void define(CLI::App& command, qvdraw::RenderRequest& request) {
 
 void define(CLI::App& command, qvdraw::InfoRequest& request) {
   add_text(command, "IN.dxf", request.drawing, "", "the drawing")->required();
+  add_import(command, request.import);
   command.add_flag("--json", request.json, "as JSON");
 }
 
@@ -152,6 +194,7 @@ void add_command(CLI::App& program, const char* name, const char* summary, void 
 void add_commands(CLI::App& program) {
   using namespace qvdraw;
   add_command(program, "demo", "draw the sample drawings into a directory", run_demo);
+  add_command(program, "convert", "make a flat drawing, which old programs open, of any drawing", run_convert);
   add_command(program, "render", "show a drawing, or a window of it, as a picture", run_render);
   add_command(program, "info", "tell a drawing's tables, entities and extent", run_info);
   add_command(program, "slide", "show or convert a slide, from its file or a library", run_slide);

@@ -48,9 +48,9 @@ void save_picture(DXF& dxf, const std::string& path, const PictureOptions& optio
   Fit fit(shown_rect(dxf, sized), sized);
   save_drawn(path, fit.size, options.white ? 0xFFFFFF : 0x000000, [&](CDC& dc) {
     if (options.projected)
-      dxf.Draw3D(&dc, &fit.coor, options.viewA, options.viewB);
+      dxf.Draw3D(&dc, &fit.coor, options.viewA, options.viewB, qvapps::appearance());
     else
-      dxf.Draw(&dc, &fit.coor);
+      dxf.Draw(&dc, &fit.coor, qvapps::appearance());
   });
 }
 

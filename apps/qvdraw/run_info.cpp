@@ -64,15 +64,42 @@ Json object(const Pairs& pairs) {
   return json;
 }
 
-void print_json(const Summary& s) {
+Json report_json(const qv::ImportReport& r) {
+  Json kinds = Json::array();
+  for (const qv::ImportReport::Kind& k : r.kinds)
+    kinds.push_back({{"kind", k.name},
+                     {"taken", k.taken},
+                     {"converted", k.converted},
+                     {"becomes", k.becomes},
+                     {"left_out", k.leftOut},
+                     {"reason", k.reason},
+                     {"line", k.line}});
+  Json remarks = Json::array();
+  for (const qv::ImportReport::Remark& remark : r.remarks)
+    remarks.push_back({{"text", remark.text}, {"count", remark.count}, {"line", remark.line}});
+  return {{"release", r.release},
+          {"binary", r.binary},
+          {"encoding", qv::code_page_name(r.encoding)},
+          {"encoding_known", r.encodingSource},
+          {"unit", static_cast<int>(r.unit)},
+          {"scale", r.scale},
+          {"offset", {r.offset[0], r.offset[1]}},
+          {"sheets", r.layouts},
+          {"complete", r.complete},
+          {"kinds", kinds},
+          {"remarks", remarks}};
+}
+
+void print_json(const Summary& s, const qv::ImportReport& report) {
   const Json json{{"ltypes", s.ltypes},
                   {"layers", object(s.layers)},
                   {"styles", object(s.styles)},
                   {"blocks", object(s.blocks)},
                   {"entities", object(s.kinds)},
                   {"entities_on_layers", object(s.perLayer)},
-                  {"extent", Json::parse(extent_text(s.extent, "[%.2f, %.2f, %.2f, %.2f]"))}};
-  std::puts(json.dump(2).c_str());
+                  {"extent", Json::parse(extent_text(s.extent, "[%.2f, %.2f, %.2f, %.2f]"))},
+                  {"file", report_json(report)}};
+  std::puts(json.dump(2, ' ', false, Json::error_handler_t::replace).c_str());
 }
 
 template <class Pairs>
@@ -86,7 +113,7 @@ void print_lines(const char* title, const Pairs& pairs) {
   }
 }
 
-void print_text(const Summary& s) {
+void print_text(const Summary& s, const qv::ImportReport& report) {
   std::puts("line types");
   for (const std::string& name : s.ltypes) std::printf("  %s\n", name.c_str());
   print_lines("layers (colour)", s.layers);
@@ -95,14 +122,16 @@ void print_text(const Summary& s) {
   print_lines("entities", s.kinds);
   print_lines("entities on layers", s.perLayer);
   std::puts(extent_text(s.extent, "extent\n  (%.2f, %.2f) to (%.2f, %.2f)").c_str());
+  std::fputs(report.text().c_str(), stdout);
 }
 
 }  // namespace
 
 void run_info(const InfoRequest& request) {
-  const std::unique_ptr<DXF> dxf = load_drawing(request.drawing);
+  qv::ImportReport report;
+  const std::unique_ptr<DXF> dxf = load_drawing(request.drawing, request.import, report);
   const Summary summary = summarize(*dxf);
-  request.json ? print_json(summary) : print_text(summary);
+  request.json ? print_json(summary, report) : print_text(summary, report);
 }
 
 }  // namespace qvdraw

@@ -5,7 +5,9 @@
 namespace qvdraw {
 
 void run_render(const RenderRequest& request) {
-  const std::unique_ptr<DXF> dxf = load_drawing(request.drawing);
+  qv::ImportReport report;
+  const std::unique_ptr<DXF> dxf = load_drawing(request.drawing, request.import, report);
+  qvapps::drop_hidden(*dxf);
   qvapps::resolve_for_display(*dxf, request.options.white);
   save_picture(*dxf, request.picture, request.options);
 }

@@ -62,8 +62,7 @@ struct FileDialog {
 };
 
 Text reason_of(qvapps::Unreadable why) {
-  constexpr Text kReasons[] = {Text::Missing,  Text::IsDirectory, Text::NotOpened,
-                               Text::IsBinary, Text::BareCodes,   Text::NoEntities};
+  constexpr Text kReasons[] = {Text::Missing, Text::IsDirectory, Text::NotOpened, Text::NoEntities};
   return kReasons[static_cast<int>(why)];
 }
 
@@ -238,7 +237,8 @@ void Viewer::Open(const std::wstring& path) {
   auto document = std::make_unique<DXF>();
   document->New_MemDxf();
   const HCURSOR before = SetCursor(LoadCursorW(nullptr, IDC_WAIT));
-  const bool loaded = document->Read_FileDxf_To_Mem(name.c_str()) != 0;
+  qv::ImportReport report;
+  const bool loaded = qv::Import(name.c_str(), *document, {}, report) != 0;
   SetCursor(before);
   if (!loaded) return complain(Text::CannotOpen, path, words(reason_of(qvapps::diagnose(name))));
   auto drawing = std::make_unique<qvview::Drawing>(std::move(document), view_->is_light());
@@ -247,6 +247,7 @@ void Viewer::Open(const std::wstring& path) {
   else
     view_->open(std::move(drawing));
   path_ = path;
+  report_ = wide_of_utf8(report.summary().c_str());
   show_title();
 }
 
@@ -303,6 +304,7 @@ void Viewer::show_title() {
   std::wstring title = name.empty() ? kClass : name + L" - " + kClass;
   const std::size_t picked = view_->picks().size();
   if (picked > 0) title += L" - " + filled(words(Text::PickedIs), std::to_wstring(picked));
+  if (!report_.empty()) title += L" - " + report_;
   SetWindowTextW(window_, title.c_str());
 }
 

@@ -59,6 +59,7 @@ class Viewer : public qvview::View::Listener {
   std::optional<Canvas> canvas_;
   std::unique_ptr<qvview::View> view_;
   std::wstring path_;
+  std::wstring report_;  // what was converted and left out of the drawing
   DWORD lastWheel_ = 0;
 };
 

@@ -175,16 +175,12 @@ class BadCalls(unittest.TestCase):
                     file.write(content)
                 return path
 
-            bare = write("bare.dxf", b"0\nSECTION\n2\nENTITIES\n0\nENDSEC\n0\nEOF\n")
-            binary = write("binary.dxf", b"AutoCAD Binary DXF\r\n\x1a\x00\x00\x00SECTION\x00")
             empty = write("empty.dxf", b"")
             good = write("good.dxf", b"  0\nSECTION\n  2\nENTITIES\n  0\nENDSEC\n  0\nEOF\n")
             for words, message in (
                 (["info", os.path.join(directory, "none.dxf")], "no such file"),
                 (["info", directory], "is a directory"),
-                (["info", bare], "not right-aligned"),
-                (["info", binary], "is a binary DXF file"),
-                (["info", empty], "no ENTITIES section"),
+                (["info", empty], "is no DXF drawing"),
                 (["slide", good, "-o", os.path.join(directory, "a.png")], "is no slide file"),
                 (["slides", os.path.join(directory, "none.slb")], "no such file"),
                 (["render", good, "-o", os.path.join(directory, "none", "a.png")], "cannot be written"),

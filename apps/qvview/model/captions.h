@@ -119,8 +119,6 @@ enum class Text {
   Missing,
   IsDirectory,
   NotOpened,
-  IsBinary,
-  BareCodes,
   NoEntities,
   CannotWrite,
   UnknownPicture,

@@ -198,7 +198,7 @@ void Drawing::draw(CDC& dc, const CFCoor& coor, const ViewAngles& angles, bool e
   constexpr int kReadable = 3;  // pixels
   CFCoor view = coor;
   prepared(angles).SetReadableHeight(everyLetter ? 0 : kReadable);
-  prepared(angles).Draw(&dc, &view);
+  prepared(angles).Draw(&dc, &view, qvapps::appearance());
   if (!dc.IsPrinting() && !dc.IsMetafile()) draw_marks(dc, view, angles);
 }
 

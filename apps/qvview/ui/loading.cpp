@@ -12,8 +12,7 @@ namespace qvview {
 namespace {
 
 Text reason_of(qvapps::Unreadable why) {
-  static constexpr Text kReasons[] = {Text::Missing,  Text::IsDirectory, Text::NotOpened,
-                                      Text::IsBinary, Text::BareCodes,   Text::NoEntities};
+  static constexpr Text kReasons[] = {Text::Missing, Text::IsDirectory, Text::NotOpened, Text::NoEntities};
   return kReasons[static_cast<int>(why)];
 }
 
@@ -27,7 +26,7 @@ Loaded load_drawing(QWidget* parent, const Words& words, const QString& path) {
   constexpr int kParts = 1000;
   constexpr int kPatience = 400;  // milliseconds
   const std::string name = native(path);
-  if (qv::path_kind(name.c_str()) != qv::PathKind::File) return {nullptr, reason_of(qvapps::diagnose(name))};
+  if (qv::path_kind(name.c_str()) != qv::PathKind::File) return {nullptr, reason_of(qvapps::diagnose(name)), {}};
   const QString what = words(Text::Reading, QFileInfo(path).fileName());
   QProgressDialog dialog(what, words(Text::GiveUp), 0, kParts, parent);
   dialog.setWindowTitle(words(Text::OpenTitle));
@@ -40,8 +39,10 @@ Loaded load_drawing(QWidget* parent, const Words& words, const QString& path) {
   };
   auto document = std::make_unique<DXF>();
   document->New_MemDxf();
-  if (document->Read_FileDxf_To_Mem(name.c_str(), progress)) return {std::move(document), Text::Reading};
-  return {nullptr, dialog.wasCanceled() ? Text::GivenUp : reason_of(qvapps::diagnose(name))};
+  qv::ImportReport report;
+  if (qv::Import(name.c_str(), *document, {}, report, progress))
+    return {std::move(document), Text::Reading, std::move(report)};
+  return {nullptr, dialog.wasCanceled() ? Text::GivenUp : reason_of(qvapps::diagnose(name)), {}};
 }
 
 }  // namespace qvview

@@ -15,6 +15,7 @@ std::string native(const QString& path);
 struct Loaded {
   std::unique_ptr<DXF> document;
   Text reason = Text::GivenUp;
+  qv::ImportReport report;
 };
 
 /// Reads a drawing, with a progress dialog over the parent when it takes long; the dialog's button gives the reading

@@ -87,6 +87,9 @@ void MainWindow::build_status_bar() {
   hint_ = new QLabel;
   hint_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);  // the window may be narrower than it
   statusBar()->addWidget(hint_, 1);
+  import_ = new QLabel;
+  import_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  statusBar()->addWidget(import_, 2);
   for (QLabel** const label : {&pointer_, &scale_, &count_}) {
     *label = new QLabel;
     statusBar()->addPermanentWidget(*label);
@@ -134,6 +137,7 @@ void MainWindow::open(const QString& path) {
     return;
   }
   path_ = QFileInfo(path).absoluteFilePath();
+  take_report(loaded.report);
   view_.open(std::make_unique<Drawing>(std::move(loaded.document), view_.is_light()));
   layers_->refresh(view_.drawing());
   RecentFiles::add(path_);
@@ -141,6 +145,14 @@ void MainWindow::open(const QString& path) {
   setWindowTitle(QStringLiteral("%1 - qvview").arg(QFileInfo(path_).fileName()));
   show_status();
   update_commands();
+}
+
+void MainWindow::take_report(const qv::ImportReport& report) {
+  offset_ = QPointF(report.offset[0], report.offset[1]);
+  report_ = QString::fromStdString(report.summary());
+  // What is missing from the drawing stays written above it until another is opened.
+  import_->setText(report_);
+  import_->setToolTip(QString::fromStdString(report.text()));
 }
 
 void MainWindow::choose_drawing() {
@@ -154,10 +166,11 @@ void MainWindow::reload(bool asked) {
   if (path_.isEmpty() || loading_) return;
   Loaded loaded = load(path_);
   if (loaded.document) {
+    take_report(loaded.report);
     view_.reload(std::make_unique<Drawing>(std::move(loaded.document), view_.is_light()));
     layers_->refresh(view_.drawing());
     show_status();
-    statusBar()->showMessage(words_(Text::Reloaded), kMessageTime);
+    if (report_.isEmpty()) statusBar()->showMessage(words_(Text::Reloaded), kMessageTime);
   } else if (asked && loaded.reason != Text::GivenUp) {
     QMessageBox::warning(this, words_(Text::OpenTitle), words_(Text::CannotOpen, path_, words_(loaded.reason)));
   } else {
@@ -271,7 +284,8 @@ void MainWindow::on_mode_changed() {
 
 void MainWindow::show_pointer() {
   const std::optional<CFPoint> at = view_.drawing() ? view_.pointer() : std::nullopt;
-  pointer_->setText(at ? QStringLiteral("%1, %2").arg(number(at->x), number(at->y)) : QString());
+  pointer_->setText(at ? QStringLiteral("%1, %2").arg(number(at->x + offset_.x()), number(at->y + offset_.y()))
+                       : QString());
 }
 
 void MainWindow::show_status() {
@@ -296,7 +310,7 @@ void MainWindow::copy(const QString& text) {
 
 void MainWindow::copy_point() {
   if (const std::optional<CFPoint> at = view_.pointer())
-    copy(QStringLiteral("%1,%2").arg(static_cast<double>(at->x), 0, 'f', 3).arg(static_cast<double>(at->y), 0, 'f', 3));
+    copy(QStringLiteral("%1,%2").arg(at->x + offset_.x(), 0, 'f', 3).arg(at->y + offset_.y(), 0, 'f', 3));
 }
 
 }  // namespace qvview

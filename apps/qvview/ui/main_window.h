@@ -61,6 +61,7 @@ class MainWindow : public QMainWindow, private View::Listener {
   void update_commands();
 
   Loaded load(const QString& path);
+  void take_report(const qv::ImportReport& report);
   void choose_drawing();
   void reload(bool asked);
   void export_picture();
@@ -87,12 +88,15 @@ class MainWindow : public QMainWindow, private View::Listener {
   PicksPanel* picks_ = nullptr;
   QMenu* panelMenu_ = nullptr;
   QLabel* hint_ = nullptr;
+  QLabel* import_ = nullptr;
   QLabel* pointer_ = nullptr;
   QLabel* scale_ = nullptr;
   QLabel* count_ = nullptr;
   std::vector<QAction*> actions_;  // by their captions
   std::vector<QAction*> needDrawing_;
   QString path_;
+  QString report_;  // what was converted and left out; empty when nothing was
+  QPointF offset_;  // that the drawing was moved by, to be put back on coordinates that are shown
   bool loading_ = false;
   FileWatch watch_;
   QTranslator dialogs_;

@@ -18,6 +18,17 @@ int DXF::Set_MaxNum_of_Tables(long ltypes, long layers, long styles) {
   return 1;
 }
 
+void DXF::Take_Tables(std::unique_ptr<ACAD_LTYPE[]> ltypes, int ltypeCount, std::unique_ptr<ACAD_LAYER[]> layers,
+                      int layerCount, std::unique_ptr<ACAD_STYLE[]> styles, int styleCount) {
+  m_pLType = std::move(ltypes);
+  m_pLayer = std::move(layers);
+  m_pStyle = std::move(styles);
+  m_nLType = roomLType_ = ltypeCount;
+  m_nLayer = roomLayer_ = layerCount;
+  m_nStyle = roomStyle_ = styleCount;
+  Open_MemDxf();
+}
+
 int DXF::create_tables() {
   m_nOpenMode = 0;
   m_nLType = m_nLayer = m_nStyle = 1;

@@ -56,6 +56,11 @@ class QV_API DXF : public qv::WorkingRecords {
   int Add_Layer(const char* name, int color, const char* ltype);
   int Add_STyle(const char* name, const char* font, const char* bigFont);
 
+  /// Takes whole tables in the place of the present ones, each of that many entries, at least 1, the standard entry
+  /// first. The document is in memory and open for reading then: what is merged into it makes its tables larger.
+  void Take_Tables(std::unique_ptr<ACAD_LTYPE[]> ltypes, int ltypeCount, std::unique_ptr<ACAD_LAYER[]> layers,
+                   int layerCount, std::unique_ptr<ACAD_STYLE[]> styles, int styleCount);
+
   /// The parts of a file's frame. In memory they do nothing and return 1.
   int Write_Tables();
   int Begin_AllBlocks();

@@ -1,0 +1,81 @@
+#include "qvtools/import/internal/converters.h"
+
+#include <algorithm>
+
+namespace qv::importing {
+
+namespace {
+
+struct Row {
+  std::string_view kind;
+  Converter converter;
+};
+
+// Those that come often first.
+constexpr Row kRows[] = {
+    {"LINE", convert_line},
+    {"LWPOLYLINE", convert_lwpolyline},
+    {"POLYLINE", convert_polyline},
+    {"TEXT", convert_text},
+    {"CIRCLE", convert_circle},
+    {"ARC", convert_arc},
+    {"INSERT", convert_insert},
+    {"MTEXT", convert_mtext},
+    {"POINT", convert_point},
+    {"SOLID", convert_solid},
+    {"HATCH", convert_hatch},
+    {"DIMENSION", convert_dimension},
+    {"3DFACE", convert_face},
+    {"TRACE", convert_solid},
+    {"ELLIPSE", convert_ellipse},
+    {"SPLINE", convert_spline},
+    {"HELIX", convert_spline},
+    {"ATTDEF", convert_attribute_definition},
+    {"ATTRIB", put_attribute},
+    {"LEADER", convert_leader},
+    {"MULTILEADER", convert_multileader},
+    {"MLEADER", convert_multileader},
+    {"TOLERANCE", convert_tolerance},
+    {"ARC_DIMENSION", convert_dimension},
+    {"LARGE_RADIAL_DIMENSION", convert_dimension},
+    {"MPOLYGON", convert_hatch},
+    {"MLINE", convert_mline},
+    {"RAY", convert_ray},
+    {"XLINE", convert_ray},
+    {"MESH", convert_mesh_object},
+    {"ACAD_TABLE", convert_table},
+    {"IMAGE", convert_image_frame},
+    {"WIPEOUT", convert_image_frame},
+    {"PDFUNDERLAY", leave_out_solid},
+    {"OLEFRAME", convert_ole_frame},
+    {"OLE2FRAME", convert_ole_frame},
+    {"VIEWPORT", convert_viewport},
+    {"SHAPE", leave_out_shape},
+    {"ACAD_PROXY_ENTITY", convert_proxy},
+    {"REGION", leave_out_solid},
+    {"BODY", leave_out_solid},
+    {"3DSOLID", leave_out_solid},
+    {"SURFACE", leave_out_solid},
+    {"EXTRUDEDSURFACE", leave_out_solid},
+    {"LOFTEDSURFACE", leave_out_solid},
+    {"PLANESURFACE", leave_out_solid},
+    {"REVOLVEDSURFACE", leave_out_solid},
+    {"SWEPTSURFACE", leave_out_solid},
+};
+
+}  // namespace
+
+Converter converter_of(std::string_view name) {
+  const auto found = std::ranges::find(kRows, name, &Row::kind);
+  return found == std::end(kRows) ? nullptr : found->converter;
+}
+
+Outcome leave_out_solid(Job&, const Record&) {
+  return left_out("a body in a modeller's own form");
+}
+
+Outcome leave_out_shape(Job&, const Record&) {
+  return left_out("a shape, whose font file is not read");
+}
+
+}  // namespace qv::importing

@@ -1,0 +1,121 @@
+#pragma once
+
+/// Drawings of any release and program, read into flat documents: DXF as text of every release or binary, with every
+/// kind of entity. What the nine flat kinds cannot express is made of what they can; what cannot be made is left out;
+/// the report tells both.
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "qvtools/dxf/model/document.h"
+#include "qvtools/text/code_page.h"
+
+namespace qv {
+
+/// Units of length, by the numbers that headers give them ($INSUNITS).
+enum class Unit : int {
+  None = 0,
+  Inch = 1,
+  Foot = 2,
+  Mile = 3,
+  Millimetre = 4,
+  Centimetre = 5,
+  Metre = 6,
+  Kilometre = 7
+};
+
+struct ImportOptions {
+  /// The sheet to read by its name, with its viewports drawn in place and to scale; empty for model space.
+  std::string layout;
+  /// The code page of the texts; what the file says, or looks like, when absent.
+  std::optional<CodePage> encoding;
+  /// How far a polyline may lie off the curve that it stands for, as a share of the curve's size.
+  double tolerance = 1.0 / 2000;
+  /// The unit to convert to; numbers stay as they are when it is `None` or the file's unit is not known.
+  Unit unit = Unit::None;
+  /// A unit that the header does not name is taken from $MEASUREMENT and the size of the drawing; told, since it may be
+  /// wrong.
+  bool guessUnit = false;
+  /// Inserts become the entities of their blocks; else blocks stay blocks where they can.
+  bool explode = false;
+  /// At most as many records or inserts are made of one block reference, and dashes of one hatch; what needs more is
+  /// left out and told.
+  int mostOfReference = 500000;
+  int mostOfHatch = 200000;
+};
+
+/// What flat records cannot hold, for what draws them.
+struct DrawingNotes {
+  struct Layer {
+    std::string name;      ///< as in the document
+    std::string fullName;  ///< as in the file, UTF-8
+    bool off = false;
+    bool frozen = false;
+    bool plotted = true;
+    int lineWeight = -3;  ///< hundredths of a millimetre; -3 the default
+    int trueColor = -1;   ///< 0xRRGGBB; -1 none
+  };
+  struct Entity {
+    const ACAD_ENTITY* record;
+    int lineWeight;    ///< hundredths of a millimetre; -1 the layer's, -2 the block's, -3 the default
+    int trueColor;     ///< 0xRRGGBB; -1 none
+    std::string text;  ///< UTF-8, where the record's text is not all of it
+  };
+  std::vector<Layer> layers;
+  std::vector<Entity> entities;  ///< only those that have something to note, in the order of their records' addresses
+
+  /// The notes of a record; null when there are none.
+  QV_API const Entity* find(const ACAD_ENTITY* record) const;
+};
+
+struct ImportReport {
+  /// What became of one kind of entity.
+  struct Kind {
+    std::string name;
+    int taken = 0;      ///< as they were
+    int converted = 0;  ///< into what `becomes` says
+    int leftOut = 0;
+    std::string becomes;
+    std::string reason;  ///< why the first was left out
+    long line = 0;       ///< where the first that was left out, or else the first, begins; a byte in a binary file
+  };
+  /// Something that was mended, shortened or lost, and how often.
+  struct Remark {
+    std::string text;
+    int count = 0;
+    long line = 0;      ///< of the first; 0 when it is at no line
+    bool loss = false;  ///< the drawing does not show it as it should
+  };
+  std::vector<Kind> kinds;
+  std::vector<Remark> remarks;
+  std::string release;  ///< as the file names it ("AC1027"); empty when it does not
+  bool binary = false;
+  CodePage encoding = CodePage::Windows1252;
+  std::string encodingSource;        ///< how the code page is known
+  Unit unit = Unit::None;            ///< the file's
+  std::string unitSource;            ///< how it is known
+  double scale = 1;                  ///< by which lengths were multiplied
+  double offset[2] = {0, 0};         ///< what was taken off x and y, in the unit of the document
+  std::string layout;                ///< the sheet that was read; empty for model space
+  std::vector<std::string> layouts;  ///< the file's sheets, UTF-8, with what they hold
+  bool complete = true;              ///< false when the file is broken off, at `brokenLine`
+  long brokenLine = 0;
+  DrawingNotes notes;
+
+  /// One line: what was converted and left out; empty when everything was taken as it was.
+  QV_API std::string summary() const;
+  /// All of it, line by line.
+  QV_API std::string text() const;
+};
+
+/// Reads a drawing of any form into a document, whose drawing it replaces; the document is in memory then. Returns 1,
+/// or 0 when the file cannot be opened or is no drawing, when the options name a sheet that it has not (the document
+/// stays as it was, and `report.remarks` tells why), or when `progress` (the share that has been read, 0 to 1) returns
+/// false. What is broken in the file is passed over and told.
+QV_API int Import(const char* path, DXF& document, const ImportOptions& options, ImportReport& report,
+                  const std::function<bool(double share)>& progress = nullptr);
+
+}  // namespace qv

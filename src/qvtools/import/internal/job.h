@@ -1,0 +1,134 @@
+#pragma once
+
+/// One import at work: what converters of entities are given.
+
+#include "qvtools/import/internal/curves.h"
+#include "qvtools/import/internal/lettering.h"
+#include "qvtools/import/internal/output.h"
+
+namespace qv::importing {
+
+/// The groups that all entities share.
+struct Common {
+  std::string_view layer;
+  std::string_view lineType;
+  double lineTypeScale = 1;
+  int color = 256;
+  int trueColor = -1;
+  int lineWeight = -1;
+  bool invisible = false;
+  bool paper = false;
+};
+Common common_of(const Record& record);
+
+/// A line without end, cut when the drawing's extent is known.
+struct EndlessLine {
+  Vec from;
+  Vec direction;
+  bool both = false;  // it runs both ways
+  Look look;
+};
+
+/// A block as it is placed by references of one transform and look.
+struct PlacedBlock {
+  std::string name;  // in the document
+  Vec shift;         // what was taken off its entities, and is put on its references
+  Vec base;
+  Bounds bounds;  // of its entities, the shift put back
+  bool empty = false;
+  bool refused = false;
+};
+
+class Job {
+ public:
+  Job(Drawing& drawing, const ImportOptions& importOptions, ReportBuilder& builder, OutputTables& outputTables)
+      : file(drawing), options(importOptions), report(builder), tables(outputTables), out(outputTables, builder) {}
+
+  Drawing& file;
+  const ImportOptions& options;
+  ReportBuilder& report;
+  OutputTables& tables;
+  Output out;
+
+  Unit unit = Unit::None;  // of the document
+
+  /// From the world of the entity to the output's.
+  Matrix place;
+  /// The look of the reference whose block is converted; outside of blocks nothing is taken from it.
+  Look inherited;
+  bool inBlock = false;
+
+  std::vector<int> openBlocks;  // within which the entity stands, the outermost first
+  std::vector<EndlessLine> endless;
+  std::vector<ACAD_BLOCK*> madeBlocks;
+  std::unordered_map<std::string, PlacedBlock> placedBlocks;
+  double madeOfReferences = 0;
+
+  /// The look of an entity with these groups, set for what is put out next.
+  void dress(const Common& common);
+  /// Converts a record, and those that belong to it, which the reader hands out next.
+  void convert(const Record& record);
+  /// Converts the entities of a stretch of the file, up to its end or the end of its block or section; `wanted` tells
+  /// which.
+  void convert_all(Span span, const std::function<bool(const Common&)>& wanted,
+                   const std::function<bool(double)>& progress = nullptr);
+  bool cancelled = false;
+
+  /// The sheet that is read has windows on model space: their records, kept until the sheet is done.
+  bool onSheet = false;
+  std::vector<Record> viewports;
+  std::vector<bool> hiddenLayers;  // within a window; empty: none
+
+  /// Puts the entities of a block out, placed by the matrix; what they take from the reference is the present look.
+  void expand(int block, const Matrix& at);
+
+ private:
+  bool is_hidden(std::string_view layer);
+};
+
+using Converter = Outcome (*)(Job& job, const Record& record);
+/// The text of a TEXT, ATTRIB or ATTDEF.
+Outcome put_attribute(Job& job, const Record& record);
+/// The converter of a kind of entity; null for one that is not known.
+Converter converter_of(std::string_view name);
+
+// What converters put out. Coordinates are those of the frame, which lies in the output's.
+
+/// The frame of an entity by its group 210.
+Matrix frame_of(const Job& job, const Record& record);
+Outcome outcome(bool good, const Outcome& otherwise);
+
+/// Part of a circle about a point of the frame's plane, radians counter-clockwise in the frame; a whole one from a turn
+/// on.
+bool put_arc(Job& job, const Matrix& frame, const Vec& center, double radius, double start, double sweep);
+bool put_ellipse(Job& job, const Vec& center, const Vec& major, const Vec& minor, double start, double sweep);
+/// Vertices in the frame's plane; what the frame distorts is made of straight pieces.
+bool put_polyline(Job& job, const Matrix& frame, std::span<const Vertex> vertices, bool closed);
+/// Points of the output's world.
+bool put_chain(Job& job, std::vector<Vec> points, bool closed);
+
+/// A line of text, not yet placed.
+struct Lettering {
+  std::u32string text;
+  Vec at;      // in the frame
+  Vec second;  // of texts that are fitted between two points
+  double height = 1;
+  double width = 1;    // factor
+  double turn = 0;     // radians, in the frame
+  double oblique = 0;  // degrees
+  int generation = 0;  // 2 mirrored, 4 upside down
+  int horizontal = 0;  // group 72: 0 left, 1 centre, 2 right, 3 aligned, 4 middle, 5 fit
+  int vertical = 0;    // group 73: 0 base line, 1 bottom, 2 middle, 3 top
+  int style = -1;
+  bool codes = true;  // "%%c" and its kin are codes
+  // Strokes along the whole of it, where codes are none.
+  bool under = false;
+  bool over = false;
+  bool strike = false;
+};
+bool put_text(Job& job, const Matrix& frame, const Lettering& lettering);
+
+/// How far below the base line letters reach, as a share of their height.
+inline constexpr double kDescender = 1.0 / 3;
+
+}  // namespace qv::importing

@@ -1,0 +1,123 @@
+#include "qvtools/import/internal/job.h"
+
+namespace qv::importing {
+
+Common common_of(const Record& record) {
+  Common common;
+  for (const Tag& tag : record.tags) {
+    switch (tag.code) {
+      case 8:
+        common.layer = word_of(tag);
+        break;
+      case 6:
+        common.lineType = word_of(tag);
+        break;
+      case 48:
+        common.lineTypeScale = real_of(tag);
+        break;
+      case 60:
+        common.invisible = integer_of(tag) != 0;
+        break;
+      case 62:
+        common.color = integer_of(tag);
+        break;
+      case 67:
+        common.paper = integer_of(tag) != 0;
+        break;
+      case 370:
+        common.lineWeight = integer_of(tag);
+        break;
+      case 420:
+        common.trueColor = integer_of(tag) & 0xFFFFFF;
+        break;
+      default:
+        break;
+    }
+  }
+  return common;
+}
+
+namespace {
+
+bool is_word(std::string_view text, std::string_view upper) {
+  if (text.size() != upper.size()) return false;
+  for (std::size_t i = 0; i < text.size(); ++i)
+    if ((text[i] >= 'a' && text[i] <= 'z' ? text[i] - 'a' + 'A' : text[i]) != upper[i]) return false;
+  return true;
+}
+
+}  // namespace
+
+void Job::dress(const Common& common) {
+  Look& look = out.look;
+  const bool zero = common.layer.empty() || common.layer == "0";
+  look.layer = inBlock && zero ? inherited.layer : tables.layer(zero ? "0" : common.layer);
+  // What stands in the reference's stead takes its layer's properties with it, unless it is on that layer itself.
+  const bool sameLayer = look.layer == inherited.layer;
+  look.trueColor = common.trueColor;
+  if (common.trueColor >= 0) {
+    look.color = nearest_color(common.trueColor);
+  } else if (common.color == 0 && inBlock) {
+    look.trueColor = inherited.trueColor;
+    look.color = inherited.color == kByLayer && !sameLayer ? std::abs(tables.layer_record(inherited.layer).m_nColor)
+                                                           : inherited.color;
+  } else {
+    look.color = common.color == 0 ? 7 : common.color > 0 && common.color < 256 ? common.color : kByLayer;
+  }
+  look.lineWeight = common.lineWeight == -2 && inBlock ? inherited.lineWeight : common.lineWeight;
+  const double scale = common.lineTypeScale > 0 && std::isfinite(common.lineTypeScale) ? common.lineTypeScale : 1;
+  if (common.lineType.empty() || is_word(common.lineType, "BYLAYER")) {
+    look.lineType = -1;
+    if (scale != 1) {
+      const std::string_view layerType = file.layers[static_cast<std::size_t>(look.layer)].lineType;
+      look.lineType = layerType.empty() ? -1 : tables.line_type(tables.file_line_type(layerType), scale);
+    }
+  } else if (is_word(common.lineType, "BYBLOCK")) {
+    const bool own = inBlock && (inherited.lineType >= 0 || sameLayer);
+    look.lineType = own ? inherited.lineType : inBlock ? tables.layer_line_type(inherited.layer) : 0;
+  } else {
+    look.lineType = tables.line_type(tables.file_line_type(common.lineType), scale);
+  }
+}
+
+void Job::convert(const Record& record) {
+  report.place = record.place;
+  const Converter converter = converter_of(record.name);
+  if (!converter) {
+    report.count(record.name, left_out("a kind that is not known"), record.place);
+    return;
+  }
+  report.count(record.name, converter(*this, record), record.place);
+}
+
+bool Job::is_hidden(std::string_view layer) {
+  const auto index = static_cast<std::size_t>(tables.layer(layer.empty() ? "0" : layer));
+  return index < hiddenLayers.size() && hiddenLayers[index];
+}
+
+void Job::convert_all(Span span, const std::function<bool(const Common&)>& wanted,
+                      const std::function<bool(double)>& progress) {
+  constexpr int kBetweenReports = 4096;
+  int unreported = 0;
+  Record record;
+  file.in.seek(span.from);
+  while (file.in.next_place() < span.to && read_record(file.in, record)) {
+    const std::string_view name = record.name;
+    if (name == "ENDSEC" || name == "EOF" || name == "ENDBLK" || name == "SECTION") break;
+    if (name == "SEQEND" || name == "VERTEX" || name == "ATTRIB") continue;  // without what they belong to
+    const Common common = common_of(record);
+    if (!hiddenLayers.empty() && is_hidden(common.layer)) continue;
+    if (common.invisible) {
+      report.count(name, left_out("invisible"), record.place);
+    } else if (!wanted || wanted(common)) {
+      dress(common);
+      convert(record);
+    }
+    if (!progress || ++unreported < kBetweenReports) continue;
+    unreported = 0;
+    cancelled = !progress(static_cast<double>(record.place) / static_cast<double>(std::max<std::size_t>(1, span.to)));
+    if (cancelled) return;
+  }
+}
+
+}  // namespace qv::importing

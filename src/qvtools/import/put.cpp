@@ -1,0 +1,203 @@
+// What converters put out: arcs, chains and texts wherever a frame takes them.
+
+#include <algorithm>
+
+#include "qvtools/import/internal/job.h"
+
+namespace qv::importing {
+
+namespace {
+constexpr double kWholeTurn = 2 * kPi;
+constexpr double kRoundOff = 1e-9;
+}  // namespace
+
+Outcome outcome(bool good, const Outcome& otherwise) {
+  return good ? otherwise : left_out("coordinates that are no numbers");
+}
+
+Matrix frame_of(const Job& job, const Record& record) {
+  const Tag* const x = record.find(210);
+  if (!x) return job.place;
+  const Vec direction{real_of(*x), record.real(220), record.real(230)};
+  return job.place * extrusion_frame(direction);
+}
+
+bool put_arc(Job& job, const Matrix& frame, const Vec& center, double radius, double start, double sweep) {
+  if (!(radius >= 0) || !std::isfinite(start) || !std::isfinite(sweep)) return false;
+  const bool whole = std::fabs(sweep) >= kWholeTurn - kRoundOff;
+  const PlanView view = plan_view(frame);
+  if (!view.flat)
+    return put_ellipse(job, frame(center), frame.direction({radius, 0, 0}), frame.direction({0, radius, 0}), start,
+                       whole ? kWholeTurn : sweep);
+  if (whole) return job.out.circle(frame(center), radius * view.scale);
+  // Seen from behind an arc runs from its end to its start.
+  const double from = view.mirrored ? view.turn - start - sweep : view.turn + start;
+  double degree = std::fmod(degrees(from), 360);
+  if (degree < 0) degree += 360;
+  return job.out.arc(frame(center), radius * view.scale, degree,
+                     degree + degrees(sweep) > 360 ? degree + degrees(sweep) - 360 : degree + degrees(sweep));
+}
+
+bool put_ellipse(Job& job, const Vec& center, const Vec& major, const Vec& minor, double start, double sweep) {
+  Matrix frame{major, minor, cross(major, minor), center};
+  if (!is_finite(major) || !is_finite(minor) || !is_finite(center)) return false;
+  if (plan_view(frame).flat) return put_arc(job, frame, {}, 1, start, sweep);
+  const bool whole = sweep >= kWholeTurn - 1e-6;
+  std::vector<Vec> points;
+  flatten_ellipse(center, major, minor, start, whole ? kWholeTurn : sweep, job.options.tolerance, points);
+  if (whole) points.pop_back();
+  return put_chain(job, std::move(points), whole);
+}
+
+bool put_chain(Job& job, std::vector<Vec> points, bool closed) {
+  constexpr int kInSpace = 8;
+  if (points.size() == 2 && !closed) return job.out.line(points[0], points[1]);
+  const bool level = std::ranges::all_of(points, [&](const Vec& p) { return std::fabs(p.z - points[0].z) <= 1e-9; });
+  return job.out.polyline(vertices_of(points), (closed ? 1 : 0) | (level ? 0 : kInSpace));
+}
+
+bool put_polyline(Job& job, const Matrix& frame, std::span<const Vertex> vertices, bool closed) {
+  const PlanView view = plan_view(frame);
+  if (vertices.size() < 2) return true;
+  std::vector<Vertex> placed;
+  placed.reserve(vertices.size());
+  if (view.flat) {
+    for (const Vertex& v : vertices)
+      placed.push_back(
+          {frame(v.at), v.startWidth * view.scale, v.endWidth * view.scale, view.mirrored ? -v.bulge : v.bulge});
+    return job.out.polyline(placed, closed ? 1 : 0);
+  }
+  std::vector<Vec> points{vertices[0].at};
+  for (std::size_t i = 0; i + (closed ? 0 : 1) < vertices.size(); ++i)
+    flatten_bulge(points.back(), vertices[(i + 1) % vertices.size()].at, vertices[i].bulge, job.options.tolerance,
+                  points);
+  if (closed) points.pop_back();
+  for (Vec& p : points) p = frame(p);
+  if (vertices[0].startWidth > 0)
+    job.report.loss("widths of a polyline that is distorted were left out", job.report.place);
+  return put_chain(job, std::move(points), closed);
+}
+
+namespace {
+
+/// A text's box before it is turned: from its left end on the base line.
+struct Box {
+  double width;
+  double height;
+};
+
+/// Where the left end of the base line lies from the anchor, in the text's own axes.
+Vec anchor_offset(const Lettering& text, const Box& box) {
+  constexpr double kAcross[] = {0, 0.5, 1, 0, 0.5, 0};
+  const int across = std::clamp(text.horizontal, 0, 5);
+  double up = 0;
+  if (across == 4)
+    up = -box.height / 2;
+  else if (across < 3)
+    up = text.vertical == 3   ? -box.height
+         : text.vertical == 2 ? -box.height / 2
+         : text.vertical == 1 ? box.height * kDescender
+                              : 0;
+  return {-box.width * kAcross[across], up, 0};
+}
+
+/// Puts the strokes of a run along its stretch of the base line.
+bool put_strokes(Job& job, const Run& run, const Vec& from, const Vec& to, const Vec& up, double height) {
+  const auto stroke = [&](bool on, double level) {
+    return !on || job.out.line(from + up * (height * level), to + up * (height * level));
+  };
+  return stroke(run.under, -0.2) && stroke(run.over, 1.2) && stroke(run.strike, 0.4);
+}
+
+}  // namespace
+
+bool put_text(Job& job, const Matrix& frame, const Lettering& text) {
+  const std::vector<Run> runs = text.codes ? parse_line(text.text) : std::vector<Run>{{text.text, text.under, text.over, text.strike}};
+  const bool wideSigns = job.file.decoder.page == CodePage::Gbk;
+  std::vector<FontText> letters;
+  std::string bytes;
+  bool chinese = false;
+  for (const Run& run : runs) {
+    letters.push_back(font_text(run.text, wideSigns));
+    bytes += letters.back().bytes;
+    chinese = chinese || letters.back().chinese;
+    if (letters.back().foreign)
+      job.report.loss("a character that the fonts lack", job.report.place, letters.back().foreign);
+  }
+  if (bytes.empty()) return true;
+
+  // The text's axes in its frame: fitted ones lie between their points.
+  double turn = text.turn;
+  double height = text.height;
+  double width = text.width;
+  Vec at = text.at;
+  const bool fitted = text.horizontal == 3 || text.horizontal == 5;
+  if (fitted && length(text.second - text.at) > 0) {
+    const double room = length(text.second - text.at);
+    turn = std::atan2(text.second.y - text.at.y, text.second.x - text.at.x);
+    const double natural = text_width(bytes, height, width);
+    const double k = natural > 0 ? room / natural : 1;
+    if (text.horizontal == 3)
+      height *= k;
+    else
+      width *= k;
+  }
+  // Upside down is turned about and mirrored.
+  bool mirrored = (text.generation & 2) != 0;
+  if ((text.generation & 4) != 0) {
+    turn += kPi;
+    mirrored = !mirrored;
+  }
+  const Matrix own = frame * translation(at) * turning(turn);
+  const double slant = std::tan(radians(std::clamp(text.oblique, -85.0, 85.0)));
+  const Vec along = own.x;
+  const Vec up = own.y + own.x * slant;
+  const double stretch = std::hypot(along.x, along.y);
+  const double area = along.x * up.y - along.y * up.x;
+  if (!(stretch > 0) || !std::isfinite(stretch)) return is_finite(own.origin) && stretch == 0;
+  mirrored = mirrored != (area < 0);
+
+  TextLine line;
+  const double tall = std::fabs(area) / stretch;
+  line.height = height * tall;
+  line.width = tall > 0 ? width * stretch / tall : width;
+  if (!(line.height > 0)) return std::isfinite(line.height);
+  const Vec direction = Vec{along.x, along.y, 0} * (1 / stretch);
+  const Vec normal = Vec{-direction.y, direction.x, 0} * (area < 0 ? -1 : 1);
+  const Box box{text_width(bytes, line.height, line.width), line.height};
+  Vec left = anchor_offset(text, box);
+  const Vec baseShift = normal * left.y;
+  line.at = own.origin + direction * ((text.generation & 2) != 0 ? -left.x : left.x) + baseShift;
+  line.turn = degrees(std::atan2(direction.y, direction.x));
+  if (mirrored) {
+    // Kept readable: it fills the same box, begun from its other end.
+    job.report.loss("a mirrored text is shown readable", job.report.place);
+    const bool fromEnd = (text.generation & 2) != 0;
+    if (area < 0) {
+      line.at = line.at + direction * (fromEnd ? -box.width : 0.0) + normal * box.height;
+    } else if (fromEnd) {
+      line.at = line.at - direction * box.width;
+    }
+  }
+  const Vec upward{-direction.y, direction.x, 0};
+  const double oblique =
+      degrees(std::atan2(up.x * direction.x + up.y * direction.y, tall > 0 ? std::fabs(area) / stretch : 1));
+  line.style = {text.style, chinese, std::fabs(oblique) < 0.01 ? 0 : std::round(oblique * 100) / 100, 0};
+  if (line.style.oblique != 0) job.report.loss("a slanted text is shown upright", job.report.place);
+  if (!mirrored && !fitted && text.horizontal > 0 && text.horizontal < 3) {
+    line.justify = text.horizontal;
+    line.align = own.origin + baseShift;
+  }
+  bool good = true;
+  line.bytes = bytes;
+  good = job.out.text(line);
+  Vec from = line.at;
+  for (std::size_t i = 0; i < runs.size() && good; ++i) {
+    const Vec to = from + direction * text_width(letters[i].bytes, line.height, line.width);
+    good = put_strokes(job, runs[i], from, to, upward, line.height);
+    from = to;
+  }
+  return good;
+}
+
+}  // namespace qv::importing
