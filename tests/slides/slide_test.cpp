@@ -71,7 +71,7 @@ TEST(Slides, EveryRecordKindIsRead) {
       {"three corners", "xFD00 3 -1 xFD00 1 2 xFD00 3 4 xFD00 5 6", "254 1,2 3,4 5,6 5,6;"},
       {"two corners", "xFD00 2 -1 xFD00 1 2 xFD00 3 4", "254 1,2 3,4 0,0 0,0;"},
       {"a fill that breaks off", "xFD00 3 -1 xFD00 1 2 xFD00", ""},
-      {"a vertex of another kind", "xFD00 3 -1 xFE01 1 2 xFF02", "2;"},
+      {"a vertex of another kind is the last word lost", "xFD00 3 -1 xFE01 xFF02 xFC00", "2;"},
       {"not a fill", "xFD01 xFF02", "2;"},
       {"an unknown record ends", "xFF02 x8000 xFF03", "2;"},
       {"end of slide", "xFF02 xFC00 xFF03", "2;"},

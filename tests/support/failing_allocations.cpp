@@ -1,6 +1,7 @@
 #include "support/failing_allocations.h"
 
 #include <climits>
+#include <cstdlib>
 #include <new>
 
 #if defined(_WIN32)
@@ -13,40 +14,67 @@
 namespace {
 
 int g_left = INT_MAX;
+bool g_throwing = false;
+
+bool passes() {
+  return g_left == INT_MAX || g_left-- > 0;
+}
+
+void* allocate(std::size_t size) {
+  return std::malloc(size ? size : 1);
+}
+
+void* allocate_or_throw(std::size_t size) {
+  void* const memory = !g_throwing || passes() ? allocate(size) : nullptr;
+  if (!memory) throw std::bad_alloc();
+  return memory;
+}
 
 }  // namespace
 
 namespace qvtest {
 
-FailingAllocations::FailingAllocations(int successes) {
+FailingAllocations::FailingAllocations(int successes, Which which) {
   g_left = successes;
+  g_throwing = which == Which::All;
 }
 FailingAllocations::~FailingAllocations() {
   g_left = INT_MAX;
+  g_throwing = false;
+}
+bool FailingAllocations::failed() const {
+  return g_left < 0;
 }
 
 }  // namespace qvtest
 
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-  if (g_left != INT_MAX && g_left-- <= 0) return nullptr;
-  try {
-    return ::operator new(size);
-  } catch (...) {
-    return nullptr;
-  }
+void* operator new(std::size_t size) {
+  return allocate_or_throw(size);
 }
-
+void* operator new[](std::size_t size) {
+  return allocate_or_throw(size);
+}
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  return passes() ? allocate(size) : nullptr;
+}
 void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
-  if (g_left != INT_MAX && g_left-- <= 0) return nullptr;
-  try {
-    return ::operator new[](size);
-  } catch (...) {
-    return nullptr;
-  }
+  return passes() ? allocate(size) : nullptr;
+}
+void operator delete(void* memory) noexcept {
+  std::free(memory);
+}
+void operator delete[](void* memory) noexcept {
+  std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+  std::free(memory);
+}
+void operator delete[](void* memory, std::size_t) noexcept {
+  std::free(memory);
 }
 
 void* operator new(std::size_t size, std::align_val_t alignment, const std::nothrow_t&) noexcept {
-  if (g_left != INT_MAX && g_left-- <= 0) return nullptr;
+  if (!passes()) return nullptr;
   try {
     return ::operator new(size, alignment);
   } catch (...) {
@@ -88,6 +116,9 @@ const bool g_redirected = [] {
   redirect_import(library, "_ZnwySt11align_val_tRKSt9nothrow_t",
                   reinterpret_cast<void*>(static_cast<AllocateAligned>(&operator new)));
   redirect_import(library, "_ZnayRKSt9nothrow_t", reinterpret_cast<void*>(static_cast<Allocate>(&operator new[])));
+  using AllocateOrThrow = void* (*)(std::size_t);
+  redirect_import(library, "_Znwy", reinterpret_cast<void*>(static_cast<AllocateOrThrow>(&operator new)));
+  redirect_import(library, "_Znay", reinterpret_cast<void*>(static_cast<AllocateOrThrow>(&operator new[])));
   return true;
 }();
 

@@ -58,6 +58,30 @@ TEST(OpenText, RefusesDirectoriesMissingFilesAndUnknownModes) {
   EXPECT_FALSE(directory.has("none"));
 }
 
+TEST(OpenText, GivesPlainLineEndsAndPlacesOnDisk) {
+  const TemporaryDirectory directory;
+  const std::string text = "a\r\nbc\nd\re\r\n" + std::string(16380, 'x') + "\r\nend";  // over a block's border
+  std::FILE* file = qv::open_text_to_read(directory.write("e.txt", text).c_str());
+  ASSERT_TRUE(file);
+  std::string read;
+  long secondLine = 0;
+  for (int c; (c = std::getc(file)) != EOF;) {
+    read += static_cast<char>(c);
+    if (read == "a\n") secondLine = std::ftell(file);
+  }
+  EXPECT_EQ(read, "a\nbc\nd\re\n" + std::string(16380, 'x') + "\nend");
+  EXPECT_EQ(secondLine, 3);
+  EXPECT_EQ(std::ftell(file), static_cast<long>(text.size()));
+  std::fseek(file, secondLine, SEEK_SET);
+  char line[8];
+  EXPECT_STREQ(std::fgets(line, sizeof line, file), "bc\n");
+  EXPECT_EQ(std::ftell(file), 6);
+  std::fseek(file, -3, SEEK_END);
+  EXPECT_STREQ(std::fgets(line, sizeof line, file), "end");
+  std::fclose(file);
+  EXPECT_FALSE(qv::open_text_to_read(directory.prefix().c_str()));
+}
+
 TEST(ReadLine, TakesBothLineEnds) {
   const TemporaryDirectory directory;
   std::FILE* file = qv::open_text(directory.write("c.txt", "a\r\nb\nabcd\r\nx\ry").c_str(), "rt");
