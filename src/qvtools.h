@@ -36,6 +36,7 @@
 #include "qvtools/platform/framework.h"
 #include "qvtools/platform/host.h"
 #include "qvtools/scripts/script.h"
+#include "qvtools/services/report_subject.h"
 #include "qvtools/services/services.h"
 #include "qvtools/slides/slide.h"
 #include "qvtools/slides/slide_library.h"

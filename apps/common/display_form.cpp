@@ -32,10 +32,25 @@ const char* LayerTable::line_type(int index) const {
 }
 
 int shown_color(int own, int layerColor, bool lightBackground) {
-  const int color = own < 0 ? layerColor : own;
+  constexpr int kByLayerNumber = 256;  // as some programs write it
+  const int color = own < 0 || own == kByLayerNumber ? layerColor : own;
   if (lightBackground) return color == kWhite ? kBlack : color;
   return color == kBlack ? kWhite : color;
 }
+
+namespace {
+
+/// Vertices without widths of their own take the polyline's, whatever others have.
+void give_default_widths(ACAD_POLYLINE& polyline) {
+  if (polyline.m_fStartWidth == 0 && polyline.m_fEndWidth == 0) return;
+  for (ACAD_VERTEX& vertex : polyline.m_Vertices) {
+    if (vertex.m_fStartWidth != 0 || vertex.m_fEndWidth != 0) continue;
+    vertex.m_fStartWidth = polyline.m_fStartWidth;
+    vertex.m_fEndWidth = polyline.m_fEndWidth;
+  }
+}
+
+}  // namespace
 
 int resolve(ACAD_ENTITY& entity, int layer, const LayerTable& layers, bool lightBackground) {
   int own = qv::kByLayer;
@@ -44,13 +59,16 @@ int resolve(ACAD_ENTITY& entity, int layer, const LayerTable& layers, bool light
       own = record.m_nColor;
       record.m_nColor = shown_color(own, layers.color(layer), lightBackground);
     }
-    if constexpr (requires { record.m_szLType; }) {
+    if constexpr (requires { record.m_szText; }) {
+      qv::copy_text(record.m_szLType, "CONTINUOUS");  // letters are never dashed
+    } else if constexpr (requires { record.m_szLType; }) {
       const char* const ltype = layers.line_type(layer);
       if (ltype && std::strcmp(record.m_szLType, "BYLAYER") == 0) qv::copy_text(record.m_szLType, ltype);
     }
     if constexpr (requires { record.m_szText; }) {
       if (std::strstr(record.m_szText, "\\U+")) qv::copy_text(record.m_szText, qv::drawn_text(record.m_szText).c_str());
     }
+    if constexpr (requires { record.m_Vertices; }) give_default_widths(record);
   });
   return own;
 }

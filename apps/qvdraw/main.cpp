@@ -13,6 +13,7 @@
 
 #include "commands.h"
 #include "common/fonts.h"
+#include "common/naming_host.h"
 #include "common/picture_file.h"
 #include "common/system.h"
 
@@ -91,13 +92,13 @@ void define(CLI::App& command, qvdraw::ConvertRequest& request) {
   add_text(command, "IN.dxf", request.drawing, "", "a drawing of any release, text or binary")->required();
   add_text(command, "-o,--out", request.out, "OUT.dxf", "the drawing in the flat form")->required();
   add_import(command, request.import);
-  command.add_option("--tolerance", request.import.tolerance, "how far polylines lie off curves, as a share of their size")
+  command
+      .add_option("--tolerance", request.import.tolerance, "how far polylines lie off curves, as a share of their size")
       ->check(CLI::Range(1e-6, 0.1))
       ->type_name("T");
   static const std::map<std::string, qv::Unit> kUnits = {
-      {"none", qv::Unit::None},      {"mm", qv::Unit::Millimetre}, {"cm", qv::Unit::Centimetre},
-      {"m", qv::Unit::Metre},        {"km", qv::Unit::Kilometre},  {"in", qv::Unit::Inch},
-      {"ft", qv::Unit::Foot}};
+      {"none", qv::Unit::None},    {"mm", qv::Unit::Millimetre}, {"cm", qv::Unit::Centimetre}, {"m", qv::Unit::Metre},
+      {"km", qv::Unit::Kilometre}, {"in", qv::Unit::Inch},       {"ft", qv::Unit::Foot}};
   command
       .add_option_function<std::string>(
           "--unit",
@@ -222,6 +223,8 @@ int complain(const CLI::App& program, const char* message, bool usage) {
 
 int main(int argc, char** argv) {
   const qvapps::System system(argc, argv);
+  qvapps::NamingHost<qv::ConsoleHost> host;
+  qv::SetHost(&host);
   CLI::App program("construction drawings from the command line", "qvdraw");
   program.set_version_flag("--version", "qvdraw " QVDRAW_VERSION);
   program.require_subcommand(0, 1);

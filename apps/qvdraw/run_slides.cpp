@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <filesystem>
 #include <stdexcept>
 
@@ -12,12 +13,48 @@ namespace qvdraw {
 
 namespace {
 
+/// A change to colour 255 is kept as a vector, which begins and ends at the origin: it becomes the change to colour 7
+/// that it was meant as, so that it moves no box and leaves no line.
+void mend_colors(CWxSlide& slide) {
+  constexpr unsigned char kWhite = 7;
+  const auto is_origin = [](const CSlideItem& item) {
+    return item.m_fX[0] == 0 && item.m_fY[0] == 0 && item.m_fX[1] == 0 && item.m_fY[1] == 0;
+  };
+  for (CSlideItem& item : slide.m_Items)
+    if (item.m_byKind == CSlideItem::kVector && is_origin(item)) item.m_byKind = kWhite;
+}
+
+/// Colours above 15, which a slide shows in white, become the nearest of those that it can show.
+void choose_shown_colors(CWxSlide& slide) {
+  constexpr int kShown = 16;
+  const auto component = [](COLORREF color, int shift) { return static_cast<int>(color >> shift & 255); };
+  const auto distance = [&](COLORREF a, COLORREF b) {
+    int sum = 0;
+    for (const int shift : {0, 8, 16}) {
+      const int d = component(a, shift) - component(b, shift);
+      sum += d * d;
+    }
+    return sum;
+  };
+  for (CSlideItem& item : slide.m_Items) {
+    if (item.m_byKind < kShown || item.m_byKind == CSlideItem::kVector || item.m_byKind == CSlideItem::kSolid) continue;
+    const COLORREF wanted = qv::StandardPalette()[item.m_byKind];
+    int nearest = 1;  // never black, which is the background
+    for (int i = 2; i < kShown; ++i)
+      if (distance(wanted, CWxSlide::GetColor(i)) < distance(wanted, CWxSlide::GetColor(nearest))) nearest = i;
+    item.m_byKind = static_cast<unsigned char>(nearest);
+  }
+}
+
 /// Loads a slide file, or the slide "LIBRARY.NAME" of a library.
 CWxSlide load_slide(const std::string& name) {
   CWxSlide slide;
-  if (slide.Read_SLD(name.c_str())) return slide;
   CWxSlideLib library;
-  if (library.Read_SLB_SLD(CString(name.c_str()), &slide)) return slide;
+  if (slide.Read_SLD(name.c_str()) || library.Read_SLB_SLD(CString(name.c_str()), &slide)) {
+    mend_colors(slide);
+    if (slide.m_Items.empty()) std::fprintf(stderr, "qvdraw: %s: the slide is empty\n", name.c_str());
+    return slide;
+  }
   if (std::filesystem::exists(name)) throw std::runtime_error(name + ": is no slide file");
   throw std::runtime_error(name + ": there is no such slide file, nor a library with such a slide");
 }
@@ -33,6 +70,7 @@ void list(CWxSlideLib& library) {
     CWxSlide slide;
     const CWxSlideLib::Entry& entry = library.m_Directory[static_cast<std::size_t>(i)];
     const bool read = library.Read_SLD(i, &slide) != 0;
+    mend_colors(slide);
     const CRect box = slide.GetRect();
     if (read)
       std::printf("%-32s %6u bytes  %5zu items  %d x %d\n", to_utf8(entry.m_szName).c_str(), entry.m_nLength,
@@ -68,6 +106,8 @@ void save_contact_sheet(CWxSlideLib& library, const std::string& path, int width
       const int top = i / columns * height;
       CWxSlide slide;
       library.Read_SLD(i, &slide);
+      mend_colors(slide);
+      choose_shown_colors(slide);
       const CRect place(left + kGap, top + kGap, left + cell - kGap, top + height - kGap - kName - 4);
       slide.Draw(&dc, &place);
       const char* const name = library.m_Directory[static_cast<std::size_t>(i)].m_szName;
@@ -95,6 +135,7 @@ void run_slide(const SlideRequest& request) {
     Form_Dxf(&dxf, &slide);
     if (!dxf.Write_MemDxf_To_File(out.c_str())) throw std::runtime_error(out + ": cannot be written");
   } else {
+    choose_shown_colors(slide);
     const CRect place(0, 0, request.size.cx, request.size.cy);
     save_drawn(out, request.size, 0x000000, [&](CDC& dc) { slide.Draw(&dc, &place); });
   }

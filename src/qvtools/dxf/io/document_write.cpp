@@ -2,6 +2,7 @@
 #include "qvtools/dxf/model/document.h"
 #include "qvtools/dxf/model/internal/walk.h"
 #include "qvtools/services/internal/out_of_memory.h"
+#include "qvtools/services/report_subject.h"
 #include "qvtools/services/services.h"
 #include "qvtools/text/gbk_text.h"
 
@@ -129,17 +130,27 @@ int DXF::Write_MemDxf_To_File(const char* fileName) {
   return writer.flush() && file.commit() ? 1 : 0;
 }
 
+namespace {
+
+/// Reports a name that is in no table.
+void tell_about(const char* name, const char* message) {
+  const qv::ReportSubject subject(name);
+  tell_error(301, message);
+}
+
+}  // namespace
+
 template <class Record>
 bool DXF::set_attributes(Record& record, const char* layer, const char* color, const char* ltype) {
   const ACAD_LAYER* present = find_layer(layer);
   if (!present) {
-    tell_error(301, "Layer Name Error !");
+    tell_about(layer, "Layer Name Error !");
     return false;
   }
   const bool byLayer = qv::is_literal(ltype, "BYLAYER");
   const ACAD_LTYPE* presentType = byLayer ? nullptr : find_ltype(ltype);
   if (!byLayer && !presentType) {
-    tell_error(301, "LType Name Error !");
+    tell_about(ltype, "LType Name Error !");
     return false;
   }
   std::memcpy(record.m_szLayer, present->m_szName, sizeof record.m_szLayer);
@@ -167,7 +178,7 @@ int DXF::put(Record& record) {
 int DXF::Write_Point(float x, float y, float z, const char* layer) {
   const ACAD_LAYER* present = find_layer(layer);
   if (!present) {
-    tell_error(301, "Layer Name Error !");
+    tell_about(layer, "Layer Name Error !");
     return 0;
   }
   std::memcpy(m_Point.m_szLayer, present->m_szName, sizeof m_Point.m_szLayer);
@@ -188,7 +199,7 @@ int DXF::Write_Text(float x, float y, float z, float height, float rotation, con
   if (!set_attributes(m_Text, layer, color, ltype)) return 0;
   const ACAD_STYLE* present = find_style(style);
   if (!present) {
-    tell_error(301, "Style Name Error !");
+    tell_about(style, "Style Name Error !");
     return 0;
   }
   std::memcpy(m_Text.m_szStyle, present->m_szName, sizeof m_Text.m_szStyle);
