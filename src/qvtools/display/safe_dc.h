@@ -106,10 +106,10 @@ class QV_API CSafeDC {
   }
 
   CDC* dc_ = nullptr;
-  int x_ = 0;  // the current position, its halves apart: read at once, they would wait for the stores of each
+  int x_ = 0;  // the current position
+  int y_ = 0;
   int left_ = 0;
   int top_ = 0;
-  int y_ = 0;
   int right_ = 0;
   int bottom_ = 0;
   int printing_ = 0;

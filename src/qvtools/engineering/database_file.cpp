@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <atomic>
 #include <charconv>
 #include <cstdarg>
 #include <cstring>
@@ -114,7 +115,7 @@ int CDataBaseFile::Close_File() {
   const int written = m_Mode == IO_READ || m_Tables->put_index();
   const bool closed = std::fclose(m_pFile) == 0;
   m_pFile = nullptr;
-  --QV_OpenFileNum;
+  --std::atomic_ref(QV_OpenFileNum);
   m_bSegment = false;
   return written && (closed || m_Mode == IO_READ);
 }

@@ -1,5 +1,6 @@
 #include "qvtools/services/files.h"
 
+#include <atomic>
 #include <cstring>
 #include <string>
 
@@ -38,8 +39,7 @@ std::FILE* open_file_no_comment(const char* name, const char* mode) {
   const CString path = in_work_path(name);
   std::FILE* const file = readsText ? qv::open_text_to_read(path) : qv::open_text(path, mode);
   if (!file) return nullptr;
-  if (QV_OpenFileNum < 0) tell_error(301, "Num File Opend < 0!");
-  ++QV_OpenFileNum;
+  if (std::atomic_ref(QV_OpenFileNum).fetch_add(1) < 0) tell_error(301, "Num File Opend < 0!");
   return file;
 }
 

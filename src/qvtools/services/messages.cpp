@@ -1,7 +1,9 @@
 #include "qvtools/services/messages.h"
 
+#include <atomic>
 #include <cstdarg>
 #include <cstdio>
+#include <mutex>
 #include <string>
 #include <string_view>
 
@@ -21,6 +23,9 @@ constexpr int kDroppedLines = 50;
 constexpr int kBeyondEnd = 99999999;
 constexpr std::size_t kTextSize = 600;
 
+/// Reports of several threads go one after another. One that is made while another is shown, by a message that is
+/// dispatched then, goes through.
+std::recursive_mutex g_reports;
 bool g_windowPending = true;
 bool g_outputEnabled = true;
 
@@ -63,8 +68,9 @@ void show_box(qv::Host& host, int code, const char* text) {
   for (const BoxRange& range : kBoxRanges) {
     if (code < range.first || code > range.last) continue;
     const qv::Answer answer = host.ShowBox(text, range.kind);
-    if (range.fatal) QV_ERROR_CODE = code;
-    if (answer == qv::Answer::Cancel) QV_ERROR_CODE = 1;
+    const std::atomic_ref abandonCode(QV_ERROR_CODE);
+    if (range.fatal) abandonCode = code;
+    if (answer == qv::Answer::Cancel) abandonCode = 1;
   }
 }
 
@@ -73,6 +79,7 @@ void show_box(qv::Host& host, int code, const char* text) {
 void tell_error(int code, const char* text) {
   qv::Host& host = qv::CurrentHost();
   if (!text) text = "";
+  const std::lock_guard lock(g_reports);
   drain_messages(host);
   if (g_windowPending) {
     host.CreateMessageWindow();

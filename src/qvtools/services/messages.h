@@ -1,6 +1,7 @@
 #pragma once
 
-/// Error reports and the calculation-message window. Everything runs on the program's one user-interface thread.
+/// Error reports and the calculation-message window, which belong to the whole process: reports of several threads are
+/// shown one after another.
 
 #include "qvtools/api.h"
 

@@ -21,7 +21,7 @@ constexpr std::size_t kTokenSize = 100;
 constexpr std::uint32_t kExhausted = 0xFFFFFFFF;
 constexpr int kMostNumbers = 1000000;
 
-std::uint32_t g_scanPosition = 0;
+thread_local std::uint32_t g_scanPosition = 0;
 
 /// The next character with CR LF as one "\n"; a separator read may be put back.
 int next_char(std::FILE* fp) {

@@ -20,7 +20,7 @@ QV_API void read_one_unit(char* out, std::FILE* fp);
 /// empty, with *pos at the terminator, when no unit is left.
 QV_API void read_one_unit_from_string(char* out, const char* text, int* pos);
 
-/// Sets the shared position of `sscanf_next` back to the start.
+/// Sets the position of `sscanf_next`, which all of a thread's calls share, back to the start.
 QV_API void sscanf_next_begin();
 
 /// Reads the next field of `text`, from the shared position on, into the first pointer argument. Only the first

@@ -185,7 +185,7 @@ class QV_API DXF : public qv::WorkingRecords {
   ACAD_BLOCK m_Block;  ///< the reader's working block
 
  private:
-  static constexpr int kListBlock = 512;  // nodes side by side are walked at the speed of an array
+  static constexpr int kListBlock = 8000;  // long blocks are walked at the speed of an array
   int create_tables();
   void delete_drawing();
   const ACAD_LTYPE* find_ltype(const char* name) const;

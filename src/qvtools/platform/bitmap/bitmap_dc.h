@@ -58,11 +58,9 @@ class QV_API BitmapContext : public CDC {
   int width_;
   int height_;
   std::vector<std::uint32_t> pixels_;
-  // The current position. Its halves lie apart: side by side they would be stored singly by a move and read at once by
-  // the line, which must then wait until the stores have left the processor.
-  int x_ = 0;
-  Ink pen_ink_;
+  int x_ = 0;  // the current position
   int y_ = 0;
+  Ink pen_ink_;
   Ink gap_ink_;
   bool plain_ = true;  // the pen is solid, one pixel wide and covers
   std::uint32_t phase_ = 0;

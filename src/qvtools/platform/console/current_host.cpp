@@ -1,11 +1,12 @@
-#include "qvtools/platform/host.h"
+#include <atomic>
 
 #include "qvtools/platform/console/console_host.h"
+#include "qvtools/platform/host.h"
 
 namespace qv {
 namespace {
 
-Host* g_host = nullptr;
+std::atomic<Host*> g_host = nullptr;
 
 }  // namespace
 
@@ -17,7 +18,7 @@ void SetHost(Host* host) {
 }
 
 Host& CurrentHost() {
-  if (g_host) return *g_host;
+  if (Host* const host = g_host) return *host;
   static ConsoleHost console;
   return console;
 }
