@@ -98,7 +98,8 @@ bool DimensionDrawing::line_around_text(const Vec& a, const Vec& b) {
   const double off = std::fabs(dot(to, left_of(along)));
   const double center = dot(to, along);
   const double whole = length(b - a);
-  const double half = std::fabs(std::cos(turn_ - std::atan2(along.y, along.x))) > 0.7 ? size_.width / 2 : size_.height / 2;
+  const double half =
+      std::fabs(std::cos(turn_ - std::atan2(along.y, along.x))) > 0.7 ? size_.width / 2 : size_.height / 2;
   const double room = half + style_.gap();
   const bool crossed = hasText_ && off < size_.height / 2 && center + room > 0 && center - room < whole;
   if (!crossed) return line(a, b);
@@ -148,8 +149,11 @@ bool DimensionDrawing::angular(const Vec& center, const Vec& first, const Vec& s
   }
   const auto point = [&](double a, double r) { return center + Vec{std::cos(a), std::sin(a), 0} * r; };
   const double mid = start + sweep / 2;
-  const double measure = record_.has(42) && record_.real(42) > 0 ? record_.real(42) : ofLength ? sweep * length(first - center) : sweep;
-  place_text(ofLength ? style_.length_text(measure * style_.lengthFactor()) : style_.angle_text(measure), point(mid, radius), mid - kPi / 2);
+  const double measure = record_.has(42) && record_.real(42) > 0 ? record_.real(42)
+                         : ofLength                              ? sweep * length(first - center)
+                                                                 : sweep;
+  place_text(ofLength ? style_.length_text(measure * style_.lengthFactor()) : style_.angle_text(measure),
+             point(mid, radius), mid - kPi / 2);
   bool good = extension(first, point(angle(first), radius)) && extension(second, point(angle(second), radius));
   // Room for the text on the arc.
   const double half = hasText_ && radius > 0 && std::fabs(length(middle_ - center) - radius) < size_.height / 2
@@ -196,7 +200,8 @@ bool DimensionDrawing::radial(bool diameter) {
   const Vec along = unit(on - start, {1, 0, 0});
   const double measure = record_.has(42) && record_.real(42) > 0 ? record_.real(42) : length(on - start);
   const std::u32string sign = diameter ? std::u32string(1, special_sign('c')) : U"R";
-  place_text(sign + style_.length_text(measure * style_.lengthFactor()), middle(start, on), std::atan2(along.y, along.x));
+  place_text(sign + style_.length_text(measure * style_.lengthFactor()), middle(start, on),
+             std::atan2(along.y, along.x));
   // Out to a text that stands beyond the arc.
   const double reach = hasText_ ? dot(middle_ - on, along) - size_.width / 2 - style_.gap() : 0;
   bool good = reach > 0 ? line(start, on + along * reach) : line_around_text(start, on);
@@ -210,10 +215,12 @@ bool DimensionDrawing::ordinate() {
   const Vec feature = at(13);
   const Vec end = at(14);
   const bool ofX = (record_.integer(70) & 64) != 0;
-  const double measure = record_.has(42) ? std::fabs(record_.real(42)) : std::fabs(ofX ? feature.x - origin.x : feature.y - origin.y);
+  const double measure =
+      record_.has(42) ? std::fabs(record_.real(42)) : std::fabs(ofX ? feature.x - origin.x : feature.y - origin.y);
   const Vec along = ofX ? Vec{0, end.y < feature.y ? -1.0 : 1.0, 0} : Vec{end.x < feature.x ? -1.0 : 1.0, 0, 0};
   place_text(style_.length_text(measure * style_.lengthFactor()), end, std::atan2(along.y, along.x));
-  if (!record_.has(11) || length(level(record_.point(11))) == 0) middle_ = end + along * (style_.gap() + size_.width / 2);
+  if (!record_.has(11) || length(level(record_.point(11))) == 0)
+    middle_ = end + along * (style_.gap() + size_.width / 2);
   // Away from the feature, across to the end's own line, and on.
   const Vec start = feature + along * style_.extensionGap();
   const double run = dot(end - start, along);
@@ -250,7 +257,8 @@ bool DimensionDrawing::draw(int type) {
 Outcome convert_dimension(Job& job, const Record& record) {
   constexpr int kTypes = 15;
   // Those that hold a sketch in place are not part of the drawing.
-  if (record.word(8) == "ADSK_CONSTRAINTS" || record.word(8) == "*ADSK_CONSTRAINTS") return left_out("a constraint of a sketch");
+  if (record.word(8) == "ADSK_CONSTRAINTS" || record.word(8) == "*ADSK_CONSTRAINTS")
+    return left_out("a constraint of a sketch");
   const int block = record.word(2).empty() ? -1 : job.file.blockNames.find(record.word(2), job.file.decoder);
   if (block >= 0 && job.file.blocks[static_cast<std::size_t>(block)].entities > 0) {
     if (std::ranges::find(job.openBlocks, block) != job.openBlocks.end()) return left_out("a block within itself");
@@ -260,7 +268,9 @@ Outcome convert_dimension(Job& job, const Record& record) {
     job.expand(block, frame_of(job, record) * translation(at - base));
     return converted("the entities of its block");
   }
-  const int type = record.name == "ARC_DIMENSION" ? 8 : record.name == "LARGE_RADIAL_DIMENSION" ? 4 : record.integer(70) & kTypes;
+  const int type = record.name == "ARC_DIMENSION"            ? 8
+                   : record.name == "LARGE_RADIAL_DIMENSION" ? 4
+                                                             : record.integer(70) & kTypes;
   if (type > 8 || type == 7) return left_out("a type that is not known");
   return outcome(DimensionDrawing(job, record).draw(type), converted("LINE, ARC, SOLID and TEXT"));
 }

@@ -13,7 +13,7 @@ bool put_borders(Job& job, const Matrix& frame, const Loops& loops) {
 
 Outcome put_fill(Job& job, const Matrix& frame, const Hatch& hatch) {
   bool good = true;
-  const bool done = for_each_trapezoid(hatch.loops, [&](const Vec (&corners)[4]) {
+  const bool done = for_each_trapezoid(hatch.loops, [&](const Vec(&corners)[4]) {
     const Vec placed[4] = {frame(corners[0]), frame(corners[1]), frame(corners[2]), frame(corners[3])};
     good = job.out.solid(placed) && good;
   });

@@ -117,7 +117,8 @@ bool put_multileader_text(Job& job, const Record& context) {
   if (block.text.empty()) return true;
   block.format.height = context.real(41, 1);
   const auto style = job.file.nameOfHandle.find(handle_of(context.has(340) ? *context.find(340) : Tag()));
-  block.style = job.file.styleNames.find(style == job.file.nameOfHandle.end() ? "STANDARD" : style->second, job.file.decoder);
+  block.style =
+      job.file.styleNames.find(style == job.file.nameOfHandle.end() ? "STANDARD" : style->second, job.file.decoder);
   if (block.style >= 0) block.format.width = job.file.styles[static_cast<std::size_t>(block.style)].width;
   constexpr int kAttachments[] = {1, 1, 2, 3};  // of group 171: left, centre, right
   block.attachment = kAttachments[std::clamp(context.integer(171, 1), 0, 3)];
@@ -134,7 +135,8 @@ bool put_multileader_text(Job& job, const Record& context) {
 }
 
 bool put_multileader_block(Job& job, const Record& context) {
-  const auto found = context.has(341) ? job.file.blockOfHandle.find(handle_of(*context.find(341))) : job.file.blockOfHandle.end();
+  const auto found =
+      context.has(341) ? job.file.blockOfHandle.find(handle_of(*context.find(341))) : job.file.blockOfHandle.end();
   if (found == job.file.blockOfHandle.end()) return true;
   const int block = found->second;
   if (std::ranges::find(job.openBlocks, block) != job.openBlocks.end() ||
@@ -173,7 +175,8 @@ Outcome convert_multileader(Job& job, const Record& record) {
         const Vec along = unit(toTip, {1, 0, 0});
         const Vec back = tip - along * arrow;
         const Vec across = Vec{-along.y, along.x, 0} * (arrow / 6);
-        const Vec corners[4] = {job.place(tip), job.place(back + across), job.place(back - across), job.place(back - across)};
+        const Vec corners[4] = {job.place(tip), job.place(back + across), job.place(back - across),
+                                job.place(back - across)};
         good = job.out.solid(corners) && good;
       }
     }
@@ -208,7 +211,8 @@ Outcome convert_tolerance(Job& job, const Record& record) {
     const double wide = size_of_block(job, block).width + h;
     good = put_block(job, frame * translation({x + wide / 2, y, 0}), block) && good;
     std::vector<Vec> box;
-    for (const Vec& corner : {Vec{x, y - high / 2, 0}, Vec{x + wide, y - high / 2, 0}, Vec{x + wide, y + high / 2, 0}, Vec{x, y + high / 2, 0}})
+    for (const Vec& corner : {Vec{x, y - high / 2, 0}, Vec{x + wide, y - high / 2, 0}, Vec{x + wide, y + high / 2, 0},
+                              Vec{x, y + high / 2, 0}})
       box.push_back(frame(corner));
     good = put_chain(job, std::move(box), true) && good;
     x += wide;
@@ -236,12 +240,14 @@ Outcome convert_tolerance(Job& job, const Record& record) {
 
 Outcome convert_table(Job& job, const Record& record) {
   const int block = job.file.blockNames.find(record.word(2), job.file.decoder);
-  if (block < 0 || job.file.blocks[static_cast<std::size_t>(block)].entities == 0) return left_out("its block is not in the file");
+  if (block < 0 || job.file.blocks[static_cast<std::size_t>(block)].entities == 0)
+    return left_out("its block is not in the file");
   if (std::ranges::find(job.openBlocks, block) != job.openBlocks.end()) return left_out("a block within itself");
   if (job.file.expanded_count(block) > job.options.mostOfReference) return left_out("a block of too many entities");
   const Vec along = unit(record.point(11, {1, 0, 0}), {1, 0, 0});
   const Vec base = job.file.blocks[static_cast<std::size_t>(block)].base;
-  job.expand(block, frame_of(job, record) * translation(record.point(10)) * turning(std::atan2(along.y, along.x)) * translation(base * -1));
+  job.expand(block, frame_of(job, record) * translation(record.point(10)) * turning(std::atan2(along.y, along.x)) *
+                        translation(base * -1));
   return converted("the entities of its block");
 }
 

@@ -87,7 +87,8 @@ std::u32string DimensionStyle::length_text(double v) const {
 }
 
 std::u32string DimensionStyle::angle_text(double v) const {
-  const std::string text = number(degrees(v), TruncInt(value(179, "$DIMADEC", 0)), TruncInt(value(79, "$DIMAZIN", 0)) * 4);
+  const std::string text =
+      number(degrees(v), TruncInt(value(179, "$DIMADEC", 0)), TruncInt(value(79, "$DIMAZIN", 0)) * 4);
   return std::u32string(text.begin(), text.end()) + special_sign('d');
 }
 
@@ -102,8 +103,8 @@ bool put_arrow(Job& job, const Matrix& frame, const DimensionStyle& style, const
   const double size = style.arrow();
   if (size <= 0) return true;
   const Vec back = tip - along * size;
-  const Vec corners[4] = {frame(tip), frame(back + across * (size * kHalfWidth)), frame(back - across * (size * kHalfWidth)),
-                          frame(back - across * (size * kHalfWidth))};
+  const Vec corners[4] = {frame(tip), frame(back + across * (size * kHalfWidth)),
+                          frame(back - across * (size * kHalfWidth)), frame(back - across * (size * kHalfWidth))};
   return job.out.solid(corners);
 }
 

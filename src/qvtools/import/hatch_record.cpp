@@ -101,7 +101,8 @@ class HatchReader {
                                                     (tags_[at_ + 1].code == 11 || tags_[at_ + 1].code == 97))))
         ++at_;
       Record edge;
-      edge.tags.assign(tags_.begin() + static_cast<std::ptrdiff_t>(from), tags_.begin() + static_cast<std::ptrdiff_t>(at_));
+      edge.tags.assign(tags_.begin() + static_cast<std::ptrdiff_t>(from),
+                       tags_.begin() + static_cast<std::ptrdiff_t>(at_));
       add_edge(type, edge, points);
     }
   }
@@ -116,7 +117,8 @@ class HatchReader {
     else if (type == 4)
       add_spline(edge, piece);
     // Some write an edge the other way round.
-    if (!points.empty() && piece.size() > 1 && length(piece.front() - points.back()) > length(piece.back() - points.back()))
+    if (!points.empty() && piece.size() > 1 &&
+        length(piece.front() - points.back()) > length(piece.back() - points.back()))
       std::ranges::reverse(piece);
     points.insert(points.end(), piece.begin(), piece.end());
   }
@@ -144,7 +146,8 @@ class HatchReader {
     const double start = parameter(edge.real(50));
     const double end = sweep >= 360 - 1e-9 ? start + 2 * kPi : parameter(edge.real(50) + sweep);
     const double sign = counterClockwise ? 1 : -1;
-    flatten_ellipse({edge.real(10), edge.real(20), 0}, major, minor, sign * start, sign * (end - start), tolerance_, piece);
+    flatten_ellipse({edge.real(10), edge.real(20), 0}, major, minor, sign * start, sign * (end - start), tolerance_,
+                    piece);
   }
 
   void add_spline(const Record& edge, std::vector<Vec>& piece) const {
@@ -198,7 +201,8 @@ Hatch hatch_of(const Record& record, double tolerance) {
   for (const Tag& tag : record.tags) {
     gradient = gradient || tag.code == 450;
     if (gradient && tag.code == 63 && hatch.gradientColor == 0) hatch.gradientColor = integer_of(tag);
-    if (gradient && tag.code == 421 && hatch.gradientTrueColor < 0) hatch.gradientTrueColor = integer_of(tag) & 0xFFFFFF;
+    if (gradient && tag.code == 421 && hatch.gradientTrueColor < 0)
+      hatch.gradientTrueColor = integer_of(tag) & 0xFFFFFF;
   }
   return hatch;
 }

@@ -95,7 +95,8 @@ class Parser {
     } else if (c >= '0' && c <= '9') {
       unsigned code = 0;
       at_ += 2;
-      for (int n = 0; n < 3 && peek() >= '0' && peek() <= '9'; ++n) code = code * 10 + static_cast<unsigned>(text_[at_++] - '0');
+      for (int n = 0; n < 3 && peek() >= '0' && peek() <= '9'; ++n)
+        code = code * 10 + static_cast<unsigned>(text_[at_++] - '0');
       if (code >= 32 && code < 256) letter(code < 127 ? code : kSignBase + code);
     } else if ((c | 0x20) == 'u' || (c | 0x20) == 'o' || (c | 0x20) == 'k') {
       end_word();

@@ -32,7 +32,8 @@ struct Line {
 
 class Typesetter {
  public:
-  Typesetter(Job& job, const TextBlock& block) : job_(job), block_(block), wideSigns_(job.file.decoder.page == CodePage::Gbk) {
+  Typesetter(Job& job, const TextBlock& block)
+      : job_(job), block_(block), wideSigns_(job.file.decoder.page == CodePage::Gbk) {
     pieces_ = parse_paragraphs(block.text, block.format);
     break_lines();
     place_lines();
@@ -158,7 +159,8 @@ void Typesetter::break_lines() {
     // A word of several formats is not divided between them; its pieces follow each other at once.
     double whole = width;
     if (piece.kind == TextPiece::Word && (i == 0 || pieces_[i - 1].kind != TextPiece::Word))
-      for (std::size_t j = i + 1; j < pieces_.size() && j < i + 8 && pieces_[j].kind == TextPiece::Word && pieces_[j].text[0] < 0x2E80; ++j)
+      for (std::size_t j = i + 1;
+           j < pieces_.size() && j < i + 8 && pieces_[j].kind == TextPiece::Word && pieces_[j].text[0] < 0x2E80; ++j)
         whole += width_of(pieces_[j], 0);
     const bool breakable = piece.kind != TextPiece::Blank && line_.width > 0;
     const bool goesOn = piece.kind == TextPiece::Word && i > 0 && pieces_[i - 1].kind == TextPiece::Word &&
@@ -230,7 +232,8 @@ bool Typesetter::put_part(const Matrix& frame, const Placed& part, double x, dou
   return good;
 }
 
-bool Typesetter::put_letters(const Matrix& frame, const std::u32string& text, const TextFormat& format, double x, double y) {
+bool Typesetter::put_letters(const Matrix& frame, const std::u32string& text, const TextFormat& format, double x,
+                             double y) {
   Lettering lettering;
   lettering.text = text;
   if (!format.under && !format.over && !format.strike)

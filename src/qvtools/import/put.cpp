@@ -56,6 +56,63 @@ bool put_chain(Job& job, std::vector<Vec> points, bool closed) {
   return job.out.polyline(vertices_of(points), (closed ? 1 : 0) | (level ? 0 : kInSpace));
 }
 
+namespace {
+
+/// A point of a wide line that has been made straight, with its width before and behind it.
+struct WidePoint {
+  Vec at;
+  double before = 0;
+  double behind = 0;
+};
+
+std::vector<WidePoint> wide_points(std::span<const Vertex> vertices, bool closed, double tolerance) {
+  std::vector<WidePoint> points{{vertices[0].at}};
+  for (std::size_t i = 0; i + (closed ? 0 : 1) < vertices.size(); ++i) {
+    const Vertex& v = vertices[i];
+    std::vector<Vec> piece;
+    flatten_bulge(points.back().at, vertices[(i + 1) % vertices.size()].at, v.bulge, tolerance, piece);
+    for (std::size_t j = 0; j < piece.size(); ++j) {
+      const auto width = [&](std::size_t part) {
+        return v.startWidth +
+               (v.endWidth - v.startWidth) * static_cast<double>(part) / static_cast<double>(piece.size());
+      };
+      points.back().behind = width(j);
+      points.push_back({piece[j], width(j + 1)});
+    }
+  }
+  return points;
+}
+
+/// The bands of a wide line, mitred at its corners.
+bool put_bands(Job& job, const Matrix& frame, std::span<const Vertex> vertices, bool closed) {
+  const std::vector<WidePoint> points = wide_points(vertices, closed, job.options.tolerance);
+  const std::size_t edges = points.size() - 1;
+  const auto normal = [&](std::size_t edge) {
+    const Vec d = unit(points[edge + 1].at - points[edge].at, {1, 0, 0});
+    return Vec{-d.y, d.x, 0};
+  };
+  // Of two edges that meet; one that turns back has square ends.
+  const auto mitre = [&](std::size_t edge, std::size_t other) {
+    constexpr double kSharp = 0.3;
+    const Vec a = normal(edge);
+    const Vec b = normal(other);
+    return 1 + dot(a, b) < kSharp ? a : (a + b) * (1 / (1 + dot(a, b)));
+  };
+  bool good = true;
+  for (std::size_t i = 0; i < edges; ++i) {
+    const Vec start = i > 0 ? mitre(i, i - 1) : closed ? mitre(i, edges - 1) : normal(i);
+    const Vec end = i + 1 < edges ? mitre(i, i + 1) : closed ? mitre(i, 0) : normal(i);
+    const Vec a = start * (points[i].behind / 2);
+    const Vec b = end * (points[i + 1].before / 2);
+    const Vec corners[4] = {frame(points[i].at + a), frame(points[i].at - a), frame(points[i + 1].at + b),
+                            frame(points[i + 1].at - b)};
+    good = job.out.solid(corners) && good;
+  }
+  return good;
+}
+
+}  // namespace
+
 bool put_polyline(Job& job, const Matrix& frame, std::span<const Vertex> vertices, bool closed) {
   const PlanView view = plan_view(frame);
   if (vertices.size() < 2) return true;
@@ -73,9 +130,8 @@ bool put_polyline(Job& job, const Matrix& frame, std::span<const Vertex> vertice
                   points);
   if (closed) points.pop_back();
   for (Vec& p : points) p = frame(p);
-  if (vertices[0].startWidth > 0)
-    job.report.loss("widths of a polyline that is distorted were left out", job.report.place);
-  return put_chain(job, std::move(points), closed);
+  const bool wide = std::ranges::any_of(vertices, [](const Vertex& v) { return v.startWidth > 0 || v.endWidth > 0; });
+  return wide ? put_bands(job, frame, vertices, closed) : put_chain(job, std::move(points), closed);
 }
 
 namespace {
@@ -112,7 +168,8 @@ bool put_strokes(Job& job, const Run& run, const Vec& from, const Vec& to, const
 }  // namespace
 
 bool put_text(Job& job, const Matrix& frame, const Lettering& text) {
-  const std::vector<Run> runs = text.codes ? parse_line(text.text) : std::vector<Run>{{text.text, text.under, text.over, text.strike}};
+  const std::vector<Run> runs =
+      text.codes ? parse_line(text.text) : std::vector<Run>{{text.text, text.under, text.over, text.strike}};
   const bool wideSigns = job.file.decoder.page == CodePage::Gbk;
   std::vector<FontText> letters;
   std::string bytes;
@@ -142,51 +199,46 @@ bool put_text(Job& job, const Matrix& frame, const Lettering& text) {
     else
       width *= k;
   }
-  // Upside down is turned about and mirrored.
-  bool mirrored = (text.generation & 2) != 0;
-  if ((text.generation & 4) != 0) {
-    turn += kPi;
-    mirrored = !mirrored;
-  }
-  const Matrix own = frame * translation(at) * turning(turn);
+  // Backward and upside down are mirrored about the anchor; what is fitted stays between its points.
+  const bool backward = (text.generation & 2) != 0;
+  const bool upsideDown = (text.generation & 4) != 0;
+  if (fitted && backward) at = text.second;
+  const Matrix own = frame * translation(at) * turning(turn) * scaling(backward ? -1 : 1, upsideDown ? -1 : 1, 1);
   const double slant = std::tan(radians(std::clamp(text.oblique, -85.0, 85.0)));
   const Vec along = own.x;
   const Vec up = own.y + own.x * slant;
   const double stretch = std::hypot(along.x, along.y);
   const double area = along.x * up.y - along.y * up.x;
   if (!(stretch > 0) || !std::isfinite(stretch)) return is_finite(own.origin) && stretch == 0;
-  mirrored = mirrored != (area < 0);
 
   TextLine line;
   const double tall = std::fabs(area) / stretch;
   line.height = height * tall;
   line.width = tall > 0 ? width * stretch / tall : width;
   if (!(line.height > 0)) return std::isfinite(line.height);
-  const Vec direction = Vec{along.x, along.y, 0} * (1 / stretch);
+  Vec direction = Vec{along.x, along.y, 0} * (1 / stretch);
   const Vec normal = Vec{-direction.y, direction.x, 0} * (area < 0 ? -1 : 1);
   const Box box{text_width(bytes, line.height, line.width), line.height};
-  Vec left = anchor_offset(text, box);
-  const Vec baseShift = normal * left.y;
-  line.at = own.origin + direction * ((text.generation & 2) != 0 ? -left.x : left.x) + baseShift;
-  line.turn = degrees(std::atan2(direction.y, direction.x));
-  if (mirrored) {
-    // Kept readable: it fills the same box, begun from its other end.
+  const Vec left = anchor_offset(text, box);
+  line.at = own.origin + direction * left.x + normal * left.y;
+  if (area < 0) {
+    // Kept readable: it fills the same box, begun from another corner.
     job.report.loss("a mirrored text is shown readable", job.report.place);
-    const bool fromEnd = (text.generation & 2) != 0;
-    if (area < 0) {
-      line.at = line.at + direction * (fromEnd ? -box.width : 0.0) + normal * box.height;
-    } else if (fromEnd) {
-      line.at = line.at - direction * box.width;
+    if (direction.x < 0) {
+      line.at = line.at + direction * box.width;
+      direction = direction * -1;
+    } else {
+      line.at = line.at + normal * box.height;
     }
   }
+  line.turn = degrees(std::atan2(direction.y, direction.x));
   const Vec upward{-direction.y, direction.x, 0};
-  const double oblique =
-      degrees(std::atan2(up.x * direction.x + up.y * direction.y, tall > 0 ? std::fabs(area) / stretch : 1));
+  const double oblique = degrees(std::atan2(up.x * direction.x + up.y * direction.y, tall));
   line.style = {text.style, chinese, std::fabs(oblique) < 0.01 ? 0 : std::round(oblique * 100) / 100, 0};
   if (line.style.oblique != 0) job.report.loss("a slanted text is shown upright", job.report.place);
-  if (!mirrored && !fitted && text.horizontal > 0 && text.horizontal < 3) {
+  if (area > 0 && !backward && !fitted && text.horizontal > 0 && text.horizontal < 3) {
     line.justify = text.horizontal;
-    line.align = own.origin + baseShift;
+    line.align = own.origin + normal * left.y;
   }
   bool good = true;
   line.bytes = bytes;

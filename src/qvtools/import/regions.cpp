@@ -181,7 +181,9 @@ bool for_each_dash(const Loops& loops, const PatternLine& line, double most,
     dashes += 1 + (period > 0 ? run / period * static_cast<double>(line.dashes.size()) : 0);
   }
   if (!(dashes <= most)) return false;
-  const auto put_part = [&](double from, double to, double y) { put(turned.back({from, y, z}), turned.back({to, y, z})); };
+  const auto put_part = [&](double from, double to, double y) {
+    put(turned.back({from, y, z}), turned.back({to, y, z}));
+  };
   for (std::size_t i = 0; i + 1 < crossings.size(); i += 2) {
     const double from = crossings[i].along;
     const double to = crossings[i + 1].along;

@@ -9,10 +9,10 @@ namespace qv::importing {
 
 struct Hatch {
   bool solid = false;
-  int gradientColor = 0;      // ACI; 0: no gradient
+  int gradientColor = 0;  // ACI; 0: no gradient
   int gradientTrueColor = -1;
   double elevation = 0;
-  Loops loops;                // those that bound the area
+  Loops loops;  // those that bound the area
   std::vector<PatternLine> pattern;
 };
 Hatch hatch_of(const Record& record, double tolerance);

@@ -9,9 +9,9 @@ namespace qv::importing {
 /// How a piece of text looks.
 struct TextFormat {
   double height = 1;
-  double width = 1;      // factor
-  double oblique = 0;    // degrees
-  int color = -2;        // ACI; -1 the layer's, -2 the whole text's
+  double width = 1;    // factor
+  double oblique = 0;  // degrees
+  int color = -2;      // ACI; -1 the layer's, -2 the whole text's
   int trueColor = -1;
   bool under = false;
   bool over = false;
@@ -23,9 +23,9 @@ struct TextFormat {
 struct TextPiece {
   enum Kind { Word, Blank, Tab, Fraction, ParagraphEnd, ColumnEnd } kind = Word;
   TextFormat format;
-  std::u32string text;    // of a fraction the upper part
+  std::u32string text;  // of a fraction the upper part
   std::u32string lower;
-  char32_t divider = 0;   // of a fraction: '/', '#' or '^'
+  char32_t divider = 0;  // of a fraction: '/', '#' or '^'
   // Of the paragraph that begins behind its end, in heights of the text.
   double firstIndent = 0;
   double leftIndent = 0;

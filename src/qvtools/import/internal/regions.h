@@ -19,7 +19,7 @@ bool for_each_trapezoid(const Loops& loops, const std::function<void(const Vec (
 struct PatternLine {
   double angle = 0;  // radians
   Vec base;
-  Vec offset;        // from one line to the next, and along it
+  Vec offset;  // from one line to the next, and along it
   std::vector<double> dashes;
 };
 /// Calls `put` with the dashes within the area; both points alike for a dot. False, with nothing put, when there would
