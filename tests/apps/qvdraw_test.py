@@ -17,8 +17,8 @@ if QVDRAW[-1].endswith(".exe"):
     PICTURES = {".png": b"\x89PNG", ".emf": b"\x01\0\0\0"}
 
 
-def run(*words):
-    return subprocess.run([*QVDRAW, *words], capture_output=True, text=True, timeout=120)
+def run(*words, **environment):
+    return subprocess.run([*QVDRAW, *words], capture_output=True, text=True, timeout=120, env={**os.environ, **environment})
 
 
 class Demo(unittest.TestCase):
@@ -108,6 +108,46 @@ class Demo(unittest.TestCase):
             ogr = subprocess.run(["ogrinfo", "-so", drawing, "entities"], capture_output=True, text=True)
             self.assertIn("Feature Count: 20", ogr.stdout)
             os.remove(drawing)
+
+    def test_slides_keep_their_colours_and_empty_ones_are_told(self):
+        header = b"AutoCAD Slide\r\n\x1a\0V\x02" + struct.pack("<HHIHH", 640, 480, 13327000, 0, 0x1234)
+        for records, script, said in ((b"\xff\xff" + struct.pack("<4h", 100, 100, 200, 150), "color 7\nline 100.000", ""),
+                                      (b"", "", "the slide is empty")):
+            slide = os.path.join(self.out, "colour.sld")
+            with open(slide, "wb") as file:
+                file.write(header + records + b"\x00\xfc")
+            result = run("slide", slide, "-o", slide + ".scr")
+            self.assertEqual(result.returncode, 0)
+            self.assertIn(said, result.stderr)
+            with open(slide + ".scr", encoding="ascii") as file:
+                self.assertTrue(file.read().startswith(script))
+
+    def test_a_font_that_cannot_be_used_is_told(self):
+        with tempfile.TemporaryDirectory() as fonts:
+            with open(os.path.join(fonts, "txt.shx"), "wb") as file:
+                file.write(b"AutoCAD-86 unifont 1.0\r\n\x1a" + bytes(60))
+            said = run("info", self.drawings[0], QVTOOLS_FONTS=fonts).stderr
+        self.assertIn('it is of the kind "unifont" where shapes is needed', said)
+
+    def test_layers_and_widths_are_shown_as_they_are_meant(self):
+        lines = ["0 SECTION 2 TABLES 0 TABLE 2 LTYPE 70 1 0 LTYPE 2 DASHED 70 64 3 d 72 65 73 2 40 2 49 1 49 -1 0 ENDTAB",
+                 "0 TABLE 2 LAYER 70 2 0 LAYER 2 RED 70 64 62 1 6 DASHED 0 LAYER 2 ICE 70 65 62 5 6 CONTINUOUS 0 ENDTAB 0 ENDSEC",
+                 "0 SECTION 2 ENTITIES 0 LINE 8 RED 62 256 10 0 20 0 11 100 21 0 0 CIRCLE 8 ICE 10 500 20 500 40 400",
+                 "0 POLYLINE 8 RED 66 1 40 8 41 8 0 VERTEX 8 RED 10 0 20 50 0 VERTEX 8 RED 10 50 20 50 40 2 41 2",
+                 "0 VERTEX 8 RED 10 100 20 50 0 SEQEND 0 ENDSEC 0 EOF"]
+        words = " ".join(lines).split()
+        drawing = os.path.join(self.out, "meant.dxf")
+        with open(drawing, "w", encoding="ascii") as file:
+            file.writelines(f"{code:>3}\n{value}\n" for code, value in zip(words[::2], words[1::2]))
+        ppm = os.path.join(self.out, "meant.png")
+        self.assertEqual(run("render", drawing, "--window", "-10,-10,110,60", "--size", "480x280", "-o", ppm).returncode, 0)
+        pixels = subprocess.run(["convert", ppm, "-depth", "8", "rgb:-"], capture_output=True, check=True, timeout=60).stdout
+        width = len(pixels) // 3 // 280
+        colors = {pixels[i:i + 3] for i in range(0, len(pixels), 3)}
+        self.assertIn(b"\xff\0\0", colors)
+        self.assertNotIn(b"\0\0\xff", colors, "a frozen layer is not shown")
+        column = [pixels[3 * (y * width + 140):3 * (y * width + 140) + 3] for y in range(280)]
+        self.assertGreater(column.count(b"\xff\0\0"), 20, "a vertex without a width has the polyline's")
 
     def test_engineering_data_is_shown(self):
         field = os.path.join(self.out, "slab.field")

@@ -62,10 +62,10 @@ void CPtrList::delete_first() {
 }
 
 POSITION CPtrList::AddTail(void* data) {
-  if (!last_ || last_->end == slots_end(last_)) {
+  if (!last_ || last_->end == end_slot(last_)) {
     Block* const block = new_block();
     if (!block) return nullptr;
-    block->begin = block->end = slots(block);
+    block->begin = block->end = first_slot(block);
     (last_ ? last_->next : first_) = block;
     last_ = block;
   }
@@ -75,10 +75,10 @@ POSITION CPtrList::AddTail(void* data) {
 }
 
 POSITION CPtrList::AddHead(void* data) {
-  if (!first_ || first_->begin == slots(first_)) {
+  if (!first_ || first_->begin == first_slot(first_)) {
     Block* const block = new_block();
     if (!block) return nullptr;
-    block->begin = block->end = slots_end(block);
+    block->begin = block->end = end_slot(block);
     block->next = first_;
     first_ = block;
     if (!last_) last_ = block;

@@ -268,8 +268,8 @@ class QV_API CPtrList : public CObject {
   Block* block_of(POSITION position) const {
     return reinterpret_cast<Block*>(reinterpret_cast<std::uintptr_t>(position) & ~(blockBytes_ - 1));
   }
-  POSITION slots(Block* block) const { return reinterpret_cast<POSITION>(block + 1); }
-  POSITION slots_end(Block* block) const {
+  POSITION first_slot(Block* block) const { return reinterpret_cast<POSITION>(block + 1); }
+  POSITION end_slot(Block* block) const {
     return reinterpret_cast<POSITION>(reinterpret_cast<char*>(block) + blockBytes_);
   }
   Block* new_block() const;
