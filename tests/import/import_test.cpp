@@ -1,0 +1,359 @@
+#include "qvtools/import/import.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "qvtools/dxf/model/visit.h"
+#include "qvtools/fonts/shx.h"
+#include "qvtools/text/numbers.h"
+#include "support/temporary_directory.h"
+
+namespace {
+
+std::string number(double v) {
+  char text[32];
+  qv::format_text(text, sizeof text, "%.4g", std::fabs(v) < 1e-4 ? 0.0 : v);
+  return text;
+}
+std::string point(const qv::Point3& p) {
+  return " " + number(p.x) + "," + number(p.y) + (std::fabs(p.z) > 1e-4F ? "," + number(p.z) : "");
+}
+
+// What a record holds, in a few words.
+std::string words(const ACAD_POINT& r) {
+  return "POINT" + point(r.m_Point);
+}
+std::string words(const ACAD_LINE& r) {
+  return "LINE" + point(r.m_Start) + point(r.m_End);
+}
+std::string words(const ACAD_TEXT& r) {
+  return "TEXT" + point(r.m_Insert) + " h" + number(r.m_fHeight) + " w" + number(r.m_fWidthFactor) +
+         (r.m_fRotation != 0 ? " turn" + number(r.m_fRotation) : "") + " '" + r.m_szText + "'";
+}
+std::string words(const ACAD_CIRCLE& r) {
+  return "CIRCLE" + point(r.m_Center) + " r" + number(r.m_fRadius);
+}
+std::string words(const ACAD_ARC& r) {
+  return "ARC" + point(r.m_Center) + " r" + number(r.m_fRadius) + " " + number(r.m_fStartAngle) + "-" +
+         number(r.m_fEndAngle);
+}
+std::string words(const ACAD_POLYLINE& r) {
+  std::string text = r.m_nFlags ? "POLYLINE/" + number(r.m_nFlags) : "POLYLINE";
+  if (r.m_Vertices.GetSize() > 8) return text + " of many";
+  for (const ACAD_VERTEX& v : r.m_Vertices) {
+    text += point(v.m_Point);
+    if (v.m_fBulge != 0) text += "b" + number(v.m_fBulge);
+    if (v.m_fStartWidth != 0 || v.m_fEndWidth != 0) text += "w" + number(v.m_fStartWidth) + ":" + number(v.m_fEndWidth);
+  }
+  return text;
+}
+template <class Quadrilateral>
+std::string words(const Quadrilateral& r, const char* name) {
+  std::string text = name;
+  for (const qv::Point3& corner : r.m_Corner) text += point(corner);
+  return text;
+}
+std::string words(const ACAD_SOLID& r) {
+  return words(r, "SOLID");
+}
+std::string words(const ACAD_3DFACE& r) {
+  return words(r, "3DFACE");
+}
+std::string words(const ACAD_INSERT& r) {
+  return std::string("INSERT ") + r.m_szBlock + point(r.m_Insert);
+}
+
+std::string words(const CPtrList& list) {
+  std::string text;
+  for (POSITION at = list.GetHeadPosition(); at;) {
+    auto& entity = *static_cast<ACAD_ENTITY*>(list.GetNext(at));
+    text += (text.empty() ? "" : "; ") + qv::visit_entity(entity, [](const auto& r) {
+              std::string one = words(r);
+              if constexpr (requires { r.m_nColor; })
+                if (r.m_nColor >= 0) one += " c" + number(r.m_nColor);
+              if (std::string_view(r.m_szLayer) != "0") one += std::string(" on ") + r.m_szLayer;
+              return one;
+            });
+  }
+  return text;
+}
+
+/// Groups as lines: "10 5" is a code and a value, "/" parts groups.
+std::string groups(std::string_view text) {
+  std::string out;
+  while (!text.empty()) {
+    const std::size_t end = text.find('/');
+    std::string_view group = text.substr(0, end);
+    text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+    const std::size_t blank = group.find(' ');
+    out += std::string(group.substr(0, blank)) + "\n" +
+           std::string(blank == std::string_view::npos ? std::string_view() : group.substr(blank + 1)) + "\n";
+  }
+  return out;
+}
+
+class Import : public testing::Test {
+ protected:
+  int import(const std::string& bytes) {
+    return qv::Import(directory.write("in.dxf", bytes).c_str(), dxf, options, report);
+  }
+  /// The records that these groups become, within a file that has a block A (a line from 0,0 to 4,0 and a circle of
+  /// colour "by block" at 2,1) and a block B of A turned by 90 degrees.
+  std::string become(std::string_view entities) {
+    const std::string file = groups(
+        "0 SECTION/2 HEADER/9 $ACADVER/1 AC1015/0 ENDSEC/0 SECTION/2 BLOCKS/"
+        "0 BLOCK/8 0/2 A/70 0/10 0/20 0/0 LINE/8 0/10 0/20 0/11 4/21 0/0 CIRCLE/8 P/62 0/10 2/20 1/40 1/0 ENDBLK/"
+        "0 BLOCK/8 0/2 B/70 0/10 1/20 0/0 INSERT/8 0/2 A/10 1/20 0/50 90/62 0/0 ENDBLK/"
+        "0 BLOCK/8 0/2 RING/70 0/10 0/20 0/0 POINT/8 0/10 0/20 0/0 INSERT/8 0/2 RING/10 1/20 1/0 ENDBLK/0 ENDSEC/"
+        "0 SECTION/2 ENTITIES");
+    EXPECT_EQ(import(file + groups(entities) + groups("0 ENDSEC/0 EOF")), 1);
+    std::string text = words(dxf.m_EntityList);
+    for (POSITION at = dxf.m_BlockList.GetHeadPosition(); at;) {
+      const auto& block = *static_cast<ACAD_BLOCK*>(dxf.m_BlockList.GetNext(at));
+      text += std::string(" | ") + block.m_szName + ": " + words(block.m_EntityList);
+    }
+    return text;
+  }
+  const qv::ImportReport::Kind* kind(std::string_view name) const {
+    for (const qv::ImportReport::Kind& k : report.kinds)
+      if (k.name == name) return &k;
+    return nullptr;
+  }
+
+  qvtest::TemporaryDirectory directory;
+  DXF dxf;
+  qv::ImportOptions options;
+  qv::ImportReport report;
+};
+
+struct Case {
+  const char* entities;
+  const char* records;
+};
+
+// Coordinates below are worked out by hand from the definition of each kind.
+TEST_F(Import, EveryKindBecomesRecords) {
+  options.tolerance = 0.05;
+  const Case kCases[] = {
+      // As they are.
+      {"0 LINE/8 W/62 3/10 1/20 2/11 3/21 4", "LINE 1,2 3,4 c3 on W"},
+      {"0 LINE/8 0/10 1/11 2/20 3/21 4", "LINE 1,3 2,4"},
+      {"0 POINT/8 0/10 1/20 2/30 3", "POINT 1,2,3"},
+      {"0 TRACE/8 0/10 0/20 0/11 1/21 0/12 0/22 1/13 1/23 1", "SOLID 0,0 1,0 0,1 1,1"},
+      {"0 SOLID/8 0/10 0/20 0/11 1/21 0/12 0/22 1", "SOLID 0,0 1,0 0,1 0,1"},
+      {"0 3DFACE/8 0/70 5/10 0/20 0/11 1/21 0/12 1/22 1/13 0/23 1", "LINE 1,0 1,1; LINE 0,1 0,0"},
+      // Extrusion: seen from behind x runs to the left; tilted, a circle is no circle.
+      {"0 ARC/8 0/10 5/20 1/40 2/50 0/51 90/210 0/220 0/230 -1", "ARC -5,1 r2 90-180"},
+      {"0 ARC/8 0/10 5/20 1/40 2/50 30/51 30", "CIRCLE 5,1 r2"},
+      {"0 CIRCLE/8 0/10 0/20 0/40 2/210 0/220 1/230 1", "POLYLINE/9 of many"},
+      {"0 CIRCLE/8 0/10 0/20 0/40 2/210 0/220 0/230 0", "CIRCLE 0,0 r2"},
+      {"0 LINE/8 0/10 0/20 0/11 1/21 0/39 2", "LINE 0,0 1,0; 3DFACE 0,0 1,0 1,0,2 0,0,2"},
+      {"0 LWPOLYLINE/8 0/90 3/70 1/43 .5/38 2/10 0/20 0/42 1/10 4/20 0/10 4/20 4/210 0/220 0/230 -1",
+       "POLYLINE/1 0,0,-2b-1w0.5:0.5 -4,0,-2w0.5:0.5 -4,4,-2w0.5:0.5"},
+      {"0 LWPOLYLINE/8 0/10 0/20 0/40 1/41 2/10 4/20 0", "POLYLINE 0,0w1:2 4,0"},
+      // Polylines: a spline's frame is left out; a mesh and a polyface become faces.
+      {"0 POLYLINE/8 0/66 1/70 4/0 VERTEX/10 0/20 0/70 16/0 VERTEX/10 1/20 1/70 8/0 VERTEX/10 2/20 0/70 8/0 SEQEND",
+       "POLYLINE 1,1 2,0"},
+      {"0 POLYLINE/8 0/66 1/70 8/0 VERTEX/10 0/30 1/70 32/0 VERTEX/10 1/30 2/70 32/0 SEQEND", "LINE 0,0,1 1,0,2"},
+      {"0 POLYLINE/8 0/66 1/70 16/71 2/72 2/0 VERTEX/10 0/20 0/70 64/0 VERTEX/10 1/20 0/70 64/0 VERTEX/10 0/20 1/70 64/"
+       "0 VERTEX/10 1/20 1/70 64/0 SEQEND",
+       "3DFACE 0,0 1,0 1,1 0,1"},
+      {"0 POLYLINE/8 0/66 1/70 64/0 VERTEX/10 0/20 0/70 192/0 VERTEX/10 1/20 0/70 192/0 VERTEX/10 1/20 1/70 192/"
+       "0 VERTEX/70 128/71 1/72 -2/73 3/0 SEQEND",
+       "LINE 0,0 1,0; LINE 1,1 0,0"},
+      {"0 MESH/92 3/10 0/20 0/30 0/10 1/20 0/30 0/10 1/20 1/30 0/93 4/90 3/90 0/90 1/90 2", "3DFACE 0,0 1,0 1,1 1,1"},
+      // Curves: an ellipse that is round, half of one, and a spline of degree 1.
+      {"0 ELLIPSE/8 0/10 1/20 1/11 0/21 2/40 1/41 0/42 1.5707963267948966", "ARC 1,1 r2 90-180"},
+      {"0 ELLIPSE/8 0/10 0/20 0/11 2/21 0/40 .5/41 0/42 3.141592653589793",
+       "POLYLINE 2,0 1.618,0.5878 0.618,0.9511 -0.618,0.9511 -1.618,0.5878 -2,0"},
+      {"0 SPLINE/8 0/71 1/40 0/40 0/40 1/40 1/10 0/20 0/10 4/20 4", "POLYLINE 0,0 1,1 2,2 3,3 4,4"},
+      {"0 XLINE/8 0/10 0/20 0/11 1/21 0/0 LINE/8 0/10 -10/20 -10/11 10/21 10", "LINE -10,-10 10,10; LINE -11,0 11,0"},
+      // References: plain, scaled (layer 0 and "by block" come from the reference), nested, repeated, in a ring.
+      {"0 INSERT/8 0/2 A/10 5/20 5", "INSERT A 5,5 | A: LINE 0,0 4,0; CIRCLE 2,1 r1 on P"},
+      {"0 INSERT/8 L/62 5/2 a/10 5/20 5/41 -2/42 2",
+       "INSERT A 5,5 c5 on L | A: LINE 0,0 -8,0 on L; CIRCLE -4,2 r2 c5 on P"},
+      {"0 INSERT/8 0/62 5/2 B/10 5/20 5", "INSERT B 5,5 c5 | B: LINE 1,0 1,4; CIRCLE 0,2 r1 c5 on P"},
+      {"0 INSERT/8 0/2 A/10 0/20 0/50 90/70 2/71 1/44 3",
+       "INSERT A 0,0; INSERT A 0,3 | A: LINE 0,0 0,4; CIRCLE -1,2 r1 on P"},
+      {"0 INSERT/8 0/2 RING/10 5/20 5", "INSERT RING 5,5 | RING: POINT 0,0"},
+      {"0 INSERT/8 0/2 A/66 1/10 5/20 5/0 ATTRIB/8 0/10 1/20 2/40 3/41 1/1 seven/0 SEQEND",
+       "INSERT A 5,5; TEXT 1,2 h3 w1 'seven' | A: LINE 0,0 4,0; CIRCLE 2,1 r1 on P"},
+      // Texts.
+      {"0 TEXT/8 0/10 1/20 2/40 3/41 1/50 30/1 90%%d %%130", "TEXT 1,2 h3 w1 turn30 '90\x7F \x82'"},
+      {"0 TEXT/8 0/10 9/20 9/11 1/21 2/40 3/41 1/72 0/73 3/1 x", "TEXT 1,-1 h3 w1 'x'"},
+      {"0 TEXT/8 0/10 1/20 2/40 3/41 1/71 4/1 x", "TEXT 1,-1 h3 w1 'x'"},
+      {"0 TEXT/8 0/10 1/20 2/40 3/41 1/1 \\U+4E2D\\U+00F6", "TEXT 1,2 h3 w1 '\xD6\xD0\\U+00F6'"},
+      {"0 MTEXT/8 0/10 0/20 0/40 3/71 1/1 {\\C1;one}\\Ptwo", "TEXT 0,-3 h3 w0.75 'one' c1; TEXT 0,-8 h3 w0.75 'two'"},
+      {"0 MTEXT/8 0/10 0/20 0/11 0/21 1/40 3/71 7/1 a\\~b", "TEXT 0,0 h3 w0.75 turn90 'a b'"},
+      // Hatches: a square with a square hole, filled and with a line every 2.
+      {"0 HATCH/8 0/70 1/91 2/92 3/72 0/73 1/93 4/10 0/20 0/10 9/20 0/10 9/20 9/10 0/20 9/97 0/"
+       "92 16/93 4/72 1/10 3/20 3/11 6/21 3/72 1/10 6/20 3/11 6/21 6/72 1/10 6/20 6/11 3/21 6/72 1/10 3/20 6/11 3/21 "
+       "3/97 0/75 0",
+       "SOLID 0,0 9,0 0,3 9,3; SOLID 0,3 3,3 0,6 3,6; SOLID 6,3 9,3 6,6 9,6; SOLID 0,6 9,6 0,9 9,9"},
+      {"0 HATCH/8 0/70 0/91 1/92 3/73 1/93 4/10 0/20 0/10 9/20 0/10 9/20 4/10 0/20 4/75 0/78 1/53 0/43 1/44 0/45 1/46 "
+       "2/79 2/49 4/49 -2",
+       "LINE 0,0 5,0; LINE 7,0 9,0; LINE 0,2 0,2"},
+      // Dimensions without a block, leaders, frames.
+      {"0 DIMENSION/8 0/70 0/10 0/20 9/13 0/23 0/14 9/24 0/1  ",
+       "LINE 0,0.0625 0,9.18; LINE 9,0.0625 9,9.18; LINE 0,9 9,9; SOLID 0,9 0.18,8.97 0.18,9.03 0.18,9.03; "
+       "SOLID 9,9 8.82,9.03 8.82,8.97 8.82,8.97"},
+      {"0 LEADER/8 0/71 0/10 0/20 0/10 5/20 5/10 9/20 5", "POLYLINE 0,0 5,5 9,5"},
+      {"0 WIPEOUT/8 0/10 1/20 1/11 4/12 0/22 4/13 1/23 1/71 2/91 3/14 -.5/24 -.5/14 .5/24 -.5/14 .5/24 .5",
+       "POLYLINE/1 1,5 5,5 5,1"},
+      {"0 MLINE/8 0/11 0/21 0/13 0/23 1/74 1/41 0/75 0/74 1/41 -2/11 9/21 0/13 0/23 1/74 1/41 0/74 1/41 -2",
+       "LINE 0,0 9,0; LINE 0,-2 9,-2"},
+      // What cannot be shown is left out.
+      {"0 LINE/8 0/10 1e400/20 0/11 1/21 1/0 3DSOLID/8 0/0 NOVELTY/8 0/0 LINE/8 0/60 1/10 0/20 0/11 1/21 1", ""},
+  };
+  for (const Case& c : kCases) EXPECT_EQ(become(c.entities), c.records) << c.entities;
+  EXPECT_EQ(report.summary(), "2 LINE, 1 3DSOLID, 1 NOVELTY left out");
+  EXPECT_EQ(kind("NOVELTY")->line, 85);
+}
+
+TEST_F(Import, AnyFormOfFileIsRead) {
+  const std::string body = "0\nSECTION\n2\nENTITIES\n0\nLINE\n8\n0\n10\n1\n20\n2\n11\n3\n21\n4\n0\nENDSEC\n0\nEOF\n";
+  std::string padded;
+  std::string crOnly = body;
+  std::replace(crOnly.begin(), crOnly.end(), '\n', '\r');
+  for (const char* line = body.c_str(); *line; line = std::strchr(line, '\n') + 1)
+    padded += "   " + std::string(line, std::strchr(line, '\n')) + "  \r\n";
+  std::string wide = std::string("AutoCAD Binary DXF\r\n\x1A", 21) + '\0';
+  std::string narrow = wide;
+  const auto add = [&](int code, std::string_view value) {
+    wide += std::string{static_cast<char>(code), '\0'} + std::string(value);
+    narrow += std::string{static_cast<char>(code)} + std::string(value);
+  };
+  const auto real = [](double v) { return std::string(reinterpret_cast<const char*>(&v), sizeof v); };
+  using namespace std::string_view_literals;
+  add(0, "SECTION\0"sv), add(2, "ENTITIES\0"sv), add(0, "LINE\0"sv), add(8, "0\0"sv), add(10, real(1)),
+      add(20, real(2));
+  add(11, real(3)), add(21, real(4)), add(0, "ENDSEC\0"sv), add(0, "EOF\0"sv);
+  for (const std::string& file : {body, padded, crOnly, wide, narrow, "999\na comment\n" + body + "what stands behind",
+                                  body.substr(0, body.find("0\nENDSEC")),  // broken off
+                                  body.substr(body.find("0\nLINE"), body.find("0\nENDSEC") - body.find("0\nLINE")),
+                                  "0\nSECTION\n2\nENTITIES\n\n\n" + body.substr(22)}) {  // blank lines
+    ASSERT_EQ(import(file), 1) << file;
+    EXPECT_EQ(words(dxf.m_EntityList), "LINE 1,2 3,4") << file;
+  }
+  EXPECT_EQ(report.remarks.at(0).count, 2);
+  EXPECT_EQ(report.remarks.at(0).line, 5);
+  ASSERT_EQ(import(body.substr(0, body.find("0\nENDSEC"))), 1);
+  EXPECT_FALSE(report.complete);
+  EXPECT_EQ(import("no drawing at all"), 0);
+  EXPECT_EQ(words(dxf.m_EntityList), "LINE 1,2 3,4") << "a failure leaves the document as it was";
+}
+
+TEST_F(Import, CodePagesAreKnown) {
+  const struct {
+    const char* header;
+    const char* bytes;
+    qv::CodePage page;
+    const char* record;
+  } kCases[] = {
+      {"9\n$ACADVER\n1\nAC1015\n9\n$DWGCODEPAGE\n3\nANSI_1252\n", "\xF8 \xE9", qv::CodePage::Windows1252,
+       "\\U+00F8 \xA8\xA6"},
+      {"9\n$ACADVER\n1\nAC1015\n9\n$DWGCODEPAGE\n3\ndos850\n", "\xF8", qv::CodePage::Dos850, "\x7F"},
+      {"9\n$ACADVER\n1\nAC1015\n9\n$DWGCODEPAGE\n3\nANSI_950\n", "\xA4\xA4", qv::CodePage::Big5, "\xD6\xD0"},
+      {"9\n$ACADVER\n1\nAC1015\n9\n$DWGCODEPAGE\n3\nANSI_936\n", "\xE4\xB8\xAD", qv::CodePage::Utf8, "\xD6\xD0"},
+      {"9\n$ACADVER\n1\nAC1021\n", "\xE4\xB8\xAD", qv::CodePage::Utf8, "\xD6\xD0"},
+      {"",
+       "\xD6\xD0\x82"
+       "25",
+       qv::CodePage::Gbk,
+       "\xD6\xD0\x82"
+       "25"},
+      {"", "\xFF", qv::CodePage::Windows1252, "\\U+00FF"},
+  };
+  for (const auto& c : kCases) {
+    ASSERT_EQ(import(std::string("0\nSECTION\n2\nHEADER\n") + c.header +
+                     "0\nENDSEC\n0\nSECTION\n2\nENTITIES\n0\nTEXT\n8\n0\n10\n0\n20\n0\n40\n1\n1\n" + c.bytes +
+                     "\n0\nENDSEC\n0\nEOF\n"),
+              1);
+    EXPECT_EQ(report.encoding, c.page) << c.bytes;
+    ASSERT_EQ(dxf.m_EntityList.GetCount(), 1);
+    EXPECT_STREQ(static_cast<ACAD_TEXT*>(dxf.m_EntityList.GetHead())->m_szText, c.record) << c.bytes;
+  }
+}
+
+TEST_F(Import, DrawingsFarAwayComeNearInTheUnitAskedFor) {
+  const std::string far = groups(
+      "0 SECTION/2 HEADER/9 $INSUNITS/70 6/0 ENDSEC/0 SECTION/2 ENTITIES/"
+      "0 LINE/8 0/10 568053.449/20 5774347.227/11 568063.449/21 5774357.227/0 ENDSEC/0 EOF");
+  options.unit = qv::Unit::Millimetre;
+  ASSERT_EQ(import(far), 1);
+  const auto& line = *static_cast<ACAD_LINE*>(dxf.m_EntityList.GetHead());
+  EXPECT_EQ(report.scale, 1000);
+  EXPECT_NEAR(report.offset[0] + static_cast<double>(line.m_Start.x), 568053449, 0.01);
+  EXPECT_NEAR(report.offset[1] + static_cast<double>(line.m_End.y), 5774357227, 0.01);
+  EXPECT_LT(line.m_End.x, 100000);
+  EXPECT_EQ(std::fmod(report.offset[0], 1000), 0);
+}
+
+TEST_F(Import, LayersKeepWhatTheyCanAndNotesHoldTheRest) {
+  ASSERT_EQ(
+      import(groups("0 SECTION/2 TABLES/0 TABLE/2 LTYPE/70 1/0 LTYPE/2 DASH/3 d/72 65/73 2/40 3/49 2/49 -1/0 ENDTAB/"
+                    "0 TABLE/2 LAYER/70 9/0 LAYER/2 ENTITIES/70 1/62 -3/6 DASH/370 50/"
+                    "0 LAYER/2 A name that is longer than a field 1/70 0/62 1/290 0/"
+                    "0 LAYER/2 A name that is longer than a field 2/70 0/62 1/420 3368652/0 ENDTAB/0 ENDSEC/"
+                    "0 SECTION/2 ENTITIES/0 LINE/8 entities/48 2/420 255/370 35/10 0/20 0/11 1/21 1/0 ENDSEC/0 EOF")),
+      1);
+  ASSERT_EQ(dxf.m_nLayer, 4);
+  EXPECT_STREQ(dxf.m_pLayer[0].m_szName, "ENTITIES_");
+  EXPECT_EQ(dxf.m_pLayer[0].m_nColor, -3);
+  EXPECT_STREQ(dxf.m_pLayer[1].m_szName, "A name that is longer than a ");
+  EXPECT_STREQ(dxf.m_pLayer[2].m_szName, "A name that is longer than _2");
+  const auto& line = *static_cast<ACAD_LINE*>(dxf.m_EntityList.GetHead());
+  EXPECT_STREQ(line.m_szLType, "DASH_2");
+  EXPECT_EQ(dxf.m_pLType[2].m_fElement[0], 4);
+  EXPECT_EQ(line.m_nColor, 5);
+  ASSERT_NE(report.notes.find(&line), nullptr);
+  EXPECT_EQ(report.notes.find(&line)->trueColor, 255);
+  EXPECT_EQ(report.notes.find(&line)->lineWeight, 35);
+  const qv::DrawingNotes::Layer& layer = report.notes.layers.at(0);
+  EXPECT_TRUE(layer.off && layer.frozen && layer.plotted && layer.lineWeight == 50);
+  EXPECT_FALSE(report.notes.layers.at(1).plotted);
+}
+
+TEST_F(Import, SheetsShowModelSpaceThroughTheirWindows) {
+  options.layout = "plan";
+  ASSERT_EQ(
+      import(groups("0 SECTION/2 BLOCKS/0 BLOCK/5 AA/2 *Paper_Space/70 0/10 0/20 0/0 ENDBLK/0 ENDSEC/"
+                    "0 SECTION/2 ENTITIES/0 LINE/8 0/10 0/20 5/11 100/21 5/0 TEXT/8 0/67 1/10 1/20 1/40 2/41 1/1 sheet/"
+                    "0 VIEWPORT/8 0/67 1/68 2/69 2/10 50/20 50/40 20/41 10/12 10/22 5/45 10/0 ENDSEC/"
+                    "0 SECTION/2 OBJECTS/0 LAYOUT/100 AcDbLayout/1 Plan/71 1/330 AA/0 ENDSEC/0 EOF")),
+      1);
+  // Ten units high at 1:1: the window shows x from 0 to 20 about 10, 5.
+  EXPECT_EQ(words(dxf.m_EntityList), "TEXT 1,1 h2 w1 'sheet'; LINE 40,50 60,50");
+  options.layout = "none";
+  EXPECT_EQ(import(groups("0 SECTION/2 ENTITIES/0 ENDSEC/0 EOF")), 0);
+}
+
+TEST_F(Import, WhatWouldGrowWithoutBoundsIsRefused) {
+  const auto reason = [&](std::string_view name) { return kind(name) ? kind(name)->reason : std::string(); };
+  become("0 INSERT/8 0/2 A/10 0/20 0/70 1000/71 1000/44 1/45 1");
+  EXPECT_EQ(reason("INSERT"), "more records than one reference may make");
+  become("0 INSERT/8 0/2 NONE/10 0/20 0");
+  EXPECT_EQ(reason("INSERT"), "its block is not in the file");
+  become(
+      "0 HATCH/8 0/70 0/91 1/92 3/73 1/93 3/10 0/20 0/10 9/20 0/10 9/20 4/75 0/78 1/53 0/43 0/44 0/45 0/46 .0000001/79 "
+      "0");
+  EXPECT_EQ(reason("HATCH"), "a pattern of too many dashes: its border is shown");
+  become("0 SPLINE/8 0/71 40/40 0/10 0/20 0/10 1/20 1");
+  EXPECT_EQ(reason("SPLINE"), "a spline of too few points or too high a degree");
+  become("0 SPLINE/8 0/71 3/40 5/40 nan/40 1/10 0/20 0/10 1/20 1/10 2/20 0/10 3/20 1");
+  EXPECT_EQ(dxf.m_EntityList.GetCount(), 1) << "bad knots are replaced";
+  // Nested blocks that double at every level.
+  std::string blocks;
+  for (int i = 0; i < 40; ++i) {
+    const std::string inner = "0 INSERT/8 0/2 B" + std::to_string(i + 1) + "/10 0/20 0/";
+    blocks +=
+        "0 BLOCK/8 0/2 B" + std::to_string(i) + "/70 0/10 0/20 0/0 POINT/8 0/10 0/20 0/" + inner + inner + "0 ENDBLK/";
+  }
+  ASSERT_EQ(import(groups("0 SECTION/2 BLOCKS/" + blocks +
+                          "0 ENDSEC/0 SECTION/2 ENTITIES/0 INSERT/8 0/2 B0/10 0/20 0/0 ENDSEC/0 EOF")),
+            1);
+  EXPECT_EQ(reason("INSERT"), "a block of too many entities");
+}
+
+}  // namespace
