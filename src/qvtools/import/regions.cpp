@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <limits>
-#include <unordered_map>
+#include <map>
 
 namespace qv::importing {
 
@@ -34,7 +34,7 @@ class Sweep {
  public:
   Sweep(std::vector<Edge> edges, const std::function<void(const Vec (&corners)[4])>& put)
       : edges_(std::move(edges)), put_(put) {
-    std::ranges::sort(edges_, {}, [](const Edge& e) { return e.low.y; });
+    std::ranges::stable_sort(edges_, {}, [](const Edge& e) { return e.low.y; });
     for (const Edge& edge : edges_) {
       levels_.push_back(edge.low.y);
       levels_.push_back(edge.high.y);
@@ -66,7 +66,7 @@ class Sweep {
   void band(double low, double high, int depth) {
     // In the band's middle the edges lie in their order; where two change it, they cross, and the band is divided.
     const double mid = low + (high - low) / 2;
-    std::ranges::sort(active_, {}, [&](std::size_t e) { return edges_[e].x_at(mid); });
+    std::ranges::stable_sort(active_, {}, [&](std::size_t e) { return edges_[e].x_at(mid); });
     work_ += active_.size();
     for (std::size_t i = 0; i + 1 < active_.size() && depth > 0; ++i) {
       const double y = crossing(edges_[active_[i]], edges_[active_[i + 1]], low, high);
@@ -75,7 +75,7 @@ class Sweep {
       band(y, high, depth - 1);
       return;
     }
-    std::unordered_map<Key, double> now;
+    std::map<Key, double> now;
     for (std::size_t i = 0; i + 1 < active_.size(); i += 2) {
       const Key key = static_cast<Key>(active_[i]) << 32 | active_[i + 1];
       const auto before = open_.find(key);
@@ -112,7 +112,7 @@ class Sweep {
   const std::function<void(const Vec (&corners)[4])>& put_;
   std::vector<double> levels_;
   std::vector<std::size_t> active_;
-  std::unordered_map<Key, double> open_;  // by the edges that bound it: where it began
+  std::map<Key, double> open_;  // by the edges that bound it: where it began
   std::size_t work_ = 0;
 };
 
