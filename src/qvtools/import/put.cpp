@@ -93,7 +93,7 @@ bool put_bands(Job& job, const Matrix& frame, std::span<const Vertex> vertices, 
   };
   // Of two edges that meet; one that turns back has square ends.
   const auto mitre = [&](std::size_t edge, std::size_t other) {
-    constexpr double kSharp = 0.3;
+    constexpr double kSharp = 0.1;
     const Vec a = normal(edge);
     const Vec b = normal(other);
     return 1 + dot(a, b) < kSharp ? a : (a + b) * (1 / (1 + dot(a, b)));
