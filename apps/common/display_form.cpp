@@ -1,6 +1,7 @@
 #include "common/display_form.h"
 
 #include <algorithm>
+#include <climits>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
@@ -24,7 +25,9 @@ int LayerTable::find(std::string_view name) const {
 }
 
 int LayerTable::color(int index) const {
-  return index < 0 ? kWhite : std::abs(dxf_.m_pLayer[static_cast<std::size_t>(index)].m_nColor);
+  if (index < 0) return kWhite;
+  const int color = dxf_.m_pLayer[static_cast<std::size_t>(index)].m_nColor;
+  return color < 0 ? -std::max(color, -INT_MAX) : color;
 }
 
 const char* LayerTable::line_type(int index) const {

@@ -39,8 +39,9 @@ class LayerTable {
 /// shown as black, on a dark one black as white.
 int shown_color(int own, int layerColor, bool lightBackground);
 
-/// Gives a record that takes its layer's line type that of the layer (by its index), and sets its colour to what shows
-/// it. Returns the colour that it had.
+/// Writes into a record what shows it: the line type of its layer (by its index) where it takes that one, solid for texts;
+/// its colour; the polyline's width at vertices without one of their own; characters for "\\U+XXXX" where they are known.
+/// Returns the colour that it had.
 int resolve(ACAD_ENTITY& entity, int layer, const LayerTable& layers, bool lightBackground);
 
 /// The same for all entities of the drawing and of its blocks.

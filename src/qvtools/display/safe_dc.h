@@ -47,7 +47,7 @@ class QV_API CSafeDC {
     const int from_x = std::exchange(x_, x), from_y = std::exchange(y_, y);
     if (!dc_) return 0;
     SetLimit();
-    // One branch for all: an end outside is not to be guessed.
+    // One branch for all four tests: separate ones are mispredicted.
     if ((inside(from_x, right_) & inside(from_y, bottom_) & inside(x, right_) & inside(y, bottom_)) != 0) {
       dc_->MoveTo(from_x, from_y);
       dc_->LineTo(x, y);

@@ -8,8 +8,8 @@
 namespace qv::detail {
 
 /// What of the world the limits of a context can show, a few pixels more on every side: most of a large drawing lies
-/// outside a small window, and is passed over without being taken to the device. A metafile, and a transform that turns
-/// x over, show everything.
+/// outside a small window, and is passed over without being taken to the device. A metafile, and a scale that is
+/// not positive, show everything.
 class WorldWindow {
  public:
   static constexpr double kMargin = 4;

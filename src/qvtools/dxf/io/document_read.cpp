@@ -220,7 +220,7 @@ int DXF::Read_FileDxf_To_Mem(const char* fileName, const std::function<bool(doub
   if (!m_nMemFlag || !open_to_read(fileName)) return 0;
   Read_Tables();
   load_blocks();
-  if (!Find_Start_Entities()) return 0;
+  if (!Find_Start_Entities()) return close_file(), 0;
   const bool whole = load_entities(progress);
   close_file();
   return whole ? 1 : 0;

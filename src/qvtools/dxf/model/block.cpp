@@ -4,6 +4,7 @@
 #include <memory>
 #include <type_traits>
 
+#include "qvtools/dxf/model/visit.h"
 #include "qvtools/services/internal/out_of_memory.h"
 #include "qvtools/text/gbk_text.h"
 
@@ -29,8 +30,7 @@ namespace {
 using detail::unless_out_of_memory;
 
 template <class Record>
-ACAD_ENTITY* clone(ACAD_ENTITY& entity) {
-  auto& record = static_cast<Record&>(entity);
+ACAD_ENTITY* clone(const Record& record) {
   if constexpr (std::is_copy_constructible_v<Record>) {
     return new (std::nothrow) Record(record);
   } else {
@@ -43,11 +43,7 @@ ACAD_ENTITY* clone(ACAD_ENTITY& entity) {
 }  // namespace
 
 ACAD_ENTITY* CloneEntity(ACAD_ENTITY& entity) {
-  static constexpr decltype(&clone<ACAD_LINE>) kClone[] = {clone<ACAD_POINT>,  clone<ACAD_LINE>,   clone<ACAD_TEXT>,
-                                                           clone<ACAD_CIRCLE>, clone<ACAD_ARC>,    clone<ACAD_POLYLINE>,
-                                                           clone<ACAD_SOLID>,  clone<ACAD_3DFACE>, clone<ACAD_INSERT>};
-  const int type = entity.GetType();
-  return type >= ACAD_TYPE_POINT && type <= ACAD_TYPE_INSERT ? kClone[type](entity) : nullptr;
+  return visit_entity(entity, [](const auto& record) { return clone(record); });
 }
 
 }  // namespace qv

@@ -45,7 +45,11 @@ bool DXF::merge_table(std::unique_ptr<Entry[]>& table, int& count, int& room, co
   const std::unique_ptr<bool[]> missing(new (std::nothrow) bool[static_cast<std::size_t>(otherCount)]);
   if (!missing) return false;
   int wanted = count;
-  for (int i = 0; i < otherCount; ++i) wanted += missing[static_cast<std::size_t>(i)] = present.add(other[i]);
+  for (int i = 0; i < otherCount; ++i) {
+    const bool added = present.add(other[i]);
+    missing[static_cast<std::size_t>(i)] = added;
+    wanted += added;
+  }
   if (m_nOpenMode == 1 && wanted > room && !grow(table, count, room, wanted)) return false;
   for (int i = 0; i < otherCount; ++i) {
     if (!missing[static_cast<std::size_t>(i)]) continue;

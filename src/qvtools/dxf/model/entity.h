@@ -57,8 +57,7 @@ class QV_API ACAD_ENTITY : public qv::PooledRecord {
   virtual ACAD_Entity_Type GetType();
   /// The plan extent in world units.
   virtual CFRect GetFRect();
-  /// Draws in plan, displaced by (dx, dy) world units, with a one-pixel pen of the entity's colour and line type. The
-  /// library-wide clipping context is set to `dc`.
+  /// Draws in plan, displaced by (dx, dy) world units, with a one-pixel pen of the entity's colour and line type.
   virtual void Draw(CDC* dc, CFCoor* coor, float dx, float dy);
   /// The extent of the entity projected for the view angles a and b (radians; see `TouYing3Dto2D`).
   virtual CFRect GetFRect3D(float a, float b);

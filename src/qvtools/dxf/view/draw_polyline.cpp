@@ -1,10 +1,9 @@
 #include <algorithm>
 #include <cmath>
-#include <new>
 #include <vector>
 
 #include "qvtools/dxf/view/internal/draw.h"
-#include "qvtools/services/messages.h"
+#include "qvtools/services/internal/out_of_memory.h"
 #include "qvtools/text/numbers.h"
 
 namespace qv::detail {
@@ -143,8 +142,12 @@ std::vector<CPoint> cut(const std::vector<CPoint>& polygon, int CPoint::*along, 
   return kept;
 }
 
-std::vector<CPoint> cut_to_limits(const CPoint* points, int n, const CRect& limits) {
+constexpr int kReach = 30000;  // of what devices fill, both ways
+
+std::vector<CPoint> cut_to_limits(const CPoint* points, int n, CRect limits) {
   constexpr int kMargin = 64;  // so that no cut shows on the limits
+  limits.right = std::min(limits.right, kReach - kMargin);
+  limits.bottom = std::min(limits.bottom, kReach - kMargin);
   std::vector<CPoint> polygon(points, points + n);
   polygon = cut(polygon, &CPoint::x, &CPoint::y, limits.left - kMargin, false);
   polygon = cut(polygon, &CPoint::x, &CPoint::y, limits.right + kMargin, true);
@@ -188,13 +191,14 @@ void draw_segments(const std::vector<Segment>& segments, bool closed, COLORREF c
 }  // namespace
 
 void fill(const CPoint* points, int n, COLORREF color, DrawingContext& to) {
-  constexpr int kReach = 30000;  // of what devices fill
   const auto within = [](const CPoint& p) {
     return p.x >= -kReach && p.x <= kReach && p.y >= -kReach && p.y <= kReach;
   };
   if (to.dc()->IsMetafile() || std::all_of(points, points + n, within)) return fill_region(points, n, color, to);
-  const std::vector<CPoint> visible = cut_to_limits(points, n, to.safe().Limits());
-  fill_region(visible.data(), static_cast<int>(visible.size()), color, to);
+  unless_out_of_memory([&] {
+    const std::vector<CPoint> visible = cut_to_limits(points, n, to.safe().Limits());
+    fill_region(visible.data(), static_cast<int>(visible.size()), color, to);
+  });
 }
 
 void fill_wide(const Segment* segments, int n, bool closed, COLORREF color, DrawingContext& to) {
@@ -211,7 +215,7 @@ void fill_wide(const Segment* segments, int n, bool closed, COLORREF color, Draw
   fill(outline.data(), static_cast<int>(outline.size()), color, to);
 }
 
-void draw(const ACAD_POLYLINE& r, const Plane& plane, DrawingContext& to) try {
+void draw(const ACAD_POLYLINE& r, const Plane& plane, DrawingContext& to) {
   to.select(pen_style(r.m_szLType), r.m_nColor);
   bool wide = false;
   for_each_segment(r, plane, [&](const Segment& s) { wide = wide || is_wide(std::max(s.startWidth, s.endWidth), to); });
@@ -219,13 +223,13 @@ void draw(const ACAD_POLYLINE& r, const Plane& plane, DrawingContext& to) try {
     for_each_segment(r, plane, [&](const Segment& s) { draw_shape(s.shape(), s.from, s.to, to); });
     return;
   }
-  std::vector<Segment> segments;
-  for_each_segment(r, plane, [&](const Segment& s) {
-    if (!s.is_point()) segments.push_back(s);
+  unless_out_of_memory([&] {
+    std::vector<Segment> segments;
+    for_each_segment(r, plane, [&](const Segment& s) {
+      if (!s.is_point()) segments.push_back(s);
+    });
+    draw_segments(segments, (r.m_nFlags & 1) != 0, to.ink(r.m_nColor), to);
   });
-  draw_segments(segments, (r.m_nFlags & 1) != 0, to.ink(r.m_nColor), to);
-} catch (const std::bad_alloc&) {
-  tell_error(301, "Out of memery in Draw !");
 }
 
 }  // namespace qv::detail

@@ -3,6 +3,7 @@
 #include "qvtools/dxf/model/internal/kinds.h"
 #include "qvtools/dxf/model/internal/name_index.h"
 #include "qvtools/dxf/model/internal/walk.h"
+#include "qvtools/services/internal/out_of_memory.h"
 
 namespace qv::detail {
 
@@ -19,7 +20,6 @@ class EdgeHits {
     decided_ = hit == (pick_.mode != 0);
     result_ = hit;
   }
-  bool decided() const { return decided_; }
   bool result() const { return any_ && result_; }
 
  private:
@@ -80,7 +80,7 @@ bool hit(const ACAD_INSERT&, const Plane&, const Pick&) {
   return false;
 }
 
-/// A program's own kind is asked, with the region moved to where the kind believes to be.
+/// A program's own kind is asked, with the region moved back by the insert's shift, of which the entity knows nothing.
 bool picks_own(ACAD_ENTITY& entity, const Plane& plane, const Pick& pick) {
   CFRegion region = pick.region;
   const CFPoint shift = plane.shift();
@@ -125,19 +125,20 @@ bool picks_block(const ACAD_BLOCK& block, const ACAD_INSERT& insert, const Plane
 using namespace qv::detail;
 
 int ACAD_BLOCK::HitTest(const CFRegion& region, int mode, float a, float b, ACAD_INSERT* insert) {
-  return picks_block(*this, *insert, Plane(a, b), Pick(region, mode)) ? 1 : 0;
+  return unless_out_of_memory([&] { return picks_block(*this, *insert, Plane(a, b), Pick(region, mode)) ? 1 : 0; }, 0);
 }
 
 int ACAD_BLOCK::HitTest(const CFRect& rect, int mode, float a, float b, ACAD_INSERT* insert) {
-  return HitTest(CFRegion(rect), mode, a, b, insert);
+  return unless_out_of_memory([&] { return HitTest(CFRegion(rect), mode, a, b, insert); }, 0);
 }
 
-int DXF::HitTest(const CFRegion& region, int mode, float a, float b) {
-  const Plane plane(a, b);
-  const Pick pick(region, mode);
-  InsertedBlocks blocks(*this);
+namespace {
+
+/// The number of the first entity of a document that a pick takes; 0 when it takes none.
+int first_picked(DXF& dxf, const Plane& plane, const Pick& pick) {
+  InsertedBlocks blocks(dxf);
   int index = 0;
-  const bool found = walk_until(m_EntityList, [&](ACAD_ENTITY& entity) {
+  const bool found = walk_until(dxf.m_EntityList, [&](ACAD_ENTITY& entity) {
     ++index;
     if (entity.GetType() != ACAD_TYPE_INSERT) return picks_entity(entity, plane, pick);
     const auto& insert = static_cast<ACAD_INSERT&>(entity);
@@ -147,6 +148,12 @@ int DXF::HitTest(const CFRegion& region, int mode, float a, float b) {
   return found ? index : 0;
 }
 
+}  // namespace
+
+int DXF::HitTest(const CFRegion& region, int mode, float a, float b) {
+  return unless_out_of_memory([&] { return first_picked(*this, Plane(a, b), Pick(region, mode)); }, 0);
+}
+
 int DXF::HitTest(const CFRect& rect, int mode, float a, float b) {
-  return HitTest(CFRegion(rect), mode, a, b);
+  return unless_out_of_memory([&] { return HitTest(CFRegion(rect), mode, a, b); }, 0);
 }

@@ -119,8 +119,8 @@ Grown reach(const ACAD_POLYLINE& r, const Plane& plane) {
     bulge = std::max<double>(bulge, std::fabs(vertex.m_fBulge));
   }
   if (box.empty()) return box;
-  // An arc lies within its circle's diameter, d (1/b + b) / 2, of its ends, and for b < 1 within the chord's length;
-  // the corner of two bands within two and a half widths of its vertex.
+  // No point of an arc lies farther from its nearer end than its apex does, chord / 2 * sqrt(1 + b^2), which is at most
+  // chord * (1 + b) / 2; the tip of a mitre lies within five half widths of its vertex.
   const double chord = std::hypot(static_cast<double>(box.x2) - box.x1, static_cast<double>(box.y2) - box.y1);
   box.widen((bulge > 0 ? chord * (1 + bulge) / 2 : 0) + width * 2.5);
   return box;
@@ -198,7 +198,7 @@ struct PreparedDrawing::Builder {
   void add_record(ACAD_TEXT& text) {
     const double reach = note_reach(text);
     const CFPoint at = plane(text.m_Insert);
-    const double length = (reach - kOverhang) * text.m_fHeight;
+    const double length = detail::text_width(text, text.m_fHeight);
     const double angle = text.m_fRotation * std::numbers::pi / 180;
     const Box ends{at.x, at.y, static_cast<float>(at.x + length * std::cos(angle)),
                    static_cast<float>(at.y + length * std::sin(angle))};

@@ -4,6 +4,7 @@
 /// report and a result here.
 
 #include <new>
+#include <stdexcept>
 
 #include "qvtools/services/messages.h"
 
@@ -15,9 +16,10 @@ auto unless_out_of_memory(const F& f, const Result& failed) noexcept -> decltype
   try {
     return f();
   } catch (const std::bad_alloc&) {
-    tell_error(301, "Out of memery !");
-    return failed;
+  } catch (const std::length_error&) {  // more than a container can ever hold
   }
+  tell_error(301, "Out of memery !");
+  return failed;
 }
 
 /// The same for what has no result.

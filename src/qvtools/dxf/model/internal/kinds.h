@@ -1,8 +1,6 @@
 #pragma once
 
-/// The nine kinds of entity, for what every kind does in the same way: X(class, type) for each. The bodies of their
-/// operations stand in three places: what a record is in entity.cpp, its file form in io/entity_io.cpp, how it is
-/// measured and drawn in view/entity_view.cpp.
+/// The nine kinds of entity, for what every kind does in the same way: X(class, type) for each.
 
 #define QV_FOR_EACH_ENTITY_KIND(X)     \
   X(ACAD_POINT, ACAD_TYPE_POINT)       \

@@ -1,7 +1,7 @@
 #pragma once
 
-/// What drawing, extents and picks share: the plane of a view, and the outlines of the kinds in it. What is drawn is
-/// what is measured.
+/// What drawing, extents and picks share: the plane of a view, and the outlines of the kinds in it. What is drawn is what
+/// is measured; wide polylines are measured along their middle lines.
 
 #include <cmath>
 
