@@ -5,6 +5,7 @@
 #include <cstring>
 #include <limits>
 
+#include "qvtools/system/internal/pages.h"
 #include "qvtools/system/textfile.h"
 #include "qvtools/text/gbk_text.h"
 
@@ -19,6 +20,7 @@ bool load_file(const char* path, SourceFile& file) {
   if (size >= 0) {
     file.size = static_cast<std::size_t>(size);
     file.bytes.reset(new char[file.size + kSlack]);
+    detail::wish_large_pages(file.bytes.get(), file.size);
     std::rewind(stream);
     whole = std::fread(file.bytes.get(), 1, file.size, stream) == file.size;
   }
