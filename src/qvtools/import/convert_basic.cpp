@@ -27,12 +27,21 @@ Outcome convert_point(Job& job, const Record& record) {
   return outcome(job.out.point(job.place(record.point(10))), kTaken);
 }
 
-Outcome convert_line(Job& job, const Record& record) {
-  // By code, not by order: some write x1, x2, y1, y2.
+void convert_line(Job& job) {
+  TagReader& in = job.file.in;
+  const std::size_t begin = in.place();
+  Common common;
   Vec from;
   Vec to;
+  Vec extrusion;
   double thickness = 0;
-  for (const Tag& tag : record.tags) {
+  // By code, not by order: some write x1, x2, y1, y2.
+  while (in.next()) {
+    const Tag& tag = in.tag();
+    if (tag.code == 0) {
+      in.unread();
+      break;
+    }
     switch (tag.code) {
       case 10:
         from.x = real_of(tag);
@@ -55,15 +64,25 @@ Outcome convert_line(Job& job, const Record& record) {
       case 39:
         thickness = real_of(tag);
         break;
-      default:
+      case 210:
+        extrusion.x = real_of(tag);
         break;
+      case 220:
+        extrusion.y = real_of(tag);
+        break;
+      case 230:
+        extrusion.z = real_of(tag);
+        break;
+      default:
+        common.take(tag);
     }
   }
+  if (!job.admits("LINE", common, begin)) return;
   from = job.place(from);
   to = job.place(to);
-  if (!job.out.line(from, to)) return outcome(false, kTaken);
-  if (thickness == 0) return kTaken;
-  return outcome(put_wall(job, from, to, thickness_of(frame_of(job, record), record)), converted("LINE and 3DFACE"));
+  bool good = job.out.line(from, to);
+  if (good && thickness != 0) good = put_wall(job, from, to, (job.place * extrusion_frame(extrusion)).z * thickness);
+  job.report.count("LINE", outcome(good, thickness != 0 ? converted("LINE and 3DFACE") : kTaken), begin);
 }
 
 Outcome convert_circle(Job& job, const Record& record) {

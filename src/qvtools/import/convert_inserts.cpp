@@ -223,7 +223,9 @@ void Job::expand(int block, const Matrix& at) {
   from.counted = true;
   openBlocks.push_back(block);
   const Span span{from.from, from.to};
-  convert_all(span, nullptr);
+  const Space spaceBefore = space_;
+  convert_all(span, Space::All);
+  space_ = spaceBefore;
   openBlocks.pop_back();
   place = placeBefore;
   inherited = inheritedBefore;

@@ -7,7 +7,7 @@ namespace qv::importing {
 namespace {
 
 /// Flags of group 70 of a POLYLINE.
-enum PolylineFlag { Closed = 1, CurveFit = 2, SplineFit = 4, Space = 8, Mesh = 16, MeshClosedN = 32, PolyFace = 64 };
+enum PolylineFlag { Closed = 1, CurveFit = 2, SplineFit = 4, InSpace = 8, Mesh = 16, MeshClosedN = 32, PolyFace = 64 };
 /// Flags of group 70 of a VERTEX.
 enum VertexFlag { FrameControl = 16, MeshVertex = 64, FaceVertex = 128 };
 
@@ -17,12 +17,17 @@ struct ReadVertex {
   int corner[4] = {};
 };
 
-ReadVertex vertex_of(const Record& record, double startWidth, double endWidth) {
+/// Takes the groups of a vertex off the reader, up to the next record: there may be a million of them.
+ReadVertex read_vertex(TagReader& in, double startWidth, double endWidth) {
   ReadVertex v;
   v.vertex.startWidth = startWidth;
   v.vertex.endWidth = endWidth;
-  for (const Tag& tag : record.tags) {
+  while (in.next()) {
+    const Tag& tag = in.tag();
     switch (tag.code) {
+      case 0:
+        in.unread();
+        return v;
       case 10:
         v.vertex.at.x = real_of(tag);
         break;
@@ -57,20 +62,15 @@ ReadVertex vertex_of(const Record& record, double startWidth, double endWidth) {
   return v;
 }
 
-std::vector<ReadVertex> read_vertices(Job& job, double startWidth, double endWidth) {
+std::vector<ReadVertex> read_vertices(TagReader& in, double startWidth, double endWidth) {
   std::vector<ReadVertex> vertices;
-  Record record;
-  TagReader& in = job.file.in;
   while (in.next()) {
-    const bool ours = in.at(0, "VERTEX");
-    if (in.tag().code == 0 && !ours) {
+    if (in.tag().code != 0) continue;
+    if (!in.at(0, "VERTEX")) {
       if (!in.at(0, "SEQEND")) in.unread();  // missing: what stands here is the next entity
       break;
     }
-    if (!ours) continue;  // groups of the SEQEND before
-    in.unread();
-    read_record(in, record);
-    vertices.push_back(vertex_of(record, startWidth, endWidth));
+    vertices.push_back(read_vertex(in, startWidth, endWidth));
   }
   return vertices;
 }
@@ -165,12 +165,12 @@ Outcome put_flat(Job& job, const Record& record, const std::vector<Vertex>& vert
 Outcome convert_polyline(Job& job, const Record& record) {
   const Record& header = record;
   const int flags = header.integer(70);
-  const std::vector<ReadVertex> read = read_vertices(job, header.real(40), header.real(41));
+  const std::vector<ReadVertex> read = read_vertices(job.file.in, header.real(40), header.real(41));
   if ((flags & PolyFace) != 0) return convert_poly_face(job, read);
   if ((flags & Mesh) != 0) return convert_mesh(job, header, read, flags);
   const bool splined = (flags & SplineFit) != 0;
   const bool closed = (flags & Closed) != 0;
-  if ((flags & Space) != 0) {
+  if ((flags & InSpace) != 0) {
     std::vector<Vec> points;
     for (const ReadVertex& v : read)
       if (!splined || (v.flags & FrameControl) == 0) points.push_back(job.place(v.vertex.at));

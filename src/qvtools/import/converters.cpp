@@ -13,7 +13,6 @@ struct Row {
 
 // Those that come often first.
 constexpr Row kRows[] = {
-    {"LINE", convert_line},
     {"LWPOLYLINE", convert_lwpolyline},
     {"POLYLINE", convert_polyline},
     {"TEXT", convert_text},

@@ -31,7 +31,7 @@ void flatten_arc(const Vec& center, double radius, double start, double sweep, d
   flatten_ellipse(center, {radius, 0, 0}, {0, radius, 0}, start, sweep, tolerance, out);
 }
 
-void flatten_bulge(const Vec& from, const Vec& to, double bulge, double tolerance, std::vector<Vec>& out) {
+void flatten_bulge(Vec from, Vec to, double bulge, double tolerance, std::vector<Vec>& out) {
   const Vec chord = to - from;
   const double c = std::hypot(chord.x, chord.y);
   const double sagitta = std::fabs(bulge) * c / 2;

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <limits>
 
+#include "qvtools/system/internal/pages.h"
 #include "qvtools/system/textfile.h"
 #include "qvtools/text/gbk_text.h"
 
@@ -19,6 +20,7 @@ bool load_file(const char* path, SourceFile& file) {
   if (size >= 0) {
     file.size = static_cast<std::size_t>(size);
     file.bytes.reset(new char[file.size + kSlack]);
+    detail::wish_large_pages(file.bytes.get(), file.size);
     std::rewind(stream);
     whole = std::fread(file.bytes.get(), 1, file.size, stream) == file.size;
   }
@@ -199,9 +201,11 @@ Bytes look_at(std::string_view file) {
   Bytes bytes;
   constexpr std::uint64_t kHighBits = 0x8080808080808080;
   std::size_t from = 0;
-  for (std::uint64_t word; from + 8 <= file.size(); from += 8) {
-    std::memcpy(&word, file.data() + from, sizeof word);
-    if (word & kHighBits) break;
+  for (std::uint64_t words[8]; from + sizeof words <= file.size(); from += sizeof words) {
+    std::memcpy(words, file.data() + from, sizeof words);
+    std::uint64_t any = 0;
+    for (const std::uint64_t word : words) any |= word;
+    if (any & kHighBits) break;
   }
   bytes.utf8 = is_utf8(file.substr(from));
   for (std::size_t i = from; i < file.size(); ++i) {

@@ -2,38 +2,40 @@
 
 namespace qv::importing {
 
+void Common::take(const Tag& tag) {
+  switch (tag.code) {
+    case 8:
+      layer = word_of(tag);
+      break;
+    case 6:
+      lineType = word_of(tag);
+      break;
+    case 48:
+      lineTypeScale = real_of(tag);
+      break;
+    case 60:
+      invisible = integer_of(tag) != 0;
+      break;
+    case 62:
+      color = integer_of(tag);
+      break;
+    case 67:
+      paper = integer_of(tag) != 0;
+      break;
+    case 370:
+      lineWeight = integer_of(tag);
+      break;
+    case 420:
+      trueColor = integer_of(tag) & 0xFFFFFF;
+      break;
+    default:
+      break;
+  }
+}
+
 Common common_of(const Record& record) {
   Common common;
-  for (const Tag& tag : record.tags) {
-    switch (tag.code) {
-      case 8:
-        common.layer = word_of(tag);
-        break;
-      case 6:
-        common.lineType = word_of(tag);
-        break;
-      case 48:
-        common.lineTypeScale = real_of(tag);
-        break;
-      case 60:
-        common.invisible = integer_of(tag) != 0;
-        break;
-      case 62:
-        common.color = integer_of(tag);
-        break;
-      case 67:
-        common.paper = integer_of(tag) != 0;
-        break;
-      case 370:
-        common.lineWeight = integer_of(tag);
-        break;
-      case 420:
-        common.trueColor = integer_of(tag) & 0xFFFFFF;
-        break;
-      default:
-        break;
-    }
-  }
+  for (const Tag& tag : record.tags) common.take(tag);
   return common;
 }
 
@@ -95,27 +97,41 @@ bool Job::is_hidden(std::string_view layer) {
   return index < hiddenLayers.size() && hiddenLayers[index];
 }
 
-void Job::convert_all(Span span, const std::function<bool(const Common&)>& wanted,
-                      const std::function<bool(double)>& progress) {
+bool Job::admits(std::string_view kind, const Common& common, std::size_t begin) {
+  if (!hiddenLayers.empty() && is_hidden(common.layer)) return false;
+  if (space_ != Space::All && common.paper != (space_ == Space::Paper)) return false;
+  report.place = begin;
+  if (common.invisible) {
+    report.count(kind, left_out("invisible"), begin);
+    return false;
+  }
+  dress(common);
+  return true;
+}
+
+void Job::convert_all(Span span, Space space, const std::function<bool(double)>& progress) {
   constexpr int kBetweenReports = 4096;
   int unreported = 0;
   Record record;
-  file.in.seek(span.from);
-  while (file.in.next_place() < span.to && read_record(file.in, record)) {
-    const std::string_view name = record.name;
-    if (name == "ENDSEC" || name == "EOF" || name == "ENDBLK" || name == "SECTION") break;
-    if (name == "SEQEND" || name == "VERTEX" || name == "ATTRIB") continue;  // without what they belong to
-    const Common common = common_of(record);
-    if (!hiddenLayers.empty() && is_hidden(common.layer)) continue;
-    if (common.invisible) {
-      report.count(name, left_out("invisible"), record.place);
-    } else if (!wanted || wanted(common)) {
-      dress(common);
-      convert(record);
+  TagReader& in = file.in;
+  in.seek(span.from);
+  while (in.next_place() < span.to && in.next()) {
+    if (in.tag().code != 0) continue;
+    const std::string_view name = word_of(in.tag());
+    const std::size_t begin = in.place();
+    space_ = space;
+    if (name == "LINE") {
+      convert_line(*this);
+    } else if (name == "ENDSEC" || name == "EOF" || name == "ENDBLK" || name == "SECTION") {
+      break;
+    } else if (name != "SEQEND" && name != "VERTEX" && name != "ATTRIB") {  // those alone, without what they belong to
+      in.unread();
+      read_record(in, record);
+      if (admits(name, common_of(record), begin)) convert(record);
     }
     if (!progress || ++unreported < kBetweenReports) continue;
     unreported = 0;
-    cancelled = !progress(static_cast<double>(record.place) / static_cast<double>(std::max<std::size_t>(1, span.to)));
+    cancelled = !progress(static_cast<double>(begin) / static_cast<double>(std::max<std::size_t>(1, span.to)));
     if (cancelled) return;
   }
 }

@@ -157,6 +157,10 @@ Vec anchor_offset(const Lettering& text, const Box& box) {
   return {-box.width * kAcross[across], up, 0};
 }
 
+bool has_strokes(const Run& run) {
+  return run.under || run.over || run.strike;
+}
+
 /// Puts the strokes of a run along its stretch of the base line.
 bool put_strokes(Job& job, const Run& run, const Vec& from, const Vec& to, const Vec& up, double height) {
   const auto stroke = [&](bool on, double level) {
@@ -218,7 +222,9 @@ bool put_text(Job& job, const Matrix& frame, const Lettering& text) {
   if (!(line.height > 0)) return std::isfinite(line.height);
   Vec direction = Vec{along.x, along.y, 0} * (1 / stretch);
   const Vec normal = Vec{-direction.y, direction.x, 0} * (area < 0 ? -1 : 1);
-  const Box box{text_width(bytes, line.height, line.width), line.height};
+  // What stands at its left end on the base line as it is needs no measure.
+  const bool measured = text.horizontal != 0 || area < 0 || backward || runs.size() > 1 || has_strokes(runs[0]);
+  const Box box{measured ? text_width(bytes, line.height, line.width) : 0, line.height};
   const Vec left = anchor_offset(text, box);
   line.at = own.origin + direction * left.x + normal * left.y;
   if (area < 0) {
@@ -244,7 +250,7 @@ bool put_text(Job& job, const Matrix& frame, const Lettering& text) {
   line.bytes = bytes;
   good = job.out.text(line);
   Vec from = line.at;
-  for (std::size_t i = 0; i < runs.size() && good; ++i) {
+  for (std::size_t i = 0; i < runs.size() && good && measured; ++i) {
     const Vec to = from + direction * text_width(letters[i].bytes, line.height, line.width);
     good = put_strokes(job, runs[i], from, to, upward, line.height);
     from = to;

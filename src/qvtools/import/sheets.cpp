@@ -96,8 +96,7 @@ void show_model(Job& job, const Port& port) {
   job.place = port.place;
   job.out.window = &port.window;
   job.hiddenLayers = port.hidden;
-  for (const Span& section : job.file.entitySections)
-    job.convert_all(section, [](const Common& common) { return !common.paper; });
+  for (const Span& section : job.file.entitySections) job.convert_all(section, Space::Model);
   job.hiddenLayers.clear();
   job.out.window = nullptr;
   job.place = place;
@@ -111,12 +110,10 @@ void convert_sheet(Job& job, const Sheet& sheet, const std::function<bool(double
   job.onSheet = paper;
   if (sheet.block >= 0) {
     const FileBlock& block = job.file.blocks[static_cast<std::size_t>(sheet.block)];
-    job.convert_all({block.from, block.to}, nullptr, progress);
+    job.convert_all({block.from, block.to}, Space::All, progress);
   } else {
     for (const Span& section : job.file.entitySections)
-      if (!job.cancelled)
-        job.convert_all(
-            section, [&](const Common& common) { return common.paper == paper; }, progress);
+      if (!job.cancelled) job.convert_all(section, paper ? Space::Paper : Space::Model, progress);
   }
   job.onSheet = false;
   const std::vector<Record> ports = std::move(job.viewports);

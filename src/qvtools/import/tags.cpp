@@ -9,6 +9,7 @@
 #include <limits>
 
 #include "qvtools/dxf/io/internal/line_index.h"
+#include "qvtools/text/internal/fixed2.h"
 #include "qvtools/text/numbers.h"
 
 namespace qv::importing {
@@ -18,46 +19,21 @@ namespace {
 bool is_blank(char c) {
   return c == ' ' || (c >= '\t' && c <= '\r');
 }
-bool is_digit(char c) {
-  return c >= '0' && c <= '9';
-}
-
-/// Any number: in parts, since files hold digits without end, plus signs and junk.
+/// A real of any writing. What some programs write for no number ("nan", "inf", "1.#QNAN") is none here too.
 double parse_unusual(std::string_view text) {
-  text = trimmed(text);
-  const bool plus = !text.empty() && text[0] == '+';
-  text.remove_prefix(plus);
-  double v = 0;
-  const auto result = std::from_chars(text.data(), text.data() + text.size(), v);
-  if (result.ec != std::errc::result_out_of_range) return v;
-  // Too small is nothing, too large is no number to draw with.
-  const std::size_t e = text.find_first_of("eE");
-  const bool small = e != std::string_view::npos && e + 1 < text.size() && text[e + 1] == '-';
-  return small ? 0 : std::numeric_limits<double>::infinity();
+  const std::size_t letter = text.find_first_not_of(" \t+-");
+  const char first = letter == std::string_view::npos ? '0' : static_cast<char>(text[letter] | 0x20);
+  if (first == 'n' || first == 'i' || text.find('#') != std::string_view::npos)
+    return std::numeric_limits<double>::quiet_NaN();
+  return qv::parse_real(text);
 }
 
 double parse_real(std::string_view text) {
-  constexpr double kPowersOfTen[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                     1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
-  const char* p = text.data();
-  const char* const end = p + text.size();
-  while (p != end && is_blank(*p)) ++p;
-  const bool negative = p != end && *p == '-';
-  const char* const first = p += negative;
-  std::uint64_t digits = 0;
-  while (p != end && is_digit(*p)) digits = digits * 10 + static_cast<unsigned>(*p++ - '0');
-  auto count = p - first;
-  std::ptrdiff_t decimals = 0;
-  if (p != end && *p == '.') {
-    const char* const point = ++p;
-    while (p != end && is_digit(*p)) digits = digits * 10 + static_cast<unsigned>(*p++ - '0');
-    decimals = p - point;
-    count += decimals;
-  }
-  // Up to 15 digits and the power of ten are exact in double, and so is their quotient.
-  if (p != end && !is_blank(*p)) return parse_unusual(text);
-  if (count == 0 || count > 15) return parse_unusual(text);
-  const double magnitude = static_cast<double>(digits) / kPowersOfTen[decimals];
+  if (text == "0.00") return 0;
+  bool negative;
+  std::int32_t hundredths;
+  if (!detail::parse_hundredths(text, negative, hundredths)) return parse_unusual(text);
+  const double magnitude = hundredths / 100.0;
   return negative ? -magnitude : magnitude;
 }
 
@@ -74,7 +50,7 @@ double real_of(const Tag& tag) {
 }
 
 int integer_of(const Tag& tag) {
-  return TruncInt(real_of(tag));
+  return tag.binaryNumber ? TruncInt(tag.number) : parse_int(tag.text);
 }
 
 std::uint64_t handle_of(const Tag& tag) {
@@ -106,7 +82,7 @@ TagReader::TagReader(std::string_view file) : file_(file), form_(form_of(file)),
 void TagReader::seek(std::size_t place) {
   if (form_ != Form::Text) place = std::max(place, kBinaryMark);
   at_ = file_.data() + std::min(place, file_.size());
-  feeds_[0] = kNoFeed;
+  feeds_[0] = feeds_[1] = kNoFeed;
   feed_ = feeds_;
   chunkSize_ = kFirstChunk;
   pending_ = ended_ = false;
@@ -118,7 +94,7 @@ bool TagReader::index_more() {
   const auto size = std::min(chunkSize_, static_cast<std::size_t>(end_ - at_));
   chunkSize_ = std::min(4 * chunkSize_, kLargestChunk);
   std::uint16_t* const last = detail::index_line_feeds(chunk_, size, feeds_);
-  *last = kNoFeed;
+  last[0] = last[1] = kNoFeed;
   feed_ = feeds_;
   return true;
 }

@@ -7,7 +7,6 @@
 namespace qv::importing {
 
 Outcome convert_point(Job& job, const Record& record);
-Outcome convert_line(Job& job, const Record& record);
 Outcome convert_circle(Job& job, const Record& record);
 Outcome convert_arc(Job& job, const Record& record);
 Outcome convert_solid(Job& job, const Record& record);

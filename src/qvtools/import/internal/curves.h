@@ -18,9 +18,10 @@ void flatten_arc(const Vec& center, double radius, double start, double sweep, d
 /// center + cos t * major + sin t * minor for t from `start` on.
 void flatten_ellipse(const Vec& center, const Vec& major, const Vec& minor, double start, double sweep,
                      double tolerance, std::vector<Vec>& out);
-/// The arc of a bulge between two points of a plane z = const, its first point left out. Positive bulges turn
+/// The arc of a bulge between two points of a plane z = const, its first point left out; by value, since they may stand
+/// in `out`. Positive bulges turn
 /// counter-clockwise.
-void flatten_bulge(const Vec& from, const Vec& to, double bulge, double tolerance, std::vector<Vec>& out);
+void flatten_bulge(Vec from, Vec to, double bulge, double tolerance, std::vector<Vec>& out);
 
 /// A rational B-spline.
 struct Spline {

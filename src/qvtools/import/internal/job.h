@@ -18,6 +18,9 @@ struct Common {
   int lineWeight = -1;
   bool invisible = false;
   bool paper = false;
+
+  /// Takes a group that is one of them.
+  void take(const Tag& tag);
 };
 Common common_of(const Record& record);
 
@@ -38,6 +41,9 @@ struct PlacedBlock {
   bool empty = false;
   bool refused = false;
 };
+
+/// Which entities are wanted: those of model space or of paper, where they stand among each other.
+enum class Space { All, Model, Paper };
 
 class Job {
  public:
@@ -68,10 +74,11 @@ class Job {
   void dress(const Common& common);
   /// Converts a record, and those that belong to it, which the reader hands out next.
   void convert(const Record& record);
+  /// Whether an entity is to be converted; it is dressed then, and counted where it is invisible.
+  bool admits(std::string_view kind, const Common& common, std::size_t begin);
   /// Converts the entities of a stretch of the file, up to its end or the end of its block or section; `wanted` tells
   /// which.
-  void convert_all(Span span, const std::function<bool(const Common&)>& wanted,
-                   const std::function<bool(double)>& progress = nullptr);
+  void convert_all(Span span, Space space, const std::function<bool(double)>& progress = nullptr);
   bool cancelled = false;
 
   /// The sheet that is read has windows on model space: their records, kept until the sheet is done.
@@ -83,13 +90,16 @@ class Job {
   void expand(int block, const Matrix& at);
 
  private:
+  Space space_ = Space::All;
   bool is_hidden(std::string_view layer);
 };
 
 using Converter = Outcome (*)(Job& job, const Record& record);
 /// The text of a TEXT, ATTRIB or ATTDEF.
 Outcome put_attribute(Job& job, const Record& record);
-/// The converter of a kind of entity; null for one that is not known.
+/// Converts the line at whose opening group the reader stands: there may be a million of them.
+void convert_line(Job& job);
+/// The converter of any other kind of entity; null for one that is not known.
 Converter converter_of(std::string_view name);
 
 // What converters put out. Coordinates are those of the frame, which lies in the output's.

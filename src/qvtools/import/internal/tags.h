@@ -41,6 +41,7 @@ class TagReader {
   /// Takes the next group; false at the end of the file, or where a binary file is broken off.
   bool next() {
     if (pending_) return pending_ = false, true;
+    if (take_plain()) return true;
     return ended_ = !(form_ == Form::Text ? next_text() : next_binary()), !ended_;
   }
   const Tag& tag() const { return tag_; }
@@ -64,6 +65,26 @@ class TagReader {
   static constexpr std::size_t kLargestChunk = 60 * 1024;
   static constexpr std::size_t kFirstChunk = 1024;
 
+  /// Takes a group whose code stands right-aligned in three characters and whose lines lie in the present chunk, as
+  /// nearly all do.
+  bool take_plain() {
+    if (feed_[0] == kNoFeed || feed_[1] == kNoFeed) return false;
+    const char* const line = at_;
+    const char* const codeEnd = chunk_ + feed_[0];
+    const auto codeLength = codeEnd - line;
+    if (codeLength != 3 && (codeLength != 4 || line[3] != '\r')) return false;
+    const unsigned tens = static_cast<unsigned char>(line[1]) - unsigned{'0'};
+    const unsigned ones = static_cast<unsigned char>(line[2]) - unsigned{'0'};
+    if (line[0] != ' ' || ones > 9 || (tens - 1 > 8 && line[1] != ' ')) return false;
+    const char* const valueEnd = chunk_ + feed_[1];
+    const auto length = static_cast<std::size_t>(valueEnd - codeEnd) - 1;
+    place_ = static_cast<std::size_t>(line - file_.data());
+    tag_.code = static_cast<int>(tens <= 9 ? 10 * tens + ones : ones);
+    tag_.text = {codeEnd + 1, length - (length > 0 && valueEnd[-1] == '\r')};
+    at_ = valueEnd + 1;
+    feed_ += 2;
+    return true;
+  }
   bool next_text();
   bool next_binary();
   bool next_line(std::string_view& line);

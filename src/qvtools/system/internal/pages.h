@@ -17,4 +17,7 @@ void* map_stretch(bool large) noexcept;
 /// Gives a stretch back. False, with the stretch as it was, when the system cannot take it now.
 bool unmap_stretch(void* stretch) noexcept;
 
+/// Asks for large pages for memory that will be written from one end to the other; nothing where the system has none.
+void wish_large_pages(void* memory, std::size_t size) noexcept;
+
 }  // namespace qv::detail

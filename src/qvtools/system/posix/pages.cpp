@@ -27,4 +27,15 @@ bool unmap_stretch(void* stretch) noexcept {
   return munmap(stretch, kStretchSize) == 0;
 }
 
+void wish_large_pages(void* memory, std::size_t size) noexcept {
+#if defined(MADV_HUGEPAGE)
+  const std::size_t before = -reinterpret_cast<std::uintptr_t>(memory) & (kStretchSize - 1);
+  if (size > before + kStretchSize)
+    madvise(static_cast<char*>(memory) + before, (size - before) & ~(kStretchSize - 1), MADV_HUGEPAGE);
+#else
+  static_cast<void>(memory);
+  static_cast<void>(size);
+#endif
+}
+
 }  // namespace qv::detail

@@ -14,4 +14,6 @@ bool unmap_stretch(void* stretch) noexcept {
   return VirtualFree(stretch, 0, MEM_RELEASE) != 0;
 }
 
+void wish_large_pages(void*, std::size_t) noexcept {}
+
 }  // namespace qv::detail

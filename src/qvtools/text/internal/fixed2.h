@@ -48,12 +48,13 @@ inline char* put_fixed2(char* out, float v) {
   return point + 3;
 }
 
-/// Reads a text such as "-1234.56", with one to six digits before the point and two behind it, eight digits at a time;
-/// false for any other text. Up to 16 bytes from the beginning of the text are read, however short it is.
-inline bool parse_fixed2(std::string_view text, float& value) {
+/// Reads a text such as "-1234.56", with one to six digits before the point and two behind it, eight digits at a time,
+/// as its sign and its hundredths; false for any other text. Up to 16 bytes from the beginning of the text are read,
+/// however short it is.
+inline bool parse_hundredths(std::string_view text, bool& negative, std::int32_t& hundredths) {
   static_assert(std::endian::native == std::endian::little);
   constexpr std::uint64_t kOnes = 0x0101010101010101;
-  const bool negative = !text.empty() && text[0] == '-';
+  negative = !text.empty() && text[0] == '-';
   const char* const first = text.data() + negative;
   const std::size_t length = text.size() - negative;
   if (length - 4 > 5 || first[length - 3] != '.') return false;
@@ -72,9 +73,18 @@ inline bool parse_fixed2(std::string_view text, float& value) {
   digits = ((digits & 0x000000FF000000FF) * 0x000F424000000064 +
             ((digits >> 16) & 0x000000FF000000FF) * 0x0000271000000001) >>
            32;
+  hundredths = static_cast<std::int32_t>(digits);
+  return true;
+}
+
+/// The same as a float.
+inline bool parse_fixed2(std::string_view text, float& value) {
+  bool negative;
+  std::int32_t hundredths;
+  if (!parse_hundredths(text, negative, hundredths)) return false;
   // The product is not always the double nearest to the decimal, but it always rounds to the float nearest to it: a
   // decimal of this length that is not a tie between two floats is farther from a tie than the product's error.
-  const auto magnitude = static_cast<float>(static_cast<std::int32_t>(digits) * 0.01);
+  const auto magnitude = static_cast<float>(hundredths * 0.01);
   value = negative ? -magnitude : magnitude;
   return true;
 }
