@@ -41,8 +41,8 @@ struct Scale {
     const double first = (whole ? std::round(steps) : std::trunc(steps)) - 1;
     for (int k = 0; k < 2 * divisions; ++k) {
       const double value = (first + k) * step;
-      const double slack = 1e-4 * step + 1e-7 * std::fabs(value);
-      if (value >= low - slack && value <= high + slack) draw(value);
+      const double tolerance = 1e-4 * step + 1e-7 * std::fabs(value);
+      if (value >= low - tolerance && value <= high + tolerance) draw(value);
     }
   }
 };

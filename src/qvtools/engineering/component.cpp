@@ -48,14 +48,14 @@ int CCxIndexFile::End_Item(std::FILE* fp) {
 }
 
 int CCxIndexFile::FindGouJian(int pos) const {
-  const auto holds = [pos](const CCxIndex* index) { return index->m_lStart <= pos && pos < index->m_lEnd; };
+  const auto contains = [pos](const CCxIndex* index) { return index->m_lStart <= pos && pos < index->m_lEnd; };
   if (!m_bOrdered) {
-    const auto found = std::find_if(m_Index.begin(), m_Index.end(), holds);
+    const auto found = std::find_if(m_Index.begin(), m_Index.end(), contains);
     return found == m_Index.end() ? 0 : static_cast<int>(found - m_Index.begin()) + 1;
   }
   const auto behind = std::upper_bound(m_Index.begin(), m_Index.end(), static_cast<long>(pos),
                                        [](long at, const CCxIndex* index) { return at < index->m_lStart; });
-  return behind != m_Index.begin() && holds(behind[-1]) ? static_cast<int>(behind - m_Index.begin()) : 0;
+  return behind != m_Index.begin() && contains(behind[-1]) ? static_cast<int>(behind - m_Index.begin()) : 0;
 }
 
 const CCxIndex* CCxIndexFile::entry(int n) const {

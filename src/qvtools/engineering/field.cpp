@@ -96,11 +96,11 @@ const CChangNode* node_at(const CChang& field, float x, float y) {
   return found == field.m_Nodes.end() ? nullptr : found;
 }
 
-/// The first triangle that holds the point.
+/// The first triangle that contains the point.
 Corners triangle_at(const CChang& field, float x, float y) {
   for (const CChangTri& tri : field.m_Tris) {
     const Corners found = corners(field, tri);
-    if (found && qv::detail::holds(found, x, y)) return found;
+    if (found && qv::detail::contains(found, x, y)) return found;
   }
   return {};
 }

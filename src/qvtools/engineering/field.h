@@ -57,11 +57,11 @@ class QV_API CChang {
   /// Empties the field and frees its memory.
   void Clear();
 
-  /// The value at a point: that of the first node nearer than 0.0001; else, in the first triangle that holds the point
+  /// The value at a point: that of the first node nearer than 0.0001; else, in the first triangle that contains the point
   /// (edges do not), that of the plane through its nodes; else that of the nearest node; 0 without nodes. Looks at all
   /// nodes and triangles; for many points there is `qv::FieldLocator`.
   float Get_Value(float x, float y) const;
-  /// 1 when a node is nearer than 0.0001 or a triangle holds the point, else 0.
+  /// 1 when a node is nearer than 0.0001 or a triangle contains the point, else 0.
   int PointInChang(float x, float y) const;
 
   /// Paints the field, pixel by pixel, and a legend. `coor` takes millimetres to the device, so places in metres are

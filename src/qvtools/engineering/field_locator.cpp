@@ -141,19 +141,19 @@ int FieldLocator::first_node_at(float x, float y) const {
   return static_cast<int>(first);
 }
 
-/// The first triangle that holds the point, -1 when there is none.
+/// The first triangle that contains the point, -1 when there is none.
 int FieldLocator::first_triangle_at(float x, float y) const {
-  const auto holds = [&](std::uint32_t i) {
-    return detail::holds(detail::corners(field_, field_.m_Tris[static_cast<int>(i)]), x, y);
+  const auto contains = [&](std::uint32_t i) {
+    return detail::contains(detail::corners(field_, field_.m_Tris[static_cast<int>(i)]), x, y);
   };
   const std::size_t at = cell(column(x), row(y));
   std::uint32_t first = ~0U;
   for (std::size_t i = triangles_.start[at]; i < triangles_.start[at + 1] && first == ~0U; ++i) {
-    if (holds(triangles_.items[i])) first = triangles_.items[i];
+    if (contains(triangles_.items[i])) first = triangles_.items[i];
   }
   for (const std::uint32_t i : looseTriangles_) {
     if (i >= first) break;
-    if (holds(i)) return static_cast<int>(i);
+    if (contains(i)) return static_cast<int>(i);
   }
   return static_cast<int>(first);
 }

@@ -67,7 +67,12 @@ constexpr BoxRange kBoxRanges[] = {
 void show_box(qv::Host& host, int code, const char* text) {
   for (const BoxRange& range : kBoxRanges) {
     if (code < range.first || code > range.last) continue;
-    const qv::Answer answer = host.ShowBox(text, range.kind);
+    qv::Answer answer = qv::Answer::Ok;
+    try {
+      answer = host.ShowBox(text, range.kind);
+    } catch (const std::bad_alloc&) {
+      // What cannot be shown for want of memory counts all the same.
+    }
     const std::atomic_ref abandonCode(QV_ERROR_CODE);
     if (range.fatal) abandonCode = code;
     if (answer == qv::Answer::Cancel) abandonCode = 1;
@@ -76,10 +81,10 @@ void show_box(qv::Host& host, int code, const char* text) {
 
 }  // namespace
 
-void tell_error(int code, const char* text) {
-  qv::Host& host = qv::CurrentHost();
-  if (!text) text = "";
-  const std::lock_guard lock(g_reports);
+namespace {
+
+/// Shows a report on the host, as its code says.
+void report(qv::Host& host, int code, const char* text) {
   drain_messages(host);
   if (g_windowPending) {
     host.CreateMessageWindow();
@@ -97,6 +102,18 @@ void tell_error(int code, const char* text) {
     if (g_outputEnabled) append_to_window(host, text);
   } else {
     show_box(host, code, text);
+  }
+}
+
+}  // namespace
+
+void tell_error(int code, const char* text) {
+  qv::Host& host = qv::CurrentHost();
+  const std::lock_guard lock(g_reports);
+  try {
+    report(host, code, text ? text : "");
+  } catch (const std::bad_alloc&) {
+    // The message window has no room for it.
   }
 }
 

@@ -97,8 +97,13 @@ class Chunks {
   std::size_t count_ = 0;
 };
 
-constinit Chunks g_chunks[kLargest / kStep + 1];
-static_assert(std::is_trivially_destructible_v<Chunks>, "records may outlive all other objects");
+/// The chunks of each size, never destroyed: records may outlive all other objects.
+union Pool {
+  Chunks chunks[kLargest / kStep + 1];
+  constexpr Pool() : chunks{} {}
+  ~Pool() {}
+};
+constinit Pool g_pool;
 
 /// How a record that is allocated by itself is aligned: where a chunk would begin, which is no record's place; under an
 /// address sanitizer, which watches each record, as any other.
@@ -112,14 +117,14 @@ void* allocate(std::size_t size) noexcept {
     return size < kMost ? ::operator new(size, alignment_alone(), std::nothrow) : nullptr;
   }
   const std::size_t number = (std::max(size, std::size_t{1}) + kStep - 1) / kStep;
-  return g_chunks[number].take(number * kStep);
+  return g_pool.chunks[number].take(number * kStep);
 }
 
 void release(void* record) noexcept {
   const auto offset = reinterpret_cast<std::uintptr_t>(record) & (kStretchSize - 1);
   if (QV_ADDRESS_SANITIZER || offset == 0) return ::operator delete(record, alignment_alone());
   auto* const chunk = reinterpret_cast<Chunk*>(static_cast<char*>(record) - offset);
-  g_chunks[chunk->placeSize / kStep].give_back(chunk, record);
+  g_pool.chunks[chunk->placeSize / kStep].give_back(chunk, record);
 }
 
 }  // namespace

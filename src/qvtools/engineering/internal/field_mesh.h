@@ -38,7 +38,7 @@ inline Corners corners(const CChang& field, const CChangTri& tri) {
   return {nodes + tri.node[0], nodes + tri.node[1], nodes + tri.node[2]};
 }
 
-inline bool holds(const Corners& t, float x, float y) {
+inline bool contains(const Corners& t, float x, float y) {
   return det_tri(t.a->x, t.a->y, t.b->x, t.b->y, x, y) > 0 && det_tri(t.b->x, t.b->y, t.c->x, t.c->y, x, y) > 0 &&
          det_tri(t.c->x, t.c->y, t.a->x, t.a->y, x, y) > 0;
 }
