@@ -97,13 +97,17 @@ class Chunks {
   std::size_t count_ = 0;
 };
 
-/// The chunks of each size, never destroyed: records may outlive all other objects.
-union Pool {
-  Chunks chunks[kLargest / kStep + 1];
-  constexpr Pool() : chunks{} {}
-  ~Pool() {}
-};
-constinit Pool g_pool;
+/// The chunks of records of a size, a multiple of the step. They are made at the first record and never destroyed:
+/// records may outlive all other objects.
+Chunks& chunks_of(std::size_t size) {
+  union Immortal {
+    Chunks chunks[kLargest / kStep + 1];
+    Immortal() : chunks{} {}
+    ~Immortal() {}
+  };
+  static Immortal immortal;
+  return immortal.chunks[size / kStep];
+}
 
 /// How a record that is allocated by itself is aligned: where a chunk would begin, which is no record's place; under an
 /// address sanitizer, which watches each record, as any other.
@@ -116,15 +120,15 @@ void* allocate(std::size_t size) noexcept {
     constexpr std::size_t kMost = std::numeric_limits<std::size_t>::max() / 2;
     return size < kMost ? ::operator new(size, alignment_alone(), std::nothrow) : nullptr;
   }
-  const std::size_t number = (std::max(size, std::size_t{1}) + kStep - 1) / kStep;
-  return g_pool.chunks[number].take(number * kStep);
+  const std::size_t rounded = (std::max(size, std::size_t{1}) + kStep - 1) / kStep * kStep;
+  return chunks_of(rounded).take(rounded);
 }
 
 void release(void* record) noexcept {
   const auto offset = reinterpret_cast<std::uintptr_t>(record) & (kStretchSize - 1);
   if (QV_ADDRESS_SANITIZER || offset == 0) return ::operator delete(record, alignment_alone());
   auto* const chunk = reinterpret_cast<Chunk*>(static_cast<char*>(record) - offset);
-  g_pool.chunks[chunk->placeSize / kStep].give_back(chunk, record);
+  chunks_of(chunk->placeSize).give_back(chunk, record);
 }
 
 }  // namespace
