@@ -7,7 +7,6 @@
 #include "common/picture_file.h"
 #include "common/system.h"
 #include "qvtools/platform/qt/qt_output.h"
-#include "qvtools/platform/qt/qt_text.h"
 
 namespace qvapps {
 
@@ -28,7 +27,7 @@ bool error_is_terminal() {
 }
 
 std::string to_utf8(const char* text) {
-  return qv::from_gbk(text).toStdString();
+  return qv::from_gbk(text);
 }
 
 std::span<const PictureFormat> picture_formats() {

@@ -34,7 +34,7 @@ QString describe_record(const ACAD_LINE& r, const Words& words) {
   return QStringLiteral("%1 → %2  %3").arg(point(r.m_Start), point(r.m_End), words(Text::LengthOf, number(length)));
 }
 QString describe_record(const ACAD_TEXT& r, const Words& words) {
-  const QString contents = QStringLiteral("“%1”  ").arg(qv::from_gbk(r.m_szText));
+  const QString contents = QStringLiteral("“%1”  ").arg(qv::qt_text(r.m_szText));
   return contents + point(r.m_Insert) + QStringLiteral("  ") + words(Text::HeightOf, number(r.m_fHeight));
 }
 QString describe_record(const ACAD_CIRCLE& r, const Words& words) {
@@ -61,7 +61,7 @@ QString describe_record(const ACAD_3DFACE& r, const Words&) {
   return corners(r.m_Corner);
 }
 QString describe_record(const ACAD_INSERT& r, const Words&) {
-  return QStringLiteral("%1  %2").arg(qv::from_gbk(r.m_szBlock), point(r.m_Insert));
+  return QStringLiteral("%1  %2").arg(qv::qt_text(r.m_szBlock), point(r.m_Insert));
 }
 
 }  // namespace

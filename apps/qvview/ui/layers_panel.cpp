@@ -56,7 +56,7 @@ void LayersPanel::refresh(const Drawing* drawing) {
   if (drawing)
     for (const Layer& layer : drawing->layers()) {
       auto* const item = new QTreeWidgetItem(tree_);
-      item->setText(kName, qv::from_gbk(layer.name.c_str()));
+      item->setText(kName, qv::qt_text(layer.name.c_str()));
       item->setIcon(kName, swatch(layer.color));
       item->setText(kCount, QString::number(layer.entities));
       item->setTextAlignment(kCount, Qt::AlignRight | Qt::AlignVCenter);

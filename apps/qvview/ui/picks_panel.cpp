@@ -24,7 +24,7 @@ QString PicksModel::cell(int entity, int column) const {
     case kKind:
       return kind_of(drawing.entity(entity), words_);
     case kLayer:
-      return qv::from_gbk(drawing.layer_of(entity).name.c_str());
+      return qv::qt_text(drawing.layer_of(entity).name.c_str());
     case kColor: {
       const int own = drawing.own_color(entity);
       return own < 0 ? words_(Text::ByLayer) : QString::number(own);

@@ -179,7 +179,6 @@ void Drawing::find_sections() {
     const std::size_t place = in.place();
     if (!sections_.empty()) sections_.back().span.to = place;
     open_section(place);
-    if (sections_.back().name == "ENTITIES" && sections_.size() > 20) break;
   }
 }
 
@@ -305,18 +304,15 @@ bool Drawing::is_complete() const {
   return end != std::string_view::npos && (in.form() == Form::Text || tail.size() - end < kTail);
 }
 
-double Drawing::expanded_count(int block) {
+double Drawing::expanded_count(int block, int depth) {
   constexpr double kEndless = std::numeric_limits<double>::infinity();
   constexpr int kDeepest = 200;
-  static thread_local int depth = 0;
   FileBlock& b = blocks[static_cast<std::size_t>(block)];
   if (b.expanded >= 0) return b.expanded;
   if (depth > kDeepest) return kEndless;
   b.expanded = 0;  // what refers back to it counts nothing: the ring is cut there
-  ++depth;
   double sum = b.entities;
-  for (const auto& [child, times] : b.children) sum += times * expanded_count(child);
-  --depth;
+  for (const auto& [child, times] : b.children) sum += times * expanded_count(child, depth + 1);
   return b.expanded = sum;
 }
 

@@ -5,7 +5,7 @@
 #include "qvtools/import/internal/float_steps.h"
 #include "qvtools/import/internal/job.h"
 #include "qvtools/import/internal/sheets.h"
-#include "qvtools/services/services.h"
+#include "qvtools/services/internal/out_of_memory.h"
 
 namespace qv {
 
@@ -145,22 +145,18 @@ class Importer {
 int Import(const char* path, DXF& document, const ImportOptions& options, ImportReport& report,
            const std::function<bool(double share)>& progress) {
   report = {};
-  try {
-    importing::SourceFile source;
-    if (!importing::load_file(path, source)) {
-      report.remarks.push_back({"the file cannot be opened", 1, 0, false});
-      return 0;
-    }
-    const auto file = std::make_unique<importing::Drawing>(std::move(source));
-    if (!file->open(options)) {
-      report.remarks.push_back({"the file is no drawing", 1, 0, false});
-      return 0;
-    }
-    return importing::Importer(*file, document, options, report, progress).run();
-  } catch (const std::bad_alloc&) {
-    tell_error(301, "Out of memory in Import !");
+  const auto fail = [&](const char* why) {
+    report.remarks.push_back({why, 1, 0, false});
     return 0;
-  }
+  };
+  const auto import = [&] {
+    importing::SourceFile source;
+    if (!importing::load_file(path, source)) return fail("the file cannot be opened");
+    const auto file = std::make_unique<importing::Drawing>(std::move(source));
+    if (!file->open(options)) return fail("the file is no drawing");
+    return importing::Importer(*file, document, options, report, progress).run();
+  };
+  return detail::unless_out_of_memory(import, 0);
 }
 
 }  // namespace qv

@@ -188,7 +188,7 @@ class Drawing {
   /// Whether the end of the file stands where it should, or the file is a fragment without sections.
   bool is_complete() const;
   /// The records that the block makes when it is placed once, all nested ones counted; infinite for a ring.
-  double expanded_count(int block);
+  double expanded_count(int block, int depth = 0);
 
  private:
   void find_sections();

@@ -32,7 +32,7 @@ QMessageBox::Icon icon_of(BoxKind kind) {
 
 /// The text as the edit control takes it.
 QString to_lines(const char* text) {
-  return from_gbk(text).replace(QLatin1String("\r\n"), QLatin1String("\n"));
+  return qt_text(text).replace(QLatin1String("\r\n"), QLatin1String("\n"));
 }
 
 void place(QDialog& window) {
@@ -56,7 +56,7 @@ Answer QtHost::ShowBox(const char* text, BoxKind kind) {
   box.setIcon(icon_of(kind));
   box.setWindowTitle(QGuiApplication::applicationDisplayName());
   box.setTextFormat(Qt::PlainText);
-  box.setText(from_gbk(text));
+  box.setText(qt_text(text));
   box.setStandardButtons(kind == BoxKind::Question ? QMessageBox::Ok | QMessageBox::Cancel : QMessageBox::Ok);
   return box.exec() == QMessageBox::Cancel ? Answer::Cancel : Answer::Ok;
 }

@@ -1,13 +1,11 @@
 #include "qvtools/platform/qt/qt_text.h"
 
-#include <QtCore/QStringDecoder>
+#include "qvtools/text/code_page.h"
 
 namespace qv {
 
-QString from_gbk(const char* text) {
-  QStringDecoder decoder("GBK");
-  if (decoder.isValid()) return decoder(QByteArrayView(text));
-  return QString::fromUtf8(text);
+QString qt_text(const char* gbk) {
+  return QString::fromStdString(from_gbk(gbk));
 }
 
 }  // namespace qv

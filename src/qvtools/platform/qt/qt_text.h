@@ -4,7 +4,7 @@
 
 namespace qv {
 
-/// GBK bytes as Unicode. Where Qt has no GBK codec, what is not ASCII becomes a replacement character.
-QString from_gbk(const char* text);
+/// GBK bytes as Qt's text. A byte that begins no character becomes U+F700 plus its value, as `from_gbk` says.
+QString qt_text(const char* gbk);
 
 }  // namespace qv
