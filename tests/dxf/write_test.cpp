@@ -111,6 +111,19 @@ TEST(DxfWriting, StreamingAndSavingWriteTheSameEntities) {
   EXPECT_EQ(directory.read("a.dxf"), saved(memory));
 }
 
+TEST(DxfWriting, ANameThatReadsAsASectionIsReportedOnce) {
+  TemporaryDirectory directory;
+  RecordingHost host;
+  DXF dxf;
+  dxf.New_MemDxf();
+  dxf.Write_MemDxf_To_File(directory.path("a.dxf").c_str());
+  EXPECT_EQ(host.MessageText(), "");
+  dxf.Add_Layer("ENTITIES", 1, "CONTINUOUS");
+  dxf.Add_STyle("TABLES", "txt", "");
+  EXPECT_EQ(dxf.Write_MemDxf_To_File(directory.path("a.dxf").c_str()), 1);
+  EXPECT_EQ(host.MessageText(), "A Name Reads As A Section In DXF File !\r\n");
+}
+
 TEST(DxfWriting, BlocksAreWrittenInFilesOnly) {
   const TemporaryDirectory directory;
   DXF dxf;

@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <cstring>
+
 #include "qvtools/dxf/io/internal/group_writer.h"
 #include "qvtools/dxf/model/document.h"
 #include "qvtools/dxf/model/internal/walk.h"
@@ -108,8 +111,34 @@ int DXF::End_Entity() {
   return write_frame([](Writer& writer) { writer.lines(kEnd); });
 }
 
+namespace {
+
+/// Flat readers find a section by its word behind any name's group code.
+bool reads_as_section(const char* name) {
+  return std::strcmp(name, "TABLES") == 0 || std::strcmp(name, "BLOCKS") == 0 || std::strcmp(name, "ENTITIES") == 0;
+}
+
+template <class Entry>
+bool any_reads_as_section(const Entry* table, int count) {
+  return table &&
+         std::any_of(table, table + count, [](const Entry& entry) { return reads_as_section(entry.m_szName); });
+}
+
+/// Reports once that a file of the drawing will not be read rightly.
+void report_section_names(const DXF& dxf) {
+  bool any = any_reads_as_section(dxf.m_pLType.get(), dxf.m_nLType) ||
+             any_reads_as_section(dxf.m_pLayer.get(), dxf.m_nLayer) ||
+             any_reads_as_section(dxf.m_pStyle.get(), dxf.m_nStyle);
+  for (POSITION at = dxf.m_BlockList.GetHeadPosition(); at && !any;)
+    any = reads_as_section(static_cast<ACAD_BLOCK*>(dxf.m_BlockList.GetNext(at))->m_szName);
+  if (any) tell_error(20, "A Name Reads As A Section In DXF File !");
+}
+
+}  // namespace
+
 int DXF::Write_MemDxf_To_File(const char* fileName) {
   if (!m_nMemFlag) return 0;
+  report_section_names(*this);
   qv::copy_text(m_szFileName, fileName);
   qv::SavedFile file(fileName);
   constexpr std::size_t kBlock = std::size_t{1} << 18;

@@ -137,6 +137,8 @@ class QV_API DXF : public qv::WorkingRecords {
   int Close();
   /// Saves an in-memory document. An existing file is replaced only by a complete one; 0 when anything could not be
   /// written.
+  /// A layer, line type, style or block called TABLES, BLOCKS or ENTITIES, which flat readers take for that section, is
+  /// reported once, with code 20.
   int Write_MemDxf_To_File(const char* fileName);
 
   /// Draws an in-memory document in plan. The transform is remembered (not owned) for the next call without one.
