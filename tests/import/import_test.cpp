@@ -218,8 +218,10 @@ TEST_F(Import, AnyFormOfFileIsRead) {
   std::string padded;
   std::string crOnly = body;
   std::replace(crOnly.begin(), crOnly.end(), '\n', '\r');
-  for (const char* line = body.c_str(); *line; line = std::strchr(line, '\n') + 1)
-    padded += "   " + std::string(line, std::strchr(line, '\n')) + "  \r\n";
+  for (std::size_t at = 0, end; at < body.size(); at = end + 1) {
+    end = body.find('\n', at);
+    padded += "   " + body.substr(at, end - at) + "  \r\n";
+  }
   std::string wide = std::string("AutoCAD Binary DXF\r\n\x1A", 21) + '\0';
   std::string narrow = wide;
   const auto add = [&](int code, std::string_view value) {
