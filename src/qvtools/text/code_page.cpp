@@ -85,10 +85,10 @@ std::vector<std::uint16_t> unpack(const char* const* lines, std::size_t cells) {
   unsigned expected = 0;
   for (PackedReader in(lines); !in.done() && out.size() < cells;) {
     const char kind = in.peek();
-    if (kind == '!' || kind == '.') {
+    if (kind == '_' || kind == '.') {
       in.take();
       for (unsigned n = in.number(); n > 0 && out.size() < cells; --n)
-        out.push_back(kind == '!' ? static_cast<std::uint16_t>(expected++) : std::uint16_t{0});
+        out.push_back(kind == '_' ? static_cast<std::uint16_t>(expected++) : std::uint16_t{0});
       continue;
     }
     const unsigned n = in.number();
