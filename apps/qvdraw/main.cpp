@@ -227,6 +227,7 @@ int main(int argc, char** argv) {
   qv::SetHost(&host);
   CLI::App program("construction drawings from the command line", "qvdraw");
   program.set_version_flag("--version", "qvdraw " QVDRAW_VERSION);
+  program.allow_windows_style_options(false);  // what begins with a slash is a path
   program.require_subcommand(0, 1);
   add_commands(program);
   // Runs before the command does.

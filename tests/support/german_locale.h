@@ -16,7 +16,12 @@ class GermanLocale {
   GermanLocale() : before_(std::setlocale(LC_ALL, nullptr)) {
     available_ = set("de_DE.UTF-8") || set("de_DE.utf8") || set("German") || (make() && set("de_DE.UTF-8"));
   }
-  ~GermanLocale() { std::setlocale(LC_ALL, before_.c_str()); }
+  ~GermanLocale() {
+    std::setlocale(LC_ALL, before_.c_str());
+#if !defined(_WIN32)
+    if (made_) unsetenv("LOCPATH");  // the folder goes away, and other tests look locales up
+#endif
+  }
   /// False where the machine has no such locale and cannot make one: the test is then to be skipped.
   bool available() const { return available_; }
 
@@ -27,13 +32,15 @@ class GermanLocale {
     return false;
 #else
     const std::string command = "localedef -i de_DE -f UTF-8 '" + directory_.path("de_DE.UTF-8") + "' >/dev/null 2>&1";
-    return std::system(command.c_str()) == 0 && setenv("LOCPATH", directory_.prefix().c_str(), 1) == 0;
+    made_ = std::system(command.c_str()) == 0 && setenv("LOCPATH", directory_.prefix().c_str(), 1) == 0;
+    return made_;
 #endif
   }
 
   TemporaryDirectory directory_;
   std::string before_;
   bool available_ = false;
+  bool made_ = false;
 };
 
 }  // namespace qvtest
