@@ -14,8 +14,9 @@ namespace qv {
 /// null with `errno` set when the file cannot be opened; the caller closes it with `fclose`.
 QV_API std::FILE* open_text(const char* path, const char* mode);
 
-/// Opens a text file to be read in a program's own way: CR LF on disk is handed on as "\n" on every system. Positions
-/// are byte offsets on disk. Otherwise as `open_text`.
+/// Opens a text file to be read in a program's own way: CR LF on disk is handed on as "\n" on every system. Positions are
+/// byte offsets on disk; on Windows, where the C library does it, only while all lines end in CR LF. Otherwise as
+/// `open_text`.
 QV_API std::FILE* open_text_to_read(const char* path);
 
 /// Reads a line of at most size - 1 bytes as `fgets` does, and hands CR LF on as "\n". Returns `buffer`, or null at the
