@@ -3,7 +3,7 @@
 #include "qvtools/geometry/functions/internal/jh_figures.h"
 
 using qv::detail::half_chord;
-using qv::detail::Segment;
+using qv::detail::SegmentFrame;
 using qv::detail::store;
 using qv::detail::Vec;
 
@@ -13,13 +13,13 @@ constexpr double kParallelSlope = 1e-5;
 constexpr int kCoincide = -1;
 
 /// A crossing of segments when one of them is only a point: that point, when it lies on the other.
-int point_on_segment(const Segment& segment, const Vec& p, float* x, float* y, float tol) {
+int point_on_segment(const SegmentFrame& segment, const Vec& p, float* x, float* y, float tol) {
   const bool on = segment.length2 == 0 ? segment.distance_to_start(p) <= tol : segment.contains(p, tol);
   if (on) store(p, x, y);
   return on;
 }
 
-int cross_segments(const Segment& a, const Segment& b, float* x, float* y, float tol) {
+int cross_segments(const SegmentFrame& a, const SegmentFrame& b, float* x, float* y, float tol) {
   if (b.length2 == 0) return point_on_segment(a, b.base, x, y, tol);
   if (a.length2 == 0) return point_on_segment(b, a.base, x, y, tol);
   // The frame of the first segment, lengths multiplied by a.length.
@@ -116,7 +116,7 @@ int JH_GetInterPoint_Line(float x1, float y1, float x2, float y2, float x3, floa
 int JH_GetInterPoint_LineSection_LineSection(float x1, float y1, float x2, float y2, float x3, float y3, float x4,
                                              float y4, float* x, float* y, float tol) {
   if (!boxes_overlap(x1, y1, x2, y2, x3, y3, x4, y4, tol)) return 0;
-  return cross_segments(Segment(x1, y1, x2, y2), Segment(x3, y3, x4, y4), x, y, tol);
+  return cross_segments(SegmentFrame(x1, y1, x2, y2), SegmentFrame(x3, y3, x4, y4), x, y, tol);
 }
 
 int JH_GetInterPoint_LineSection(float x1, float y1, float x2, float y2, float x3, float y3, float x4, float y4,
@@ -126,12 +126,12 @@ int JH_GetInterPoint_LineSection(float x1, float y1, float x2, float y2, float x
 
 int JH_GetInterPoint_LineSection_Old(float x1, float y1, float x2, float y2, float x3, float y3, float x4, float y4,
                                      float* x, float* y, float tol) {
-  return cross_segments(Segment(x1, y1, x2, y2), Segment(x3, y3, x4, y4), x, y, tol);
+  return cross_segments(SegmentFrame(x1, y1, x2, y2), SegmentFrame(x3, y3, x4, y4), x, y, tol);
 }
 
 int JH_GetInterPoint_Circle_LineSection(float cx, float cy, float r, float x1, float y1, float x2, float y2, float* ax,
                                         float* ay, float* bx, float* by, float tol) {
-  const Segment segment(x1, y1, x2, y2);
+  const SegmentFrame segment(x1, y1, x2, y2);
   const double radius = (std::max)(r, 0.0f), t = tol;
   if (segment.length2 == 0) {
     if (!(std::fabs(segment.distance_to_start({cx, cy}) - radius) <= t)) return 0;

@@ -2,7 +2,7 @@
 
 #include "qvtools/geometry/functions/internal/jh_figures.h"
 
-using qv::detail::Segment;
+using qv::detail::SegmentFrame;
 using qv::detail::store;
 using qv::detail::Vec;
 
@@ -32,23 +32,23 @@ float JH_GetLenArc(float cx, float cy, float x1, float y1, float x2, float y2) {
 }
 
 float JH_GetMinDist_PointToLine(float px, float py, float x1, float y1, float x2, float y2) {
-  const Segment line(x1, y1, x2, y2);
+  const SegmentFrame line(x1, y1, x2, y2);
   if (line.length2 == 0) return JH_GetDistance(px, py, x1, y1);
   return static_cast<float>(std::fabs(line.across({px, py})) / line.length);
 }
 
 float JH_GetMinDist_PointToLineSection(float px, float py, float x1, float y1, float x2, float y2) {
-  return static_cast<float>(Segment(x1, y1, x2, y2).distance({px, py}));
+  return static_cast<float>(SegmentFrame(x1, y1, x2, y2).distance({px, py}));
 }
 
 void JH_GetCuiZu_PointToLine(float px, float py, float x1, float y1, float x2, float y2, float* fx, float* fy) {
-  const Segment line(x1, y1, x2, y2);
+  const SegmentFrame line(x1, y1, x2, y2);
   store(line.length2 == 0 ? Vec{x1, y1} : line.at(line.along({px, py})), fx, fy);
 }
 
 int JH_GetCuiZu_PointToLineSection(float px, float py, float x1, float y1, float x2, float y2, float* fx, float* fy,
                                    float tol) {
-  const Segment segment(x1, y1, x2, y2);
+  const SegmentFrame segment(x1, y1, x2, y2);
   if (!segment.contains(segment.along({px, py}), tol)) return 0;
   JH_GetCuiZu_PointToLine(px, py, x1, y1, x2, y2, fx, fy);
   return 1;
@@ -70,7 +70,7 @@ int JH_TestPointIn_Circle(float px, float py, float cx, float cy, float r, float
 }
 
 int JH_TestPointIn_LineSection(float px, float py, float x1, float y1, float x2, float y2, float tol) {
-  const Segment segment(x1, y1, x2, y2);
+  const SegmentFrame segment(x1, y1, x2, y2);
   if (segment.length2 == 0) return JH_TestPointIn_Rect(x1, y1, x1, y1, px, py, tol);
   return segment.contains(qv::detail::Vec{px, py}, tol);
 }

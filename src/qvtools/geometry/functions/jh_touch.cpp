@@ -6,7 +6,7 @@
 // its four corners and four boundary pieces: the inner and the outer arc and the radial segments at both angles.
 
 using qv::detail::ArcPoint;
-using qv::detail::Segment;
+using qv::detail::SegmentFrame;
 using qv::detail::within;
 
 namespace {
@@ -97,7 +97,7 @@ bool crosses_boundary(const Annulus& a, const Corners& corners, float cx, float 
 }  // namespace
 
 int JH_TestCross_Circle_LineSection(float cx, float cy, float r, float x1, float y1, float x2, float y2, float tol) {
-  const Segment segment(x1, y1, x2, y2);
+  const SegmentFrame segment(x1, y1, x2, y2);
   const double radius = (std::max)(r, 0.0f), d = segment.distance({cx, cy});
   if (!(d - radius < tol)) return 0;
   const double inner = radius - tol;
@@ -117,7 +117,7 @@ int JH_TestCrossRegon_Circle_Circle(float x1, float y1, float r1, float x2, floa
 
 int JH_TestCrossRegon_Circle_LineSection(float cx, float cy, float r, float x1, float y1, float x2, float y2,
                                          float tol) {
-  return Segment(x1, y1, x2, y2).distance({cx, cy}) - (std::max)(r, 0.0f) < tol;
+  return SegmentFrame(x1, y1, x2, y2).distance({cx, cy}) - (std::max)(r, 0.0f) < tol;
 }
 
 int JH_TestCrossRegon_Circle_Arc(float x1, float y1, float r1, float cx, float cy, float r, float a1, float a2,
@@ -180,7 +180,7 @@ int JH_TestCrossRegon_LineSection_TuPolygon(float x1, float y1, float x2, float 
 int JH_TestCrossRegon_LineSection_JvBuYuanHuan(float x1, float y1, float x2, float y2, float cx, float cy, float r,
                                                float w, float a1, float a2, float tol) {
   const Annulus ring{cx, cy, r, w, a1, a2};
-  if (ring.out_of_reach(Segment(x1, y1, x2, y2).distance({cx, cy}), tol)) return 0;
+  if (ring.out_of_reach(SegmentFrame(x1, y1, x2, y2).distance({cx, cy}), tol)) return 0;
   return ring.contains(x1, y1, tol) || ring.contains(x2, y2, tol) ||
          crosses_boundary(ring, Corners(ring), x1, y1, x2, y2, tol);
 }

@@ -26,7 +26,7 @@ struct BesideLine {
 
   BesideLine(const CFShape& line, const CFPoint& p) {
     const qv::detail::Direction d(line.A);
-    const auto stored = qv::detail::Line::with_unit({line.x, line.y}, d.unit);
+    const auto stored = qv::detail::LineFrame::with_unit({line.x, line.y}, d.unit);
     along = line.R < 0 ? -stored.along({p.x, p.y}) : stored.along({p.x, p.y});
     left = stored.across({p.x, p.y});
     tolerance = std::fabs(along) * d.tolerance;

@@ -8,7 +8,7 @@
 // the start of a line, angles from the start of an arc.
 
 using qv::detail::kTurn;
-using qv::detail::Line;
+using qv::detail::LineFrame;
 using qv::detail::normalize_angle;
 using qv::detail::Vec;
 
@@ -23,8 +23,8 @@ struct Figure {
   double start;  // direction of an arc's start point seen from its centre
   double sweep;  // turn of an arc, never negative
   bool round;
-  bool whole;  // all of the carrier
-  Line line;   // of a line, from its start to its end
+  bool whole;      // all of the carrier
+  LineFrame line;  // of a line, from its start to its end
 
   Figure(const CFShape& s, int unbounded)
       : shape(s),
@@ -35,7 +35,7 @@ struct Figure {
         sweep(s.IsPoint() ? 0 : (std::min)(std::fabs(1.0 * s.B), kTurn)),
         round(s.IsArc() || s.IsCircle()),
         whole(s.IsCircle() || (s.IsLine() && unbounded)),
-        line(Line::with_unit({s.x, s.y}, unit_of(s))) {}
+        line(LineFrame::with_unit({s.x, s.y}, unit_of(s))) {}
 
   const Vec& base() const { return line.base; }
   Vec from_base(const Vec& p) const { return {p.x - shape.x, p.y - shape.y}; }

@@ -76,8 +76,8 @@ inline Matrix extrusion_frame(const Vec& direction) {
   const Vec n = unit(direction, {0, 0, 1});
   if (n.x == 0 && n.y == 0 && n.z > 0) return {};
   constexpr double kNearZ = 1.0 / 64;
-  const bool near = std::fabs(n.x) < kNearZ && std::fabs(n.y) < kNearZ;
-  const Vec x = unit(near ? cross({0, 1, 0}, n) : cross({0, 0, 1}, n), {1, 0, 0});
+  const bool is_near_z = std::fabs(n.x) < kNearZ && std::fabs(n.y) < kNearZ;
+  const Vec x = unit(is_near_z ? cross({0, 1, 0}, n) : cross({0, 0, 1}, n), {1, 0, 0});
   return {x, cross(n, x), n, {}};
 }
 

@@ -12,11 +12,11 @@
 namespace qv::detail {
 
 /// A segment with the tolerances that the function library has at its ends and beside it.
-struct Segment : Line {
+struct SegmentFrame : LineFrame {
   double length;
 
-  Segment(double x1, double y1, double x2, double y2)
-      : Line({x1, y1}, {x2 - x1, y2 - y1}), length(std::sqrt(length2)) {}
+  SegmentFrame(double x1, double y1, double x2, double y2)
+      : LineFrame({x1, y1}, {x2 - x1, y2 - y1}), length(std::sqrt(length2)) {}
 
   double distance_to_start(const Vec& p) const { return Vec{p.x - base.x, p.y - base.y}.length(); }
   double distance_to_end(const Vec& p) const { return Vec{p.x - base.x - span.x, p.y - base.y - span.y}.length(); }

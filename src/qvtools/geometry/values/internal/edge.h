@@ -13,13 +13,13 @@ namespace qv::detail {
 /// A line, or the segment from `base` along `span`. Parameters along it and offsets across it are multiplied by the
 /// length of `span`. Comparing the products keeps ends and points on the line exact and needs neither an angle nor a
 /// division. A unit span is given by `with_unit`, since its squared length need not round to 1.
-struct Line {
+struct LineFrame {
   Vec base;
   Vec span;
   double length2;
 
-  Line(const Vec& from, const Vec& to_end) : base(from), span(to_end), length2(to_end.dot(to_end)) {}
-  static Line with_unit(const Vec& from, const Vec& unit) { return {from, unit, 1}; }
+  LineFrame(const Vec& from, const Vec& to_end) : base(from), span(to_end), length2(to_end.dot(to_end)) {}
+  static LineFrame with_unit(const Vec& from, const Vec& unit) { return {from, unit, 1}; }
 
   double along(const Vec& p) const { return span.dot({p.x - base.x, p.y - base.y}); }
   /// Positive to the left.
@@ -27,7 +27,7 @@ struct Line {
   Vec at(double along) const { return {base.x + span.x * (along / length2), base.y + span.y * (along / length2)}; }
 
  private:
-  Line(const Vec& from, const Vec& direction, double squared) : base(from), span(direction), length2(squared) {}
+  LineFrame(const Vec& from, const Vec& direction, double squared) : base(from), span(direction), length2(squared) {}
 };
 
 /// Half the chord that a circle cuts out of a line, from the squares of the radius and of the line's distance from the
