@@ -46,7 +46,7 @@ class NameIndex {
   Slot& slot_of(std::string_view name) const {
     std::uint64_t hash = 0xCBF29CE484222325;  // FNV-1a
     for (const char c : name) hash = (hash ^ static_cast<unsigned char>(c)) * 0x100000001B3;
-    for (std::size_t at = (hash ^ hash >> 32) & mask_;; at = (at + 1) & mask_) {
+    for (std::size_t at = static_cast<std::size_t>(hash ^ hash >> 32) & mask_;; at = (at + 1) & mask_) {
       Slot& slot = slots_[at];
       if (!slot.record || slot.name == name) return slot;
     }
