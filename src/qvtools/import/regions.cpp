@@ -97,7 +97,7 @@ class Sweep {
 
   void close_all(double y) {
     for (const auto& [key, from] : open_) {
-      const Edge& left = edges_[key >> 32];
+      const Edge& left = edges_[static_cast<std::size_t>(key >> 32)];
       const Edge& right = edges_[key & 0xFFFFFFFF];
       const Vec corners[4] = {{left.x_at(from), from, left.low.z},
                               {right.x_at(from), from, left.low.z},
