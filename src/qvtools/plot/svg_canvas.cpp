@@ -1,0 +1,1 @@
+#include "qvtools/plot/internal/canvas.h"
