@@ -9,8 +9,8 @@
 
 #include "qvtools/display/safe_dc.h"
 #include "qvtools/fonts/internal/byte_cursor.h"
-#include "qvtools/fonts/internal/shape_code.h"
 #include "qvtools/fonts/internal/text_drawing.h"
+#include "qvtools/fonts/internal/text_run.h"
 #include "qvtools/system/textfile.h"
 #include "qvtools/text/numbers.h"
 
@@ -58,13 +58,10 @@ void SharedBlock::release() {
 
 namespace {
 
-using qv::detail::ByteCursor;
-using qv::detail::kShapePadding;
+using namespace qv::detail;
 
 constexpr int kCodes = 256;
-constexpr int kRows = 94;
 constexpr int kQuestionMark = 63;
-constexpr std::uint32_t kFirstHzByte = 0xA1;
 constexpr long kLargestFile = 256L << 20;
 
 constexpr std::size_t kTxtCount = 28;   // where a text font states how many entries it has
@@ -111,10 +108,12 @@ struct Axes {
 /// Draws displacements through the clipping context.
 class DrawingPen {
  public:
-  DrawingPen(CSafeDC& context, double x, double y) : context_(context), x_(x), y_(y), at_(device(x), device(y)) {
+  /// The axes are those of the text font's shapes and of the big font's.
+  DrawingPen(CSafeDC& context, double x, double y, const Axes& txt, const Axes& hz)
+      : context_(context), axes_(txt), txt_(txt), hz_(hz), x_(x), y_(y), at_(device(x), device(y)) {
     context_.MoveTo(at_);
   }
-  void set_axes(const Axes& axes) { axes_ = axes; }
+  void begin(const char*, bool big) { axes_ = big ? hz_ : txt_; }
   void step(double u, double v, bool down) {
     x_ += axes_.a * u + axes_.c * v;
     y_ += axes_.b * u + axes_.d * v;
@@ -141,7 +140,9 @@ class DrawingPen {
 
  private:
   CSafeDC& context_;
-  Axes axes_{};
+  Axes axes_;  // of the present shape
+  Axes txt_;
+  Axes hz_;
   double x_;
   double y_;
   CPoint at_;  // the device pen
@@ -175,35 +176,6 @@ Axes text_axes(double angle, double across, double up, int mirror) {
   const bool flip = mirror == 1;
   if (flip) up = -up;
   return {cosine * across, flip ? -sine * across : sine * across, sine * up, cosine * up};
-}
-
-/// Takes a character off a text: its row and column in the big font, as far as it has them, else its byte.
-struct Character {
-  bool big = false;
-  unsigned row = 0;
-  unsigned column = 0;
-  unsigned char byte = 0;
-};
-
-Character next_character(const char*& text) {
-  Character character;
-  character.byte = static_cast<unsigned char>(*text++);
-  if (character.byte < kFirstHzByte || !*text) return character;
-  character.big = true;
-  character.row = character.byte - kFirstHzByte;
-  character.column = (static_cast<unsigned char>(*text++) - kFirstHzByte) & 0xFF;
-  return character;
-}
-
-const unsigned char* txt_shape(const CShx& font, unsigned char code) {
-  return font.m_pTxtData + font.m_pTxtIndex[code];
-}
-
-/// The shape of a two-byte character; null when there is none.
-const unsigned char* hz_shape(const CShx& font, const Character& character) {
-  if (!font.m_pHzIndex || character.row >= kRows || character.column >= kRows) return nullptr;
-  const int offset = font.m_pHzIndex[character.row][character.column];
-  return offset < 0 ? nullptr : font.m_pHzData + offset;
 }
 
 }  // namespace
@@ -285,10 +257,10 @@ int CShx::adopt_hz(const unsigned char* file, std::size_t size) {
   const unsigned char height = file[offset + length - 4];
 
   const std::size_t data = size - start;
-  constexpr std::size_t kIndexSize = sizeof(int) * kRows * kRows;
+  constexpr std::size_t kIndexSize = sizeof(int) * kHzRows * kHzRows;
   auto* const index = static_cast<int*>(hzBlock_.allocate(kIndexSize + data + kShapePadding));
   if (!index) return 0;
-  std::fill_n(index, kRows * kRows, -1);
+  std::fill_n(index, kHzRows * kHzRows, -1);
   for (std::uint32_t i = 1, first, second; i < count; ++i) {
     entries.u8(first);
     entries.u8(second);
@@ -298,13 +270,13 @@ int CShx::adopt_hz(const unsigned char* file, std::size_t size) {
     if (offset > size || length > size - offset) return hzBlock_ = {}, 0;
     const std::uint32_t row = (first - kFirstHzByte) & 0xFF;
     const std::uint32_t column = (second - kFirstHzByte) & 0xFF;
-    if (row < kRows && column < kRows && offset >= start)
-      index[row * kRows + column] = static_cast<int>(offset - start);
+    if (row < kHzRows && column < kHzRows && offset >= start)
+      index[row * kHzRows + column] = static_cast<int>(offset - start);
   }
   m_pHzData = reinterpret_cast<unsigned char*>(index) + kIndexSize;
   std::memcpy(m_pHzData, file + start, data);
   m_fHzHeight = height ? static_cast<float>(height) : 16.0f;
-  m_pHzIndex = reinterpret_cast<int(*)[kRows]>(index);
+  m_pHzIndex = reinterpret_cast<int(*)[kHzRows]>(index);
   return 1;
 }
 
@@ -312,29 +284,16 @@ namespace qv::detail {
 
 void draw_txt(const CShx& font, CSafeDC& safe, CPoint at, const char* text, float height, float angle, float width,
               int mirror) {
-  if (!font.m_pTxtIndex || !text) return;
-  DrawingPen pen(safe, at.x, at.y);
-  pen.set_axes(text_axes(angle, width / font.m_fTxtHeight, height / font.m_fTxtHeight, mirror));
-  for (; *text; ++text) run_shape(txt_shape(font, static_cast<unsigned char>(*text)), pen);
+  const Axes txt = text_axes(angle, width / font.m_fTxtHeight, height / font.m_fTxtHeight, mirror);
+  DrawingPen pen(safe, at.x, at.y, txt, txt);
+  run_txt(font, text, pen);
 }
 
 void draw_hz(const CShx& font, CSafeDC& safe, CPoint at, const char* text, float height, float angle, float width,
              int mirror) {
-  if ((!font.m_pTxtIndex && !font.m_pHzIndex) || !text) return;
-  DrawingPen pen(safe, at.x, at.y);
-  const Axes txt = text_axes(angle, width / font.m_fTxtHeight, height / font.m_fTxtHeight, mirror);
-  const Axes hz = text_axes(angle, width / font.m_fHzHeight, height / font.m_fHzHeight, mirror);
-  while (*text) {
-    const Character character = next_character(text);
-    pen.set_axes(character.big ? hz : txt);
-    if (!character.big) {
-      if (font.m_pTxtIndex) run_shape(txt_shape(font, character.byte), pen);
-    } else if (const unsigned char* shape = hz_shape(font, character)) {
-      run_shape(shape, pen);
-    } else {
-      pen.step(font.m_fHzHeight, 0, false);
-    }
-  }
+  DrawingPen pen(safe, at.x, at.y, text_axes(angle, width / font.m_fTxtHeight, height / font.m_fTxtHeight, mirror),
+                 text_axes(angle, width / font.m_fHzHeight, height / font.m_fHzHeight, mirror));
+  run_hz(font, text, pen);
 }
 
 }  // namespace qv::detail
@@ -365,7 +324,7 @@ float CShx::GetHzWidth(const char* text, float height, float ratio) {
   if ((!m_pTxtIndex && !m_pHzIndex) || !text) return 0;
   double heights = 0;
   while (*text) {
-    const Character character = next_character(text);
+    const FontCharacter character = next_character(text);
     if (!character.big) {
       if (m_pTxtIndex) heights += txtAdvances_[character.byte] / m_fTxtHeight;
     } else {
@@ -378,8 +337,8 @@ float CShx::GetHzWidth(const char* text, float height, float ratio) {
 
 void CShx::DrawShx(const unsigned char* shape, CDC* dc, float& x, float& y, float a, float b, float c, float d) {
   CSafeDC safe(dc);
-  DrawingPen pen(safe, x, y);
-  pen.set_axes({a, b, c, d});
+  const Axes axes = {a, b, c, d};
+  DrawingPen pen(safe, x, y, axes, axes);
   qv::detail::run_shape(shape, pen);
   x = static_cast<float>(pen.x());
   y = static_cast<float>(pen.y());

@@ -10,9 +10,37 @@ namespace qv::detail {
 struct PaperPoint {
   double x = 0;
   double y = 0;
+  bool operator==(const PaperPoint&) const = default;
 };
 
-/// Open or closed figures of straight pieces and arcs.
+inline double distance(PaperPoint a, PaperPoint b) {
+  return std::hypot(b.x - a.x, b.y - a.y);
+}
+/// `p` turned about a centre by an angle in radians.
+inline PaperPoint turned(PaperPoint p, PaperPoint center, double angle) {
+  const double c = std::cos(angle);
+  const double s = std::sin(angle);
+  const double x = p.x - center.x;
+  const double y = p.y - center.y;
+  return {center.x + x * c - y * s, center.y + x * s + y * c};
+}
+
+struct PaperRect {
+  double left = 0;
+  double bottom = 0;
+  double right = 0;
+  double top = 0;
+
+  bool contains(PaperPoint p) const { return p.x >= left && p.x <= right && p.y >= bottom && p.y <= top; }
+  bool contains(const PaperRect& r) const {
+    return r.left >= left && r.right <= right && r.bottom >= bottom && r.top <= top;
+  }
+  bool misses(const PaperRect& r) const { return r.right < left || r.left > right || r.top < bottom || r.bottom > top; }
+  double width() const { return right - left; }
+  double height() const { return top - bottom; }
+};
+
+/// Figures of straight pieces and arcs, one behind the other. A figure that ends where it began is closed.
 class Path {
  public:
   enum class Kind : char { Move, Line, Arc };
@@ -35,5 +63,28 @@ class Path {
  private:
   std::vector<Piece> pieces_;
 };
+
+/// The box of all pieces, arcs with their quadrants; of an empty path that of the origin.
+PaperRect bounds(const Path& path);
+
+/// Appends what of the path lies in the rectangle.
+void clip(const Path& path, const PaperRect& rect, Path& out);
+
+/// Appends the polygon of a path of straight pieces, cut to the rectangle.
+void clip_polygon(const Path& polygon, const PaperRect& rect, Path& out);
+
+/// Appends the path with arcs as chords that lie off them by no more than the tolerance.
+void flatten(const Path& path, double tolerance, Path& out);
+
+/// The pattern of a line type on paper: dashes above 0, gaps below, dots 0.
+struct DashPattern {
+  std::vector<double> elements;
+  double length = 0;  ///< of all of them; 0 for a solid line
+};
+
+/// Appends the dashes of the path, which run through its corners; dots are pieces of the length `dot`. As CAD programs
+/// draw them, a figure begins and ends with a dash where the pattern begins with one: the first and last take up what
+/// is left over by whole patterns. A figure that is too short for a pattern is drawn solid.
+void dash(const Path& path, const DashPattern& pattern, double dot, Path& out);
 
 }  // namespace qv::detail

@@ -1,0 +1,42 @@
+#pragma once
+
+/// Sizes of paper: A4 to A0 and the lengthened formats of construction drawings.
+
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "qvtools/api.h"
+
+namespace qv {
+
+/// A sheet of paper in millimetres.
+struct PaperSize {
+  double width = 0;
+  double height = 0;
+
+  double longer() const { return width > height ? width : height; }
+  double shorter() const { return width > height ? height : width; }
+  PaperSize landscape() const { return {longer(), shorter()}; }
+  PaperSize portrait() const { return {shorter(), longer()}; }
+};
+
+/// A format by its name; the sizes are landscape.
+struct PaperFormat {
+  const char* name;  ///< "A2", or "A2+1/4" where the long side is lengthened by a quarter
+  PaperSize size;
+};
+
+/// All formats, the larger before the smaller. Source: GB/T 50001, sizes of sheets, and the lengthened sides that it
+/// lists; A4 is lengthened by no one.
+QV_API std::span<const PaperFormat> paper_formats();
+
+/// The paper of a name, whatever the case of its letters, or of a size "WxH" in mm with decimals, each side 10 to 5000
+/// mm. The empty value for anything else.
+QV_API std::optional<PaperSize> paper_named(std::string_view name);
+
+/// The name of the format of a size, to half a millimetre, lying or standing; "WxH" where it is none.
+QV_API std::string paper_name(const PaperSize& size);
+
+}  // namespace qv
