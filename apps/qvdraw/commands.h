@@ -5,8 +5,10 @@
 
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "picture.h"
+#include "qvtools/plot/plot.h"
 
 namespace qvdraw {
 
@@ -26,6 +28,17 @@ struct RenderRequest {
   PictureOptions options;
 };
 void run_render(const RenderRequest& request);
+
+struct PlotRequest {
+  std::vector<std::string> drawings;
+  std::string out;
+  qv::ImportOptions import;
+  qv::PlotOptions options;
+  std::string pens = "GB b=0.7";  ///< a built-in table, or a file
+  bool grey = false;
+  bool colors = false;
+};
+void run_plot(const PlotRequest& request);
 
 struct ConvertRequest {
   std::string drawing;

@@ -136,6 +136,87 @@ void define(CLI::App& command, qvdraw::RenderRequest& request) {
       ->check(CLI::IsMember({"white", "black"}));
 }
 
+/// "1:50", "2:1" or "fit".
+std::optional<double> scale_of(const std::string& text) {
+  if (text == "fit") return std::nullopt;
+  const std::size_t colon = text.find(':');
+  const auto part = [&](std::size_t from, std::size_t until) {
+    double value = 0;
+    const char* const end = text.data() + until;
+    const auto [next, error] = std::from_chars(text.data() + from, end, value);
+    if (error != std::errc() || next != end || !(value > 0) || !std::isfinite(value))
+      throw UsageError("--scale is 1:50, 2:1 or fit, not \"" + text + "\"");
+    return value;
+  };
+  if (colon == std::string::npos) throw UsageError("--scale is 1:50, 2:1 or fit, not \"" + text + "\"");
+  return part(colon + 1, text.size()) / part(0, colon);
+}
+
+void add_paper(CLI::App& command, qv::PlotOptions& options) {
+  using Orientation = qv::PlotOptions::Orientation;
+  command
+      .add_option_function<std::string>(
+          "--paper",
+          [&options](const std::string& name) {
+            options.paper = qv::paper_named(name);
+            if (!options.paper) throw UsageError("--paper is A4 to A0, A3+1/2 and its kin, or WxH in mm");
+          },
+          "A4 to A0, a lengthened format as A3+1/2, or WxH in mm; a sheet's own, else A3")
+      ->type_name("NAME");
+  command.add_flag_callback(
+      "--landscape", [&options] { options.orientation = Orientation::Landscape; },
+      "the paper lies, whatever the drawing does");
+  command.add_flag_callback(
+      "--portrait", [&options] { options.orientation = Orientation::Portrait; }, "the paper stands");
+  command
+      .add_option_function<std::string>(
+          "--scale", [&options](const std::string& text) { options.scale = scale_of(text); },
+          "1:50, or fit; a sheet's own, else fit")
+      ->type_name("1:N");
+  command.add_option("--margin", options.margin, "free at each edge, in mm, by what is fitted")
+      ->check(CLI::Range(0, 1000))
+      ->type_name("MM");
+  add_numbers<2>(command, "--offset", "X,Y", "where the lower left corner lies on the paper, in mm; else centred",
+                 [&options](const auto& v) {
+                   options.offset = qv::PlotPoint{v[0], v[1]};
+                 });
+  add_numbers<4>(command, "--window", "X1,Y1,X2,Y2", "what to plot, in drawing units", [&options](const auto& v) {
+    options.window = qv::DrawingRect{v[0], v[1], v[2], v[3]};
+    if (!(v[2] > v[0]) || !(v[3] > v[1])) throw UsageError("--window is empty");
+  });
+  command.add_flag("--whole", options.whole, "all on one page; else each sheet frame in the drawing is a page");
+}
+
+void add_pens(CLI::App& command, qvdraw::PlotRequest& request) {
+  add_text(command, "--pens", request.pens, "TABLE",
+           "a file of pens (text or CTB), or one of object, mono, \"GB b=1.4\", \"GB b=1.0\", \"GB b=0.7\", "
+           "\"GB b=0.5\"; \"GB b=0.7\" where none is given");
+  CLI::Option_group& group = *command.add_option_group("colours");
+  group.add_flag("--color", request.colors, "in the colours of the drawing and the pens; else black");
+  group.add_flag("--grey", request.grey, "in greys");
+  group.add_flag_callback(
+      "--mono", [&request] { request.colors = request.grey = false; }, "all black");
+  group.require_option(0, 1);
+  command.add_flag("--scale-pens", request.options.scalePens, "a sheet that is plotted smaller has thinner pens, too");
+}
+
+void define(CLI::App& command, qvdraw::PlotRequest& request) {
+  command.add_option("IN.dxf", request.drawings, "the drawings; all of them become one PDF")->required();
+  add_text(command, "-o,--out", request.out, "OUT", "a file that ends in .pdf, .svg or .png")->required();
+  add_import(command, request.import);
+  add_paper(command, request.options);
+  add_pens(command, request);
+  qv::PlotOptions& options = request.options;
+  add_text(command, "--title", options.title, "TEXT",
+           "the title of the PDF; the first drawing's name where none is given");
+  command.add_option("--dpi", options.dpi, "dots an inch of a .png, 300 where none is given")
+      ->check(CLI::Range(30, 2400))
+      ->type_name("N");
+  command.add_flag("--smooth", options.smooth, "a .png is anti-aliased");
+  command.add_flag("--text", options.readable, "an .svg has its texts as invisible text, too");
+  command.add_flag("--dated", options.dated, "a .pdf says when it was made");
+}
+
 void define(CLI::App& command, qvdraw::InfoRequest& request) {
   add_text(command, "IN.dxf", request.drawing, "", "the drawing")->required();
   add_import(command, request.import);
@@ -197,6 +278,7 @@ void add_commands(CLI::App& program) {
   add_command(program, "demo", "draw the sample drawings into a directory", run_demo);
   add_command(program, "convert", "make a flat drawing, which old programs open, of any drawing", run_convert);
   add_command(program, "render", "show a drawing, or a window of it, as a picture", run_render);
+  add_command(program, "plot", "plot drawings to scale, with pens, as PDF, SVG or PNG", run_plot);
   add_command(program, "info", "tell a drawing's tables, entities and extent", run_info);
   add_command(program, "slide", "show or convert a slide, from its file or a library", run_slide);
   add_command(program, "slides", "list a slide library, show all its slides, or extract them", run_slides);
