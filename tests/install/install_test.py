@@ -65,7 +65,7 @@ def check_pkg_config(prefix, folder):
     moved = prefix.rename(prefix.with_name("moved"))
     libraries = next(moved.rglob("qvtools.pc")).parent
     environment = {**os.environ, "PKG_CONFIG_PATH": str(libraries)}
-    for package in ("qvtools", "qvtools-qt"):
+    for package in ("qvtools", "qvtools-plot", "qvtools-qt"):
         if (libraries / f"{package}.pc").exists():
             flags = output("pkg-config", "--cflags", "--libs", package, env=environment).split()
             assert f"-L{libraries.parent}" in [str(pathlib.Path(flag[:2] + os.path.normpath(flag[2:]))) for flag in flags]
@@ -80,7 +80,7 @@ def check_pkg_config(prefix, folder):
 
 def check_static(folder, code):
     """The library alone, as a static one."""
-    run("cmake", "-G", "Ninja", "-S", source, "-B", folder / "library", "-DBUILD_SHARED_LIBS=OFF", "-DQVTOOLS_QT=OFF",
+    run("cmake", "-G", "Ninja", "-S", source, "-B", folder / "library", "-DBUILD_SHARED_LIBS=OFF", "-DQVTOOLS_QT=OFF", "-DQVTOOLS_PLOT=OFF",
         "-DQVTOOLS_TESTS=OFF", "-DCMAKE_CXX_FLAGS=-O0", f"-DCMAKE_INSTALL_PREFIX={folder}/prefix")
     run("cmake", "--build", folder / "library", "--target", "qvtools", "shpc", "fonts")
     run("cmake", "--install", folder / "library")

@@ -7,8 +7,6 @@
 #include <string>
 #include <string_view>
 
-#include "qvtools/api.h"
-
 namespace qv {
 
 /// A sheet of paper in millimetres.
@@ -30,13 +28,13 @@ struct PaperFormat {
 
 /// All formats, the larger before the smaller. Source: GB/T 50001, sizes of sheets, and the lengthened sides that it
 /// lists; A4 is lengthened by no one.
-QV_API std::span<const PaperFormat> paper_formats();
+std::span<const PaperFormat> paper_formats();
 
 /// The paper of a name, whatever the case of its letters, or of a size "WxH" in mm with decimals, each side 10 to 5000
 /// mm. The empty value for anything else.
-QV_API std::optional<PaperSize> paper_named(std::string_view name);
+std::optional<PaperSize> paper_named(std::string_view name);
 
 /// The name of the format of a size, to half a millimetre, lying or standing; "WxH" where it is none.
-QV_API std::string paper_name(const PaperSize& size);
+std::string paper_name(const PaperSize& size);
 
 }  // namespace qv

@@ -9,8 +9,6 @@
 #include <string_view>
 #include <vector>
 
-#include "qvtools/api.h"
-
 namespace qv {
 
 /// In which colours a plot is drawn.

@@ -36,9 +36,9 @@ struct Sheet {
 /// rectangle of a paper format (A4 to A0, lengthened ones) with another in it whose binding margin of 25 mm, at the
 /// left of a lying or the top (or left) of a standing sheet, and other margins of 10 mm (A0 to A2) or 5 mm (A3, A4) fit
 /// the format at one scale. Source of the margins: GB/T 50001.
-QV_API std::vector<Sheet> FindSheets(DXF& document);
+std::vector<Sheet> FindSheets(DXF& document);
 
 /// The document's largest sheet; the empty value where it has none.
-QV_API std::optional<Sheet> SheetOf(DXF& document);
+std::optional<Sheet> SheetOf(DXF& document);
 
 }  // namespace qv
