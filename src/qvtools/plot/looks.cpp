@@ -24,9 +24,9 @@ Ink ink_of(int rgb) {
           static_cast<unsigned char>(rgb & 255)};
 }
 
-/// The colour of a number on paper, where white is black.
-Ink ink_of_number(int color) {
-  if (color == kWhite || color <= kBlack || color > 255) return {};
+/// The colour of a number on paper, where white is black; on a dark background black is white.
+Ink ink_of_number(int color, bool dark) {
+  if (color == kWhite || color <= kBlack || color > 255) return dark ? Ink{255, 255, 255} : Ink{};
   const COLORREF c = StandardPalette()[static_cast<std::size_t>(color)];
   return {static_cast<unsigned char>(c & 255), static_cast<unsigned char>(c >> 8 & 255),
           static_cast<unsigned char>(c >> 16 & 255)};
@@ -80,9 +80,9 @@ Looks::Looks(const DXF& dxf, const DrawingNotes* notes, const LookOptions& optio
     }
     const bool gaps = std::any_of(pattern.elements.begin(), pattern.elements.end(), [](double e) { return e < 0; });
     const bool ink = std::any_of(pattern.elements.begin(), pattern.elements.end(), [](double e) { return e >= 0; });
-    const bool whole = gaps && ink && std::isfinite(pattern.length);
-    if (whole && pattern.length < kShortestPattern) ++short_patterns_;
-    if (!whole || pattern.length < kShortestPattern) pattern = {};
+    const bool whole = gaps && ink && std::isfinite(pattern.length) && options.shortestPattern > 0;
+    if (whole && pattern.length < options.shortestPattern) ++short_patterns_;
+    if (!whole || pattern.length < options.shortestPattern) pattern = {};
   }
   if (!notes) return;
   for (const DrawingNotes::Layer& note : notes->layers) {
@@ -175,7 +175,7 @@ Look Looks::make(const Key& key) const {
     width = key.lineWeight / 100.0;
   else if (rule && rule->width >= 0)
     width = rule->width;
-  look.stroke.width = std::max(width * options_.penScale, kThinnestLine);
+  look.stroke.width = options_.width > 0 ? options_.width : std::max(width * options_.penScale, kThinnestLine);
   look.stroke.ink = ink(key.color, key.trueColor, rule);
   if (listed && patterns_[static_cast<std::size_t>(key.ltype)].length > 0)
     look.pattern = &patterns_[static_cast<std::size_t>(key.ltype)];
@@ -185,7 +185,9 @@ Look Looks::make(const Key& key) const {
 Ink Looks::ink(int color, int trueColor, const PenRule* rule) const {
   Ink ink;
   if (options_.colors != PlotColors::Black) {
-    ink = rule && rule->color >= 0 ? ink_of(rule->color) : trueColor >= 0 ? ink_of(trueColor) : ink_of_number(color);
+    ink = rule && rule->color >= 0 ? ink_of(rule->color)
+          : trueColor >= 0         ? ink_of(trueColor)
+                                   : ink_of_number(color, options_.dark);
     if (options_.colors == PlotColors::Grey) ink = grey(ink);
   }
   return rule ? screened(ink, rule->screening) : ink;

@@ -128,14 +128,14 @@ PaperRect Marks::placed_box(ACAD_BLOCK& block, const ACAD_INSERT& insert, const 
   const CFRect& box = at->second;
   const double dx = static_cast<double>(insert.m_Insert.x) - block.m_Base.x;
   const double dy = static_cast<double>(insert.m_Insert.y) - block.m_Base.y;
-  const PaperPoint low = placement(box.x1 + dx, box.y1 + dy);
-  const PaperPoint high = placement(box.x2 + dx, box.y2 + dy);
+  const PaperPoint low = placement.plane(box.x1 + dx, box.y1 + dy);
+  const PaperPoint high = placement.plane(box.x2 + dx, box.y2 + dy);
   return {low.x, low.y, high.x, high.y};
 }
 
 void Marks::keep_figures(const Placement& placement) {
   constexpr int kFewest = 3;  // entities that are worth a figure
-  if (!canvas_.keeps_figures()) return;
+  if (!canvas_.keeps_figures() || placement.view) return;
   struct Use {
     ACAD_BLOCK* block;
     int count = 0;
@@ -201,12 +201,13 @@ void Marks::draw_insert(const ACAD_INSERT& insert, const Placement& placement) {
   }
   if (const auto kept = kept_.find({block, inherited});
       kept != kept_.end() && placement.window.contains(placed_box(*block, insert, placement))) {
-    canvas_.place(kept->second, placement(insert.m_Insert.x, insert.m_Insert.y));
+    canvas_.place(kept->second, placement(insert.m_Insert));
     return;
   }
   Placement placed = placement;
-  placed.x -= static_cast<double>(insert.m_Insert.x) - block->m_Base.x;
-  placed.y -= static_cast<double>(insert.m_Insert.y) - block->m_Base.y;
+  placed.shift[0] = static_cast<double>(insert.m_Insert.x) - block->m_Base.x;
+  placed.shift[1] = static_cast<double>(insert.m_Insert.y) - block->m_Base.y;
+  placed.shift[2] = static_cast<double>(insert.m_Insert.z) - block->m_Base.z;
   draw_list(block->m_EntityList, placed, &inherited);
 }
 
@@ -293,20 +294,20 @@ void Marks::fill(const Placement& to) {
 }
 
 void Marks::add(const ACAD_POINT& r, const Placement& to) {
-  const PaperPoint at = to(r.m_Point.x, r.m_Point.y);
+  const PaperPoint at = to(r.m_Point);
   path_.move_to(at);
   path_.line_to(at);
   stroke(look_->stroke, look_->pattern, to);
 }
 
 void Marks::add(const ACAD_LINE& r, const Placement& to) {
-  path_.move_to(to(r.m_Start.x, r.m_Start.y));
-  path_.line_to(to(r.m_End.x, r.m_End.y));
+  path_.move_to(to(r.m_Start));
+  path_.line_to(to(r.m_End));
   stroke(look_->stroke, look_->pattern, to);
 }
 
 void Marks::add(const ACAD_CIRCLE& r, const Placement& to) {
-  const PaperPoint center = to(r.m_Center.x, r.m_Center.y);
+  const PaperPoint center = to(r.m_Center);
   const PaperPoint right{center.x + std::fabs(r.m_fRadius) * to.scale, center.y};
   path_.move_to(right);
   path_.arc_to(right, center, 2 * std::numbers::pi);
@@ -319,7 +320,7 @@ void Marks::add(const ACAD_ARC& r, const Placement& to) {
   if (sweep < 0) sweep += 2 * std::numbers::pi;
   if (!(sweep > 0)) return;
   sweep = std::min(sweep, 2 * std::numbers::pi);
-  const PaperPoint center = to(r.m_Center.x, r.m_Center.y);
+  const PaperPoint center = to(r.m_Center);
   const PaperPoint from = turned({center.x + r.m_fRadius * to.scale, center.y}, center, r.m_fStartAngle * kRadian);
   path_.move_to(from);
   path_.arc_to(turned(from, center, sweep), center, sweep);
@@ -329,14 +330,14 @@ void Marks::add(const ACAD_ARC& r, const Placement& to) {
 void Marks::add(const ACAD_SOLID& r, const Placement& to) {
   constexpr int kAround[] = {0, 1, 3, 2};
   for (const int i : kAround) {
-    const PaperPoint p = to(r.m_Corner[i].x, r.m_Corner[i].y);
+    const PaperPoint p = to(r.m_Corner[i]);
     i == 0 ? path_.move_to(p) : path_.line_to(p);
   }
   fill(to);
 }
 
 void Marks::add(const ACAD_3DFACE& r, const Placement& to) {
-  const auto corner = [&](int i) { return to(r.m_Corner[i].x, r.m_Corner[i].y); };
+  const auto corner = [&](int i) { return to(r.m_Corner[i]); };
   path_.move_to(corner(0));
   for (int i = 1; i <= 4; ++i)
     if (corner(i % 4) != path_.end()) path_.line_to(corner(i % 4));
@@ -349,8 +350,7 @@ void Marks::add(const ACAD_POLYLINE& r, const Placement& to) {
     const bool own = a.m_fStartWidth != 0 || a.m_fEndWidth != 0;
     const double start = own ? a.m_fStartWidth : r.m_fStartWidth;
     const double end = own ? a.m_fEndWidth : r.m_fEndWidth;
-    return Band{to(a.m_Point.x, a.m_Point.y), to(b.m_Point.x, b.m_Point.y), a.m_fBulge, start * to.scale,
-                end * to.scale};
+    return Band{to(a.m_Point), to(b.m_Point), a.m_fBulge, start * to.scale, end * to.scale};
   };
   std::vector<Band> bands;
   const ACAD_VERTEX* const first = first_vertex(r);
@@ -389,7 +389,7 @@ void Marks::add(const ACAD_POLYLINE& r, const Placement& to) {
 
 void Marks::add(const ACAD_TEXT& r, const Placement& to) {
   const CShx& font = G_ShapeFont;
-  const PaperPoint at = to(r.m_Insert.x, r.m_Insert.y);
+  const PaperPoint at = to(r.m_Insert);
   const double height = r.m_fHeight * to.scale;
   const double angle = r.m_fRotation * kRadian;
   if (!is_number(at) || !(height > 0) || !(height < kFarthest)) {

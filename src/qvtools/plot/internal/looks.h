@@ -20,6 +20,11 @@ struct LookOptions {
   PlotColors colors = PlotColors::Black;
   double penScale = 1;
   double scale = 1;  ///< mm of paper per drawing unit
+  /// A width for everything but wide polylines; 0 for those of pens and line weights.
+  double width = 0;
+  /// Patterns shorter than this are drawn solid; 0 draws all lines solid.
+  double shortestPattern = 0.35;
+  bool dark = false;  ///< on a dark background, where black is white
 };
 
 /// What an entity says of itself: numbers and names, "by layer" and "by block" among them.
@@ -49,9 +54,6 @@ struct Inherited {
 
 class Looks {
  public:
-  /// Patterns below a third of a millimetre are drawn solid.
-  static constexpr double kShortestPattern = 0.35;
-
   Looks(const DXF& dxf, const DrawingNotes* notes, const LookOptions& options);
 
   /// The look of an entity, of a block's one with what that inherits.

@@ -11,15 +11,34 @@
 
 namespace qv::detail {
 
-/// Where a drawing lies on a page.
+/// The plane of two view angles, as `TouYing3Dto2D` has it.
+class Projection {
+ public:
+  Projection(double a, double b) : ca_(std::cos(a)), sa_(std::sin(a)), cb_(std::cos(b)), sb_(std::sin(b)) {}
+  double u(double x, double y) const { return x * ca_ + y * sa_; }
+  double v(double x, double y, double z) const { return (y * ca_ - x * sa_) * sb_ + z * cb_; }
+
+ private:
+  double ca_, sa_, cb_, sb_;
+};
+
+/// Where a drawing lies on a page, seen in plan or projected.
 struct Placement {
-  double x = 0;  ///< the world point that lies at `at`
+  double x = 0;  ///< the point of the plane that lies at `at`
   double y = 0;
   PaperPoint at;
-  double scale = 1;  ///< mm of paper per drawing unit
-  PaperRect window;  ///< what is shown, on paper
+  double scale = 1;                  ///< mm of paper per drawing unit
+  PaperRect window;                  ///< what is shown, on paper
+  const Projection* view = nullptr;  ///< null in plan
+  double shift[3] = {0, 0, 0};       ///< of an insert's entities, in space
 
-  PaperPoint operator()(double px, double py) const { return {at.x + (px - x) * scale, at.y + (py - y) * scale}; }
+  /// A point of the plane on paper.
+  PaperPoint plane(double u, double v) const { return {at.x + (u - x) * scale, at.y + (v - y) * scale}; }
+  PaperPoint operator()(const Point3& p) const {
+    const double px = p.x + shift[0];
+    const double py = p.y + shift[1];
+    return view ? plane(view->u(px, py), view->v(px, py, p.z + shift[2])) : plane(px, py);
+  }
 };
 
 /// What was not drawn.
