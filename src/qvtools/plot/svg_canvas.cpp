@@ -110,12 +110,11 @@ class SvgMarks {
     if (command_ == '\0') {
       text_.put('M');
       put_pair(p.x, p.y, false);
+      command_ = 'M';
     } else {
       relative('m', p);
+      command_ = 'l';  // as pairs behind a relative move are taken
     }
-    // Pairs that follow a move are lines.
-    command_ = command_ == '\0' ? 'L' : 'l';
-    if (command_ == 'L') command_ = 'M';
     begin_ = now_ = p;
   }
   void line(GridPoint p) { relative('l', on_page(p)); }
