@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <numbers>
 #include <set>
 
 #include "qvtools/plot/internal/path_walk.h"
@@ -13,7 +12,6 @@ namespace {
 
 // How far the chords of an arc may lie off it, in pixels.
 constexpr double kFlatness = 0.1;
-constexpr double kMostChords = 4096;
 
 // Beyond this ratio of a mitre to the width, the corner is cut; so have PDF and SVG it.
 constexpr double kMitreLimit = 10;
@@ -123,15 +121,6 @@ void PixelMarks::add_point(PaperPoint p) {
       {static_cast<float>(to_pixel(p.x * scale_ - 0.5)), static_cast<float>(to_pixel((height_ - p.y) * scale_ - 0.5))});
 }
 
-void PixelMarks::add_arc(PaperPoint from, const Path::Piece& arc) {
-  const double radius = std::hypot(from.x - arc.center.x, from.y - arc.center.y) * scale_;
-  const double widest = radius > kFlatness ? 2 * std::acos(1 - kFlatness / radius) : std::numbers::pi;
-  const double chords = std::ceil(std::fabs(ArcPieces::sweep_of(arc)) / std::max(widest, 1e-6));
-  const int count = static_cast<int>(std::clamp(chords, 1.0, kMostChords));
-  const ArcPieces pieces(from, arc, count);
-  for (int i = 1; i <= count; ++i) add_point(pieces.point(i));
-}
-
 void PixelMarks::end_mark(Mark mark) {
   mark.count = static_cast<std::uint32_t>(points_.size() - mark.first);
   mark.left = mark.top = static_cast<float>(2 * kFarthest);
@@ -154,7 +143,9 @@ void PixelMarks::end_mark(Mark mark) {
 void PixelMarks::stroke(const Path& path, const Stroke& stroke) {
   double width = std::min(stroke.width * scale_, kFarthest);
   width = whole_widths_ ? std::max(1.0, std::round(width)) : std::max(2.0, width);
-  const auto& pieces = path.pieces();
+  straight_.clear();
+  flatten(path, kFlatness / scale_, straight_);
+  const auto& pieces = straight_.pieces();
   for (std::size_t i = 0; i < pieces.size();) {
     Mark mark{points_.size(),
               0,
@@ -170,11 +161,7 @@ void PixelMarks::stroke(const Path& path, const Stroke& stroke) {
     const std::size_t first = i;
     add_point(pieces[i].to);
     for (++i; i < pieces.size() && pieces[i].kind != Path::Kind::Move; ++i) {
-      if (pieces[i].kind == Path::Kind::Arc) {
-        add_arc(pieces[i - 1].to, pieces[i]);
-      } else {
-        add_point(pieces[i].to);
-      }
+      add_point(pieces[i].to);
     }
     mark.closed = i - first > 1 && on_grid(pieces[first].to) == on_grid(pieces[i - 1].to);
     end_mark(mark);
@@ -184,17 +171,15 @@ void PixelMarks::stroke(const Path& path, const Stroke& stroke) {
 // Figures are joined to one polygon by a way from the first point and back, which encloses nothing.
 void PixelMarks::fill(const Path& path, Ink ink) {
   const Mark mark{points_.size(), 0, color_of(ink), 0, {}, {}, true, 0, 0, 0, 0};
-  const auto& pieces = path.pieces();
+  straight_.clear();
+  flatten(path, kFlatness / scale_, straight_);
+  const auto& pieces = straight_.pieces();
   const PaperPoint anchor = pieces[0].to;
   for (std::size_t i = 0; i < pieces.size();) {
     const PaperPoint first = pieces[i].to;
     add_point(first);
     for (++i; i < pieces.size() && pieces[i].kind != Path::Kind::Move; ++i) {
-      if (pieces[i].kind == Path::Kind::Arc) {
-        add_arc(pieces[i - 1].to, pieces[i]);
-      } else {
-        add_point(pieces[i].to);
-      }
+      add_point(pieces[i].to);
     }
     add_point(first);
     add_point(anchor);
@@ -225,8 +210,10 @@ void PixelMarks::draw_stroke(Brush& brush, const Mark& mark) const {
   // Half the width across a direction of one pixel's length.
   const auto across = [radius](Place d) { return Place{-d.y * radius, d.x * radius}; };
   const auto join = [&](Place corner, Place from, Place to) {
-    if (mark.joins == Stroke::Joins::Round) return brush.disc(corner, radius);
     const double turn = from.x * to.y - from.y * to.x, along = from.x * to.x + from.y * to.y;
+    // A slight turn, as in arcs, is mitred in any case: that is the same, and stays within a butt end close by.
+    constexpr double kSlight = 0.97;
+    if (mark.joins == Stroke::Joins::Round && along < kSlight) return brush.disc(corner, radius);
     const double side = turn > 0 ? -1 : 1;
     const Place a = corner + across(from) * side, b = corner + across(to) * side;
     // The mitre reaches out by 1 / sin of half the angle between both pieces, whose square is (1 + along) / 2.

@@ -45,7 +45,6 @@ class PixelMarks {
   class Brush;
 
   void add_point(PaperPoint p);
-  void add_arc(PaperPoint from, const Path::Piece& arc);
   void end_mark(Mark mark);
   void draw_stroke(Brush& brush, const Mark& mark) const;
   void draw_fill(Brush& brush, const Mark& mark) const;
@@ -53,6 +52,7 @@ class PixelMarks {
   double height_;
   double scale_;
   bool whole_widths_;
+  Path straight_;  // the present path without arcs
   std::vector<Point> points_;
   std::vector<Mark> marks_;
 };
