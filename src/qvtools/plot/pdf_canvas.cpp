@@ -7,31 +7,25 @@
 namespace qv::detail {
 namespace {
 
-/// The rectangle of all points that are told, in millimetres.
-struct Bounds {
-  double left = 1e300, bottom = 1e300, right = -1e300, top = -1e300;
+/// The rectangle around marks.
+struct Box {
+  PaperRect rect;
+  bool empty = true;
 
-  bool empty() const { return left > right; }
-  void add(PaperPoint p, double around) {
-    left = std::min(left, p.x - around);
-    bottom = std::min(bottom, p.y - around);
-    right = std::max(right, p.x + around);
-    top = std::max(top, p.y + around);
-  }
-  /// An arc is taken as its whole circle.
-  void add(const Path& path, double around) {
-    for (const Path::Piece& piece : path.pieces()) {
-      add(piece.to, around);
-      if (piece.kind != Path::Kind::Arc) continue;
-      add(piece.center, around + std::hypot(piece.to.x - piece.center.x, piece.to.y - piece.center.y));
-    }
+  void add(const PaperRect& r, double around) {
+    const PaperRect wide{r.left - around, r.bottom - around, r.right + around, r.top + around};
+    if (empty) rect = wide;
+    empty = false;
+    rect.left = std::min(rect.left, wide.left);
+    rect.bottom = std::min(rect.bottom, wide.bottom);
+    rect.right = std::max(rect.right, wide.right);
+    rect.top = std::max(rect.top, wide.top);
   }
 };
 
 /// A figure that is kept: its marks are compressed in memory until no page is open in the file.
 struct Figure {
   int object;
-  Bounds bounds;
   std::string entries;  // of its dictionary
   StringSink packed;
 };
@@ -82,7 +76,7 @@ class PdfCanvas final : public CheckedCanvas {
   struct OpenFigure {
     explicit OpenFigure(FoundFont& font) : deflater(packed), marks(deflater, font) {}
     StringSink packed;
-    Bounds bounds;
+    Box box;
     Deflater deflater;
     PdfMarks marks;
   };
@@ -104,7 +98,8 @@ class PdfCanvas final : public CheckedCanvas {
     file_.begin(object);
     file_.put("<</Type/Page/Parent ");
     file_.put_reference(pages_);
-    const std::string box = "[0 0 " + points(size_.width) + ' ' + points(size_.height) + ']';
+    constexpr double kPointsPerMm = 72 / 25.4;
+    const std::string box = "[0 0 " + numbers<5>({size_.width * kPointsPerMm, size_.height * kPointsPerMm}) + ']';
     for (const char* name : {"/MediaBox", "/CropBox", "/TrimBox"}) file_.put(name + box);
     file_.put("/Contents ");
     file_.put_reference(content_);
@@ -128,15 +123,17 @@ class PdfCanvas final : public CheckedCanvas {
   void draw_stroke(const Path& path, const Stroke& stroke) override {
     marks().stroke(path, stroke);
     // A mitre reaches out by ten half widths at most.
-    if (open_figure_) open_figure_->bounds.add(path, stroke.width * (stroke.joins == Stroke::Joins::Mitred ? 5 : 0.5));
+    if (open_figure_)
+      open_figure_->box.add(bounds(path), stroke.width * (stroke.joins == Stroke::Joins::Mitred ? 5 : 0.5));
   }
   void draw_fill(const Path& path, Ink ink) override {
     marks().fill(path, ink);
-    if (open_figure_) open_figure_->bounds.add(path, 0);
+    if (open_figure_) open_figure_->box.add(bounds(path), 0);
   }
   void draw_text(const FoundText& text) override {
     marks().found_text(text);
-    if (open_figure_) open_figure_->bounds.add(text.at, std::hypot(text.height, text.advance));
+    const PaperRect at{text.at.x, text.at.y, text.at.x, text.at.y};
+    if (open_figure_) open_figure_->box.add(at, std::hypot(text.height, text.advance));
   }
 
   void open_figure() override { open_figure_.emplace(font_); }
@@ -144,42 +141,36 @@ class PdfCanvas final : public CheckedCanvas {
     OpenFigure& open = *open_figure_;
     open.marks.end();
     open.deflater.finish();
-    const Bounds& b = open.bounds;
-    bounds_.push_back(b);
-    std::string entries = "/Type/XObject/Subtype/Form/BBox[0 0 0 0]";
-    if (!b.empty()) {
-      // Rounding moves a mark by a hundredth at most.
-      StringSink box;
-      TextWriter text(box);
-      for (const double edge : {b.left - 0.02, b.bottom - 0.02, b.right + 0.02, b.top + 0.02}) {
-        text.real<2>(edge);
-        text.put(' ');
-      }
-      text.flush();
-      entries = "/Type/XObject/Subtype/Form/BBox[" + box.text + ']';
-    }
+    // Rounding moves a mark by a hundredth at most.
+    const PaperRect& r = open.box.rect;
+    const std::string entries = "/Type/XObject/Subtype/Form/BBox[" +
+                                numbers<2>({r.left - 0.02, r.bottom - 0.02, r.right + 0.02, r.top + 0.02}) + ']';
+    boxes_.push_back(open.box);
     figure_objects_.push_back(file_.reserve());
-    waiting_.push_back({figure_objects_.back(), b, entries + resources(open.marks), std::move(open.packed)});
+    waiting_.push_back({figure_objects_.back(), entries + resources(open.marks), std::move(open.packed)});
     open_figure_.reset();
     if (!page_) write_figures();
   }
   void draw_figure(int figure, PaperPoint by) override {
-    const Bounds& b = bounds_[static_cast<std::size_t>(figure)];
-    if (b.empty()) return;
+    const Box& box = boxes_[static_cast<std::size_t>(figure)];
+    if (box.empty) return;
     marks().place(figure, by);
-    if (!open_figure_) return;
-    open_figure_->bounds.add({b.left + by.x, b.bottom + by.y}, 0.02);
-    open_figure_->bounds.add({b.right + by.x, b.top + by.y}, 0.02);
+    const PaperRect& r = box.rect;
+    if (open_figure_) open_figure_->box.add({r.left + by.x, r.bottom + by.y, r.right + by.x, r.top + by.y}, 0.02);
   }
   void write_figures() {
     for (const Figure& figure : waiting_) file_.packed_stream(figure.object, figure.entries, figure.packed.text);
     waiting_.clear();
   }
 
-  static std::string points(double mm) {
+  template <int decimals>
+  static std::string numbers(std::initializer_list<double> values) {
     StringSink sink;
     TextWriter text(sink);
-    text.real<5>(mm * (72 / 25.4));
+    for (const double value : values) {
+      text.real<decimals>(value);
+      text.put(' ');
+    }
     text.flush();
     return std::move(sink.text);
   }
@@ -324,7 +315,7 @@ class PdfCanvas final : public CheckedCanvas {
   std::optional<OpenFigure> open_figure_;
   std::vector<Figure> waiting_;
   std::vector<int> figure_objects_;
-  std::vector<Bounds> bounds_;
+  std::vector<Box> boxes_;
 };
 
 }  // namespace

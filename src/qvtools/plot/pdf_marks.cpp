@@ -10,10 +10,8 @@ constexpr std::int64_t kLongestPath = 250;
 constexpr double kCurveError = 0.001;
 constexpr double kSixthPowers = 55000;
 
-int curves_of(double radius, double sweep) {
-  const double widest =
-      std::min(std::pow(kCurveError * kSixthPowers / std::max(radius, 1e-3), 1.0 / 6), std::numbers::pi / 2);
-  return std::max(1, static_cast<int>(std::ceil(std::fabs(sweep) / widest - 1e-9)));
+double widest_curve(double radius) {
+  return std::min(std::pow(kCurveError * kSixthPowers / std::max(radius, 1e-3), 1.0 / 6), std::numbers::pi / 2);
 }
 
 }  // namespace
@@ -98,12 +96,9 @@ void PdfMarks::fill(const Path& path, Ink ink) {
 }
 
 void PdfMarks::arc(PaperPoint from, const Path::Piece& arc) {
-  const double sweep = ArcPieces::sweep_of(arc);
-  const double radius = std::hypot(from.x - arc.center.x, from.y - arc.center.y);
-  const ArcPieces pieces(from, arc, curves_of(radius, sweep));
-  const int count = curves_of(radius, sweep);
+  const ArcPieces pieces(from, arc, widest_curve(distance(from, arc.center)));
   const double reach = 4.0 / 3 * std::tan(pieces.step() / 4);
-  for (int i = 0; i < count; ++i) {
+  for (int i = 0; i < pieces.count(); ++i) {
     const PaperPoint a = pieces.point(i), b = pieces.point(i + 1);
     put_point(on_grid(pieces.along(a, reach)));
     put_point(on_grid(pieces.along(b, -reach)));

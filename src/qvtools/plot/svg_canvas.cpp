@@ -110,12 +110,11 @@ class SvgMarks {
     if (command_ == '\0') {
       text_.put('M');
       put_pair(p.x, p.y, false);
+      command_ = 'M';
     } else {
       relative('m', p);
+      command_ = 'l';  // as pairs behind a relative move are taken
     }
-    // Pairs that follow a move are lines.
-    command_ = command_ == '\0' ? 'L' : 'l';
-    if (command_ == 'L') command_ = 'M';
     begin_ = now_ = p;
   }
   void line(GridPoint p) { relative('l', on_page(p)); }
@@ -195,11 +194,9 @@ class SvgMarks {
 void SvgMarks::arc(PaperPoint from, const Path::Piece& arc) {
   // In pieces of a quarter at most: where an arc and its chord differ more, two rounded ends and a radius do not fix
   // it.
-  const double sweep = ArcPieces::sweep_of(arc);
-  const int count = std::max(1, static_cast<int>(std::ceil(std::fabs(sweep) / (std::numbers::pi / 2) - 1e-9)));
-  const ArcPieces pieces(from, arc, count);
-  const int radius = hundredths(std::hypot(from.x - arc.center.x, from.y - arc.center.y));
-  for (int i = 1; i <= count; ++i) {
+  const ArcPieces pieces(from, arc, std::numbers::pi / 2);
+  const int radius = hundredths(distance(from, arc.center));
+  for (int i = 1; i <= pieces.count(); ++i) {
     const GridPoint p = on_page(on_grid(pieces.point(i)));
     if (p == now_) continue;
     if (radius == 0) {
@@ -209,7 +206,7 @@ void SvgMarks::arc(PaperPoint from, const Path::Piece& arc) {
     text_.put('a');
     put_pair(radius, radius, false);
     // Ordinates run downwards, so an arc that turns counter-clockwise turns to smaller angles.
-    text_.put(sweep > 0 ? " 0 0 0" : " 0 0 1");
+    text_.put(arc.sweep > 0 ? " 0 0 0" : " 0 0 1");
     put_pair(p.x - now_.x, p.y - now_.y, true);
     command_ = 'a';
     now_ = p;

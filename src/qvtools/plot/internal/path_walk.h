@@ -21,35 +21,29 @@ inline GridPoint on_grid(PaperPoint p) {
   return {hundredths(p.x), hundredths(p.y)};
 }
 
-/// The pieces that an arc is written in.
+/// The pieces of the same sweep that an arc is written in.
 class ArcPieces {
  public:
-  ArcPieces(PaperPoint from, const Path::Piece& arc, int count)
-      : center_(arc.center), to_(arc.to), sweep_(sweep_of(arc)), count_(count) {
-    from_ = {from.x - center_.x, from.y - center_.y};
+  ArcPieces(PaperPoint from, const Path::Piece& arc, double widest) : from_(from), arc_(arc) {
+    const double sweep = std::clamp(arc.sweep, -2 * std::numbers::pi, 2 * std::numbers::pi);
+    // A whole number of the widest is not exceeded by rounding.
+    count_ = std::max(1, static_cast<int>(std::ceil(std::fabs(sweep) / widest - 1e-9)));
+    step_ = sweep / count_;
   }
-  /// At most a whole turn.
-  static double sweep_of(const Path::Piece& arc) {
-    return std::clamp(arc.sweep, -2 * std::numbers::pi, 2 * std::numbers::pi);
-  }
-  double step() const { return sweep_ / count_; }
+  int count() const { return count_; }
+  double step() const { return step_; }
   /// Where piece i begins, 0 to count; the last one ends exactly where the arc does.
-  PaperPoint point(int i) const {
-    if (i == count_) return to_;
-    const double c = std::cos(step() * i), s = std::sin(step() * i);
-    return {center_.x + from_.x * c - from_.y * s, center_.y + from_.x * s + from_.y * c};
-  }
+  PaperPoint point(int i) const { return i == count_ ? arc_.to : turned(from_, arc_.center, step_ * i); }
   /// The point beside p along the arc's tangent, `reach` radii on.
   PaperPoint along(PaperPoint p, double reach) const {
-    return {p.x - (p.y - center_.y) * reach, p.y + (p.x - center_.x) * reach};
+    return {p.x - (p.y - arc_.center.y) * reach, p.y + (p.x - arc_.center.x) * reach};
   }
 
  private:
   PaperPoint from_;
-  PaperPoint center_;
-  PaperPoint to_;
-  double sweep_;
+  const Path::Piece& arc_;
   int count_;
+  double step_;
 };
 
 /// Walks a path and tells `out`, which has move(GridPoint), line(GridPoint), arc(PaperPoint from, const Path::Piece&)
