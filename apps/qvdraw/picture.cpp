@@ -8,6 +8,7 @@
 #include "common/display_form.h"
 #include "common/picture_file.h"
 #include "progress.h"
+#include "qvtools/plot/picture.h"
 
 namespace qvdraw {
 
@@ -41,8 +42,29 @@ void save_drawn(const std::string& path, CSize size, COLORREF background, const 
   if (!qvapps::save_drawn(path, size, background, draw)) throw std::runtime_error(path + ": cannot be written");
 }
 
+namespace {
+
+void save_png(DXF& dxf, const std::string& path, const PictureOptions& options) {
+  qv::PictureOptions picture;
+  picture.size = options.size;
+  picture.fitHeight = !options.fixedSize;
+  if (options.window) {
+    const CFRect& r = *options.window;
+    picture.window = qv::DrawingRect{r.x1, r.y1, r.x2, r.y2};
+  }
+  if (options.projected) picture.view = {options.viewA, options.viewB};
+  picture.background = options.white ? 0xFFFFFF : 0x000000;
+  picture.notes = options.notes;
+  const std::unique_ptr<qv::BitmapContext> bitmap = qv::MakePicture(dxf, picture);
+  if (!bitmap) throw std::runtime_error("not enough memory");
+  if (!qv::SavePng(*bitmap, path)) throw std::runtime_error(path + ": cannot be written");
+}
+
+}  // namespace
+
 void save_picture(DXF& dxf, const std::string& path, const PictureOptions& options) {
   const Progress progress("drawing " + path);
+  if (qvapps::picture_kind(path) == qvapps::PictureKind::Png) return save_png(dxf, path, options);
   PictureOptions sized = options;
   sized.size = qvapps::drawn_size(qvapps::picture_kind(path), options.size);
   Fit fit(shown_rect(dxf, sized), sized);

@@ -16,7 +16,8 @@ struct PictureOptions {
   bool projected = false;        ///< show projected, for two view angles in radians
   float viewA = 0;
   float viewB = 0;
-  bool white = true;  ///< white background, else black
+  bool white = true;                        ///< white background, else black
+  const qv::DrawingNotes* notes = nullptr;  ///< what the drawing's import noted
 };
 
 /// Writes a picture of the drawing; the ending of the path (.png, .svg, .pdf) says of what kind. Throws

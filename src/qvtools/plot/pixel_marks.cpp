@@ -28,7 +28,7 @@ double to_pixel(double v) {
 
 }  // namespace
 
-/// Draws on a bitmap, exactly placed: a pixel belongs to a shape when its coordinates do, left and top edges in.
+/// Draws on a device, exactly placed: a pixel belongs to a shape when its coordinates do, left and top edges in.
 class PixelMarks::Brush {
  public:
   struct Place {
@@ -39,28 +39,28 @@ class PixelMarks::Brush {
     Place operator*(double f) const { return {x * f, y * f}; }
   };
 
-  Brush(BitmapContext& bitmap, int left, int top) : bitmap_(bitmap), left_(left), top_(top) {
-    before_ = bitmap.SelectObject(&pen_);
+  Brush(CDC& dc, CSize size, int left, int top) : dc_(dc), size_(size), left_(left), top_(top) {
+    before_ = dc.SelectObject(&pen_);
   }
-  ~Brush() { bitmap_.SelectObject(before_); }
+  ~Brush() { dc_.SelectObject(before_); }
   Brush(const Brush&) = delete;
   Brush& operator=(const Brush&) = delete;
 
   void choose(COLORREF color) {
     pen_.color = brush_.color = color;
-    bitmap_.SelectObject(&pen_);
+    dc_.SelectObject(&pen_);
   }
   Place at(Point p) const { return {double{p.x} - left_, double{p.y} - top_}; }
 
   /// One pixel wide, both ends in.
   void line(Place a, Place b) {
     const CPoint from = nearest(a), to = nearest(b);
-    bitmap_.MoveTo(from.x, from.y);
-    bitmap_.LineTo(to.x, to.y);
-    bitmap_.SetPixel(to.x, to.y, pen_.color);
+    dc_.MoveTo(from.x, from.y);
+    dc_.LineTo(to.x, to.y);
+    dc_.SetPixel(to.x, to.y, pen_.color);
   }
   void disc(Place center, double radius) {
-    for (Rows y(center.y - radius, center.y + radius, bitmap_.Height()); y.more(); ++y.now) {
+    for (Rows y(center.y - radius, center.y + radius, size_.cy); y.more(); ++y.now) {
       const double rise = y.now - center.y, reach = std::sqrt(std::max(radius * radius - rise * rise, 0.0));
       span(y.now, center.x - reach, center.x + reach);
     }
@@ -68,7 +68,7 @@ class PixelMarks::Brush {
   template <std::size_t n>
   void convex(const std::array<Place, n>& p) {
     const auto [low, high] = std::minmax_element(p.begin(), p.end(), [](Place a, Place b) { return a.y < b.y; });
-    for (Rows y(low->y, high->y, bitmap_.Height()); y.more(); ++y.now) {
+    for (Rows y(low->y, high->y, size_.cy); y.more(); ++y.now) {
       double left = kFarthest, right = -kFarthest;
       for (std::size_t i = 0, j = n - 1; i < n; j = i++) {
         if ((p[i].y <= y.now) == (p[j].y <= y.now)) continue;
@@ -84,7 +84,7 @@ class PixelMarks::Brush {
     for (std::size_t i = 0; i < count; ++i) corners_.push_back(nearest(at(p[i])));
     CRgn region;
     region.CreatePolygonRgn(corners_.data(), static_cast<int>(count), FillRule::Winding);
-    bitmap_.FillRgn(region, brush_);
+    dc_.FillRgn(region, brush_);
   }
 
  private:
@@ -100,13 +100,14 @@ class PixelMarks::Brush {
   }
   void span(double y, double left, double right) {
     const double first = std::ceil(std::max(left, 0.0));
-    const double end = std::ceil(std::min<double>(right, bitmap_.Width()));
+    const double end = std::ceil(std::min<double>(right, size_.cx));
     if (first >= end) return;
-    bitmap_.MoveTo(static_cast<int>(first), static_cast<int>(y));
-    bitmap_.LineTo(static_cast<int>(end), static_cast<int>(y));
+    dc_.MoveTo(static_cast<int>(first), static_cast<int>(y));
+    dc_.LineTo(static_cast<int>(end), static_cast<int>(y));
   }
 
-  BitmapContext& bitmap_;
+  CDC& dc_;
+  CSize size_;
   double left_;
   double top_;
   CPen pen_;
@@ -253,10 +254,10 @@ void PixelMarks::draw_fill(Brush& brush, const Mark& mark) const {
   for (std::uint32_t i = 1; i < mark.count; ++i) brush.line(brush.at(p[i - 1]), brush.at(p[i]));
 }
 
-bool PixelMarks::draw(BitmapContext& bitmap, int left, int top) const {
-  Brush brush(bitmap, left, top);
+bool PixelMarks::draw(CDC& dc, CSize size, int left, int top) const {
+  Brush brush(dc, size, left, top);
   const auto l = static_cast<float>(left), t = static_cast<float>(top);
-  const auto r = static_cast<float>(left + bitmap.Width()), b = static_cast<float>(top + bitmap.Height());
+  const auto r = static_cast<float>(left + size.cx), b = static_cast<float>(top + size.cy);
   bool drawn = false;
   for (const Mark& mark : marks_) {
     if (mark.bottom < t || mark.top > b || mark.right < l || mark.left > r) continue;

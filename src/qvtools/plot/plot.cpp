@@ -4,11 +4,11 @@
 #include <charconv>
 #include <cmath>
 #include <memory>
-#include <new>
 
 #include "qvtools/plot/internal/canvas.h"
 #include "qvtools/plot/internal/fit.h"
 #include "qvtools/plot/internal/marks.h"
+#include "qvtools/services/internal/out_of_memory.h"
 
 namespace qv {
 
@@ -261,13 +261,11 @@ std::span<const char* const> plot_endings() {
 
 bool Plot(std::span<const PlotSource> sources, const std::string& path, const PlotOptions& options, PlotReport& report,
           const std::function<bool(double share)>& progress) {
-  try {
-    return Plotter(sources, path, options, report, progress).run();
-  } catch (const std::bad_alloc&) {
-    report.pages.clear();
-    report.problem = "memory ran out";
-    return false;
-  }
+  const bool plotted =
+      unless_out_of_memory([&] { return Plotter(sources, path, options, report, progress).run(); }, false);
+  if (!plotted && report.problem.empty()) report.problem = "memory ran out";
+  if (!plotted) report.pages.clear();
+  return plotted;
 }
 
 }  // namespace qv

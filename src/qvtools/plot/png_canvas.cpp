@@ -1,5 +1,6 @@
 #include <optional>
 
+#include "qvtools/platform/bitmap/bitmap_dc.h"
 #include "qvtools/plot/internal/checked_canvas.h"
 #include "qvtools/plot/internal/pixel_marks.h"
 #include "qvtools/plot/internal/png_file.h"
@@ -67,7 +68,7 @@ class PngCanvas final : public CheckedCanvas {
     if (bitmap.Width() == 0) throw std::bad_alloc();
     for (int top = 0; top < height_; top += rows) {
       for (int left = 0; left < width_; left += bitmap.Width() / times_) {
-        const bool drawn = marks_->draw(bitmap, left * times_, top * times_);
+        const bool drawn = marks_->draw(bitmap, {bitmap.Width(), bitmap.Height()}, left * times_, top * times_);
         const int columns = std::min(bitmap.Width() / times_, width_ - left);
         for (int y = 0; y < rows; ++y) {
           std::uint32_t* const out = band.data() + static_cast<std::ptrdiff_t>(y) * width_ + left;

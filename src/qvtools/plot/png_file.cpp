@@ -24,6 +24,7 @@ PngFile::PngFile(const std::string& path) : file_(path.c_str()), data_(*this), d
 
 void PngFile::chunk(std::string_view type, std::string_view data) {
   const auto sum_of = [](uLong sum, std::string_view bytes) {
+    if (bytes.empty()) return sum;  // zlib begins anew where there are no bytes
     return crc32(sum, reinterpret_cast<const Bytef*>(bytes.data()), static_cast<uInt>(bytes.size()));
   };
   const std::string head = big_endian(static_cast<std::uint32_t>(data.size())) + std::string(type);

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "qvtools/platform/bitmap/bitmap_dc.h"
+#include "qvtools/platform/device.h"
 #include "qvtools/plot/internal/canvas.h"
 
 namespace qv::detail {
@@ -19,12 +19,17 @@ class PixelMarks {
 
   void stroke(const Path& path, const Stroke& stroke);
   void fill(const Path& path, Ink ink);
+  std::size_t count() const { return marks_.size(); }
+  void clear() {
+    points_.clear();
+    marks_.clear();
+  }
 
   /// The colours of all marks, 0xRRGGBB, each once; `most` of them at most.
   std::vector<std::uint32_t> colors(std::size_t most) const;
-  /// Draws the marks that reach into the bitmap, whose upper left pixel is (left, top) of the page; false when there
-  /// are none.
-  bool draw(BitmapContext& bitmap, int left, int top) const;
+  /// Draws the marks that reach into a part of the page of this size, whose upper left pixel, (left, top) of the page,
+  /// lies at the device's (0, 0); false when there are none.
+  bool draw(CDC& dc, CSize size, int left, int top) const;
 
  private:
   /// In pixels, downwards; pixel i lies at the coordinate i.
