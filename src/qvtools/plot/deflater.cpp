@@ -12,6 +12,7 @@ constexpr std::size_t kBlock = 1 << 16;
 
 Deflater::Deflater(BlockSink& out) : out_(out), buffer_(kBlock, '\0') {
   if (deflateInit(&stream_, kLevel) != Z_OK) throw std::bad_alloc();
+  empty_buffer();
 }
 
 Deflater::~Deflater() {
@@ -22,12 +23,21 @@ void Deflater::run(std::string_view block, int flush) {
   // zlib's interface is older than const.
   stream_.next_in = const_cast<Bytef*>(reinterpret_cast<const Bytef*>(block.data()));
   stream_.avail_in = static_cast<uInt>(block.size());
-  do {
-    stream_.next_out = reinterpret_cast<Bytef*>(buffer_.data());
-    stream_.avail_out = kBlock;
+  for (;;) {
     deflate(&stream_, flush);
-    out_.take({buffer_.data(), kBlock - stream_.avail_out});
-  } while (stream_.avail_out == 0);
+    if (stream_.avail_out != 0) return;
+    hand_on();
+  }
+}
+
+void Deflater::empty_buffer() {
+  stream_.next_out = reinterpret_cast<Bytef*>(buffer_.data());
+  stream_.avail_out = kBlock;
+}
+
+void Deflater::hand_on() {
+  out_.take({buffer_.data(), kBlock - stream_.avail_out});
+  empty_buffer();
 }
 
 void Deflater::take(std::string_view block) {
@@ -38,6 +48,7 @@ void Deflater::take(std::string_view block) {
 
 void Deflater::finish() {
   run({}, Z_FINISH);
+  hand_on();
 }
 
 std::string deflated(std::string_view text) {

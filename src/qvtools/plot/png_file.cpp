@@ -23,13 +23,13 @@ void PngFile::DataSink::take(std::string_view block) {
 PngFile::PngFile(const std::string& path) : file_(path.c_str()), data_(*this), deflater_(data_) {}
 
 void PngFile::chunk(std::string_view type, std::string_view data) {
-  const auto sum_of = [](uLong sum, std::string_view bytes) {
-    if (bytes.empty()) return sum;  // zlib begins anew where there are no bytes
-    return crc32(sum, reinterpret_cast<const Bytef*>(bytes.data()), static_cast<uInt>(bytes.size()));
-  };
+  // The sum is that of type and data.
   const std::string head = big_endian(static_cast<std::uint32_t>(data.size())) + std::string(type);
-  const std::string sum = big_endian(static_cast<std::uint32_t>(sum_of(sum_of(0, type), data)));
-  for (const std::string_view part : {std::string_view(head), data, std::string_view(sum)}) {
+  uLong sum = crc32(0, reinterpret_cast<const Bytef*>(type.data()), static_cast<uInt>(type.size()));
+  // zlib takes a null text for the beginning of a sum.
+  if (!data.empty()) sum = crc32(sum, reinterpret_cast<const Bytef*>(data.data()), static_cast<uInt>(data.size()));
+  const std::string tail = big_endian(static_cast<std::uint32_t>(sum));
+  for (const std::string_view part : {std::string_view(head), data, std::string_view(tail)}) {
     good_ = good_ && file_.write(part.data(), part.size());
   }
 }

@@ -10,8 +10,8 @@
 
 namespace qv::detail {
 
-/// What it takes goes on compressed, in the zlib format (RFC 1950), level 6. Memory that runs out throws
-/// `std::bad_alloc`.
+/// What it takes goes on compressed, in the zlib format (RFC 1950), level 6, in blocks of 64 KB but for the last.
+/// Memory that runs out throws `std::bad_alloc`.
 class Deflater final : public BlockSink {
  public:
   explicit Deflater(BlockSink& out);
@@ -25,6 +25,8 @@ class Deflater final : public BlockSink {
 
  private:
   void run(std::string_view block, int flush);
+  void empty_buffer();
+  void hand_on();
 
   BlockSink& out_;
   std::string buffer_;
