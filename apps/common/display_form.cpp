@@ -114,15 +114,14 @@ void drop_hidden(DXF& dxf) {
   for_each<ACAD_BLOCK>(dxf.m_BlockList, [&](ACAD_BLOCK& block) { drop(block.m_EntityList, true); });
 }
 
-const qv::Appearance& appearance() {
+qv::Appearance appearance(const qv::LinePatterns& patterns) {
   static const qv::Palette palette = [] {
     constexpr int kOwn = 16;
     qv::Palette colors = qv::StandardPalette();
     for (int i = 0; i < kOwn; ++i) colors[static_cast<std::size_t>(i)] = ACAD_ENTITY::GetColor(i);
     return colors;
   }();
-  static const qv::Appearance shown{&palette};
-  return shown;
+  return {&palette, &patterns};
 }
 
 CFRect never_empty(const CFRect& extent) {

@@ -50,8 +50,9 @@ void resolve_for_display(DXF& dxf, bool lightBackground);
 /// Deletes the entities whose layers are off or frozen; those on layer "0" of a block are seen wherever it is.
 void drop_hidden(DXF& dxf);
 
-/// The colours of drawings in pictures and on screen: the standard palette from 16 on; below it the library's own.
-const qv::Appearance& appearance();
+/// How drawings are shown in pictures and on screen: in the standard palette from 16 on, below it in the library's own;
+/// dashed by the patterns, which stay the caller's.
+qv::Appearance appearance(const qv::LinePatterns& patterns);
 
 /// The extent of a drawing with a margin around it, never empty and always finite: what to fit into a picture.
 CFRect with_margin(const CFRect& extent);

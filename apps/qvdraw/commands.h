@@ -29,12 +29,15 @@ struct RenderRequest {
 };
 void run_render(const RenderRequest& request);
 
+/// The pens of plots where none are asked for.
+inline constexpr const char* kUsualPens = "GB b=0.7";
+
 struct PlotRequest {
   std::vector<std::string> drawings;
   std::string out;
   qv::ImportOptions import;
   qv::PlotOptions options;
-  std::string pens = "GB b=0.7";  ///< a built-in table, or a file
+  std::string pens = kUsualPens;  ///< a built-in table, or a file
   bool grey = false;
   bool colors = false;
 };

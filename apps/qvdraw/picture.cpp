@@ -65,14 +65,17 @@ void save_png(DXF& dxf, const std::string& path, const PictureOptions& options) 
 void save_picture(DXF& dxf, const std::string& path, const PictureOptions& options) {
   const Progress progress("drawing " + path);
   if (qvapps::picture_kind(path) == qvapps::PictureKind::Png) return save_png(dxf, path, options);
+  qvapps::drop_hidden(dxf);
+  qvapps::resolve_for_display(dxf, options.white);
   PictureOptions sized = options;
   sized.size = qvapps::drawn_size(qvapps::picture_kind(path), options.size);
   Fit fit(shown_rect(dxf, sized), sized);
   save_drawn(path, fit.size, options.white ? 0xFFFFFF : 0x000000, [&](CDC& dc) {
+    const qv::LinePatterns patterns = qv::PatternsOf(dxf);
     if (options.projected)
-      dxf.Draw3D(&dc, &fit.coor, options.viewA, options.viewB, qvapps::appearance());
+      dxf.Draw3D(&dc, &fit.coor, options.viewA, options.viewB, qvapps::appearance(patterns));
     else
-      dxf.Draw(&dc, &fit.coor, qvapps::appearance());
+      dxf.Draw(&dc, &fit.coor, qvapps::appearance(patterns));
   });
 }
 

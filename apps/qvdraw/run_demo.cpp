@@ -1,8 +1,8 @@
 #include <filesystem>
+#include <optional>
 #include <stdexcept>
 
 #include "commands.h"
-#include "common/display_form.h"
 #include "common/picture_file.h"
 #include "demo.h"
 #include "picture.h"
@@ -11,26 +11,52 @@
 
 namespace qvdraw {
 
+namespace {
+
+constexpr int kWidth = 3200;  // pixels of a picture: its smallest texts stay legible
+
+void save(DXF& drawing, const std::string& path) {
+  if (!drawing.Write_MemDxf_To_File(path.c_str())) throw std::runtime_error(path + ": cannot be written");
+}
+
+void plot(DXF& drawing, const std::string& name, const std::string& path) {
+  const qv::PlotSource source{&drawing, nullptr, name, 1};
+  const std::optional<qv::PenTable> pens = qv::PenTable::built_in(kUsualPens);
+  qv::PlotOptions options;
+  options.pens = &*pens;
+  qv::PlotReport report;
+  if (!qv::Plot({&source, 1}, path, options, report)) throw std::runtime_error(path + ": " + report.problem);
+}
+
+}  // namespace
+
 void run_demo(const DemoRequest& request) {
   const std::string& directory = request.directory;
   std::error_code error;
   std::filesystem::create_directories(directory, error);
   if (!std::filesystem::is_directory(directory)) throw std::runtime_error(directory + ": cannot be made a directory");
-  constexpr int kWidth = 3200;  // pixels of a picture: its smallest texts stay legible
   const struct {
     const char* name;
     std::unique_ptr<CBase_SGT> (*compose)();
-  } sheets[] = {{"plan", compose_plan}, {"beam", compose_beam}, {"calc", compose_calculation}};
+    float x;  // where it stands in the drawing of all sheets
+  } sheets[] = {{"plan", compose_plan, 0}, {"beam", compose_beam, 90000}, {"calc", compose_calculation, 125000}};
+  DXF all;
+  all.New_MemDxf();
+  all.m_bCodePageHeader = 1;
   for (const auto& sheet : sheets) {
     const std::unique_ptr<CBase_SGT> sgt = sheet.compose();
-    if (!sgt) throw std::runtime_error("not enough memory");
+    if (!sgt || !all.InsertDxf(sgt.get(), sheet.x, 0, 0)) throw std::runtime_error("not enough memory");
     const std::string base = directory + "/" + sheet.name;
-    if (!sgt->Write_MemDxf_To_File((base + ".dxf").c_str())) throw std::runtime_error(base + ".dxf: cannot be written");
-    qvapps::resolve_for_display(*sgt, true);
+    save(*sgt, base + ".dxf");
+    for (const char* const ending : {".pdf", ".svg"}) plot(*sgt, sheet.name, base + ending);
     PictureOptions options;
     options.size = CSize(kWidth, kWidth);
-    for (const auto& format : qvapps::picture_formats()) save_picture(*sgt, base + format.ending, options);
+    for (const auto& format : qvapps::picture_formats())
+      if (format.kind == qvapps::PictureKind::Png || format.kind == qvapps::PictureKind::Emf)
+        save_picture(*sgt, base + format.ending, options);
   }
+  save(all, directory + "/sheets.dxf");
+  plot(all, "sheets", directory + "/sheets.pdf");
   write_sample_library(directory + "/details.slb");
   write_sample_slab(directory);
 }

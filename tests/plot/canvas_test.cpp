@@ -28,9 +28,9 @@ CanvasOptions coarse() {
   return options;
 }
 
-Path path(std::initializer_list<PaperPoint> points) {
+Path path(std::initializer_list<PathPoint> points) {
   Path result;
-  for (const PaperPoint p : points) result.empty() ? result.move_to(p) : result.line_to(p);
+  for (const PathPoint p : points) result.empty() ? result.move_to(p) : result.line_to(p);
   return result;
 }
 

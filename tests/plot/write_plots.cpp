@@ -13,7 +13,7 @@ Stroke pen(double width, Ink ink = {}) {
   return {width, ink, Stroke::Ends::Round, Stroke::Joins::Round};
 }
 
-Path line(PaperPoint a, PaperPoint b) {
+Path line(PathPoint a, PathPoint b) {
   Path path;
   path.move_to(a);
   path.line_to(b);

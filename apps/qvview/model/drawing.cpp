@@ -76,7 +76,7 @@ class Drawing::LayerIndex {
 };
 
 Drawing::Drawing(std::unique_ptr<DXF> document, bool lightBackground)
-    : document_(std::move(document)), light_(lightBackground) {
+    : document_(std::move(document)), patterns_(qv::PatternsOf(*document_)), light_(lightBackground) {
   LayerIndex index(*document_, layers_);
   items_ = take_items(document_->m_EntityList, index);
   for (const Item& item : items_) ++layers_[item.layer].entities;
@@ -198,7 +198,7 @@ void Drawing::draw(CDC& dc, const CFCoor& coor, const ViewAngles& angles, bool e
   constexpr int kReadable = 3;  // pixels
   CFCoor view = coor;
   prepared(angles).SetReadableHeight(everyLetter ? 0 : kReadable);
-  prepared(angles).Draw(&dc, &view, qvapps::appearance());
+  prepared(angles).Draw(&dc, &view, qvapps::appearance(patterns_));
   if (!dc.IsPrinting() && !dc.IsMetafile()) draw_marks(dc, view, angles);
 }
 

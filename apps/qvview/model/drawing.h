@@ -89,6 +89,7 @@ class Drawing {
   void draw_entity(ACAD_ENTITY& entity, CDC& dc, CFCoor& coor, const ViewAngles& angles) const;
 
   std::unique_ptr<DXF> document_;
+  qv::LinePatterns patterns_;
   bool light_;
   std::vector<Layer> layers_;
   std::vector<Item> items_;

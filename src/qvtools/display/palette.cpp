@@ -7,8 +7,8 @@ namespace {
 /// Colours 10 to 249 are 24 hues of 15 degrees, each in five steps of value, odd ones half as strong.
 constexpr Palette make_palette() {
   Palette palette{};
-  constexpr COLORREF kFirst[] = {rgb(0, 0, 0),     rgb(255, 0, 0), rgb(255, 255, 0), rgb(0, 255, 0),
-                                 rgb(0, 255, 255), rgb(0, 0, 255), rgb(255, 0, 255), rgb(255, 255, 255),
+  constexpr COLORREF kFirst[] = {rgb(0, 0, 0),       rgb(255, 0, 0),    rgb(255, 255, 0), rgb(0, 255, 0),
+                                 rgb(0, 255, 255),   rgb(0, 0, 255),    rgb(255, 0, 255), rgb(255, 255, 255),
                                  rgb(128, 128, 128), rgb(192, 192, 192)};
   constexpr unsigned kGreys[] = {0x33, 0x50, 0x69, 0x82, 0xBE, 0xFF};
   constexpr unsigned kValues[] = {255, 165, 127, 76, 38};

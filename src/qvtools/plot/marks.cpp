@@ -18,14 +18,14 @@ constexpr double kRadian = std::numbers::pi / 180;
 constexpr double kFarthest = 1e7;     // mm of paper, ten kilometres; what lies beyond is taken for no number
 constexpr double kTolerance = 0.005;  // mm, of arcs that are filled
 
-bool is_number(PaperPoint p) {
+bool is_number(PathPoint p) {
   return std::fabs(p.x) < kFarthest && std::fabs(p.y) < kFarthest;  // false for NaN
 }
 
 /// One segment of a polyline on paper.
 struct Band {
-  PaperPoint from;
-  PaperPoint to;
+  PathPoint from;
+  PathPoint to;
   double bulge;
   double start;  // widths, in mm
   double end;
@@ -33,7 +33,7 @@ struct Band {
   bool is_wide() const { return start > 0 || end > 0; }
   bool is_even() const { return start == end; }
   /// Of an arc.
-  PaperPoint center() const {
+  PathPoint center() const {
     const double k = (1 - bulge * bulge) / (4 * bulge);
     return {(from.x + to.x) / 2 - (to.y - from.y) * k, (from.y + to.y) / 2 + (to.x - from.x) * k};
   }
@@ -56,12 +56,12 @@ void append_tapered(const Band& band, Path& out) {
   const auto& pieces = chords.pieces();
   const std::size_t n = pieces.size();
   const auto side = [&](std::size_t i, double sign) {
-    const PaperPoint a = pieces[i > 0 ? i - 1 : 0].to;
-    const PaperPoint b = pieces[std::min(i + 1, n - 1)].to;
+    const PathPoint a = pieces[i > 0 ? i - 1 : 0].to;
+    const PathPoint b = pieces[std::min(i + 1, n - 1)].to;
     const double length = distance(a, b);
     const double t = n > 1 ? static_cast<double>(i) / static_cast<double>(n - 1) : 0;
     const double half = length > 0 ? sign * (band.start + (band.end - band.start) * t) / 2 / length : 0;
-    return PaperPoint{pieces[i].to.x - (b.y - a.y) * half, pieces[i].to.y + (b.x - a.x) * half};
+    return PathPoint{pieces[i].to.x - (b.y - a.y) * half, pieces[i].to.y + (b.x - a.x) * half};
   };
   for (std::size_t i = 0; i < n; ++i) i == 0 ? out.move_to(side(i, 1)) : out.line_to(side(i, 1));
   for (std::size_t i = n; i-- > 0;) out.line_to(side(i, -1));
@@ -74,12 +74,12 @@ class TextPen {
   struct Axes {
     double ax, ay, bx, by;
   };
-  TextPen(PaperPoint at, const Axes& txt, const Axes& hz, Path& out)
+  TextPen(PathPoint at, const Axes& txt, const Axes& hz, Path& out)
       : path_(out), txt_(txt), hz_(hz), here_(at), device_(at), kept_(at) {}
 
   struct Begin {
     const char* head;
-    PaperPoint at;
+    PathPoint at;
   };
   std::vector<Begin> begins;
 
@@ -98,16 +98,16 @@ class TextPen {
   void push() { kept_ = here_; }
   // As in drawing on a device, the next stroke begins where the last one ended.
   void pop() { here_ = kept_; }
-  PaperPoint here() const { return here_; }
+  PathPoint here() const { return here_; }
 
  private:
   Path& path_;
   Axes txt_;
   Axes hz_;
   Axes axes_{};
-  PaperPoint here_;
-  PaperPoint device_;
-  PaperPoint kept_;
+  PathPoint here_;
+  PathPoint device_;
+  PathPoint kept_;
 };
 
 }  // namespace
@@ -118,7 +118,7 @@ Marks::Marks(DXF& dxf, const DrawingNotes* notes, const LookOptions& options, Ca
   counts_.shortPatterns = looks_.short_patterns();
 }
 
-PaperRect Marks::placed_box(ACAD_BLOCK& block, const ACAD_INSERT& insert, const Placement& placement) {
+PathRect Marks::placed_box(ACAD_BLOCK& block, const ACAD_INSERT& insert, const Placement& placement) {
   const auto [at, added] = extents_.try_emplace(&block);
   if (added) {
     ACAD_INSERT origin;
@@ -128,8 +128,8 @@ PaperRect Marks::placed_box(ACAD_BLOCK& block, const ACAD_INSERT& insert, const 
   const CFRect& box = at->second;
   const double dx = static_cast<double>(insert.m_Insert.x) - block.m_Base.x;
   const double dy = static_cast<double>(insert.m_Insert.y) - block.m_Base.y;
-  const PaperPoint low = placement.plane(box.x1 + dx, box.y1 + dy);
-  const PaperPoint high = placement.plane(box.x2 + dx, box.y2 + dy);
+  const PathPoint low = placement.plane(box.x1 + dx, box.y1 + dy);
+  const PathPoint high = placement.plane(box.x2 + dx, box.y2 + dy);
   return {low.x, low.y, high.x, high.y};
 }
 
@@ -241,30 +241,24 @@ void Marks::stroke(const Stroke& pen, const DashPattern* pattern, const Placemen
     ++counts_.notNumbers;
     return;
   }
-  const PaperRect box = bounds(path_);
+  const PathRect box = bounds(path_);
   if (box.misses(to.window)) {
     ++counts_.outside;
     return;
   }
   const Path* shown = &path_;
-  const auto cut = [&] {
-    if (to.window.contains(box)) return;
-    Path inside;
-    clip(*shown, to.window, inside);
-    clipped_ = std::move(inside);
-    shown = &clipped_;
-  };
   Stroke dashes = pen;
-  // What is drawn in very many dashes lies mostly outside: it is cut first, whatever that does to the first dash.
-  constexpr double kMostPatterns = 20000;
-  if (pattern && box.width() + box.height() > kMostPatterns * pattern->length) cut();
   if (pattern) {
     dashed_.clear();
-    dash(*shown, *pattern, pen.width, dashed_);
+    dash(path_, *pattern, pen.width, to.window, dashed_);
     dashes.ends = Stroke::Ends::Butt;
     shown = &dashed_;
   }
-  cut();
+  if (!to.window.contains(box)) {
+    clipped_.clear();
+    clip(*shown, to.window, clipped_);
+    shown = &clipped_;
+  }
   if (shown->empty()) {
     ++counts_.outside;
     return;
@@ -294,7 +288,7 @@ void Marks::fill(const Placement& to) {
 }
 
 void Marks::add(const ACAD_POINT& r, const Placement& to) {
-  const PaperPoint at = to(r.m_Point);
+  const PathPoint at = to(r.m_Point);
   path_.move_to(at);
   path_.line_to(at);
   stroke(look_->stroke, look_->pattern, to);
@@ -307,8 +301,8 @@ void Marks::add(const ACAD_LINE& r, const Placement& to) {
 }
 
 void Marks::add(const ACAD_CIRCLE& r, const Placement& to) {
-  const PaperPoint center = to(r.m_Center);
-  const PaperPoint right{center.x + std::fabs(r.m_fRadius) * to.scale, center.y};
+  const PathPoint center = to(r.m_Center);
+  const PathPoint right{center.x + std::fabs(r.m_fRadius) * to.scale, center.y};
   path_.move_to(right);
   path_.arc_to(right, center, 2 * std::numbers::pi);
   stroke(look_->stroke, look_->pattern, to);
@@ -320,8 +314,8 @@ void Marks::add(const ACAD_ARC& r, const Placement& to) {
   if (sweep < 0) sweep += 2 * std::numbers::pi;
   if (!(sweep > 0)) return;
   sweep = std::min(sweep, 2 * std::numbers::pi);
-  const PaperPoint center = to(r.m_Center);
-  const PaperPoint from = turned({center.x + r.m_fRadius * to.scale, center.y}, center, r.m_fStartAngle * kRadian);
+  const PathPoint center = to(r.m_Center);
+  const PathPoint from = turned({center.x + r.m_fRadius * to.scale, center.y}, center, r.m_fStartAngle * kRadian);
   path_.move_to(from);
   path_.arc_to(turned(from, center, sweep), center, sweep);
   stroke(look_->stroke, look_->pattern, to);
@@ -330,7 +324,7 @@ void Marks::add(const ACAD_ARC& r, const Placement& to) {
 void Marks::add(const ACAD_SOLID& r, const Placement& to) {
   constexpr int kAround[] = {0, 1, 3, 2};
   for (const int i : kAround) {
-    const PaperPoint p = to(r.m_Corner[i]);
+    const PathPoint p = to(r.m_Corner[i]);
     i == 0 ? path_.move_to(p) : path_.line_to(p);
   }
   fill(to);
@@ -389,7 +383,7 @@ void Marks::add(const ACAD_POLYLINE& r, const Placement& to) {
 
 void Marks::add(const ACAD_TEXT& r, const Placement& to) {
   const CShx& font = G_ShapeFont;
-  const PaperPoint at = to(r.m_Insert);
+  const PathPoint at = to(r.m_Insert);
   const double height = r.m_fHeight * to.scale;
   const double angle = r.m_fRotation * kRadian;
   if (!is_number(at) || !(height > 0) || !(height < kFarthest)) {
@@ -413,12 +407,12 @@ void Marks::add(const ACAD_TEXT& r, const Placement& to) {
   stroke(look_->stroke, nullptr, to);  // letters are never dashed
 
   // What lies wholly inside can be found.
-  const PaperPoint up{-std::sin(angle) * height, std::cos(angle) * height};
-  const auto inside = [&](PaperPoint p) {
-    return to.window.contains(p) && to.window.contains(PaperPoint{p.x + up.x, p.y + up.y});
+  const PathPoint up{-std::sin(angle) * height, std::cos(angle) * height};
+  const auto inside = [&](PathPoint p) {
+    return to.window.contains(p) && to.window.contains(PathPoint{p.x + up.x, p.y + up.y});
   };
   const DrawingNotes::Entity* const note = notes_ ? notes_->find(entity_) : nullptr;
-  const auto place = [&](std::string text, PaperPoint from, PaperPoint until) {
+  const auto place = [&](std::string text, PathPoint from, PathPoint until) {
     if (text.empty()) return;
     set_layer();
     canvas_.text({std::move(text), from, height, angle, distance(from, until)});

@@ -9,11 +9,11 @@ namespace {
 
 /// The rectangle around marks.
 struct Box {
-  PaperRect rect;
+  PathRect rect;
   bool empty = true;
 
-  void add(const PaperRect& r, double around) {
-    const PaperRect wide{r.left - around, r.bottom - around, r.right + around, r.top + around};
+  void add(const PathRect& r, double around) {
+    const PathRect wide{r.left - around, r.bottom - around, r.right + around, r.top + around};
     if (empty) rect = wide;
     empty = false;
     rect.left = std::min(rect.left, wide.left);
@@ -132,7 +132,7 @@ class PdfCanvas final : public CheckedCanvas {
   }
   void draw_text(const FoundText& text) override {
     marks().found_text(text);
-    const PaperRect at{text.at.x, text.at.y, text.at.x, text.at.y};
+    const PathRect at{text.at.x, text.at.y, text.at.x, text.at.y};
     if (open_figure_) open_figure_->box.add(at, std::hypot(text.height, text.advance));
   }
 
@@ -142,7 +142,7 @@ class PdfCanvas final : public CheckedCanvas {
     open.marks.end();
     open.deflater.finish();
     // Rounding moves a mark by a hundredth at most.
-    const PaperRect& r = open.box.rect;
+    const PathRect& r = open.box.rect;
     const std::string entries = "/Type/XObject/Subtype/Form/BBox[" +
                                 numbers<2>({r.left - 0.02, r.bottom - 0.02, r.right + 0.02, r.top + 0.02}) + ']';
     boxes_.push_back(open.box);
@@ -151,11 +151,11 @@ class PdfCanvas final : public CheckedCanvas {
     open_figure_.reset();
     if (!page_) write_figures();
   }
-  void draw_figure(int figure, PaperPoint by) override {
+  void draw_figure(int figure, PathPoint by) override {
     const Box& box = boxes_[static_cast<std::size_t>(figure)];
     if (box.empty) return;
     marks().place(figure, by);
-    const PaperRect& r = box.rect;
+    const PathRect& r = box.rect;
     if (open_figure_) open_figure_->box.add({r.left + by.x, r.bottom + by.y, r.right + by.x, r.top + by.y}, 0.02);
   }
   void write_figures() {

@@ -95,11 +95,11 @@ void PdfMarks::fill(const Path& path, Ink ink) {
   if (walk_.told() != before) text_.put("f\n");
 }
 
-void PdfMarks::arc(PaperPoint from, const Path::Piece& arc) {
+void PdfMarks::arc(PathPoint from, const Path::Piece& arc) {
   const ArcPieces pieces(from, arc, widest_curve(distance(from, arc.center)));
   const double reach = 4.0 / 3 * std::tan(pieces.step() / 4);
   for (int i = 0; i < pieces.count(); ++i) {
-    const PaperPoint a = pieces.point(i), b = pieces.point(i + 1);
+    const PathPoint a = pieces.point(i), b = pieces.point(i + 1);
     put_point(on_grid(pieces.along(a, reach)));
     put_point(on_grid(pieces.along(b, -reach)));
     point(on_grid(b), "c\n");
@@ -142,7 +142,7 @@ void PdfMarks::found_text(const FoundText& text) {
   text_.put(">Tj\n");
 }
 
-void PdfMarks::place(int figure, PaperPoint by) {
+void PdfMarks::place(int figure, PathPoint by) {
   enter_layer();
   turn_to(Open::Nothing);
   figures_.insert(figure);

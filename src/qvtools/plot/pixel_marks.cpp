@@ -116,7 +116,7 @@ class PixelMarks::Brush {
   std::vector<CPoint> corners_;
 };
 
-void PixelMarks::add_point(PaperPoint p) {
+void PixelMarks::add_point(PathPoint p) {
   // Pixel i lies in the middle of the square from i to i + 1.
   points_.push_back(
       {static_cast<float>(to_pixel(p.x * scale_ - 0.5)), static_cast<float>(to_pixel((height_ - p.y) * scale_ - 0.5))});
@@ -175,9 +175,9 @@ void PixelMarks::fill(const Path& path, Ink ink) {
   straight_.clear();
   flatten(path, kFlatness / scale_, straight_);
   const auto& pieces = straight_.pieces();
-  const PaperPoint anchor = pieces[0].to;
+  const PathPoint anchor = pieces[0].to;
   for (std::size_t i = 0; i < pieces.size();) {
-    const PaperPoint first = pieces[i].to;
+    const PathPoint first = pieces[i].to;
     add_point(first);
     for (++i; i < pieces.size() && pieces[i].kind != Path::Kind::Move; ++i) {
       add_point(pieces[i].to);

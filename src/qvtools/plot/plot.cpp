@@ -54,7 +54,7 @@ struct PagePlan {
   bool cut = false;  // nothing outside of the rectangle is drawn
   PaperSize paper;
   double scale = 1;  // mm of paper per drawing unit
-  PaperPoint at;     // where the rectangle's lower left corner lies
+  PathPoint at;      // where the rectangle's lower left corner lies
 };
 
 class Plotter {
@@ -153,8 +153,8 @@ class Plotter {
                             page.rect.height() > 0 ? height / page.rect.height() : INFINITY);
     const double shownWidth = page.rect.width() * page.scale;
     const double shownHeight = page.rect.height() * page.scale;
-    page.at = options_.offset ? PaperPoint{options_.offset->x, options_.offset->y}
-                              : PaperPoint{(page.paper.width - shownWidth) / 2, (page.paper.height - shownHeight) / 2};
+    page.at = options_.offset ? PathPoint{options_.offset->x, options_.offset->y}
+                              : PathPoint{(page.paper.width - shownWidth) / 2, (page.paper.height - shownHeight) / 2};
   }
 
   CanvasOptions canvas_options() const {
@@ -199,7 +199,7 @@ class Plotter {
     placement.at = plan.at;
     placement.scale = plan.scale;
     placement.window = {0, 0, plan.paper.width, plan.paper.height};
-    PaperRect shown{plan.at.x, plan.at.y, plan.at.x + width, plan.at.y + height};
+    PathRect shown{plan.at.x, plan.at.y, plan.at.x + width, plan.at.y + height};
     constexpr double kRounding = 0.01;
     const bool fits = shown.left >= -kRounding && shown.bottom >= -kRounding &&
                       shown.right <= plan.paper.width + kRounding && shown.top <= plan.paper.height + kRounding;

@@ -88,7 +88,7 @@ class SvgMarks {
     text_.put(letters);
     text_.put("</text>\n");
   }
-  void place(int figure, PaperPoint by) {
+  void place(int figure, PathPoint by) {
     end_path();
     text_.put("<use xlink:href=\"#figure");
     text_.integer(figure);
@@ -118,7 +118,7 @@ class SvgMarks {
     begin_ = now_ = p;
   }
   void line(GridPoint p) { relative('l', on_page(p)); }
-  void arc(PaperPoint from, const Path::Piece& arc);
+  void arc(PathPoint from, const Path::Piece& arc);
   void close() {
     text_.put('z');
     command_ = 'z';
@@ -191,7 +191,7 @@ class SvgMarks {
   std::int64_t path_from_ = 0;
 };
 
-void SvgMarks::arc(PaperPoint from, const Path::Piece& arc) {
+void SvgMarks::arc(PathPoint from, const Path::Piece& arc) {
   // In pieces of a quarter at most: where an arc and its chord differ more, two rounded ends and a radius do not fix
   // it.
   const ArcPieces pieces(from, arc, std::numbers::pi / 2);
@@ -275,7 +275,7 @@ class SvgCanvas final : public CheckedCanvas {
     figures_ += "</g>\n";
     open_figure_.reset();
   }
-  void draw_figure(int figure, PaperPoint by) override { marks().place(figure, by); }
+  void draw_figure(int figure, PathPoint by) override { marks().place(figure, by); }
 
   std::string described(int layer) const {
     const PlotLayer& l = layers_[static_cast<std::size_t>(layer)];

@@ -3,6 +3,9 @@
 /// What one call of drawing works with: made for the call from what the caller gave, and handed down to everything that
 /// is drawn by it. Nothing of it outlives the call.
 
+#include <cmath>
+#include <cstring>
+
 #include "qvtools/display/appearance.h"
 #include "qvtools/display/safe_dc.h"
 #include "qvtools/geometry/values/coor.h"
@@ -38,6 +41,19 @@ class DrawingContext {
     return listed ? (*appearance_.palette)[static_cast<std::size_t>(color)] : color_of_(color);
   }
 
+  /// Whether lines are dashed by patterns, not by pens.
+  bool has_patterns() const { return appearance_.patterns != nullptr; }
+  /// The pattern of a line type; null where the line is solid, and where a pattern would be too short to be seen.
+  const DashPattern* pattern(const char* ltype) {
+    constexpr double kShortest = 3;  // pixels
+    if (!ltype_ || std::strcmp(ltype, ltype_) != 0) {
+      ltype_ = ltype;
+      pattern_ = appearance_.patterns->find(ltype);
+      if (pattern_ && !(pattern_->length * std::fabs(double{coor_.GetScale()}) >= kShortest)) pattern_ = nullptr;
+    }
+    return pattern_;
+  }
+
   /// Selects the pen of a style and a colour number, unless it is the one that is selected: most entities have the pen
   /// of the one before.
   void select(PenStyle style, int color) {
@@ -66,7 +82,9 @@ class DrawingContext {
   COLORREF (*color_of_)(int);
   bool black_;
   CPen pen_;
-  int color_ = 0;                 // the number of the pen's colour
+  int color_ = 0;                // the number of the pen's colour
+  const char* ltype_ = nullptr;  // the last one that was asked for, and its pattern
+  const DashPattern* pattern_ = nullptr;
   const CPen* before_ = nullptr;  // the caller's pen, once another is selected
 };
 

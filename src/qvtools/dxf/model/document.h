@@ -219,3 +219,10 @@ class QV_API DXF : public qv::WorkingRecords {
   int roomStyle_ = 0;
   std::unique_ptr<qv::detail::GroupReader> reader_;  // while a file is open for reading
 };
+
+namespace qv {
+
+/// The patterns of a document's line types, for an `Appearance`.
+QV_API LinePatterns PatternsOf(const DXF& document);
+
+}  // namespace qv

@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "qvtools/display/internal/world_window.h"
 #include "qvtools/dxf/model/internal/name_index.h"
 #include "qvtools/dxf/model/internal/walk.h"
@@ -68,3 +70,17 @@ void DXF::Draw3D(CDC* dc, CFCoor* coor, float a, float b, const qv::Appearance& 
   DrawingContext to = drawing_context(dc, *coor, appearance);
   draw_document(*this, Plane(a, b), to);
 }
+
+namespace qv {
+
+LinePatterns PatternsOf(const DXF& document) {
+  LinePatterns patterns;
+  for (int i = 0; document.m_pLType && i < document.m_nLType; ++i) {
+    const ACAD_LTYPE& ltype = document.m_pLType[static_cast<std::size_t>(i)];
+    const int count = std::clamp(ltype.m_nElements, 0, kMaxPatternElements);
+    patterns.add(ltype.m_szName, {ltype.m_fElement, static_cast<std::size_t>(count)});
+  }
+  return patterns;
+}
+
+}  // namespace qv

@@ -5,6 +5,7 @@
 #include <numbers>
 
 #include "qvtools/fonts/internal/text_drawing.h"
+#include "qvtools/services/internal/out_of_memory.h"
 
 namespace qv::detail {
 
@@ -53,7 +54,53 @@ void draw_circle(const CFPoint& center, float radius, DrawingContext& to) {
   draw_part(center, radius, left, right, to);
 }
 
+/// What of the plane the limits of a device can show, and a little more.
+PathRect seen_by(DrawingContext& to) {
+  constexpr int kMargin = 4;
+  const CRect limits = to.safe().Limits();
+  const CFPoint a = to.coor().DPtoFP(CPoint(limits.left - kMargin, limits.top - kMargin));
+  const CFPoint b = to.coor().DPtoFP(CPoint(limits.right + kMargin, limits.bottom + kMargin));
+  return {std::min(a.x, b.x), std::min(a.y, b.y), std::max(a.x, b.x), std::max(a.y, b.y)};
+}
+
 }  // namespace
+
+bool draw_dashes(const Path& path, const char* ltype, DrawingContext& to) {
+  const DashPattern* const pattern = to.pattern(ltype);
+  if (!pattern) return false;
+  return unless_out_of_memory(
+      [&] {
+        Path dashes;
+        // A dot is a pixel.
+        dash(path, *pattern, 1 / std::fabs(double{to.coor().GetScale()}), seen_by(to), dashes);
+        CFPoint from;
+        for (const Path::Piece& piece : dashes.pieces()) {
+          const CFPoint until(static_cast<float>(piece.to.x), static_cast<float>(piece.to.y));
+          if (piece.kind == Path::Kind::Line) draw_straight(from, until, to);
+          if (piece.kind == Path::Kind::Arc) {
+            const CFPoint center(static_cast<float>(piece.center.x), static_cast<float>(piece.center.y));
+            const auto radius = static_cast<float>(distance(piece.to, piece.center));
+            draw_shape(
+                {center, radius, std::atan2(from.y - center.y, from.x - center.x), static_cast<float>(piece.sweep)},
+                from, until, to);
+          }
+          from = until;
+        }
+        return true;
+      },
+      true);
+}
+
+bool draw_dashed(const ACAD_LINE& r, const Plane& plane, DrawingContext& to) {
+  const CFPoint start = plane(r.m_Start);
+  const CFPoint end = plane(r.m_End);
+  if (!to.pattern(r.m_szLType) || to.safe().IsOutside(to.coor().FPtoDP(start), to.coor().FPtoDP(end))) return false;
+  Path path;
+  path.move_to({start.x, start.y});
+  path.line_to({end.x, end.y});
+  to.select(PenStyle::Solid, r.m_nColor);
+  return draw_dashes(path, r.m_szLType, to);
+}
 
 void draw_shape(const CFShape& shape, const CFPoint& from, const CFPoint& until, DrawingContext& to) {
   const CFPoint center(shape.x, shape.y);
@@ -77,7 +124,7 @@ void draw(const ACAD_POINT& r, const Plane& plane, DrawingContext& to) {
 void draw(const ACAD_TEXT& r, const Plane& plane, DrawingContext& to) {
   const CFCoor& coor = to.coor();
   const CPoint at = coor.FPtoDP(plane(r.m_Insert));
-  to.select(pen_style(r.m_szLType), r.m_nColor);
+  to.select(pen_style(r.m_szLType, to), r.m_nColor);
   const auto height = static_cast<float>(coor.FPtoDP(static_cast<double>(r.m_fHeight)));
   const auto angle = static_cast<float>(r.m_fRotation * std::numbers::pi / 180);
   const auto draw_in = is_in_text_font(r) ? draw_txt : draw_hz;
@@ -85,21 +132,36 @@ void draw(const ACAD_TEXT& r, const Plane& plane, DrawingContext& to) {
 }
 
 void draw(const ACAD_CIRCLE& r, const Plane& plane, DrawingContext& to) {
-  to.select(pen_style(r.m_szLType), r.m_nColor);
-  draw_circle(plane(r.m_Center), r.m_fRadius, to);
+  to.select(pen_style(r.m_szLType, to), r.m_nColor);
+  const CFPoint center = plane(r.m_Center);
+  if (to.has_patterns()) {
+    Path path;
+    path.move_to({double{center.x} + r.m_fRadius, center.y});
+    path.arc_to(path.end(), {center.x, center.y}, 2 * std::numbers::pi);
+    if (draw_dashes(path, r.m_szLType, to)) return;
+  }
+  draw_circle(center, r.m_fRadius, to);
 }
 
 void draw(const ACAD_ARC& r, const Plane& plane, DrawingContext& to) {
   const CFPoint center = plane(r.m_Center);
   const CFShape shape = arc_shape(r, center);
   if (shape.B == 0) return;
-  to.select(pen_style(r.m_szLType), r.m_nColor);
+  to.select(pen_style(r.m_szLType, to), r.m_nColor);
   const auto on_arc = [&](double degrees) {
     const double angle = degrees * std::numbers::pi / 180;
     return CFPoint(static_cast<float>(center.x + r.m_fRadius * std::cos(angle)),
                    static_cast<float>(center.y + r.m_fRadius * std::sin(angle)));
   };
-  draw_shape(shape, on_arc(r.m_fStartAngle), on_arc(r.m_fEndAngle), to);
+  const CFPoint start = on_arc(r.m_fStartAngle);
+  const CFPoint end = on_arc(r.m_fEndAngle);
+  if (to.has_patterns()) {
+    Path path;
+    path.move_to({start.x, start.y});
+    path.arc_to({end.x, end.y}, {center.x, center.y}, shape.B);
+    if (draw_dashes(path, r.m_szLType, to)) return;
+  }
+  draw_shape(shape, start, end, to);
 }
 
 void draw(const ACAD_SOLID& r, const Plane& plane, DrawingContext& to) {
@@ -109,7 +171,15 @@ void draw(const ACAD_SOLID& r, const Plane& plane, DrawingContext& to) {
 }
 
 void draw(const ACAD_3DFACE& r, const Plane& plane, DrawingContext& to) {
-  to.select(pen_style(r.m_szLType), r.m_nColor);
+  to.select(pen_style(r.m_szLType, to), r.m_nColor);
+  if (to.has_patterns()) {
+    Path path;
+    for (int i = 0; i <= 4; ++i) {
+      const CFPoint corner = plane(r.m_Corner[i % 4]);
+      i == 0 ? path.move_to({corner.x, corner.y}) : path.line_to({corner.x, corner.y});
+    }
+    if (draw_dashes(path, r.m_szLType, to)) return;
+  }
   for (int i = 0; i < 4; ++i) draw_straight(plane(r.m_Corner[i]), plane(r.m_Corner[(i + 1) % 4]), to);
 }
 

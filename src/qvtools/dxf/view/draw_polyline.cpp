@@ -215,10 +215,31 @@ void fill_wide(const Segment* segments, int n, bool closed, COLORREF color, Draw
   fill(outline.data(), static_cast<int>(outline.size()), color, to);
 }
 
+namespace {
+
+/// The segments of a polyline as one figure.
+void append_segments(const ACAD_POLYLINE& r, const Plane& plane, Path& path) {
+  for_each_segment(r, plane, [&](const Segment& s) {
+    if (path.empty()) path.move_to({s.from.x, s.from.y});
+    if (s.is_point()) return;
+    if (s.is_straight()) return path.line_to({s.to.x, s.to.y});
+    const CFShape arc = s.shape();
+    path.arc_to({s.to.x, s.to.y}, {arc.x, arc.y}, arc.GetB());
+  });
+}
+
+}  // namespace
+
 void draw(const ACAD_POLYLINE& r, const Plane& plane, DrawingContext& to) {
-  to.select(pen_style(r.m_szLType), r.m_nColor);
+  to.select(pen_style(r.m_szLType, to), r.m_nColor);
   bool wide = false;
   for_each_segment(r, plane, [&](const Segment& s) { wide = wide || is_wide(std::max(s.startWidth, s.endWidth), to); });
+  if (!wide && to.has_patterns() && to.pattern(r.m_szLType)) {
+    Path path;
+    if (unless_out_of_memory([&] { return append_segments(r, plane, path), true; }, false))
+      draw_dashes(path, r.m_szLType, to);
+    return;
+  }
   if (!wide) {
     for_each_segment(r, plane, [&](const Segment& s) { draw_shape(s.shape(), s.from, s.to, to); });
     return;

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "qvtools/plot/internal/path.h"
+#include "qvtools/display/internal/path.h"
 
 namespace qv::detail {
 
@@ -33,7 +33,7 @@ struct Stroke {
 /// A text that can be found and copied; it lies invisibly under its strokes.
 struct FoundText {
   std::string text;  ///< UTF-8
-  PaperPoint at;     ///< where its base line begins
+  PathPoint at;     ///< where its base line begins
   double height;     ///< of its capitals, in mm
   double angle;      ///< in radians, counter-clockwise
   double advance;    ///< the length of the whole text along its base line, in mm
@@ -74,7 +74,7 @@ class Canvas {
   virtual bool keeps_figures() const { return false; }
   virtual int begin_figure() { return -1; }
   virtual void end_figure() {}
-  virtual void place(int /*figure*/, PaperPoint /*by*/) {}
+  virtual void place(int /*figure*/, PathPoint /*by*/) {}
 
   /// Writes all of the file; false when anything could not be written: no file is left then, or the old one.
   virtual bool finish() = 0;

@@ -11,7 +11,7 @@
 
 namespace qv::detail {
 
-inline bool is_finite(PaperPoint p) {
+inline bool is_finite(PathPoint p) {
   return std::isfinite(p.x) && std::isfinite(p.y);
 }
 
@@ -66,7 +66,7 @@ class CheckedCanvas : public Canvas {
     run([&] { close_figure(); });
     place_ = std::exchange(before_, Place::Elsewhere);
   }
-  void place(int figure, PaperPoint by) final {
+  void place(int figure, PathPoint by) final {
     // A figure shows only those that were complete before it.
     const bool known = figure >= 0 && figure < figures_ - (place_ == Place::Figure);
     if (place_ != Place::None && known && is_finite(by)) run([&] { draw_figure(figure, by); });
@@ -90,7 +90,7 @@ class CheckedCanvas : public Canvas {
   virtual void draw_text(const FoundText& text) = 0;
   virtual void open_figure() {}
   virtual void close_figure() {}
-  virtual void draw_figure(int /*figure*/, PaperPoint /*by*/) {}
+  virtual void draw_figure(int /*figure*/, PathPoint /*by*/) {}
   virtual bool write_file() = 0;
 
  private:

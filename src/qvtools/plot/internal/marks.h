@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "qvtools/plot/internal/looks.h"
-#include "qvtools/plot/internal/path.h"
+#include "qvtools/display/internal/path.h"
 
 namespace qv::detail {
 
@@ -26,15 +26,15 @@ class Projection {
 struct Placement {
   double x = 0;  ///< the point of the plane that lies at `at`
   double y = 0;
-  PaperPoint at;
+  PathPoint at;
   double scale = 1;                  ///< mm of paper per drawing unit
-  PaperRect window;                  ///< what is shown, on paper
+  PathRect window;                  ///< what is shown, on paper
   const Projection* view = nullptr;  ///< null in plan
   double shift[3] = {0, 0, 0};       ///< of an insert's entities, in space
 
   /// A point of the plane on paper.
-  PaperPoint plane(double u, double v) const { return {at.x + (u - x) * scale, at.y + (v - y) * scale}; }
-  PaperPoint operator()(const Point3& p) const {
+  PathPoint plane(double u, double v) const { return {at.x + (u - x) * scale, at.y + (v - y) * scale}; }
+  PathPoint operator()(const Point3& p) const {
     const double px = p.x + shift[0];
     const double py = p.y + shift[1];
     return view ? plane(view->u(px, py), view->v(px, py, p.z + shift[2])) : plane(px, py);
@@ -65,7 +65,7 @@ class Marks {
   void draw_list(const CPtrList& list, const Placement& placement, const Inherited* inherited);
   void draw_insert(const ACAD_INSERT& insert, const Placement& placement);
   /// The box of a block on paper where it is placed at its base; and moved, for an insert.
-  PaperRect placed_box(ACAD_BLOCK& block, const ACAD_INSERT& insert, const Placement& placement);
+  PathRect placed_box(ACAD_BLOCK& block, const ACAD_INSERT& insert, const Placement& placement);
   template <class Record>
   void draw_record(const Record& record, const Placement& placement, const Inherited* inherited);
 

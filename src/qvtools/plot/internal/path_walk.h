@@ -17,14 +17,14 @@ struct GridPoint {
   bool operator==(const GridPoint&) const = default;
 };
 
-inline GridPoint on_grid(PaperPoint p) {
+inline GridPoint on_grid(PathPoint p) {
   return {hundredths(p.x), hundredths(p.y)};
 }
 
 /// The pieces of the same sweep that an arc is written in.
 class ArcPieces {
  public:
-  ArcPieces(PaperPoint from, const Path::Piece& arc, double widest) : from_(from), arc_(arc) {
+  ArcPieces(PathPoint from, const Path::Piece& arc, double widest) : from_(from), arc_(arc) {
     const double sweep = std::clamp(arc.sweep, -2 * std::numbers::pi, 2 * std::numbers::pi);
     // A whole number of the widest is not exceeded by rounding.
     count_ = std::max(1, static_cast<int>(std::ceil(std::fabs(sweep) / widest - 1e-9)));
@@ -33,20 +33,20 @@ class ArcPieces {
   int count() const { return count_; }
   double step() const { return step_; }
   /// Where piece i begins, 0 to count; the last one ends exactly where the arc does.
-  PaperPoint point(int i) const { return i == count_ ? arc_.to : turned(from_, arc_.center, step_ * i); }
+  PathPoint point(int i) const { return i == count_ ? arc_.to : turned(from_, arc_.center, step_ * i); }
   /// The point beside p along the arc's tangent, `reach` radii on.
-  PaperPoint along(PaperPoint p, double reach) const {
+  PathPoint along(PathPoint p, double reach) const {
     return {p.x - (p.y - arc_.center.y) * reach, p.y + (p.x - arc_.center.x) * reach};
   }
 
  private:
-  PaperPoint from_;
+  PathPoint from_;
   const Path::Piece& arc_;
   int count_;
   double step_;
 };
 
-/// Walks a path and tells `out`, which has move(GridPoint), line(GridPoint), arc(PaperPoint from, const Path::Piece&)
+/// Walks a path and tells `out`, which has move(GridPoint), line(GridPoint), arc(PathPoint from, const Path::Piece&)
 /// and close(). Pieces of no length are left out, but a figure that is a point stays a dot.
 template <class Out>
 class PathWalk {
@@ -68,7 +68,7 @@ class PathWalk {
   template <bool filled>
   void walk(const Path& path, bool joined) {
     const auto& pieces = path.pieces();
-    PaperPoint from;
+    PathPoint from;
     for (std::size_t i = 0; i < pieces.size(); ++i) {
       const Path::Piece& piece = pieces[i];
       const bool last = i + 1 == pieces.size() || pieces[i + 1].kind == Path::Kind::Move;

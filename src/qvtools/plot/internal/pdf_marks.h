@@ -19,7 +19,7 @@ class PdfMarks {
   void stroke(const Path& path, const Stroke& stroke);
   void fill(const Path& path, Ink ink);
   void found_text(const FoundText& text);
-  void place(int figure, PaperPoint by);
+  void place(int figure, PathPoint by);
   /// Behind all marks.
   void end();
 
@@ -31,7 +31,7 @@ class PdfMarks {
   // What the walk along a path tells.
   void move(GridPoint p) { point(p, "m\n"); }
   void line(GridPoint p) { point(p, "l\n"); }
-  void arc(PaperPoint from, const Path::Piece& arc);
+  void arc(PathPoint from, const Path::Piece& arc);
   void close() { text_.put("h\n"); }
 
  private:

@@ -49,7 +49,7 @@ class PixelMarks {
   };
   class Brush;
 
-  void add_point(PaperPoint p);
+  void add_point(PathPoint p);
   void end_mark(Mark mark);
   void draw_stroke(Brush& brush, const Mark& mark) const;
   void draw_fill(Brush& brush, const Mark& mark) const;
