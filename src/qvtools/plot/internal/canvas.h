@@ -102,7 +102,7 @@ struct CanvasOptions {
 /// Files of each format; null when the file cannot be created or memory runs out. SVG and PNG hold one page.
 ///
 /// PDF goes to the file while it is drawn; only kept figures stay in memory until a page ends. SVG stays in memory,
-/// about 25 bytes a line. PNG keeps the marks, 24 bytes and 8 a point, and draws them part by part when it is finished,
+/// about 25 bytes a line. PNG keeps the marks, some 50 bytes each and 8 a point, and draws them part by part when it is finished,
 /// so that a picture may have up to 65535 pixels each way, smooth or not. Layers that are not plotted are hidden in PDF
 /// and SVG, and left out of PNG.
 std::unique_ptr<Canvas> pdf_canvas(const std::string& path, const CanvasOptions& options);
