@@ -46,9 +46,13 @@ std::uint32_t checksum(std::string_view bytes) {
   return sum;
 }
 
-/// A TrueType font of two glyphs without outlines: the one of what is not there, and the one of all letters.
+// Some readers take a letter's width from its glyph: glyph 0 stands for what is not there, and two for all letters.
+constexpr int kFullGlyph = 1;
+constexpr int kHalfGlyph = 2;
+
+/// A TrueType font of three glyphs without outlines.
 std::string blank_font() {
-  constexpr int kGlyphs = 2;
+  constexpr int kGlyphs = 3;
   constexpr std::uint32_t kMagic = 0x5F0F3CF5;
   constexpr std::uint32_t kWholeSum = 0xB1B0AFBA;
   const auto head = [](std::uint32_t adjustment) {
@@ -106,13 +110,13 @@ std::string blank_font() {
                          .u16(0)
                          .u16(0x20)
                          .u16(0xFFFF)
-                         .u16(1 - 0x20)
+                         .u16(kHalfGlyph - 0x20)
                          .u16(1)
                          .u16(0)
                          .u16(0);
   const Table hhea =
       Table().u32(0x10000).u16(kAscent).u16(kDescent).u16(0).u16(kUnitsPerEm).zeros(6).u16(1).zeros(14).u16(kGlyphs);
-  const Table hmtx = Table().u16(kUnitsPerEm).u16(0).u16(kUnitsPerEm).u16(0);
+  const Table hmtx = Table().u16(kUnitsPerEm).u16(0).u16(kUnitsPerEm).u16(0).u16(kHalfWidth).u16(0);
   const Table maxp = Table().u32(0x10000).u16(kGlyphs).zeros(8).u16(2).zeros(16);
   const Table name = Table().u16(0).u16(0).u16(6);
   const Table post = Table().u32(0x30000).zeros(28);
@@ -230,9 +234,11 @@ void FoundFont::write(PdfFile& file) const {
   file.end();
   const std::string font = blank_font();
   file.stream(program, "/Length1 " + std::to_string(font.size()), font);
-  // Every letter is glyph 1.
   std::string map(2, '\0');
-  for (std::size_t i = 0; i < letters_.size(); ++i) map += std::string_view("\0\1", 2);
+  for (const char32_t letter : letters_) {
+    map += '\0';
+    map += static_cast<char>(width(letter) == 1 ? kFullGlyph : kHalfGlyph);
+  }
   file.stream(glyphs, "", map);
   file.stream(to_unicode, "", characters());
 }

@@ -12,9 +12,9 @@ constexpr double kMmPerInch = 25.4;
 // Smooth pictures are drawn as many times as large, each way.
 constexpr int kSmooth = 4;
 constexpr int kLargestSize = 65535;
-// A part of the picture, which is drawn at once: 32 MB.
-constexpr int kPartWidth = 8192;
-constexpr int kPartHeight = 1024;
+// A part of the picture, which is drawn at once: 4 MB, so that it stays near the processor.
+constexpr int kPartWidth = 2048;
+constexpr int kPartHeight = 512;
 static_assert(kPartWidth % kSmooth == 0 && kPartHeight % kSmooth == 0);
 
 constexpr std::uint32_t kWhite = 0xFFFFFF;

@@ -1,6 +1,11 @@
 #pragma once
 
-/// What pages are drawn on: a file of one format. Pages, layers and texts come in the order in which they are drawn.
+/// What pages are drawn on: a file of one format. Marks lie on each other in the order in which they are drawn; in SVG
+/// this holds within a layer, since a layer is one group there.
+///
+/// Marks are rounded to hundredths of a millimetre. Left out are marks outside of any page, and those with coordinates,
+/// widths or angles that are not finite; coordinates beyond ten kilometres are drawn there. Strokes of one pen that
+/// meet are joined to one path. Memory that runs out is reported (301), and `finish` is false then.
 
 #include <memory>
 #include <string>
@@ -60,8 +65,9 @@ class Canvas {
   virtual void begin_page(const Page& page) = 0;
   virtual void end_page() = 0;
 
-  /// What follows belongs to this layer, an index of `add_layer`.
   virtual int add_layer(const PlotLayer& layer) = 0;
+  /// What follows belongs to this layer, an index of `add_layer`; any other number means none. The choice outlasts
+  /// pages. A figure begins with no layer, which is that of the marks among which it is placed, and has its own choice.
   virtual void set_layer(int layer) = 0;
 
   virtual void stroke(const Path& path, const Stroke& stroke) = 0;
@@ -69,14 +75,16 @@ class Canvas {
   virtual void fill(const Path& path, Ink ink) = 0;
   virtual void text(const FoundText& text) = 0;
 
-  /// Whether figures can be kept once and placed often. What is drawn between `begin_figure` and `end_figure` is kept,
-  /// outside of any page, and not shown; `place` shows it, moved.
+  /// Whether figures can be kept once and placed often. What is drawn between `begin_figure` and `end_figure`, within a
+  /// page or outside, is kept and not shown; `place` shows it, moved. Figures are not begun within each other, but may
+  /// place those that are complete.
   virtual bool keeps_figures() const { return false; }
   virtual int begin_figure() { return -1; }
   virtual void end_figure() {}
   virtual void place(int /*figure*/, PathPoint /*by*/) {}
 
-  /// Writes all of the file; false when anything could not be written: no file is left then, or the old one.
+  /// Writes all of the file; false when anything could not be written, or there was no page, or more pages or pixels
+  /// than the format can hold: no file is left then, or the old one.
   virtual bool finish() = 0;
 
  protected:
@@ -92,6 +100,11 @@ struct CanvasOptions {
 };
 
 /// Files of each format; null when the file cannot be created or memory runs out. SVG and PNG hold one page.
+///
+/// PDF goes to the file while it is drawn; only kept figures stay in memory until a page ends. SVG stays in memory,
+/// about 25 bytes a line. PNG keeps the marks, some 50 bytes each and 8 a point, and draws them part by part when it is finished,
+/// so that a picture may have up to 65535 pixels each way, smooth or not. Layers that are not plotted are hidden in PDF
+/// and SVG, and left out of PNG.
 std::unique_ptr<Canvas> pdf_canvas(const std::string& path, const CanvasOptions& options);
 std::unique_ptr<Canvas> svg_canvas(const std::string& path, const CanvasOptions& options);
 std::unique_ptr<Canvas> png_canvas(const std::string& path, const CanvasOptions& options);
