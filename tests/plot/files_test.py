@@ -61,6 +61,7 @@ class Files(unittest.TestCase):
     def test_pdf_measures_true_for_one_reader(self):
         text = run("qpdf", "--qdf", "--object-streams=disable", self.pdf, "-").decode("latin-1")
         self.assertRegex(text, r"/OFF \[\s*\d+ 0 R\s*\]")
+        self.assertEqual(text.count("/Type /OCG\n"), 3)
         for title in ("(a.dxf)", "(S-1)", "(b.dxf)"):
             self.assertIn(title, text)
         content = re.search(r"stream\n(2\.83.*?)endstream", text, re.S)[1]

@@ -91,6 +91,8 @@ int main(int count, char** words) {
   if (!pdf) return 1;
   draw(*pdf, 1189, 841);
   pdf->begin_page({210, 297, "b.dxf", ""});
+  pdf->set_layer(pdf->add_layer({"AXIS", true}));  // the one of the first page
+  pdf->stroke(line({10, 10}, {20, 20}), pen(0.35));
   pdf->end_page();
   const auto svg = svg_canvas(folder + "plot.svg", options);
   if (!svg) return 1;

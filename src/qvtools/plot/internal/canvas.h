@@ -65,6 +65,7 @@ class Canvas {
   virtual void begin_page(const Page& page) = 0;
   virtual void end_page() = 0;
 
+  /// The index of a layer: the same for layers of one name, so that the drawings of a document share them.
   virtual int add_layer(const PlotLayer& layer) = 0;
   /// What follows belongs to this layer, an index of `add_layer`; any other number means none. The choice outlasts
   /// pages. A figure begins with no layer, which is that of the marks among which it is placed, and has its own choice.

@@ -4,6 +4,7 @@
 /// that runs out ends the file.
 
 #include <cmath>
+#include <map>
 #include <utility>
 
 #include "qvtools/plot/internal/canvas.h"
@@ -38,11 +39,16 @@ class CheckedCanvas : public Canvas {
     place_ = Place::None;
   }
   int add_layer(const PlotLayer& layer) final {
-    run([&] { new_layer(layer); });
-    return layers_++;
+    int index = -1;
+    run([&] {
+      const auto [place, added] = layers_.try_emplace({layer.name, layer.plotted}, static_cast<int>(layers_.size()));
+      index = place->second;
+      if (added) new_layer(layer);
+    });
+    return index;
   }
   void set_layer(int layer) final {
-    run([&] { choose_layer(layer >= 0 && layer < layers_ ? layer : -1); });
+    run([&] { choose_layer(layer >= 0 && layer < static_cast<int>(layers_.size()) ? layer : -1); });
   }
   void stroke(const Path& path, const Stroke& stroke) final {
     if (takes(path) && stroke.width > 0 && std::isfinite(stroke.width)) run([&] { draw_stroke(path, stroke); });
@@ -103,8 +109,8 @@ class CheckedCanvas : public Canvas {
   }
 
   Place place_ = Place::None;
-  Place before_ = Place::Elsewhere;  // where a figure was begun; elsewhere: no figure is open
-  int layers_ = 0;
+  Place before_ = Place::Elsewhere;                     // where a figure was begun; elsewhere: no figure is open
+  std::map<std::pair<std::string, bool>, int> layers_;  // their indices
   int figures_ = 0;
   bool good_ = true;
 };
