@@ -1,7 +1,6 @@
 #include "qvtools/plot/internal/canvas.h"
 
 #include <limits>
-#include <numbers>
 
 #include "qvtools/plot/internal/text_writer.h"
 #include "support/failing_allocations.h"
