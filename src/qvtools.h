@@ -35,6 +35,8 @@
 #include "qvtools/platform/device.h"
 #include "qvtools/platform/framework.h"
 #include "qvtools/platform/host.h"
+#include "qvtools/plot/picture.h"
+#include "qvtools/plot/plot.h"
 #include "qvtools/scripts/script.h"
 #include "qvtools/services/report_subject.h"
 #include "qvtools/services/services.h"

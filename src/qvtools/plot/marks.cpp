@@ -63,8 +63,8 @@ void append_tapered(const Band& band, Path& out) {
     const double half = length > 0 ? sign * (band.start + (band.end - band.start) * t) / 2 / length : 0;
     return PathPoint{pieces[i].to.x - (b.y - a.y) * half, pieces[i].to.y + (b.x - a.x) * half};
   };
-  for (std::size_t i = 0; i < n; ++i) i == 0 ? out.move_to(side(i, 1)) : out.line_to(side(i, 1));
-  for (std::size_t i = n; i-- > 0;) out.line_to(side(i, -1));
+  for (std::size_t i = 0; i < n; ++i) i == 0 ? out.move_to(side(i, -1)) : out.line_to(side(i, -1));
+  for (std::size_t i = n; i-- > 0;) out.line_to(side(i, 1));
 }
 
 /// The strokes of a text as a path, and where its characters begin.
@@ -165,12 +165,14 @@ void Marks::keep_figures(const Placement& placement) {
     own.at = {};
     own.window = {-kFarthest, -kFarthest, kFarthest, kFarthest};
     draw_list(use.block->m_EntityList, own, &key.second);
+    flush_fills();
     canvas_.end_figure();
   }
 }
 
 void Marks::draw(const Placement& placement) {
   draw_list(dxf_.m_EntityList, placement, nullptr);
+  flush_fills();
 }
 
 void Marks::draw_list(const CPtrList& list, const Placement& placement, const Inherited* inherited) {
@@ -201,6 +203,7 @@ void Marks::draw_insert(const ACAD_INSERT& insert, const Placement& placement) {
   }
   if (const auto kept = kept_.find({block, inherited});
       kept != kept_.end() && placement.window.contains(placed_box(*block, insert, placement))) {
+    flush_fills();
     canvas_.place(kept->second, placement(insert.m_Insert));
     return;
   }
@@ -228,7 +231,12 @@ void Marks::draw_record(const Record& record, const Placement& placement, const 
 }
 
 void Marks::set_layer() {
-  const auto index = static_cast<std::size_t>(look_->layer);
+  flush_fills();
+  go_to_layer(look_->layer);
+}
+
+void Marks::go_to_layer(int of_looks) {
+  const auto index = static_cast<std::size_t>(of_looks);
   int& layer = canvas_layers_[index];
   if (layer < 0) layer = canvas_.add_layer({looks_.layers()[index].name});
   canvas_.set_layer(layer);
@@ -283,8 +291,19 @@ void Marks::fill(const Placement& to) {
     ++counts_.outside;
     return;
   }
-  set_layer();
-  canvas_.fill(*shown, look_->stroke.ink);
+  constexpr std::size_t kMost = 4096;
+  const bool same = fills_look_.layer == look_->layer && fills_look_.stroke.ink == look_->stroke.ink;
+  if (!same || fills_.pieces().size() > kMost) flush_fills();
+  fills_look_ = *look_;
+  for (const Path::Piece& piece : shown->pieces())
+    piece.kind == Path::Kind::Move ? fills_.move_to(piece.to) : fills_.line_to(piece.to);
+}
+
+void Marks::flush_fills() {
+  if (fills_.empty()) return;
+  go_to_layer(fills_look_.layer);
+  canvas_.fill(fills_, fills_look_.stroke.ink);
+  fills_.clear();
 }
 
 void Marks::add(const ACAD_POINT& r, const Placement& to) {
@@ -322,11 +341,12 @@ void Marks::add(const ACAD_ARC& r, const Placement& to) {
 }
 
 void Marks::add(const ACAD_SOLID& r, const Placement& to) {
-  constexpr int kAround[] = {0, 1, 3, 2};
-  for (const int i : kAround) {
-    const PathPoint p = to(r.m_Corner[i]);
-    i == 0 ? path_.move_to(p) : path_.line_to(p);
-  }
+  PathPoint p[] = {to(r.m_Corner[0]), to(r.m_Corner[1]), to(r.m_Corner[3]), to(r.m_Corner[2])};
+  // Counter-clockwise: neighbours that are filled together must not cancel each other.
+  const double area = (p[2].x - p[0].x) * (p[3].y - p[1].y) - (p[3].x - p[1].x) * (p[2].y - p[0].y);
+  if (area < 0) std::swap(p[1], p[3]);
+  path_.move_to(p[0]);
+  for (int i = 1; i < 4; ++i) path_.line_to(p[i]);
   fill(to);
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-/// Drawings on paper: files in PDF, SVG or PNG, to scale, with pens.
+/// Drawings on paper (to be linked with the component `plot`): files in PDF, SVG or PNG, to scale, with pens.
 ///
 /// Points come from the records in double and are written with hundredths of a millimetre. Texts are strokes of the
 /// loaded shape fonts; in PDF they can be found and copied as well. Layers are layers of the file. The same drawing

@@ -38,7 +38,7 @@ struct Stroke {
 /// A text that can be found and copied; it lies invisibly under its strokes.
 struct FoundText {
   std::string text;  ///< UTF-8
-  PathPoint at;     ///< where its base line begins
+  PathPoint at;      ///< where its base line begins
   double height;     ///< of its capitals, in mm
   double angle;      ///< in radians, counter-clockwise
   double advance;    ///< the length of the whole text along its base line, in mm
@@ -103,9 +103,9 @@ struct CanvasOptions {
 /// Files of each format; null when the file cannot be created or memory runs out. SVG and PNG hold one page.
 ///
 /// PDF goes to the file while it is drawn; only kept figures stay in memory until a page ends. SVG stays in memory,
-/// about 25 bytes a line. PNG keeps the marks, some 50 bytes each and 8 a point, and draws them part by part when it is finished,
-/// so that a picture may have up to 65535 pixels each way, smooth or not. Layers that are not plotted are hidden in PDF
-/// and SVG, and left out of PNG.
+/// about 25 bytes a line. PNG keeps the marks, some 50 bytes each and 8 a point, and draws them part by part when it is
+/// finished, so that a picture may have up to 65535 pixels each way, smooth or not. Layers that are not plotted are
+/// hidden in PDF and SVG, and left out of PNG.
 std::unique_ptr<Canvas> pdf_canvas(const std::string& path, const CanvasOptions& options);
 std::unique_ptr<Canvas> svg_canvas(const std::string& path, const CanvasOptions& options);
 std::unique_ptr<Canvas> png_canvas(const std::string& path, const CanvasOptions& options);

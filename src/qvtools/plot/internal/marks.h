@@ -6,8 +6,8 @@
 #include <map>
 #include <utility>
 
-#include "qvtools/plot/internal/looks.h"
 #include "qvtools/display/internal/path.h"
+#include "qvtools/plot/internal/looks.h"
 
 namespace qv::detail {
 
@@ -28,7 +28,7 @@ struct Placement {
   double y = 0;
   PathPoint at;
   double scale = 1;                  ///< mm of paper per drawing unit
-  PathRect window;                  ///< what is shown, on paper
+  PathRect window;                   ///< what is shown, on paper
   const Projection* view = nullptr;  ///< null in plan
   double shift[3] = {0, 0, 0};       ///< of an insert's entities, in space
 
@@ -81,7 +81,10 @@ class Marks {
   /// Strokes `path_`, dashed where there is a pattern, cut to the window.
   void stroke(const Stroke& stroke, const DashPattern* pattern, const Placement& to);
   void fill(const Placement& to);
+  /// Goes to the layer of the present look, when what was to be filled before it is filled.
   void set_layer();
+  void flush_fills();
+  void go_to_layer(int of_looks);
 
   DXF& dxf_;
   const DrawingNotes* notes_;
@@ -95,6 +98,9 @@ class Marks {
   Path path_;
   Path dashed_;
   Path clipped_;
+  // Neighbours of one look are filled as one path, so that no seam shows between them.
+  Path fills_;
+  Look fills_look_;
   std::map<ACAD_BLOCK*, CFRect> extents_;                        // of blocks where they are defined
   std::map<std::pair<const ACAD_BLOCK*, Inherited>, int> kept_;  // figures of the canvas
 };
