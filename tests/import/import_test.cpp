@@ -319,6 +319,23 @@ TEST_F(Import, LayersKeepWhatTheyCanAndNotesHoldTheRest) {
   EXPECT_FALSE(report.notes.layers.at(1).plotted);
 }
 
+TEST_F(Import, NotesFollowReferencesAndTexts) {
+  // A layer with a weight and a true colour, and a block that takes both from its reference.
+  ASSERT_EQ(import(groups("0 SECTION/2 TABLES/0 TABLE/2 LAYER/70 1/0 LAYER/2 W/70 0/62 1/370 70/420 1122867/0 ENDTAB/"
+                          "0 ENDSEC/0 SECTION/2 BLOCKS/0 BLOCK/8 0/2 A/70 0/10 0/20 0/"
+                          "0 LINE/8 P/62 0/370 -2/10 0/20 0/11 4/21 0/0 ENDBLK/0 ENDSEC/0 SECTION/2 ENTITIES/"
+                          "0 INSERT/8 W/2 A/10 5/20 5/0 INSERT/8 P/370 25/2 A/10 9/20 5/0 LINE/8 W/370 -2/10 1/20 1/"
+                          "0 TEXT/8 0/10 0/20 0/40 1/1 %%d\\U+00F6\\U+4E2D/0 ENDSEC/0 EOF")),
+            1);
+  const auto noted = [&](void* record) { return report.notes.find(static_cast<ACAD_ENTITY*>(record)); };
+  const auto inside = [](void* block) { return static_cast<ACAD_BLOCK*>(block)->m_EntityList.GetHead(); };
+  ASSERT_EQ(report.notes.entities.size(), 5u);
+  EXPECT_EQ(noted(inside(dxf.m_BlockList.GetHead()))->lineWeight, 70);
+  EXPECT_EQ(noted(inside(dxf.m_BlockList.GetHead()))->trueColor, 1122867);
+  EXPECT_EQ(noted(inside(dxf.m_BlockList.GetTail()))->lineWeight, 25);
+  EXPECT_EQ(noted(dxf.m_EntityList.GetTail())->text, "°ö中");
+}
+
 TEST_F(Import, SheetsShowModelSpaceThroughTheirWindows) {
   options.layout = "plan";
   ASSERT_EQ(

@@ -87,11 +87,6 @@ std::string key_of(const Job& job, const Reference& r, const Matrix& linear) {
   return key;
 }
 
-void delete_entities(CPtrList& list) {
-  for (POSITION at = list.GetHeadPosition(); at;) delete static_cast<ACAD_ENTITY*>(list.GetNext(at));
-  list.RemoveAll();
-}
-
 /// Fills a block of the document with the entities of one of the file, less the shift.
 void fill_block(Job& job, ACAD_BLOCK& block, int from, const Matrix& at, const Vec& shift, Bounds& bounds) {
   CPtrList& list = job.out.list();
@@ -117,9 +112,12 @@ PlacedBlock place_block(Job& job, const Reference& r, const Matrix& linear) {
   const Matrix at = asItStands ? Matrix() : linear * translation(from.base * -1);
   if (asItStands) placed.base = from.base;
   Bounds bounds;
+  const std::size_t noted = job.out.notes->entities.size();
   fill_block(job, *block, r.block, at, {}, bounds);
   if (const Vec shift = shift_of(bounds, job.unit); shift != Vec{}) {
-    delete_entities(block->m_EntityList);
+    block = std::make_unique<ACAD_BLOCK>();
+    job.out.notes->entities.erase(job.out.notes->entities.begin() + static_cast<long>(noted),
+                                  job.out.notes->entities.end());
     job.report.quiet = true;
     fill_block(job, *block, r.block, at, shift, bounds);
     job.report.quiet = false;

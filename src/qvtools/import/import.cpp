@@ -104,6 +104,7 @@ class Importer {
     put_endless(job);
     for (ACAD_BLOCK* const block : job.madeBlocks) document_.m_BlockList.AddTail(block);
     tables.install(document_, report_.notes);
+    report_.notes.layout = options_.layout;
     shift_ = shift == Vec{} && !job.cancelled ? shift_of(job.out.bounds, lengths_.document) : shift;
     return !job.cancelled;
   }

@@ -56,17 +56,26 @@ void Job::dress(const Common& common) {
   look.layer = inBlock && zero ? inherited.layer : tables.layer(zero ? "0" : common.layer);
   // What stands in the reference's stead takes its layer's properties with it, unless it is on that layer itself.
   const bool sameLayer = look.layer == inherited.layer;
+  const bool ofReferencesLayer = inBlock && !sameLayer;
   look.trueColor = common.trueColor;
   if (common.trueColor >= 0) {
     look.color = nearest_color(common.trueColor);
   } else if (common.color == 0 && inBlock) {
     look.trueColor = inherited.trueColor;
-    look.color = inherited.color == kByLayer && !sameLayer ? std::abs(tables.layer_record(inherited.layer).m_nColor)
-                                                           : inherited.color;
+    look.color = inherited.color;
+    if (inherited.color == kByLayer && ofReferencesLayer) {
+      look.color = std::abs(tables.layer_record(inherited.layer).m_nColor);
+      look.trueColor = file.layers[static_cast<std::size_t>(inherited.layer)].trueColor;
+    }
   } else {
     look.color = common.color == 0 ? 7 : common.color > 0 && common.color < 256 ? common.color : kByLayer;
   }
-  look.lineWeight = common.lineWeight == -2 && inBlock ? inherited.lineWeight : common.lineWeight;
+  look.lineWeight = common.lineWeight;
+  if (common.lineWeight == kWeightByBlock) {
+    look.lineWeight = inBlock ? inherited.lineWeight : kDefaultWeight;
+    if (look.lineWeight == kWeightByLayer && ofReferencesLayer)
+      look.lineWeight = file.layers[static_cast<std::size_t>(inherited.layer)].lineWeight;
+  }
   const double scale = common.lineTypeScale > 0 && std::isfinite(common.lineTypeScale) ? common.lineTypeScale : 1;
   if (common.lineType.empty() || is_word(common.lineType, "BYLAYER")) {
     look.lineType = -1;

@@ -56,14 +56,14 @@ void Output::dress(char (&layer)[kNameSize], char (&lineType)[kNameSize], int& c
   color = look.color;
 }
 
-bool Output::put(ACAD_ENTITY* record) {
+bool Output::put(ACAD_ENTITY* record, const std::string& text) {
   if (!list_->AddTail(record)) {
     delete record;
     throw std::bad_alloc();
   }
   ++made;
-  if (notes && (look.lineWeight != -1 || look.trueColor >= 0))
-    notes->entities.push_back({record, look.lineWeight, look.trueColor, {}});
+  if (notes && (look.lineWeight != kWeightByLayer || look.trueColor >= 0 || !text.empty()))
+    notes->entities.push_back({record, look.lineWeight, look.trueColor, text});
   return true;
 }
 
@@ -217,7 +217,8 @@ bool Output::text(const TextLine& text) {
     record->m_fWidthFactor = static_cast<float>(rest.width);
     copy_text(record->m_szText, rest.bytes.c_str());
     copy_text(record->m_szStyle, tables_.style(rest.style).m_szName);
-    put(record);
+    put(record, rest.unicode);
+    rest.unicode.clear();
     if (left.empty()) break;
     report_.remark("a text longer than 99 bytes was divided");
     const double advance = text_width(rest.bytes, rest.height, rest.width);

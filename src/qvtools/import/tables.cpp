@@ -130,6 +130,8 @@ void Drawing::index_block(FileBlock& block, const Record& opening) {
         block.inherits = block.inherits || is_zero_layer(word_of(tag));
       } else if (tag.code == 62) {
         block.inherits = block.inherits || integer_of(tag) == 0;
+      } else if (tag.code == 370) {
+        block.inherits = block.inherits || integer_of(tag) == kWeightByBlock;
       } else if (tag.code == 6) {
         block.inherits = block.inherits || word_of(tag) == "BYBLOCK" || word_of(tag) == "ByBlock";
       } else if (refers && tag.code == 2 && child.empty()) {

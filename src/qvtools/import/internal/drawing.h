@@ -74,13 +74,18 @@ class NameIndex {
   std::unordered_map<std::string, int> byName_;
 };
 
+// Line weights of group 370 that are no widths.
+inline constexpr int kWeightByLayer = -1;
+inline constexpr int kWeightByBlock = -2;
+inline constexpr int kDefaultWeight = -3;
+
 struct FileLayer {
   std::string name;  // GBK
   std::string fullName;
   int color = 7;
   int flags = 0;
   int trueColor = -1;
-  int lineWeight = -3;
+  int lineWeight = kDefaultWeight;
   bool plotted = true;
   std::string_view lineType;
 };

@@ -15,7 +15,7 @@ struct Common {
   double lineTypeScale = 1;
   int color = 256;
   int trueColor = -1;
-  int lineWeight = -1;
+  int lineWeight = kWeightByLayer;
   bool invisible = false;
   bool paper = false;
 

@@ -14,7 +14,7 @@ struct Look {
   int layer = 0;
   int color = kByLayer;
   int lineType = -1;  // -1 the layer's
-  int lineWeight = -1;
+  int lineWeight = kWeightByLayer;
   int trueColor = -1;
 };
 
@@ -54,6 +54,7 @@ struct TextLine {
   double turn = 0;  // degrees
   double width = 1;
   std::string bytes;
+  std::string unicode;  // UTF-8, where the bytes are not all of it
   StyleKey style;
   int justify = 0;  // group 72: 0 to 3 and 5
   Vec align;
@@ -98,9 +99,7 @@ class Output {
   bool insert(const char* block, const Vec& at);
 
  private:
-  template <class Record>
-  Record* make();
-  bool put(ACAD_ENTITY* record);
+  bool put(ACAD_ENTITY* record, const std::string& text = {});
   bool rounded(const Vec& p, Point3& out);
   void dress(char (&layer)[kNameSize], char (&lineType)[kNameSize], int& color);
   bool cut_line(const Vec& a, const Vec& b);
