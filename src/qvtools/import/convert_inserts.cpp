@@ -9,6 +9,7 @@ namespace qv::importing {
 namespace {
 
 constexpr std::size_t kDeepest = 64;
+constexpr double kMostReferences = 20;           // of the largest size, that are taken apart in one drawing
 constexpr std::size_t kMostPlacedBlocks = 4000;  // drawings look for blocks one by one
 constexpr int kExternal = 4;                     // flag of group 70 of a block
 
@@ -173,7 +174,7 @@ Outcome put_references(Job& job, const Reference& r) {
 Outcome expand_references(Job& job, const Reference& r) {
   const double each = job.file.expanded_count(r.block);
   job.madeOfReferences += each * r.count();
-  if (job.madeOfReferences > 20.0 * job.options.mostOfReference)
+  if (job.madeOfReferences > kMostReferences * job.options.mostOfReference)
     return left_out("too many entities of references in all");
   const FileBlock& from = job.file.blocks[static_cast<std::size_t>(r.block)];
   const Vec base = from.base;
@@ -232,6 +233,20 @@ void Job::expand(int block, const Matrix& at) {
   report.place = reportedPlace;
   out.look = lookBefore;
   file.in.seek(readerAt);
+}
+
+Outcome put_block_entities(Job& job, int block, const Matrix& at) {
+  if (block < 0 || job.file.blocks[static_cast<std::size_t>(block)].entities == 0)
+    return left_out("its block is not in the file");
+  const FileBlock& from = job.file.blocks[static_cast<std::size_t>(block)];
+  if (std::ranges::find(job.openBlocks, block) != job.openBlocks.end()) return left_out("a block within itself");
+  if (job.openBlocks.size() >= kDeepest) return left_out("blocks nested too deep");
+  const double count = job.file.expanded_count(block);
+  job.madeOfReferences += count;
+  if (count > job.options.mostOfReference || job.madeOfReferences > kMostReferences * job.options.mostOfReference)
+    return left_out("a block of too many entities");
+  job.expand(block, at * translation(from.base * -1));
+  return converted("the entities of its block");
 }
 
 Outcome convert_insert(Job& job, const Record& record) {

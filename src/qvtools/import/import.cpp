@@ -60,7 +60,9 @@ void put_endless(Job& job) {
   }
 }
 
-void tell_reader_remarks(Drawing& file, ReportBuilder& report) {
+void tell_of_file(Drawing& file, ReportBuilder& report) {
+  for (const std::size_t place : file.clippedReferences)
+    report.loss("a reference that is cut along a border is shown whole", place);
   if (file.in.repairs() > 0)
     report.remark("a line was passed over where a group code should stand", file.in.first_repair(), file.in.repairs());
 }
@@ -110,7 +112,7 @@ class Importer {
   }
 
   int finish(bool whole) {
-    tell_reader_remarks(file_, builder_);
+    tell_of_file(file_, builder_);
     builder_.write_to(report_);
     report_.release = file_.header.release;
     report_.binary = file_.in.form() != Form::Text;

@@ -57,9 +57,9 @@ void Job::dress(const Common& common) {
   // What stands in the reference's stead takes its layer's properties with it, unless it is on that layer itself.
   const bool sameLayer = look.layer == inherited.layer;
   const bool ofReferencesLayer = inBlock && !sameLayer;
-  look.trueColor = common.trueColor;
+  look.trueColor = -1;
   if (common.trueColor >= 0) {
-    look.color = nearest_color(common.trueColor);
+    look.set_true_color(common.trueColor);
   } else if (common.color == 0 && inBlock) {
     look.trueColor = inherited.trueColor;
     look.color = inherited.color;

@@ -43,6 +43,25 @@ int nearest_color(int rgb) {
   return best;
 }
 
+void Look::set_color(int number) {
+  color = number;
+  trueColor = -1;
+}
+
+void Look::set_true_color(int rgb) {
+  trueColor = rgb & 0xFFFFFF;
+  color = nearest_color(trueColor);
+}
+
+void Look::set_raw_color(int raw) {
+  enum { ByLayer = 0xC0, TrueColor = 0xC2, Number = 0xC3 };
+  const int kind = raw >> 24 & 0xFF;
+  const int number = raw & 0xFF;
+  if (kind == ByLayer || (kind == Number && number == 0)) set_color(kByLayer);
+  if (kind == Number && number != 0) set_color(number);
+  if (kind == TrueColor) set_true_color(raw);
+}
+
 bool Output::rounded(const Vec& p, Point3& out) {
   if (!fits(p)) return false;
   bounds.add(p.x, p.y);

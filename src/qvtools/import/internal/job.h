@@ -102,6 +102,9 @@ void convert_line(Job& job);
 /// The converter of any other kind of entity; null for one that is not known.
 Converter converter_of(std::string_view name);
 
+/// Puts out the entities of a block whose reference is no INSERT, its base point at the matrix's origin.
+Outcome put_block_entities(Job& job, int block, const Matrix& at);
+
 // What converters put out. Coordinates are those of the frame, which lies in the output's.
 
 /// The frame of an entity by its group 210.

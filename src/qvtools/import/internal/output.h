@@ -16,6 +16,12 @@ struct Look {
   int lineType = -1;  // -1 the layer's
   int lineWeight = kWeightByLayer;
   int trueColor = -1;
+
+  void set_color(int number);
+  void set_true_color(int rgb);
+  /// A colour whose first byte tells its kind, as multileaders and pictures of objects have it; one "by block" and
+  /// others change nothing.
+  void set_raw_color(int raw);
 };
 
 /// The number of the standard palette whose colour comes nearest to 0xRRGGBB, of those that every display shows alike.
