@@ -6,7 +6,10 @@
 
 #include "qvtools/dxf/model/visit.h"
 #include "qvtools/fonts/shx.h"
+#include "qvtools/services/services.h"
 #include "qvtools/text/numbers.h"
+#include "support/failing_allocations.h"
+#include "support/recording_host.h"
 #include "support/temporary_directory.h"
 
 namespace {
@@ -419,6 +422,63 @@ TEST_F(Import, NotesFollowReferencesAndTexts) {
   EXPECT_EQ(noted(dxf.m_EntityList.GetTail())->text, "°ö中");
 }
 
+TEST_F(Import, LineTypesBeyondTheTableAreDrawnAsDashes) {
+  std::string types;
+  for (int i = 0; i < 1000; ++i) types += "0 LTYPE/2 T" + std::to_string(i) + "/70 0/73 2/40 3/49 2/49 -1/";
+  ASSERT_EQ(import(groups("0 SECTION/2 TABLES/0 TABLE/2 LTYPE/" + types +
+                          "0 ENDTAB/0 TABLE/2 LAYER/0 LAYER/2 L/62 7/6 T999/0 ENDTAB/0 ENDSEC/0 SECTION/2 ENTITIES/"
+                          "0 LINE/8 L/10 0/20 0/11 5/21 0/0 LWPOLYLINE/8 0/6 T999/90 3/10 0/20 0/10 4/20 0/10 4/20 3/"
+                          "0 CIRCLE/8 0/6 T998/10 0/20 0/40 1/0 ENDSEC/0 EOF")),
+            1);
+  EXPECT_EQ(dxf.m_nLType, 1000);
+  EXPECT_EQ(words(dxf.m_EntityList),
+            "LINE 0,0 2,0 on L; LINE 3,0 5,0 on L; LINE 0,0 2,0; POLYLINE 3,0 4,0 4,1; LINE 4,2 4,3; CIRCLE 0,0 r1");
+}
+
+TEST_F(Import, ObjectsOfOtherProgramsShowTheirPictures) {
+  // The picture of an object: parts that tell their sizes and kinds.
+  std::string bytes(8, '\0');
+  const auto part = [&](char kind, std::initializer_list<double> reals, const std::string& rest = {}) {
+    std::string content;
+    for (const double v : reals) content.append(reinterpret_cast<const char*>(&v), sizeof v);
+    content += rest;
+    bytes += std::string{static_cast<char>(8 + content.size()), 0, 0, 0, kind, 0, 0, 0} + content;
+  };
+  const std::string three{3, 0, 0, 0};
+  const auto reals = [](std::initializer_list<double> values) {
+    std::string out;
+    for (const double v : values) out.append(reinterpret_cast<const char*>(&v), sizeof v);
+    return out;
+  };
+  part(1, {0, 0, 0, 9, 9, 0});
+  part(14, {}, three);
+  part(2, {1, 2, 0, 5, 0, 0, 1});
+  part(29, {0, -1, 0, 10, 1, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1});  // turned by 90 degrees and moved
+  part(4, {1, 0, 0, 2, 0, 0, 1, 1, 0, 0, 1.5707963267948966});
+  part(31, {});
+  part(5, {1, 0, 0, 0, 1, 0, -1, 0, 0});
+  part(22, {}, std::string{6, 0, 0, static_cast<char>(0xC3)});
+  part(7, {}, three + reals({0, 0, 0, 4, 0, 0, 0, 4, 0}));
+  part(20, {}, three);
+  part(6, {}, three + reals({0, 0, 0, 4, 0, 0, 0, 4, 0}));
+  part(36, {1, 1, 0, 0, 0, 1, 0, 1, 0, 2, 1, 0}, std::string("\x2D\x4E\0\0", 4));
+  part(99, {});
+  std::string hex;
+  for (const char c : bytes) {
+    constexpr char kDigits[] = "0123456789ABCDEF";
+    hex += {kDigits[c >> 4 & 15], kDigits[c & 15]};
+  }
+  const std::string picture =
+      "160 " + std::to_string(bytes.size()) + "/310 " + hex.substr(0, 254) + "/310 " + hex.substr(254);
+  for (const std::string name : {"ACAD_PROXY_ENTITY", "NOVELTY"}) {
+    EXPECT_EQ(become("0 " + name + "/8 0/62 1/92 9/" + picture + "/93 8/310 00"),
+              "CIRCLE 1,2 r5 c3; ARC 10,1 r2 90-180 c3; ARC 0,0 r1 0-180 c3; POLYLINE/1 0,0 4,0 0,4 c6; "
+              "SOLID 0,0 4,0 0,4 0,4 c6; TEXT 1,1 h2 w1 turn90 '\xD6\xD0' c6");
+    EXPECT_EQ(kind(name)->becomes, "its own picture");
+    EXPECT_NE(report.summary().find("a part of an object's own picture"), std::string::npos);
+  }
+}
+
 TEST_F(Import, SheetsShowModelSpaceThroughTheirWindows) {
   options.layout = "plan";
   ASSERT_EQ(
@@ -458,6 +518,36 @@ TEST_F(Import, WhatWouldGrowWithoutBoundsIsRefused) {
                           "0 ENDSEC/0 SECTION/2 ENTITIES/0 INSERT/8 0/2 B0/10 0/20 0/0 ENDSEC/0 EOF")),
             1);
   EXPECT_EQ(reason("INSERT"), "a block of too many entities");
+}
+
+TEST_F(Import, MemoryThatRunsOutLeavesTheDocumentAsItWas) {
+  const qvtest::RecordingHost host;
+  // Blocks that are turned, texts that need styles and notes, fills, and a place that is far away.
+  const std::string file = groups(
+      "0 SECTION/2 BLOCKS/0 BLOCK/8 0/2 A/70 0/10 0/20 0/0 LINE/8 0/10 0/20 0/11 4/21 0/0 ENDBLK/0 ENDSEC/"
+      "0 SECTION/2 ENTITIES/0 INSERT/8 W/2 A/10 5000000/20 5000000/50 30/0 SPLINE/8 0/71 3/11 5000000/21 5000000/11 "
+      "5000009/21 5000005/11 5000000/21 5000009/0 MTEXT/8 0/370 50/10 5000000/20 5000000/40 1/1 a\\P\\U+4E2D\\U+00F6/"
+      "0 HATCH/8 0/70 1/91 1/92 3/73 1/93 3/10 5000000/20 5000000/10 5000004/20 5000000/10 5000000/20 5000004/75 0/"
+      "0 ENDSEC/0 EOF");
+  const std::string path = directory.write("in.dxf", file);
+  dxf.New_MemDxf();
+  dxf.Write_Line(1, 2, 0, 3, 4, 0, "0", "1", "BYLAYER");
+  int n = 0;
+  for (int result = 0; result == 0 && n < 5000; ++n) {
+    QV_ERROR_CODE = 0;
+    {
+      const qvtest::FailingAllocations failing(n, qvtest::FailingAllocations::Which::All);
+      result = qv::Import(path.c_str(), dxf, options, report);
+      ASSERT_EQ(result == 0, failing.failed()) << n;
+    }
+    if (result == 0) {
+      ASSERT_EQ(QV_ERROR_CODE, 301) << n;
+      ASSERT_TRUE(report.notes.entities.empty()) << n;
+      ASSERT_EQ(words(dxf.m_EntityList), "LINE 1,2 3,4 c1") << n;
+    }
+  }
+  EXPECT_GT(n, 100);
+  EXPECT_EQ(dxf.m_EntityList.GetCount(), 5);
 }
 
 }  // namespace

@@ -123,8 +123,4 @@ Outcome convert_mline(Job& job, const Record& record) {
   return outcome(good, converted("POLYLINE"));
 }
 
-Outcome convert_proxy(Job&, const Record&) {
-  return left_out("an object of another program");
-}
-
 }  // namespace qv::importing

@@ -133,7 +133,8 @@ PlacedBlock place_block(Job& job, const Reference& r, const Matrix& linear) {
   copy_text(block->m_szName, placed.name.c_str());
   block->m_Base = {static_cast<float>(placed.base.x), static_cast<float>(placed.base.y),
                    static_cast<float>(placed.base.z)};
-  job.madeBlocks.push_back(block.release());
+  if (!job.madeBlocks.AddTail(block.get())) throw std::bad_alloc();
+  block.release();
   return placed;
 }
 

@@ -115,9 +115,9 @@ struct ImportReport {
 };
 
 /// Reads a drawing of any form into a document, whose drawing it replaces; the document is in memory then. Returns 1,
-/// or 0 when the file cannot be opened or is no drawing, when the options name a sheet that it has not (the document
-/// stays as it was, and `report.remarks` tells why), or when `progress` (the share that has been read, 0 to 1) returns
-/// false. What is broken in the file is passed over and told.
+/// or 0, the document as it was, when the file cannot be opened or is no drawing, when the options name a sheet that it
+/// has not (`report.remarks` tells why), when `progress` (the share that has been read, 0 to 1) returns false, or when
+/// memory runs out (report 301). What is broken in the file is passed over and told.
 QV_API int Import(const char* path, DXF& document, const ImportOptions& options, ImportReport& report,
                   const std::function<bool(double share)>& progress = nullptr);
 

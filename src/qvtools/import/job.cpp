@@ -82,6 +82,8 @@ void Job::dress(const Common& common) {
     if (scale != 1) {
       const std::string_view layerType = file.layers[static_cast<std::size_t>(look.layer)].lineType;
       look.lineType = layerType.empty() ? -1 : tables.line_type(tables.file_line_type(layerType), scale);
+    } else if (tables.is_beyond(tables.layer_line_type(look.layer))) {
+      look.lineType = tables.layer_line_type(look.layer);
     }
   } else if (is_word(common.lineType, "BYBLOCK")) {
     const bool own = inBlock && (inherited.lineType >= 0 || sameLayer);
@@ -93,12 +95,7 @@ void Job::dress(const Common& common) {
 
 void Job::convert(const Record& record) {
   report.place = record.place;
-  const Converter converter = converter_of(record.name);
-  if (!converter) {
-    report.count(record.name, left_out("a kind that is not known"), record.place);
-    return;
-  }
-  report.count(record.name, converter(*this, record), record.place);
+  report.count(record.name, converter_of(record.name)(*this, record), record.place);
 }
 
 bool Job::is_hidden(std::string_view layer) {

@@ -47,13 +47,20 @@ enum class Space { All, Model, Paper };
 
 class Job {
  public:
-  Job(Drawing& drawing, const ImportOptions& importOptions, ReportBuilder& builder, OutputTables& outputTables)
-      : file(drawing), options(importOptions), report(builder), tables(outputTables), out(outputTables, builder) {}
+  Job(Drawing& drawing, const ImportOptions& importOptions, ReportBuilder& builder, OutputTables& outputTables,
+      CPtrList& blocks)
+      : file(drawing),
+        options(importOptions),
+        report(builder),
+        tables(outputTables),
+        madeBlocks(blocks),
+        out(outputTables, builder) {}
 
   Drawing& file;
   const ImportOptions& options;
   ReportBuilder& report;
   OutputTables& tables;
+  CPtrList& madeBlocks;  // the document's
   Output out;
 
   Unit unit = Unit::None;  // of the document
@@ -66,7 +73,6 @@ class Job {
 
   std::vector<int> openBlocks;  // within which the entity stands, the outermost first
   std::vector<EndlessLine> endless;
-  std::vector<ACAD_BLOCK*> madeBlocks;
   std::unordered_map<std::string, PlacedBlock> placedBlocks;
   double madeOfReferences = 0;
 
@@ -99,7 +105,7 @@ using Converter = Outcome (*)(Job& job, const Record& record);
 Outcome put_attribute(Job& job, const Record& record);
 /// Converts the line at whose opening group the reader stands: there may be a million of them.
 void convert_line(Job& job);
-/// The converter of any other kind of entity; null for one that is not known.
+/// The converter of any other kind of entity; of kinds that are not known, one that shows the picture they may have.
 Converter converter_of(std::string_view name);
 
 /// Puts out the entities of a block whose reference is no INSERT, its base point at the matrix's origin.

@@ -108,6 +108,7 @@ class Output {
   bool put(ACAD_ENTITY* record, const std::string& text = {});
   bool rounded(const Vec& p, Point3& out);
   void dress(char (&layer)[kNameSize], char (&lineType)[kNameSize], int& color);
+  bool put_dashes(std::span<const Vertex> vertices, bool closed);
   bool cut_line(const Vec& a, const Vec& b);
   bool cut_polyline(std::span<const Vertex> vertices, int flags);
   bool cut_solid(const Vec (&corners)[4]);
