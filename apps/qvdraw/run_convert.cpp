@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <cstdio>
+
 #include "commands.h"
 #include "drawing_file.h"
 
@@ -10,9 +13,10 @@ struct Sign {
   const char* code;
 };
 
-/// The text font's own signs, as other programs have them: grades of steel by their numbers.
-constexpr Sign kSigns[] = {{0x7F, "%%d"},   {0x80, "%%p"},   {0x81, "%%c"},  {0x82, "%%130"},
-                           {0x83, "%%131"}, {0x85, "%%133"}, {0x8B, "%%139"}};
+/// The text font's own signs, as other programs have them: grades of steel by their numbers. Behind "^" they look for
+/// the letter of a control character.
+constexpr Sign kSigns[] = {{'^', "^ "},     {0x7F, "%%d"},   {0x80, "%%p"},   {0x81, "%%c"},
+                           {0x82, "%%130"}, {0x83, "%%131"}, {0x85, "%%133"}, {0x8B, "%%139"}};
 
 std::string with_codes(const char* text) {
   std::string out;
@@ -27,6 +31,17 @@ std::string with_codes(const char* text) {
     text += pair ? 2 : 1;
   }
   return out;
+}
+
+/// Files hold two decimals: nothing for a plan in millimetres, much for a small one in metres.
+void tell_lost_decimals(DXF& dxf, const std::string& path) {
+  constexpr double kStep = 0.01;
+  constexpr double kMuch = 0.001;
+  const CFRect r = dxf.GetFRect();
+  const double size = static_cast<double>(std::max(r.Width(), r.Height()));
+  if (size > 0 && kStep > kMuch * size)
+    std::fprintf(stderr, "qvdraw: %s: two decimals are %.2g %% of the drawing's size\n", path.c_str(),
+                 100 * kStep / size);
 }
 
 void make_portable(const CPtrList& list) {
@@ -44,6 +59,7 @@ void run_convert(const ConvertRequest& request) {
   if (!request.unitGiven) options.unit = qv::Unit::Millimetre;
   qv::ImportReport report;
   const std::unique_ptr<DXF> dxf = load_drawing(request.drawing, options, report);
+  tell_lost_decimals(*dxf, request.drawing);
   if (request.portable) {
     dxf->m_bCodePageHeader = 1;
     make_portable(dxf->m_EntityList);

@@ -6,7 +6,10 @@
 
 #include "qvtools/dxf/model/visit.h"
 #include "qvtools/fonts/shx.h"
+#include "qvtools/services/services.h"
 #include "qvtools/text/numbers.h"
+#include "support/failing_allocations.h"
+#include "support/recording_host.h"
 #include "support/temporary_directory.h"
 
 namespace {
@@ -95,6 +98,10 @@ std::string groups(std::string_view text) {
 
 class Import : public testing::Test {
  protected:
+  // Places of texts are those of estimated widths.
+  Import() { G_ShapeFont = CShx(); }
+  ~Import() override { G_ShapeFont = fonts_; }
+
   int import(const std::string& bytes) {
     return qv::Import(directory.write("in.dxf", bytes).c_str(), dxf, options, report);
   }
@@ -102,11 +109,13 @@ class Import : public testing::Test {
   /// colour "by block" at 2,1) and a block B of A turned by 90 degrees.
   std::string become(std::string_view entities) {
     const std::string file = groups(
-        "0 SECTION/2 HEADER/9 $ACADVER/1 AC1015/0 ENDSEC/0 SECTION/2 BLOCKS/"
-        "0 BLOCK/8 0/2 A/70 0/10 0/20 0/0 LINE/8 0/10 0/20 0/11 4/21 0/0 CIRCLE/8 P/62 0/10 2/20 1/40 1/0 ENDBLK/"
+        "0 SECTION/2 HEADER/9 $ACADVER/1 AC1015/0 ENDSEC/0 SECTION/2 TABLES/0 TABLE/2 DIMSTYLE/"
+        "0 DIMSTYLE/2 S/41 0/42 0/44 0/140 1/147 0/77 0/271 1/"
+        "0 DIMSTYLE/2 T/41 1/42 0/44 0/342 A1/0 ENDTAB/0 ENDSEC/0 SECTION/2 BLOCKS/"
+        "0 BLOCK/5 A1/8 0/2 A/70 0/10 0/20 0/0 LINE/8 0/10 0/20 0/11 4/21 0/0 CIRCLE/8 P/62 0/10 2/20 1/40 1/0 ENDBLK/"
         "0 BLOCK/8 0/2 B/70 0/10 1/20 0/0 INSERT/8 0/2 A/10 1/20 0/50 90/62 0/0 ENDBLK/"
         "0 BLOCK/8 0/2 RING/70 0/10 0/20 0/0 POINT/8 0/10 0/20 0/0 INSERT/8 0/2 RING/10 1/20 1/0 ENDBLK/0 ENDSEC/"
-        "0 SECTION/2 ENTITIES");
+        "0 SECTION/2 OBJECTS/0 MLINESTYLE/2 CAPS/70 273/71 2/49 0/62 256/49 -2/62 1/0 ENDSEC/0 SECTION/2 ENTITIES");
     EXPECT_EQ(import(file + groups(entities) + groups("0 ENDSEC/0 EOF")), 1);
     std::string text = words(dxf.m_EntityList);
     for (POSITION at = dxf.m_BlockList.GetHeadPosition(); at;) {
@@ -125,6 +134,9 @@ class Import : public testing::Test {
   DXF dxf;
   qv::ImportOptions options;
   qv::ImportReport report;
+
+ private:
+  const CShx fonts_ = G_ShapeFont;
 };
 
 struct Case {
@@ -203,6 +215,52 @@ TEST_F(Import, EveryKindBecomesRecords) {
        "POLYLINE/1 1,5 5,5 5,1"},
       {"0 MLINE/8 0/11 0/21 0/13 0/23 1/74 1/41 0/75 0/74 1/41 -2/11 9/21 0/13 0/23 1/74 1/41 0/74 1/41 -2",
        "LINE 0,0 9,0; LINE 0,-2 9,-2"},
+      // Dimensions of the other types, of a style without arrows and gaps, and one with arrows of its own.
+      {"0 DIMENSION/8 0/3 S/70 1/10 -1/20 7/13 0/23 0/14 3/24 4/1  ", "LINE 0,0 -4,3; LINE 3,4 -1,7; LINE -4,3 -1,7"},
+      {"0 DIMENSION/8 0/3 S/70 2/10 0/20 0/15 0/25 .5/13 0/23 0/14 4/24 0/16 1/26 1/1  ",
+       "LINE 0,0.5 0,1.414; ARC 0,0 r1.414 0-90"},
+      {"0 DIMENSION/8 0/3 T/70 3/10 -2/20 0/15 2/25 0/1  ",
+       "LINE -2,0 2,0; LINE 2,0 6,0; CIRCLE 4,1 r1 c7 on P; LINE -2,0 -6,0; CIRCLE -4,-1 r1 c7 on P"},
+      {"0 DIMENSION/8 0/3 S/70 4/10 0/20 0/15 2/25 0/11 5/21 0", "LINE 0,0 4.28,0; TEXT 4.28,-0.5 h1 w1 'R2'"},
+      {"0 DIMENSION/8 0/3 S/70 5/10 2/20 2/13 3/23 0/14 0/24 3/15 0/25 0/1  ",
+       "LINE 3,0 2.828,0; LINE 0,3 0,2.828; ARC 0,0 r2.828 0-90"},
+      {"0 ARC_DIMENSION/8 0/3 S/70 8/10 3/20 0/13 3/23 0/14 0/24 3/15 0/25 0/11 0/21 9/53 0",
+       "ARC 0,0 r3 0-90; TEXT -1.8,8.5 h1 w1 '\xA1\xD0"
+       "4.7'"},
+      {"0 DIMENSION/8 0/3 S/70 70/10 1/20 0/13 5/23 1/14 5/24 4/11 5/21 6",
+       "LINE 5,1 5,4; TEXT 5.5,5.64 h1 w1 turn90 '4'"},
+      {"0 DIMENSION/8 0/3 S/2 A/70 32/13 0/23 0/14 9/24 0/12 1/22 1", "LINE 1,1 5,1; CIRCLE 3,2 r1 c7 on P"},
+      // Two cells and one below, upward.
+      {"0 TOLERANCE/8 0/3 S/10 0/20 0/1 {\\Fgdt;j}%%v0.1^JA/11 0/21 1",
+       "TEXT 0.5,0.5 h1 w1 turn90 'j'; POLYLINE/1 1,0 1,1.72 -1,1.72 -1,0; TEXT 0.5,2.22 h1 w1 turn90 '0.1'; "
+       "POLYLINE/1 1,1.72 1,4.88 -1,4.88 -1,1.72; TEXT 2.5,0.5 h1 w1 turn90 'A'; POLYLINE/1 3,0 3,1.72 1,1.72 1,0"},
+      // A blue line with an arrow to a text of colour 6, and a block twice as large.
+      {"0 MULTILEADER/8 0/62 3/300 CONTEXT_DATA{/40 1/41 2/140 3/290 1/304 t/12 20/22 9/171 1/90 -1023410170/"
+       "302 LEADER{/10 15/20 8/11 1/21 0/40 4/304 LEADER_LINE{/10 0/20 8/305 }/303 }/301 }/170 1/91 -1040187137/291 1",
+       "LINE 0,8 15,8 c5; SOLID 0,8 3,7.5 3,8.5 3,8.5 c5; LINE 15,8 19,8 c5; TEXT 20,7 h2 w1 't' c6"},
+      {"0 MLEADER/8 0/300 CONTEXT_DATA{/296 1/341 A1/15 7/25 7/16 2/26 2/36 2/46 0/301 }/170 0",
+       "LINE 7,7 15,7; CIRCLE 11,9 r2 c7 on P"},
+      {"0 ACAD_TABLE/8 0/2 A/10 5/20 5/11 0/21 1", "LINE 5,5 5,9; CIRCLE 4,7 r1 c7 on P"},
+      // A helix is its spline; its axis is no tangent.
+      {"0 HELIX/8 0/100 AcDbSpline/71 3/11 0/21 0/11 5/21 0/100 AcDbHelix/10 0/20 0/11 1/21 0/12 0/22 1/32 0/40 1",
+       "LINE 0,0 5,0"},
+      {"0 HATCH/8 0/62 2/70 1/91 1/92 3/73 1/93 3/10 0/20 0/10 4/20 0/10 0/20 4/75 0/450 1/452 0/463 0/63 5/421 255/"
+       "463 1/63 1",
+       "SOLID 0,0 4,0 0,4 0,4 c5"},
+      {"0 MPOLYGON/8 0/62 1/70 1/30 0/71 1/91 1/92 2/73 1/72 0/93 3/10 0/20 0/10 4/20 0/10 0/20 4/76 1/63 3/99 0",
+       "POLYLINE/1 0,0 4,0 0,4 c1; SOLID 0,0 4,0 0,4 0,4 c3"},
+      {"0 OLE2FRAME/8 0/10 0/20 4/11 6/21 0/70 2", "POLYLINE/1 0,4 6,4 6,0 0,0"},
+      {"0 IMAGE/8 0/10 0/20 0/11 .5/21 0/12 0/22 .5/13 8/23 4/280 0", "POLYLINE/1 0,0 4,0 4,2 0,2"},
+      {"0 RAY/8 0/10 0/20 0/11 1/21 0/0 LINE/8 0/10 -10/20 -10/11 10/21 10", "LINE -10,-10 10,10; LINE 0,0 11,0"},
+      {"0 ATTDEF/8 0/10 1/20 2/40 3/41 1/1 c/2 T/70 2/0 ATTDEF/8 0/10 1/20 2/40 3/1 c/2 T/70 0", "TEXT 1,2 h3 w1 'c'"},
+      {"0 INSERT/8 0/2 RING/66 1/10 5/20 5/0 ATTRIB/8 0/10 1/20 2/40 3/1 x/70 1/0 ATTRIB/8 0/10 1/20 2/40 3/1 two/"
+       "101 Embedded Object/10 1/20 2/40 3/71 1/1 two\\Plines/0 SEQEND",
+       "INSERT RING 5,5; TEXT 1,-1 h3 w1 'two'; TEXT 1,-6 h3 w1 'lines' | RING: POINT 0,0"},
+      {"0 MLINE/8 0/2 CAPS/71 1/11 0/21 0/13 0/23 1/74 1/41 0/75 0/74 1/41 -2/11 9/21 0/13 0/23 1/74 1/41 0/74 1/41 -2",
+       "LINE 0,0 9,0; LINE 0,-2 9,-2 c1; LINE 0,-2 0,0; LINE 9,-2 9,0"},
+      {"0 LWPOLYLINE/8 0/90 2/39 2/10 0/20 0/10 4/20 0/0 SOLID/8 0/39 1/10 0/20 0/11 1/21 0/12 0/22 1",
+       "POLYLINE 0,0 4,0; 3DFACE 0,0 4,0 4,0,2 0,0,2; SOLID 0,0 1,0 0,1 0,1; 3DFACE 0,0 1,0 1,0,1 0,0,1; "
+       "3DFACE 1,0 0,1 0,1,1 1,0,1; 3DFACE 0,1 0,1 0,1,1 0,1,1; 3DFACE 0,1 0,0 0,0,1 0,1,1"},
       // What cannot be shown is left out.
       {"0 LINE/8 0/10 1e400/20 0/11 1/21 1/0 3DSOLID/8 0/0 NOVELTY/8 0/0 LINE/8 0/60 1/10 0/20 0/11 1/21 1", ""},
   };
@@ -211,6 +269,34 @@ TEST_F(Import, EveryKindBecomesRecords) {
   const std::string file = directory.read("in.dxf");
   EXPECT_EQ(kind("NOVELTY")->line,
             std::count(file.begin(), file.begin() + static_cast<long>(file.find("NOVELTY")), '\n'));
+}
+
+TEST_F(Import, WhatIsShownOtherwiseIsTold) {
+  const struct {
+    const char* entities;
+    const char* loss;
+  } kCases[] = {
+      {"0 CIRCLE/8 0/10 0/20 0/40 2/39 3", "a thickness was left out"},
+      {"0 DIMENSION/8 0/3 S/70 0/10 0/20 9/13 0/23 0/14 9/24 0/1001 ACAD/1000 DSTYLE/1002 {/1070 342/1005 77/1002 }",
+       "an arrow whose block the file lacks became the usual one"},
+      {"0 MTEXT/8 0/10 0/20 0/40 3/72 3/1 x", "a text in columns of letters is shown in lines"},
+      {"0 MTEXT/8 0/10 0/20 0/40 3/90 1/1 x", "a fill behind a text was left out"},
+      {"0 MLINE/8 0/2 CAPS/11 0/21 0/13 0/23 1/74 1/41 0/11 9/21 0/13 0/23 1/74 2/41 0/41 3",
+       "the fill of a multiline was left out"},
+      {"0 MLINE/8 0/11 0/21 0/13 0/23 1/74 1/41 0/11 9/21 0/13 0/23 1/74 3/41 0/41 3/41 4",
+       "a multiline with gaps is shown without them"},
+      {"0 TOLERANCE/8 0/1 j/10 0/20 0", "signs of a tolerance are shown as letters"},
+      {"0 HATCH/8 0/70 1/91 1/92 3/73 1/93 3/10 0/20 0/10 4/20 0/10 0/20 4/450 1",
+       "a gradient became its first colour"},
+      {"0 TEXT/8 0/10 1/20 2/40 3/71 4/1 x", "a mirrored text is shown readable"},
+      {"0 TEXT/8 0/10 1/20 2/40 3/51 15/1 x", "a slanted text is shown upright"},
+      {"0 POINT/8 0/10 0/20 0/0 ENDSEC/0 SECTION/2 OBJECTS/0 SPATIAL_FILTER/71 1",
+       "a reference that is cut along a border is shown whole"},
+  };
+  for (const auto& c : kCases) {
+    become(c.entities);
+    EXPECT_NE(report.summary().find(std::string(" times ") + c.loss), std::string::npos) << report.summary();
+  }
 }
 
 TEST_F(Import, AnyFormOfFileIsRead) {
@@ -319,6 +405,80 @@ TEST_F(Import, LayersKeepWhatTheyCanAndNotesHoldTheRest) {
   EXPECT_FALSE(report.notes.layers.at(1).plotted);
 }
 
+TEST_F(Import, NotesFollowReferencesAndTexts) {
+  // A layer with a weight and a true colour, and a block that takes both from its reference.
+  ASSERT_EQ(import(groups("0 SECTION/2 TABLES/0 TABLE/2 LAYER/70 1/0 LAYER/2 W/70 0/62 1/370 70/420 1122867/0 ENDTAB/"
+                          "0 ENDSEC/0 SECTION/2 BLOCKS/0 BLOCK/8 0/2 A/70 0/10 0/20 0/"
+                          "0 LINE/8 P/62 0/370 -2/10 0/20 0/11 4/21 0/0 ENDBLK/0 ENDSEC/0 SECTION/2 ENTITIES/"
+                          "0 INSERT/8 W/2 A/10 5/20 5/0 INSERT/8 P/370 25/2 A/10 9/20 5/0 LINE/8 W/370 -2/10 1/20 1/"
+                          "0 TEXT/8 0/10 0/20 0/40 1/1 %%d\\U+00F6\\U+4E2D/0 ENDSEC/0 EOF")),
+            1);
+  const auto noted = [&](void* record) { return report.notes.find(static_cast<ACAD_ENTITY*>(record)); };
+  const auto inside = [](void* block) { return static_cast<ACAD_BLOCK*>(block)->m_EntityList.GetHead(); };
+  ASSERT_EQ(report.notes.entities.size(), 5u);
+  EXPECT_EQ(noted(inside(dxf.m_BlockList.GetHead()))->lineWeight, 70);
+  EXPECT_EQ(noted(inside(dxf.m_BlockList.GetHead()))->trueColor, 1122867);
+  EXPECT_EQ(noted(inside(dxf.m_BlockList.GetTail()))->lineWeight, 25);
+  EXPECT_EQ(noted(dxf.m_EntityList.GetTail())->text, "°ö中");
+}
+
+TEST_F(Import, LineTypesBeyondTheTableAreDrawnAsDashes) {
+  std::string types;
+  for (int i = 0; i < 1000; ++i) types += "0 LTYPE/2 T" + std::to_string(i) + "/70 0/73 2/40 3/49 2/49 -1/";
+  ASSERT_EQ(import(groups("0 SECTION/2 TABLES/0 TABLE/2 LTYPE/" + types +
+                          "0 ENDTAB/0 TABLE/2 LAYER/0 LAYER/2 L/62 7/6 T999/0 ENDTAB/0 ENDSEC/0 SECTION/2 ENTITIES/"
+                          "0 LINE/8 L/10 0/20 0/11 5/21 0/0 LWPOLYLINE/8 0/6 T999/90 3/10 0/20 0/10 4/20 0/10 4/20 3/"
+                          "0 CIRCLE/8 0/6 T998/10 0/20 0/40 1/0 ENDSEC/0 EOF")),
+            1);
+  EXPECT_EQ(dxf.m_nLType, 1000);
+  EXPECT_EQ(words(dxf.m_EntityList),
+            "LINE 0,0 2,0 on L; LINE 3,0 5,0 on L; LINE 0,0 2,0; POLYLINE 3,0 4,0 4,1; LINE 4,2 4,3; CIRCLE 0,0 r1");
+}
+
+TEST_F(Import, ObjectsOfOtherProgramsShowTheirPictures) {
+  // The picture of an object: parts that tell their sizes and kinds.
+  std::string bytes(8, '\0');
+  const auto part = [&](char kind, std::initializer_list<double> reals, const std::string& rest = {}) {
+    std::string content;
+    for (const double v : reals) content.append(reinterpret_cast<const char*>(&v), sizeof v);
+    content += rest;
+    bytes += std::string{static_cast<char>(8 + content.size()), 0, 0, 0, kind, 0, 0, 0} + content;
+  };
+  const std::string three{3, 0, 0, 0};
+  const auto reals = [](std::initializer_list<double> values) {
+    std::string out;
+    for (const double v : values) out.append(reinterpret_cast<const char*>(&v), sizeof v);
+    return out;
+  };
+  part(1, {0, 0, 0, 9, 9, 0});
+  part(14, {}, three);
+  part(2, {1, 2, 0, 5, 0, 0, 1});
+  part(29, {0, -1, 0, 10, 1, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1});  // turned by 90 degrees and moved
+  part(4, {1, 0, 0, 2, 0, 0, 1, 1, 0, 0, 1.5707963267948966});
+  part(31, {});
+  part(5, {1, 0, 0, 0, 1, 0, -1, 0, 0});
+  part(22, {}, std::string{6, 0, 0, static_cast<char>(0xC3)});
+  part(7, {}, three + reals({0, 0, 0, 4, 0, 0, 0, 4, 0}));
+  part(20, {}, three);
+  part(6, {}, three + reals({0, 0, 0, 4, 0, 0, 0, 4, 0}));
+  part(36, {1, 1, 0, 0, 0, 1, 0, 1, 0, 2, 1, 0}, std::string("\x2D\x4E\0\0", 4));
+  part(99, {});
+  std::string hex;
+  for (const char c : bytes) {
+    constexpr char kDigits[] = "0123456789ABCDEF";
+    hex += {kDigits[c >> 4 & 15], kDigits[c & 15]};
+  }
+  const std::string picture =
+      "160 " + std::to_string(bytes.size()) + "/310 " + hex.substr(0, 254) + "/310 " + hex.substr(254);
+  for (const std::string name : {"ACAD_PROXY_ENTITY", "NOVELTY"}) {
+    EXPECT_EQ(become("0 " + name + "/8 0/62 1/92 9/" + picture + "/93 8/310 00"),
+              "CIRCLE 1,2 r5 c3; ARC 10,1 r2 90-180 c3; ARC 0,0 r1 0-180 c3; POLYLINE/1 0,0 4,0 0,4 c6; "
+              "SOLID 0,0 4,0 0,4 0,4 c6; TEXT 1,1 h2 w1 turn90 '\xD6\xD0' c6");
+    EXPECT_EQ(kind(name)->becomes, "its own picture");
+    EXPECT_NE(report.summary().find("a part of an object's own picture"), std::string::npos);
+  }
+}
+
 TEST_F(Import, SheetsShowModelSpaceThroughTheirWindows) {
   options.layout = "plan";
   ASSERT_EQ(
@@ -358,6 +518,36 @@ TEST_F(Import, WhatWouldGrowWithoutBoundsIsRefused) {
                           "0 ENDSEC/0 SECTION/2 ENTITIES/0 INSERT/8 0/2 B0/10 0/20 0/0 ENDSEC/0 EOF")),
             1);
   EXPECT_EQ(reason("INSERT"), "a block of too many entities");
+}
+
+TEST_F(Import, MemoryThatRunsOutLeavesTheDocumentAsItWas) {
+  const qvtest::RecordingHost host;
+  // Blocks that are turned, texts that need styles and notes, fills, and a place that is far away.
+  const std::string file = groups(
+      "0 SECTION/2 BLOCKS/0 BLOCK/8 0/2 A/70 0/10 0/20 0/0 LINE/8 0/10 0/20 0/11 4/21 0/0 ENDBLK/0 ENDSEC/"
+      "0 SECTION/2 ENTITIES/0 INSERT/8 W/2 A/10 5000000/20 5000000/50 30/0 SPLINE/8 0/71 3/11 5000000/21 5000000/11 "
+      "5000009/21 5000005/11 5000000/21 5000009/0 MTEXT/8 0/370 50/10 5000000/20 5000000/40 1/1 a\\P\\U+4E2D\\U+00F6/"
+      "0 HATCH/8 0/70 1/91 1/92 3/73 1/93 3/10 5000000/20 5000000/10 5000004/20 5000000/10 5000000/20 5000004/75 0/"
+      "0 ENDSEC/0 EOF");
+  const std::string path = directory.write("in.dxf", file);
+  dxf.New_MemDxf();
+  dxf.Write_Line(1, 2, 0, 3, 4, 0, "0", "1", "BYLAYER");
+  int n = 0;
+  for (int result = 0; result == 0 && n < 5000; ++n) {
+    QV_ERROR_CODE = 0;
+    {
+      const qvtest::FailingAllocations failing(n, qvtest::FailingAllocations::Which::All);
+      result = qv::Import(path.c_str(), dxf, options, report);
+      ASSERT_EQ(result == 0, failing.failed()) << n;
+    }
+    if (result == 0) {
+      ASSERT_EQ(QV_ERROR_CODE, 301) << n;
+      ASSERT_TRUE(report.notes.entities.empty()) << n;
+      ASSERT_EQ(words(dxf.m_EntityList), "LINE 1,2 3,4 c1") << n;
+    }
+  }
+  EXPECT_GT(n, 100);
+  EXPECT_EQ(dxf.m_EntityList.GetCount(), 5);
 }
 
 }  // namespace

@@ -1,5 +1,7 @@
 // Ellipses, splines and lines without end.
 
+#include <algorithm>
+
 #include "qvtools/import/internal/converters.h"
 
 namespace qv::importing {
@@ -20,6 +22,11 @@ Outcome convert_ellipse(Job& job, const Record& record) {
 
 Outcome convert_spline(Job& job, const Record& record) {
   constexpr int kClosed = 1 | 2;
+  // A helix is the same, its axis behind it.
+  const auto axis =
+      std::ranges::find_if(record.tags, [](const Tag& tag) { return tag.code == 100 && word_of(tag) == "AcDbHelix"; });
+  Record curve;
+  curve.tags.assign(record.tags.begin(), axis);
   Spline spline;
   const auto add = [&](std::vector<Vec>& points, const Tag& tag, int code) {
     if (tag.code == code) points.push_back({real_of(tag), 0, 0});
@@ -27,8 +34,7 @@ Outcome convert_spline(Job& job, const Record& record) {
     if (tag.code == code + 10) points.back().y = real_of(tag);
     if (tag.code == code + 20) points.back().z = real_of(tag);
   };
-  for (const Tag& tag : record.tags) {
-    if (tag.code == 100 && word_of(tag) == "AcDbHelix") break;  // its axis, which is no part of the curve
+  for (const Tag& tag : curve.tags) {
     if (tag.code == 70) spline.closed = (integer_of(tag) & kClosed) != 0;
     if (tag.code == 71) spline.degree = integer_of(tag);
     if (tag.code == 40) spline.knots.push_back(real_of(tag));
@@ -36,8 +42,8 @@ Outcome convert_spline(Job& job, const Record& record) {
     add(spline.control, tag, 10);
     add(spline.fit, tag, 11);
   }
-  spline.startTangent = record.point(12);
-  spline.endTangent = record.point(13);
+  spline.startTangent = curve.point(12);
+  spline.endTangent = curve.point(13);
   std::vector<Vec> points;
   if (!flatten_spline(std::move(spline), job.options.tolerance, points))
     return left_out("a spline of too few points or too high a degree");

@@ -8,6 +8,8 @@ namespace qv::importing {
 
 namespace {
 
+constexpr double kNear = 1e-9;  // of a size: what is no length
+
 Vec level(const Vec& p) {
   return {p.x, p.y, 0};
 }
@@ -41,6 +43,9 @@ class DimensionDrawing {
   bool ordinate();
 
   bool line(const Vec& a, const Vec& b) { return job_.out.line(frame_(a), frame_(b)); }
+  bool arrow(DimensionStyle::End end, const Vec& tip, const Vec& direction) {
+    return put_arrow(job_, frame_, style_.arrow_of(end), tip, direction);
+  }
   /// From a measured point to the dimension line and a little beyond.
   bool extension(const Vec& from, const Vec& to);
   /// A line that leaves room for the text that stands on it.
@@ -64,7 +69,7 @@ class DimensionDrawing {
 bool DimensionDrawing::extension(const Vec& from, const Vec& to) {
   const Vec step = to - from;
   const double n = length(step);
-  if (n <= style_.extensionGap()) return true;
+  if (n <= style_.extensionGap() + kNear * length(to)) return true;
   const Vec along = step * (1 / n);
   return line(from + along * style_.extensionGap(), to + along * style_.extensionBeyond());
 }
@@ -124,7 +129,7 @@ bool DimensionDrawing::linear(bool aligned) {
   const bool inside = style_.tick() > 0 || length(b - a) > 3 * style_.arrow();
   const Vec outward = direction * (inside ? 1 : -1);
   bool good = extension(first, a) && extension(second, b) && line_around_text(a, b);
-  good = put_arrow(job_, frame_, style_, a, outward * -1) && put_arrow(job_, frame_, style_, b, outward) && good;
+  good = arrow(DimensionStyle::First, a, outward * -1) && arrow(DimensionStyle::Second, b, outward) && good;
   if (!inside) {
     const double tail = 2 * style_.arrow();
     good = line(a - direction * tail, a) && line(b, b + direction * tail) && good;
@@ -152,7 +157,7 @@ bool DimensionDrawing::angular(const Vec& center, const Vec& first, const Vec& s
   const double measure = record_.has(42) && record_.real(42) > 0 ? record_.real(42)
                          : ofLength                              ? sweep * length(first - center)
                                                                  : sweep;
-  place_text(ofLength ? style_.length_text(measure * style_.lengthFactor()) : style_.angle_text(measure),
+  place_text(ofLength ? U"\u2312" + style_.length_text(measure * style_.lengthFactor()) : style_.angle_text(measure),
              point(mid, radius), mid - kPi / 2);
   bool good = extension(first, point(angle(first), radius)) && extension(second, point(angle(second), radius));
   // Room for the text on the arc.
@@ -168,8 +173,8 @@ bool DimensionDrawing::angular(const Vec& center, const Vec& first, const Vec& s
   }
   const double lead = radius > 0 ? style_.arrow() / radius / 2 : 0;  // an arrow's chord
   const auto tangent = [&](double a) { return Vec{-std::sin(a), std::cos(a), 0}; };
-  good = put_arrow(job_, frame_, style_, point(start, radius), tangent(start + lead) * -1) && good;
-  good = put_arrow(job_, frame_, style_, point(start + sweep, radius), tangent(start + sweep - lead)) && good;
+  good = arrow(DimensionStyle::First, point(start, radius), tangent(start + lead) * -1) && good;
+  good = arrow(DimensionStyle::Second, point(start + sweep, radius), tangent(start + sweep - lead)) && good;
   return put_text_block() && good;
 }
 
@@ -184,12 +189,16 @@ bool DimensionDrawing::between_lines() {
   const double turn = u.x * v.y - u.y * v.x;
   if (!(std::fabs(turn) > 1e-12 * length(u) * length(v))) return line(a, b);  // lines that never meet
   const Vec center = a + u * (((c.x - a.x) * v.y - (c.y - a.y) * v.x) / turn);
-  // Of each line the end on the side of the arc.
+  // Of each line the place nearest to the arc, on the arc's side.
+  const double radius = length(through - center);
   const auto end = [&](const Vec& p, const Vec& q) {
     const Vec along = unit(q - p, {1, 0, 0});
-    const Vec far = length(q - center) > length(p - center) ? q : p;
-    const bool same = dot(far - center, along) * dot(through - center, along) >= 0;
-    return same ? far : center + (center - far);
+    const double side = dot(through - center, along) < 0 ? -1 : 1;
+    const double one = side * dot(p - center, along);
+    const double other = side * dot(q - center, along);
+    const double low = std::max(0.0, std::min(one, other));
+    const double high = std::max(one, other);
+    return center + along * (side * std::clamp(radius, low, std::max(high, kNear * radius)));
   };
   return angular(center, end(a, b), end(c, d), through, false);
 }
@@ -205,8 +214,8 @@ bool DimensionDrawing::radial(bool diameter) {
   // Out to a text that stands beyond the arc.
   const double reach = hasText_ ? dot(middle_ - on, along) - size_.width / 2 - style_.gap() : 0;
   bool good = reach > 0 ? line(start, on + along * reach) : line_around_text(start, on);
-  good = put_arrow(job_, frame_, style_, on, along) && good;
-  if (diameter) good = put_arrow(job_, frame_, style_, start, along * -1) && good;
+  good = arrow(DimensionStyle::Second, on, along) && good;
+  if (diameter) good = arrow(DimensionStyle::First, start, along * -1) && good;
   return put_text_block() && good;
 }
 
@@ -260,14 +269,8 @@ Outcome convert_dimension(Job& job, const Record& record) {
   if (record.word(8) == "ADSK_CONSTRAINTS" || record.word(8) == "*ADSK_CONSTRAINTS")
     return left_out("a constraint of a sketch");
   const int block = record.word(2).empty() ? -1 : job.file.blockNames.find(record.word(2), job.file.decoder);
-  if (block >= 0 && job.file.blocks[static_cast<std::size_t>(block)].entities > 0) {
-    if (std::ranges::find(job.openBlocks, block) != job.openBlocks.end()) return left_out("a block within itself");
-    if (job.file.expanded_count(block) > job.options.mostOfReference) return left_out("a block of too many entities");
-    const Vec base = job.file.blocks[static_cast<std::size_t>(block)].base;
-    const Vec at = record.point(12);
-    job.expand(block, frame_of(job, record) * translation(at - base));
-    return converted("the entities of its block");
-  }
+  if (block >= 0 && job.file.blocks[static_cast<std::size_t>(block)].entities > 0)
+    return put_block_entities(job, block, frame_of(job, record) * translation(record.point(12)));
   const int type = record.name == "ARC_DIMENSION"            ? 8
                    : record.name == "LARGE_RADIAL_DIMENSION" ? 4
                                                              : record.integer(70) & kTypes;

@@ -38,7 +38,7 @@ Outcome convert_ole_frame(Job& job, const Record& record) {
 }
 
 Outcome convert_mline(Job& job, const Record& record) {
-  constexpr int kClosed = 2;
+  enum { kClosed = 2, kNoStartCap = 4, kNoEndCap = 8 };
   struct Corner {
     Vec at;
     Vec miter;
@@ -46,6 +46,7 @@ Outcome convert_mline(Job& job, const Record& record) {
   };
   std::vector<Corner> corners;
   bool first = false;  // the next group 41 is an element's offset; what follows parts it
+  bool cut = false;
   for (const Tag& tag : record.tags) {
     const double v = real_of(tag);
     if (tag.code == 11) corners.emplace_back().at.x = v;
@@ -73,6 +74,7 @@ Outcome convert_mline(Job& job, const Record& record) {
         break;
       case 41:
         if (first) corner.offsets.push_back(v);
+        cut = cut || !first;
         first = false;
         break;
       default:
@@ -80,26 +82,45 @@ Outcome convert_mline(Job& job, const Record& record) {
     }
   }
   if (corners.size() < 2) return left_out("no vertices");
-  const int style = job.file.mlineStyleNames.find(record.word(2), job.file.decoder);
+  if (cut) job.report.loss("a multiline with gaps is shown without them", record.place);
+  const int index = job.file.mlineStyleNames.find(record.word(2), job.file.decoder);
+  const MLineStyle style = index < 0 ? MLineStyle() : job.file.mlineStyles[static_cast<std::size_t>(index)];
   const Look look = job.out.look;
+  const int flags = record.integer(71);
   bool good = true;
   std::size_t elements = corners[0].offsets.size();
   for (const Corner& corner : corners) elements = std::min(elements, corner.offsets.size());
+  const auto at = [&](const Corner& corner, std::size_t element) {
+    return job.place(corner.at + corner.miter * corner.offsets[element]);
+  };
   for (std::size_t i = 0; i < elements; ++i) {
     job.out.look = look;
-    if (style >= 0) {
-      const std::vector<int>& colors = job.file.mlineStyles[static_cast<std::size_t>(style)].colors;
-      if (i < colors.size() && colors[i] > 0 && colors[i] < 256) job.out.look.color = colors[i];
-    }
+    if (i < style.colors.size() && style.colors[i] > 0 && style.colors[i] < 256)
+      job.out.look.set_color(style.colors[i]);
     std::vector<Vec> points;
-    for (const Corner& corner : corners) points.push_back(job.place(corner.at + corner.miter * corner.offsets[i]));
-    good = put_chain(job, std::move(points), (record.integer(71) & kClosed) != 0) && good;
+    for (const Corner& corner : corners) points.push_back(at(corner, i));
+    good = put_chain(job, std::move(points), (flags & kClosed) != 0) && good;
   }
+  job.out.look = look;
+  const auto across = [&](const Corner& corner) {
+    std::size_t least = 0;
+    std::size_t most = 0;
+    for (std::size_t i = 1; i < elements; ++i) {
+      if (corner.offsets[i] < corner.offsets[least]) least = i;
+      if (corner.offsets[i] > corner.offsets[most]) most = i;
+    }
+    return least == most || job.out.line(at(corner, least), at(corner, most));
+  };
+  if (elements > 0 && (flags & kClosed) == 0) {
+    if ((style.flags & MLineStyle::StartCap) != 0 && (flags & kNoStartCap) == 0) good = across(corners.front()) && good;
+    if ((style.flags & MLineStyle::EndCap) != 0 && (flags & kNoEndCap) == 0) good = across(corners.back()) && good;
+    if ((style.flags & MLineStyle::RoundCaps) != 0)
+      job.report.loss("round ends of a multiline were left out", record.place);
+  }
+  if (elements > 0 && (style.flags & MLineStyle::Joints) != 0)
+    for (std::size_t i = 1; i + 1 < corners.size(); ++i) good = across(corners[i]) && good;
+  if ((style.flags & MLineStyle::Filled) != 0) job.report.loss("the fill of a multiline was left out", record.place);
   return outcome(good, converted("POLYLINE"));
-}
-
-Outcome convert_proxy(Job&, const Record&) {
-  return left_out("an object of another program");
 }
 
 }  // namespace qv::importing

@@ -41,12 +41,11 @@ Outcome convert_hatch(Job& job, const Record& record) {
   Hatch hatch = hatch_of(record, job.options.tolerance);
   if (hatch.loops.empty()) return left_out("no border");
   const Matrix frame = frame_of(job, record) * translation({0, 0, hatch.elevation});
-  if (hatch.gradientTrueColor >= 0) {
-    job.out.look.trueColor = hatch.gradientTrueColor;
-    job.out.look.color = nearest_color(hatch.gradientTrueColor);
-  } else if (hatch.gradientColor > 0 && hatch.gradientColor < 256) {
-    job.out.look.color = hatch.gradientColor;
-  }
+  if (record.name == "MPOLYGON") put_borders(job, frame, hatch.loops);
+  if (hatch.gradientTrueColor >= 0)
+    job.out.look.set_true_color(hatch.gradientTrueColor);
+  else if (const int own = hatch.gradientColor ? hatch.gradientColor : hatch.fillColor; own > 0 && own < 256)
+    job.out.look.set_color(own);
   if (record.integer(450) != 0) job.report.loss("a gradient became its first colour", record.place);
   if (hatch.solid) return put_fill(job, frame, hatch);
   // A pattern without lines of its own is seen by its border.

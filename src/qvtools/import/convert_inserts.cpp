@@ -9,6 +9,7 @@ namespace qv::importing {
 namespace {
 
 constexpr std::size_t kDeepest = 64;
+constexpr double kMostReferences = 20;           // of the largest size, that are taken apart in one drawing
 constexpr std::size_t kMostPlacedBlocks = 4000;  // drawings look for blocks one by one
 constexpr int kExternal = 4;                     // flag of group 70 of a block
 
@@ -87,11 +88,6 @@ std::string key_of(const Job& job, const Reference& r, const Matrix& linear) {
   return key;
 }
 
-void delete_entities(CPtrList& list) {
-  for (POSITION at = list.GetHeadPosition(); at;) delete static_cast<ACAD_ENTITY*>(list.GetNext(at));
-  list.RemoveAll();
-}
-
 /// Fills a block of the document with the entities of one of the file, less the shift.
 void fill_block(Job& job, ACAD_BLOCK& block, int from, const Matrix& at, const Vec& shift, Bounds& bounds) {
   CPtrList& list = job.out.list();
@@ -117,9 +113,12 @@ PlacedBlock place_block(Job& job, const Reference& r, const Matrix& linear) {
   const Matrix at = asItStands ? Matrix() : linear * translation(from.base * -1);
   if (asItStands) placed.base = from.base;
   Bounds bounds;
+  const std::size_t noted = job.out.notes->entities.size();
   fill_block(job, *block, r.block, at, {}, bounds);
   if (const Vec shift = shift_of(bounds, job.unit); shift != Vec{}) {
-    delete_entities(block->m_EntityList);
+    block = std::make_unique<ACAD_BLOCK>();
+    job.out.notes->entities.erase(job.out.notes->entities.begin() + static_cast<long>(noted),
+                                  job.out.notes->entities.end());
     job.report.quiet = true;
     fill_block(job, *block, r.block, at, shift, bounds);
     job.report.quiet = false;
@@ -134,7 +133,8 @@ PlacedBlock place_block(Job& job, const Reference& r, const Matrix& linear) {
   copy_text(block->m_szName, placed.name.c_str());
   block->m_Base = {static_cast<float>(placed.base.x), static_cast<float>(placed.base.y),
                    static_cast<float>(placed.base.z)};
-  job.madeBlocks.push_back(block.release());
+  if (!job.madeBlocks.AddTail(block.get())) throw std::bad_alloc();
+  block.release();
   return placed;
 }
 
@@ -175,7 +175,7 @@ Outcome put_references(Job& job, const Reference& r) {
 Outcome expand_references(Job& job, const Reference& r) {
   const double each = job.file.expanded_count(r.block);
   job.madeOfReferences += each * r.count();
-  if (job.madeOfReferences > 20.0 * job.options.mostOfReference)
+  if (job.madeOfReferences > kMostReferences * job.options.mostOfReference)
     return left_out("too many entities of references in all");
   const FileBlock& from = job.file.blocks[static_cast<std::size_t>(r.block)];
   const Vec base = from.base;
@@ -234,6 +234,20 @@ void Job::expand(int block, const Matrix& at) {
   report.place = reportedPlace;
   out.look = lookBefore;
   file.in.seek(readerAt);
+}
+
+Outcome put_block_entities(Job& job, int block, const Matrix& at) {
+  if (block < 0 || job.file.blocks[static_cast<std::size_t>(block)].entities == 0)
+    return left_out("its block is not in the file");
+  const FileBlock& from = job.file.blocks[static_cast<std::size_t>(block)];
+  if (std::ranges::find(job.openBlocks, block) != job.openBlocks.end()) return left_out("a block within itself");
+  if (job.openBlocks.size() >= kDeepest) return left_out("blocks nested too deep");
+  const double count = job.file.expanded_count(block);
+  job.madeOfReferences += count;
+  if (count > job.options.mostOfReference || job.madeOfReferences > kMostReferences * job.options.mostOfReference)
+    return left_out("a block of too many entities");
+  job.expand(block, at * translation(from.base * -1));
+  return converted("the entities of its block");
 }
 
 Outcome convert_insert(Job& job, const Record& record) {

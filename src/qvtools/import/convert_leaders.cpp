@@ -47,8 +47,9 @@ Outcome convert_leader(Job& job, const Record& record) {
     if (style.textAbove()) points.push_back(points.back() + along * (style.gap() + record.real(41)));
   }
   bool good = put_leader_line(job, std::move(points), splined);
-  if (record.integer(71, 1) != 0 && style.arrow() > 0 && length(toTip) > style.arrow())
-    good = put_arrow(job, job.place, style, tip, toTip) && good;
+  const Arrow arrow = style.arrow_of(DimensionStyle::Leader);
+  if (record.integer(71, 1) != 0 && length(toTip) > arrow.size)
+    good = put_arrow(job, job.place, arrow, tip, toTip) && good;
   return outcome(good, converted("POLYLINE and SOLID"));
 }
 
@@ -135,17 +136,12 @@ bool put_multileader_text(Job& job, const Record& context) {
 }
 
 bool put_multileader_block(Job& job, const Record& context) {
-  const auto found =
-      context.has(341) ? job.file.blockOfHandle.find(handle_of(*context.find(341))) : job.file.blockOfHandle.end();
-  if (found == job.file.blockOfHandle.end()) return true;
-  const int block = found->second;
-  if (std::ranges::find(job.openBlocks, block) != job.openBlocks.end() ||
-      job.file.expanded_count(block) > job.options.mostOfReference)
-    return true;
+  const int block = block_of_handle(job, context.find(341));
+  if (block < 0) return true;
   const Vec scale = context.point(16, {1, 1, 1});
-  const Vec base = job.file.blocks[static_cast<std::size_t>(block)].base;
-  job.expand(block, job.place * translation(context.point(15)) * turning(context.real(46)) *
-                        scaling(scale.x, scale.y, scale.z) * translation(base * -1));
+  put_block_entities(
+      job, block,
+      job.place * translation(context.point(15)) * turning(context.real(46)) * scaling(scale.x, scale.y, scale.z));
   return true;
 }
 
@@ -161,7 +157,9 @@ Outcome convert_multileader(Job& job, const Record& record) {
   const double scale = context.real(40, 1) > 0 ? context.real(40, 1) : 1;
   const double arrow = context.real(140, common.real(42, 0.18) * scale);
   bool good = true;
-  const DimensionStyle style(job, record);
+  const Arrow head{arrow, 0, common.has(342) ? block_of_handle(job, common.find(342)) : -1};
+  const Look look = job.out.look;
+  job.out.look.set_raw_color(common.integer(91));
   for (const Leader& leader : m.leaders) {
     const bool dogleg = common.integer(291, 1) != 0 && kind == 1;
     const Vec end = leader.landing + leader.dogleg * leader.doglegLength;
@@ -171,19 +169,15 @@ Outcome convert_multileader(Job& job, const Record& record) {
       if (leader.hasLanding) line.push_back(dogleg ? leader.landing : end);
       const Vec toTip = line.size() > 1 ? tip - line[1] : Vec{};
       good = put_leader_line(job, std::move(line), kind == 2) && good;
-      if (arrow > 0 && length(toTip) > arrow) {
-        const Vec along = unit(toTip, {1, 0, 0});
-        const Vec back = tip - along * arrow;
-        const Vec across = Vec{-along.y, along.x, 0} * (arrow / 6);
-        const Vec corners[4] = {job.place(tip), job.place(back + across), job.place(back - across),
-                                job.place(back - across)};
-        good = job.out.solid(corners) && good;
-      }
+      if (length(toTip) > arrow) good = put_arrow(job, job.place, head, tip, toTip) && good;
     }
     if (dogleg && kind == 1 && leader.hasLanding && leader.doglegLength > 0)
       good = job.out.line(job.place(leader.landing), job.place(end)) && good;
   }
+  job.out.look = look;
+  job.out.look.set_raw_color(context.integer(90));
   if (context.integer(290) != 0 || context.has(304)) good = put_multileader_text(job, context) && good;
+  job.out.look = look;
   if (context.integer(296) != 0) good = put_multileader_block(job, context) && good;
   return outcome(good, converted("POLYLINE, SOLID and TEXT"));
 }
@@ -239,16 +233,9 @@ Outcome convert_tolerance(Job& job, const Record& record) {
 }
 
 Outcome convert_table(Job& job, const Record& record) {
-  const int block = job.file.blockNames.find(record.word(2), job.file.decoder);
-  if (block < 0 || job.file.blocks[static_cast<std::size_t>(block)].entities == 0)
-    return left_out("its block is not in the file");
-  if (std::ranges::find(job.openBlocks, block) != job.openBlocks.end()) return left_out("a block within itself");
-  if (job.file.expanded_count(block) > job.options.mostOfReference) return left_out("a block of too many entities");
   const Vec along = unit(record.point(11, {1, 0, 0}), {1, 0, 0});
-  const Vec base = job.file.blocks[static_cast<std::size_t>(block)].base;
-  job.expand(block, frame_of(job, record) * translation(record.point(10)) * turning(std::atan2(along.y, along.x)) *
-                        translation(base * -1));
-  return converted("the entities of its block");
+  const Matrix at = frame_of(job, record) * translation(record.point(10)) * turning(std::atan2(along.y, along.x));
+  return put_block_entities(job, job.file.blockNames.find(record.word(2), job.file.decoder), at);
 }
 
 }  // namespace qv::importing

@@ -54,6 +54,12 @@ Outcome convert_mtext(Job& job, const Record& record) {
   block.lineFactor = std::clamp(record.real(44, 1), 0.25, 4.0);
   block.exactPitch = record.integer(73, 1) == 2;
   read_columns(record, block);
+  constexpr int kDownward = 3;
+  constexpr int kAsStyle = 5;
+  const int flow = record.integer(72, 1);
+  const bool column = block.style >= 0 && is_vertical(job.file.styles[static_cast<std::size_t>(block.style)]);
+  if (flow == kDownward || (flow == kAsStyle && column))
+    job.report.loss("a text in columns of letters is shown in lines", record.place);
   if (record.integer(90) != 0) job.report.loss("a fill behind a text was left out", record.place);
 
   // The point and the direction are the world's, whatever the extrusion is.

@@ -1,17 +1,19 @@
 // Single lines of text.
 
+#include <algorithm>
+
 #include "qvtools/import/internal/converters.h"
 
 namespace qv::importing {
 
 namespace {
 
-constexpr int kVerticalStyle = 4;  // flag of group 70 of a style
-
 /// Letters below each other.
 bool put_column(Job& job, const Matrix& frame, Lettering text) {
   constexpr double kPitch = 1.5;  // heights
-  const std::u32string all = std::move(text.text);
+  std::u32string all;
+  for (const Run& run : parse_line(text.text)) all += run.text;
+  text.codes = false;
   const Matrix turned = frame * translation(text.at) * turning(text.turn);
   text.turn = 0;
   text.horizontal = 1;
@@ -50,19 +52,33 @@ Lettering lettering_of(Job& job, const Record& record, int verticalCode) {
   return text;
 }
 
+bool put_lettering(Job& job, const Record& record, int verticalCode) {
+  const Lettering text = lettering_of(job, record, verticalCode);
+  const bool column = text.style >= 0 && is_vertical(job.file.styles[static_cast<std::size_t>(text.style)]);
+  const Matrix frame = frame_of(job, record);
+  return column ? put_column(job, frame, text) : put_text(job, frame, text);
+}
+
 }  // namespace
 
 Outcome convert_text(Job& job, const Record& record) {
-  const Lettering text = lettering_of(job, record, 73);
-  const bool column = text.style >= 0 && (job.file.styles[static_cast<std::size_t>(text.style)].flags & kVerticalStyle);
-  const Matrix frame = frame_of(job, record);
-  return outcome(column ? put_column(job, frame, text) : put_text(job, frame, text), kTaken);
+  return outcome(put_lettering(job, record, 73), kTaken);
 }
 
 Outcome put_attribute(Job& job, const Record& record) {
   constexpr int kInvisible = 1;
   if ((record.integer(70) & kInvisible) != 0) return left_out("invisible");
-  return outcome(put_text(job, frame_of(job, record), lettering_of(job, record, 74)), converted("TEXT"));
+  // One of several lines holds an MTEXT.
+  const auto holds = [&](int code) {
+    return std::ranges::find(record.embedded, code, &Tag::code) != record.embedded.end();
+  };
+  if (holds(1) && holds(40)) {
+    Record lines;
+    lines.place = record.place;
+    lines.tags = record.embedded;
+    return convert_mtext(job, lines);
+  }
+  return outcome(put_lettering(job, record, 74), converted("TEXT"));
 }
 
 Outcome convert_attribute_definition(Job& job, const Record& record) {

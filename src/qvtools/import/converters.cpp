@@ -45,32 +45,28 @@ constexpr Row kRows[] = {
     {"ACAD_TABLE", convert_table},
     {"IMAGE", convert_image_frame},
     {"WIPEOUT", convert_image_frame},
-    {"PDFUNDERLAY", leave_out_solid},
+    {"PDFUNDERLAY", convert_body},
     {"OLEFRAME", convert_ole_frame},
     {"OLE2FRAME", convert_ole_frame},
     {"VIEWPORT", convert_viewport},
     {"SHAPE", leave_out_shape},
     {"ACAD_PROXY_ENTITY", convert_proxy},
-    {"REGION", leave_out_solid},
-    {"BODY", leave_out_solid},
-    {"3DSOLID", leave_out_solid},
-    {"SURFACE", leave_out_solid},
-    {"EXTRUDEDSURFACE", leave_out_solid},
-    {"LOFTEDSURFACE", leave_out_solid},
-    {"PLANESURFACE", leave_out_solid},
-    {"REVOLVEDSURFACE", leave_out_solid},
-    {"SWEPTSURFACE", leave_out_solid},
+    {"REGION", convert_body},
+    {"BODY", convert_body},
+    {"3DSOLID", convert_body},
+    {"SURFACE", convert_body},
+    {"EXTRUDEDSURFACE", convert_body},
+    {"LOFTEDSURFACE", convert_body},
+    {"PLANESURFACE", convert_body},
+    {"REVOLVEDSURFACE", convert_body},
+    {"SWEPTSURFACE", convert_body},
 };
 
 }  // namespace
 
 Converter converter_of(std::string_view name) {
   const auto found = std::ranges::find(kRows, name, &Row::kind);
-  return found == std::end(kRows) ? nullptr : found->converter;
-}
-
-Outcome leave_out_solid(Job&, const Record&) {
-  return left_out("a body in a modeller's own form");
+  return found == std::end(kRows) ? convert_unknown : found->converter;
 }
 
 Outcome leave_out_shape(Job&, const Record&) {

@@ -19,18 +19,47 @@ DimensionStyle::DimensionStyle(Job& job, const Record& record) : job_(job) {
       code = integer_of(tag);
     } else if (tag.code != 1000) {
       if (tag.code >= 1010 && code != 0) own_.emplace_back(code, real_of(tag));
+      if (tag.code == 1005 && code != 0) ownWords_.push_back({code, false, 0, tag.text});
       code = 0;
     }
   }
   scale_ = value(40, "$DIMSCALE", 1);
   if (!(scale_ > 0) || !std::isfinite(scale_)) scale_ = 1;
-  if (style_)
-    for (const auto& [group, word] : style_->words)
-      if (group == 340) {
-        const auto name = job.file.nameOfHandle.find(handle_of(Tag{0, false, 0, word}));
-        if (name != job.file.nameOfHandle.end()) textStyle_ = job.file.styleNames.find(name->second, job.file.decoder);
-      }
+  if (const Tag* const textStyle = word(340)) {
+    const auto name = job.file.nameOfHandle.find(handle_of(*textStyle));
+    if (name != job.file.nameOfHandle.end()) textStyle_ = job.file.styleNames.find(name->second, job.file.decoder);
+  }
   if (textStyle_ < 0) textStyle_ = job.file.styleNames.find("STANDARD", job.file.decoder);
+}
+
+const Tag* DimensionStyle::word(int code) const {
+  const auto own = std::ranges::find(ownWords_, code, &Tag::code);
+  if (own != ownWords_.end()) return &*own;
+  if (!style_) return nullptr;
+  const auto found = std::ranges::find(style_->words, code, &Tag::code);
+  return found == style_->words.end() ? nullptr : &*found;
+}
+
+Arrow DimensionStyle::arrow_of(End end) const {
+  // Names of release 12, handles of later ones; both ends are alike unless the style parts them.
+  struct Groups {
+    int name;
+    int handle;
+  };
+  constexpr Groups kApart[] = {{6, 343}, {7, 344}, {0, 341}};
+  constexpr Groups kAlike{5, 342};
+  Arrow arrow{this->arrow(), end == Leader ? 0 : tick()};
+  const Groups groups = end == Leader || value(173, "$DIMSAH", 0) != 0 ? kApart[end] : kAlike;
+  const Tag* const handle = word(groups.handle);
+  const Tag* const name = word(groups.name);
+  if (handle && handle_of(*handle) != 0)
+    arrow.block = block_of_handle(job_, handle);
+  else if (name && !name->text.empty())
+    arrow.block = job_.file.blockNames.find(word_of(*name), job_.file.decoder);
+  else
+    return arrow;
+  if (arrow.block < 0) job_.report.loss("an arrow whose block the file lacks became the usual one", job_.report.place);
+  return arrow;
 }
 
 double DimensionStyle::value(int code, const char* variable, double otherwise) const {
@@ -78,9 +107,7 @@ std::u32string DimensionStyle::length_text(double v) const {
   const std::string text = number(v, decimals, TruncInt(value(78, "$DIMZIN", 8)));
   std::u32string out(text.begin(), text.end());
   std::u32string around;
-  if (style_)
-    for (const auto& [code, word] : style_->words)
-      if (code == 3) around = job_.file.decoder.points(word);
+  if (const Tag* const post = word(3)) around = job_.file.decoder.points(post->text);
   if (around.empty()) return out;
   const std::size_t at = around.find(U"<>");
   return at == std::u32string::npos ? out + around : around.replace(at, 2, out);
@@ -92,20 +119,30 @@ std::u32string DimensionStyle::angle_text(double v) const {
   return std::u32string(text.begin(), text.end()) + special_sign('d');
 }
 
-bool put_arrow(Job& job, const Matrix& frame, const DimensionStyle& style, const Vec& tip, const Vec& direction) {
+bool put_arrow(Job& job, const Matrix& frame, const Arrow& arrow, const Vec& tip, const Vec& direction) {
   const Vec along = unit(direction, {1, 0, 0});
   const Vec across{-along.y, along.x, 0};
-  if (const double tick = style.tick(); tick > 0) {
-    const Vec half = (along + across) * tick;
+  if (arrow.tick > 0) {
+    const Vec half = (along + across) * arrow.tick;
     return job.out.line(frame(tip - half), frame(tip + half));
   }
   constexpr double kHalfWidth = 1.0 / 6;
-  const double size = style.arrow();
-  if (size <= 0) return true;
+  const double size = arrow.size;
+  if (!(size > 0)) return true;
+  if (arrow.block >= 0) {
+    put_block_entities(job, arrow.block,
+                       frame * translation(tip) * turning(std::atan2(along.y, along.x)) * scaling(size, size, size));
+    return true;
+  }
   const Vec back = tip - along * size;
   const Vec corners[4] = {frame(tip), frame(back + across * (size * kHalfWidth)),
                           frame(back - across * (size * kHalfWidth)), frame(back - across * (size * kHalfWidth))};
   return job.out.solid(corners);
+}
+
+int block_of_handle(const Job& job, const Tag* handle) {
+  const auto found = handle ? job.file.blockOfHandle.find(handle_of(*handle)) : job.file.blockOfHandle.end();
+  return found == job.file.blockOfHandle.end() ? -1 : found->second;
 }
 
 }  // namespace qv::importing

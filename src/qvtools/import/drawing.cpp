@@ -19,12 +19,13 @@ bool load_file(const char* path, SourceFile& file) {
   bool whole = false;
   if (size >= 0) {
     file.size = static_cast<std::size_t>(size);
-    file.bytes.reset(new char[file.size + kSlack]);
-    detail::wish_large_pages(file.bytes.get(), file.size);
+    file.bytes.reset(new (std::nothrow) char[file.size + kSlack]);
+    detail::wish_large_pages(file.bytes.get(), file.bytes ? file.size : 0);
     std::rewind(stream);
-    whole = std::fread(file.bytes.get(), 1, file.size, stream) == file.size;
+    whole = file.bytes && std::fread(file.bytes.get(), 1, file.size, stream) == file.size;
   }
   std::fclose(stream);
+  if (size >= 0 && !file.bytes) throw std::bad_alloc();
   if (!whole) return false;
   std::memset(file.bytes.get() + file.size, 0, kSlack);
   if (form_of(file.text()) != Form::Text) return true;

@@ -191,6 +191,7 @@ Hatch hatch_of(const Record& record, double tolerance) {
   Hatch hatch;
   const bool polygon = record.name == "MPOLYGON";
   hatch.solid = record.integer(polygon ? 71 : 70) != 0;
+  if (polygon && hatch.solid) hatch.fillColor = record.integer(63);
   hatch.elevation = record.real(30);
   HatchReader reader(record, tolerance);
   hatch.loops = chosen(reader.loops(), record.integer(75));

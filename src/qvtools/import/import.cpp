@@ -60,7 +60,9 @@ void put_endless(Job& job) {
   }
 }
 
-void tell_reader_remarks(Drawing& file, ReportBuilder& report) {
+void tell_of_file(Drawing& file, ReportBuilder& report) {
+  for (const std::size_t place : file.clippedReferences)
+    report.loss("a reference that is cut along a border is shown whole", place);
   if (file.in.repairs() > 0)
     report.remark("a line was passed over where a group code should stand", file.in.first_repair(), file.in.repairs());
 }
@@ -78,9 +80,8 @@ class Importer {
     }
     lengths_ = lengths_of(file_.header, options_.unit, options_.guessUnit);
     const bool whole = convert({});
-    if (whole && document_.m_EntityList.GetCount() == 0) builder_.remark("nothing stands in the drawing");
+    if (whole && made_.m_EntityList.GetCount() == 0) builder_.remark("nothing stands in the drawing");
     if (whole && shift_ != Vec{}) {
-      document_.New_MemDxf();
       report_.notes = {};
       builder_.clear();
       for (FileBlock& block : file_.blocks) block.counted = false;
@@ -92,24 +93,24 @@ class Importer {
  private:
   /// Converts everything less the shift; false when it was given up. Tells which shift would be better.
   bool convert(const Vec& shift) {
-    document_.New_MemDxf();
+    made_.Close();
     OutputTables tables(file_, builder_, lengths_.scale);
-    Job job(file_, options_, builder_, tables);
+    Job job(file_, options_, builder_, tables, made_.m_BlockList);
     job.unit = lengths_.document;
     job.place = scaling(lengths_.scale, lengths_.scale, lengths_.scale);
     job.out.tolerance = options_.tolerance;
     job.out.notes = &report_.notes;
-    job.out.begin(document_.m_EntityList, shift);
+    job.out.begin(made_.m_EntityList, shift);
     convert_sheet(job, sheet_, progress_);
     put_endless(job);
-    for (ACAD_BLOCK* const block : job.madeBlocks) document_.m_BlockList.AddTail(block);
-    tables.install(document_, report_.notes);
+    tables.install(made_, report_.notes);
+    report_.notes.layout = options_.layout;
     shift_ = shift == Vec{} && !job.cancelled ? shift_of(job.out.bounds, lengths_.document) : shift;
     return !job.cancelled;
   }
 
   int finish(bool whole) {
-    tell_reader_remarks(file_, builder_);
+    tell_of_file(file_, builder_);
     builder_.write_to(report_);
     report_.release = file_.header.release;
     report_.binary = file_.in.form() != Form::Text;
@@ -124,11 +125,22 @@ class Importer {
     report_.complete = file_.is_complete();
     if (!report_.complete) report_.brokenLine = file_.line_of(file_.in.file().size() - 1);
     std::ranges::sort(report_.notes.entities, std::less<>(), &DrawingNotes::Entity::record);
+    if (whole) hand_over();
     return whole ? 1 : 0;
+  }
+
+  /// What has been made becomes the document's: that needs no memory.
+  void hand_over() {
+    document_.Close();
+    document_.m_EntityList.TakeAll(made_.m_EntityList);
+    document_.m_BlockList.TakeAll(made_.m_BlockList);
+    document_.Take_Tables(std::move(made_.m_pLType), made_.m_nLType, std::move(made_.m_pLayer), made_.m_nLayer,
+                          std::move(made_.m_pStyle), made_.m_nStyle);
   }
 
   Drawing& file_;
   DXF& document_;
+  DXF made_;
   const ImportOptions& options_;
   ImportReport& report_;
   const Progress& progress_;
@@ -156,7 +168,9 @@ int Import(const char* path, DXF& document, const ImportOptions& options, Import
     if (!file->open(options)) return fail("the file is no drawing");
     return importing::Importer(*file, document, options, report, progress).run();
   };
-  return detail::unless_out_of_memory(import, 0);
+  const int imported = detail::unless_out_of_memory(import, 0);
+  if (!imported) report.notes = {};  // of records that are gone
+  return imported;
 }
 
 }  // namespace qv

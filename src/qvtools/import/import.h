@@ -47,7 +47,9 @@ struct ImportOptions {
   int mostOfHatch = 200000;
 };
 
-/// What flat records cannot hold, for what draws them.
+/// What flat records cannot hold, for what draws them. A record's colour is the true colour noted for it, else its own
+/// number, else (number `kByLayer`) the true colour or the number of its layer; its line weight is the one noted for
+/// it, else its layer's. What a block hands on has been worked out.
 struct DrawingNotes {
   struct Layer {
     std::string name;      ///< as in the document
@@ -60,12 +62,13 @@ struct DrawingNotes {
   };
   struct Entity {
     const ACAD_ENTITY* record;
-    int lineWeight;    ///< hundredths of a millimetre; -1 the layer's, -2 the block's, -3 the default
+    int lineWeight;    ///< hundredths of a millimetre; -1 the layer's, -3 the default
     int trueColor;     ///< 0xRRGGBB; -1 none
-    std::string text;  ///< UTF-8, where the record's text is not all of it
+    std::string text;  ///< UTF-8, where the records hold other characters or several of them one text: of the first
   };
-  std::vector<Layer> layers;
+  std::vector<Layer> layers;     ///< in the order of the document's table
   std::vector<Entity> entities;  ///< only those that have something to note, in the order of their records' addresses
+  std::string layout;            ///< the sheet that the document shows, UTF-8; empty for model space
 
   /// The notes of a record; null when there are none.
   QV_API const Entity* find(const ACAD_ENTITY* record) const;
@@ -112,9 +115,9 @@ struct ImportReport {
 };
 
 /// Reads a drawing of any form into a document, whose drawing it replaces; the document is in memory then. Returns 1,
-/// or 0 when the file cannot be opened or is no drawing, when the options name a sheet that it has not (the document
-/// stays as it was, and `report.remarks` tells why), or when `progress` (the share that has been read, 0 to 1) returns
-/// false. What is broken in the file is passed over and told.
+/// or 0, the document as it was, when the file cannot be opened or is no drawing, when the options name a sheet that it
+/// has not (`report.remarks` tells why), when `progress` (the share that has been read, 0 to 1) returns false, or when
+/// memory runs out (report 301). What is broken in the file is passed over and told.
 QV_API int Import(const char* path, DXF& document, const ImportOptions& options, ImportReport& report,
                   const std::function<bool(double share)>& progress = nullptr);
 

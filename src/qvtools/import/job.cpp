@@ -56,23 +56,34 @@ void Job::dress(const Common& common) {
   look.layer = inBlock && zero ? inherited.layer : tables.layer(zero ? "0" : common.layer);
   // What stands in the reference's stead takes its layer's properties with it, unless it is on that layer itself.
   const bool sameLayer = look.layer == inherited.layer;
-  look.trueColor = common.trueColor;
+  const bool ofReferencesLayer = inBlock && !sameLayer;
+  look.trueColor = -1;
   if (common.trueColor >= 0) {
-    look.color = nearest_color(common.trueColor);
+    look.set_true_color(common.trueColor);
   } else if (common.color == 0 && inBlock) {
     look.trueColor = inherited.trueColor;
-    look.color = inherited.color == kByLayer && !sameLayer ? std::abs(tables.layer_record(inherited.layer).m_nColor)
-                                                           : inherited.color;
+    look.color = inherited.color;
+    if (inherited.color == kByLayer && ofReferencesLayer) {
+      look.color = std::abs(tables.layer_record(inherited.layer).m_nColor);
+      look.trueColor = file.layers[static_cast<std::size_t>(inherited.layer)].trueColor;
+    }
   } else {
     look.color = common.color == 0 ? 7 : common.color > 0 && common.color < 256 ? common.color : kByLayer;
   }
-  look.lineWeight = common.lineWeight == -2 && inBlock ? inherited.lineWeight : common.lineWeight;
+  look.lineWeight = common.lineWeight;
+  if (common.lineWeight == kWeightByBlock) {
+    look.lineWeight = inBlock ? inherited.lineWeight : kDefaultWeight;
+    if (look.lineWeight == kWeightByLayer && ofReferencesLayer)
+      look.lineWeight = file.layers[static_cast<std::size_t>(inherited.layer)].lineWeight;
+  }
   const double scale = common.lineTypeScale > 0 && std::isfinite(common.lineTypeScale) ? common.lineTypeScale : 1;
   if (common.lineType.empty() || is_word(common.lineType, "BYLAYER")) {
     look.lineType = -1;
     if (scale != 1) {
       const std::string_view layerType = file.layers[static_cast<std::size_t>(look.layer)].lineType;
       look.lineType = layerType.empty() ? -1 : tables.line_type(tables.file_line_type(layerType), scale);
+    } else if (tables.is_beyond(tables.layer_line_type(look.layer))) {
+      look.lineType = tables.layer_line_type(look.layer);
     }
   } else if (is_word(common.lineType, "BYBLOCK")) {
     const bool own = inBlock && (inherited.lineType >= 0 || sameLayer);
@@ -84,12 +95,7 @@ void Job::dress(const Common& common) {
 
 void Job::convert(const Record& record) {
   report.place = record.place;
-  const Converter converter = converter_of(record.name);
-  if (!converter) {
-    report.count(record.name, left_out("a kind that is not known"), record.place);
-    return;
-  }
-  report.count(record.name, converter(*this, record), record.place);
+  report.count(record.name, converter_of(record.name)(*this, record), record.place);
 }
 
 bool Job::is_hidden(std::string_view layer) {

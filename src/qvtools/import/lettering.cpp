@@ -27,6 +27,15 @@ unsigned char sign_byte(char32_t c, bool wideSigns) {
   return found != std::end(kSigns) && (found->always || !wideSigns) ? found->byte : 0;
 }
 
+}  // namespace
+
+char32_t unicode_sign(char32_t c) {
+  const auto found = std::ranges::find(kSigns, static_cast<unsigned char>(c - kSignBase), &Sign::byte);
+  return c >= kSignBase + 0x7F && c <= kSignBase + 0xFF && found != std::end(kSigns) ? found->c : c;
+}
+
+namespace {
+
 void append_escape(char32_t c, std::string& bytes) {
   constexpr char kDigits[] = "0123456789ABCDEF";
   bytes += "\\U+";

@@ -43,6 +43,25 @@ int nearest_color(int rgb) {
   return best;
 }
 
+void Look::set_color(int number) {
+  color = number;
+  trueColor = -1;
+}
+
+void Look::set_true_color(int rgb) {
+  trueColor = rgb & 0xFFFFFF;
+  color = nearest_color(trueColor);
+}
+
+void Look::set_raw_color(int raw) {
+  enum { ByLayer = 0xC0, TrueColor = 0xC2, Number = 0xC3 };
+  const int kind = raw >> 24 & 0xFF;
+  const int number = raw & 0xFF;
+  if (kind == ByLayer || (kind == Number && number == 0)) set_color(kByLayer);
+  if (kind == Number && number != 0) set_color(number);
+  if (kind == TrueColor) set_true_color(raw);
+}
+
 bool Output::rounded(const Vec& p, Point3& out) {
   if (!fits(p)) return false;
   bounds.add(p.x, p.y);
@@ -56,14 +75,14 @@ void Output::dress(char (&layer)[kNameSize], char (&lineType)[kNameSize], int& c
   color = look.color;
 }
 
-bool Output::put(ACAD_ENTITY* record) {
+bool Output::put(ACAD_ENTITY* record, const std::string& text) {
   if (!list_->AddTail(record)) {
     delete record;
     throw std::bad_alloc();
   }
   ++made;
-  if (notes && (look.lineWeight != -1 || look.trueColor >= 0))
-    notes->entities.push_back({record, look.lineWeight, look.trueColor, {}});
+  if (notes && (look.lineWeight != kWeightByLayer || look.trueColor >= 0 || !text.empty()))
+    notes->entities.push_back({record, look.lineWeight, look.trueColor, text});
   return true;
 }
 
@@ -79,6 +98,7 @@ bool Output::point(const Vec& p) {
 
 bool Output::line(const Vec& a, const Vec& b) {
   if (window) return cut_line(a, b);
+  if (tables_.is_beyond(look.lineType)) return put_dashes(vertices_of({a, b}), false);
   Point3 from;
   Point3 to;
   if (!rounded(a, from) || !rounded(b, to)) return false;
@@ -102,7 +122,8 @@ bool lies_within(const Window& w, const Vec& center, double radius) {
 bool Output::circle(const Vec& center, double radius) {
   Point3 at;
   Point3 corner;
-  if (window && !lies_within(*window, center, radius)) return arc(center, radius, 0, 360);
+  if ((window && !lies_within(*window, center, radius)) || tables_.is_beyond(look.lineType))
+    return arc(center, radius, 0, 360);
   if (!(radius < 1e30) || !rounded(center, at) || !rounded(center + Vec{radius, radius, 0}, corner) ||
       !rounded(center - Vec{radius, radius, 0}, corner))
     return false;
@@ -116,11 +137,11 @@ bool Output::circle(const Vec& center, double radius) {
 bool Output::arc(const Vec& center, double radius, double start, double end) {
   Point3 at;
   if (!(radius < 1e30) || !std::isfinite(start) || !std::isfinite(end)) return false;
-  if (window && !lies_within(*window, center, radius)) {
+  if ((window && !lies_within(*window, center, radius)) || tables_.is_beyond(look.lineType)) {
     std::vector<Vec> points;
     const double sweep = end > start ? end - start : end - start + 360;
     flatten_arc(center, radius, radians(start), radians(sweep), tolerance, points);
-    return cut_polyline(vertices_of(points), 0);
+    return polyline(vertices_of(points), 0);
   }
   if (!rounded(center, at)) return false;
   for (const double angle : {start, end, (start + (end < start ? end + 360 : end)) / 2}) {
@@ -139,6 +160,7 @@ bool Output::arc(const Vec& center, double radius, double start, double end) {
 bool Output::polyline(std::span<const Vertex> vertices, int flags) {
   if (vertices.empty()) return true;
   if (window) return cut_polyline(vertices, flags);
+  if (tables_.is_beyond(look.lineType)) return put_dashes(vertices, (flags & 1) != 0);
   auto record = std::make_unique<ACAD_POLYLINE>();
   record->m_Vertices.SetSize(static_cast<int>(vertices.size()));
   int i = 0;
@@ -205,6 +227,7 @@ bool Output::text(const TextLine& text) {
     Point3 at;
     Point3 align;
     if (!rounded(rest.at, at) || !rounded(rest.justify ? rest.align : rest.at, align)) return false;
+    const ACAD_STYLE& style = tables_.style(rest.style);
     if (!std::isfinite(rest.turn) || !(rest.height < 1e30) || !(rest.width < 1e6)) return false;
     auto* const record = new ACAD_TEXT;
     dress(record->m_szLayer, record->m_szLType, record->m_nColor);
@@ -216,8 +239,9 @@ bool Output::text(const TextLine& text) {
     record->m_fRotation = static_cast<float>(rest.turn);
     record->m_fWidthFactor = static_cast<float>(rest.width);
     copy_text(record->m_szText, rest.bytes.c_str());
-    copy_text(record->m_szStyle, tables_.style(rest.style).m_szName);
-    put(record);
+    copy_text(record->m_szStyle, style.m_szName);
+    put(record, rest.unicode);
+    rest.unicode.clear();
     if (left.empty()) break;
     report_.remark("a text longer than 99 bytes was divided");
     const double advance = text_width(rest.bytes, rest.height, rest.width);

@@ -92,7 +92,7 @@ int OutputTables::add_layer(const FileLayer& from) {
   layer.m_nColor = from.color;
   layer.m_nFlags = 64 | from.flags;
   const int type = line_type(from.lineType.empty() ? -1 : file_line_type(from.lineType), 1);
-  std::memcpy(layer.m_szLType, line_type_record(type).m_szName, sizeof layer.m_szLType);
+  std::memcpy(layer.m_szLType, line_type_record(is_beyond(type) ? 0 : type).m_szName, sizeof layer.m_szLType);
   layers_.push_back(layer);
   layerLineTypes_.push_back(type);
   return static_cast<int>(layers_.size()) - 1;
@@ -120,10 +120,6 @@ int OutputTables::line_type(int fileIndex, double scale) {
   std::string upper = from.name;
   upper_case(upper.data());
   if (from.elements.empty() || upper == "BYLAYER" || upper == "BYBLOCK" || upper == "CONTINUOUS") return at->second = 0;
-  if (lineTypes_.size() >= kMost) {
-    report_.loss("a line type beyond the 1000th is drawn solid");
-    return at->second = 0;
-  }
   ACAD_LTYPE type;
   copy_text(type.m_szDescription, from.description.c_str());
   if (from.hasShapes) report_.loss("texts and shapes within a line type were left out");
@@ -138,6 +134,11 @@ int OutputTables::line_type(int fileIndex, double scale) {
   }
   type.m_fLength = static_cast<float>(total);
   if (!(total > 0) || !std::isfinite(type.m_fLength)) return at->second = 0;
+  if (lineTypes_.size() >= kMost) {
+    report_.remark("a line type beyond the 1000th is drawn as its dashes");
+    lineTypes_.push_back(type);
+    return at->second = static_cast<int>(lineTypes_.size()) - 1;
+  }
   std::string wanted = from.name;
   if (scale != 1) {
     char factor[32];
@@ -196,7 +197,9 @@ void OutputTables::install(DXF& document, DrawingNotes& notes) const {
   const std::vector<ACAD_LAYER> layers(layers_.begin(),
                                        layers_.begin() + static_cast<long>(std::min(layers_.size(), kMost)));
   if (layers.size() < layers_.size()) report_.loss("the file has more layers than the 1000 of a table");
-  document.Take_Tables(table_of(lineTypes_), static_cast<int>(lineTypes_.size()), table_of(layers),
+  const std::vector<ACAD_LTYPE> lineTypes(lineTypes_.begin(),
+                                          lineTypes_.begin() + static_cast<long>(std::min(lineTypes_.size(), kMost)));
+  document.Take_Tables(table_of(lineTypes), static_cast<int>(lineTypes.size()), table_of(layers),
                        static_cast<int>(layers.size()), table_of(styles_), static_cast<int>(styles_.size()));
   for (std::size_t i = 0; i < layers_.size(); ++i) {
     const FileLayer& from = file_.layers[i];

@@ -157,6 +157,15 @@ Vec anchor_offset(const Lettering& text, const Box& box) {
   return {-box.width * kAcross[across], up, 0};
 }
 
+/// The whole text for the notes, where the records' bytes do not hold it.
+std::string noted_text(const std::vector<Run>& runs, const std::string& bytes, bool foreign) {
+  std::string text;
+  if (!foreign && bytes.size() < kContentsSize) return text;
+  for (const Run& run : runs)
+    for (const char32_t c : run.text) append_utf8(unicode_sign(c), text);
+  return text;
+}
+
 bool has_strokes(const Run& run) {
   return run.under || run.over || run.strike;
 }
@@ -178,10 +187,12 @@ bool put_text(Job& job, const Matrix& frame, const Lettering& text) {
   std::vector<FontText> letters;
   std::string bytes;
   bool chinese = false;
+  bool foreign = false;
   for (const Run& run : runs) {
     letters.push_back(font_text(run.text, wideSigns));
     bytes += letters.back().bytes;
     chinese = chinese || letters.back().chinese;
+    foreign = foreign || letters.back().foreign > 0;
     if (letters.back().foreign)
       job.report.loss("a character that the fonts lack", job.report.place, letters.back().foreign);
   }
@@ -216,6 +227,7 @@ bool put_text(Job& job, const Matrix& frame, const Lettering& text) {
   if (!(stretch > 0) || !std::isfinite(stretch)) return is_finite(own.origin) && stretch == 0;
 
   TextLine line;
+  line.unicode = noted_text(runs, bytes, foreign);
   const double tall = std::fabs(area) / stretch;
   line.height = height * tall;
   line.width = tall > 0 ? width * stretch / tall : width;

@@ -56,7 +56,7 @@ struct Port {
 };
 
 Port port_of(Job& job, const Record& r) {
-  constexpr int kOff = 0x20000;
+  enum { kPerspective = 1, kCutInDepth = 2 | 4, kOff = 0x20000 };
   Port port;
   const Vec center = r.point(10);
   const double width = r.real(40);
@@ -65,6 +65,11 @@ Port port_of(Job& job, const Record& r) {
   port.shown = r.integer(69) != 1 && r.integer(68, 1) != 0 && (r.integer(90) & kOff) == 0 && width > 0 && height > 0 &&
                viewHeight > 0 && is_finite(center);
   if (!port.shown) return port;
+  const Tag* const border = r.find(340);
+  if (border && handle_of(*border) != 0)
+    job.report.loss("a window with a border of its own is shown as a rectangle", r.place);
+  if ((r.integer(90) & kPerspective) != 0) job.report.loss("a window in perspective is shown without it", r.place);
+  if ((r.integer(90) & kCutInDepth) != 0) job.report.loss("a window that is cut in depth is shown whole", r.place);
   const double scale = height / viewHeight;
   const Vec target = r.point(17);
   const Vec viewCenter = r.point(12);
@@ -117,17 +122,19 @@ void convert_sheet(Job& job, const Sheet& sheet, const std::function<bool(double
   }
   job.onSheet = false;
   const std::vector<Record> ports = std::move(job.viewports);
-  bool first = true;
+  std::size_t shown = 0;
   for (const Record& record : ports) {
     const Port port = port_of(job, record);
     if (!port.shown) continue;
+    if (shown == kMostPorts) {
+      job.report.loss("a window beyond the 200th was left out", record.place);
+      continue;
+    }
     // What several windows show is counted once.
-    job.report.quiet = !first;
-    first = false;
+    job.report.quiet = shown++ > 0;
     show_model(job, port);
-    if (&record - ports.data() > static_cast<long>(kMostPorts)) break;
+    job.report.quiet = false;
   }
-  job.report.quiet = false;
 }
 
 Outcome convert_viewport(Job& job, const Record& record) {

@@ -56,7 +56,7 @@ DimStyle dim_style_of(const Record& r) {
   for (const Tag& tag : r.tags) {
     const bool word = (tag.code >= 3 && tag.code <= 7) || (tag.code >= 340 && tag.code <= 349);
     if (word)
-      style.words.emplace_back(tag.code, word_of(tag));
+      style.words.push_back(tag);
     else if (tag.code >= 40 && tag.code < 300)
       style.values.emplace_back(tag.code, real_of(tag));
   }
@@ -130,6 +130,8 @@ void Drawing::index_block(FileBlock& block, const Record& opening) {
         block.inherits = block.inherits || is_zero_layer(word_of(tag));
       } else if (tag.code == 62) {
         block.inherits = block.inherits || integer_of(tag) == 0;
+      } else if (tag.code == 370) {
+        block.inherits = block.inherits || integer_of(tag) == kWeightByBlock;
       } else if (tag.code == 6) {
         block.inherits = block.inherits || word_of(tag) == "BYBLOCK" || word_of(tag) == "ByBlock";
       } else if (refers && tag.code == 2 && child.empty()) {
@@ -181,6 +183,8 @@ void Drawing::read_objects(Span section) {
         if (found != blockOfHandle.end()) layout.block = found->second;
       }
       if (!layout.name.empty()) layouts.push_back(std::move(layout));
+    } else if (r.name == "SPATIAL_FILTER") {
+      if (r.integer(71, 1) != 0) clippedReferences.push_back(r.place);
     } else if (r.name == "MLINESTYLE") {
       MLineStyle style;
       style.flags = r.integer(70);

@@ -32,7 +32,8 @@ Outcome convert_image_frame(Job& job, const Record& record);
 Outcome convert_ole_frame(Job& job, const Record& record);
 Outcome convert_viewport(Job& job, const Record& record);
 Outcome convert_proxy(Job& job, const Record& record);
-Outcome leave_out_solid(Job& job, const Record& record);
+Outcome convert_unknown(Job& job, const Record& record);
+Outcome convert_body(Job& job, const Record& record);
 Outcome leave_out_shape(Job& job, const Record& record);
 
 }  // namespace qv::importing

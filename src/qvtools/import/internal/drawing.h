@@ -74,13 +74,18 @@ class NameIndex {
   std::unordered_map<std::string, int> byName_;
 };
 
+// Line weights of group 370 that are no widths.
+inline constexpr int kWeightByLayer = -1;
+inline constexpr int kWeightByBlock = -2;
+inline constexpr int kDefaultWeight = -3;
+
 struct FileLayer {
   std::string name;  // GBK
   std::string fullName;
   int color = 7;
   int flags = 0;
   int trueColor = -1;
-  int lineWeight = -3;
+  int lineWeight = kDefaultWeight;
   bool plotted = true;
   std::string_view lineType;
 };
@@ -103,9 +108,14 @@ struct FileStyle {
   int generation = 0;
 };
 
+/// Whether letters stand below each other.
+inline bool is_vertical(const FileStyle& style) {
+  return (style.flags & 4) != 0;
+}
+
 struct DimStyle {
   std::vector<std::pair<int, double>> values;  // by group code
-  std::vector<std::pair<int, std::string_view>> words;
+  std::vector<Tag> words;
 };
 
 struct FileBlock {
@@ -149,6 +159,7 @@ struct Span {
 };
 
 struct MLineStyle {
+  enum Flag { Filled = 1, Joints = 2, StartCap = 16, EndCap = 256, RoundCaps = 32 | 64 | 512 | 1024 };
   int flags = 0;
   std::vector<double> offsets;
   std::vector<int> colors;
@@ -182,6 +193,7 @@ class Drawing {
   NameIndex mlineStyleNames;
   std::vector<MLineStyle> mlineStyles;
   std::vector<Span> entitySections;
+  std::vector<std::size_t> clippedReferences;  // where the records that cut them stand
 
   /// The line (in a binary file the byte) at which something stands, from 1.
   long line_of(std::size_t place);

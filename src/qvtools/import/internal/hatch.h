@@ -9,6 +9,7 @@ namespace qv::importing {
 
 struct Hatch {
   bool solid = false;
+  int fillColor = 0;      // ACI, of a polygon with a border; 0: the border's
   int gradientColor = 0;  // ACI; 0: no gradient
   int gradientTrueColor = -1;
   double elevation = 0;

@@ -15,7 +15,7 @@ struct Common {
   double lineTypeScale = 1;
   int color = 256;
   int trueColor = -1;
-  int lineWeight = -1;
+  int lineWeight = kWeightByLayer;
   bool invisible = false;
   bool paper = false;
 
@@ -47,13 +47,20 @@ enum class Space { All, Model, Paper };
 
 class Job {
  public:
-  Job(Drawing& drawing, const ImportOptions& importOptions, ReportBuilder& builder, OutputTables& outputTables)
-      : file(drawing), options(importOptions), report(builder), tables(outputTables), out(outputTables, builder) {}
+  Job(Drawing& drawing, const ImportOptions& importOptions, ReportBuilder& builder, OutputTables& outputTables,
+      CPtrList& blocks)
+      : file(drawing),
+        options(importOptions),
+        report(builder),
+        tables(outputTables),
+        madeBlocks(blocks),
+        out(outputTables, builder) {}
 
   Drawing& file;
   const ImportOptions& options;
   ReportBuilder& report;
   OutputTables& tables;
+  CPtrList& madeBlocks;  // the document's
   Output out;
 
   Unit unit = Unit::None;  // of the document
@@ -66,7 +73,6 @@ class Job {
 
   std::vector<int> openBlocks;  // within which the entity stands, the outermost first
   std::vector<EndlessLine> endless;
-  std::vector<ACAD_BLOCK*> madeBlocks;
   std::unordered_map<std::string, PlacedBlock> placedBlocks;
   double madeOfReferences = 0;
 
@@ -99,8 +105,11 @@ using Converter = Outcome (*)(Job& job, const Record& record);
 Outcome put_attribute(Job& job, const Record& record);
 /// Converts the line at whose opening group the reader stands: there may be a million of them.
 void convert_line(Job& job);
-/// The converter of any other kind of entity; null for one that is not known.
+/// The converter of any other kind of entity; of kinds that are not known, one that shows the picture they may have.
 Converter converter_of(std::string_view name);
+
+/// Puts out the entities of a block whose reference is no INSERT, its base point at the matrix's origin.
+Outcome put_block_entities(Job& job, int block, const Matrix& at);
 
 // What converters put out. Coordinates are those of the frame, which lies in the output's.
 

@@ -18,6 +18,9 @@ struct FontText {
 /// degrees and plus-minus are those of the text font, or the wide ones of the Chinese font.
 FontText font_text(std::u32string_view points, bool wideSigns);
 
+/// The character that a sign of the text font stands for; any other as it is.
+char32_t unicode_sign(char32_t c);
+
 /// The advance of a text, in the unit of its height; estimated while no font is loaded.
 double text_width(const std::string& bytes, double height, double widthFactor);
 

@@ -14,8 +14,14 @@ struct Look {
   int layer = 0;
   int color = kByLayer;
   int lineType = -1;  // -1 the layer's
-  int lineWeight = -1;
+  int lineWeight = kWeightByLayer;
   int trueColor = -1;
+
+  void set_color(int number);
+  void set_true_color(int rgb);
+  /// A colour whose first byte tells its kind, as multileaders and pictures of objects have it; one "by block" and
+  /// others change nothing.
+  void set_raw_color(int raw);
 };
 
 /// The number of the standard palette whose colour comes nearest to 0xRRGGBB, of those that every display shows alike.
@@ -54,6 +60,7 @@ struct TextLine {
   double turn = 0;  // degrees
   double width = 1;
   std::string bytes;
+  std::string unicode;  // UTF-8, where the bytes are not all of it
   StyleKey style;
   int justify = 0;  // group 72: 0 to 3 and 5
   Vec align;
@@ -98,11 +105,10 @@ class Output {
   bool insert(const char* block, const Vec& at);
 
  private:
-  template <class Record>
-  Record* make();
-  bool put(ACAD_ENTITY* record);
+  bool put(ACAD_ENTITY* record, const std::string& text = {});
   bool rounded(const Vec& p, Point3& out);
   void dress(char (&layer)[kNameSize], char (&lineType)[kNameSize], int& color);
+  bool put_dashes(std::span<const Vertex> vertices, bool closed);
   bool cut_line(const Vec& a, const Vec& b);
   bool cut_polyline(std::span<const Vertex> vertices, int flags);
   bool cut_solid(const Vec (&corners)[4]);

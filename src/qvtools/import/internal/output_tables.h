@@ -47,6 +47,8 @@ class OutputTables {
   /// The index of a line type of the file in the document, its dashes scaled; 0 is the continuous one.
   int line_type(int fileIndex, double scale);
   int file_line_type(std::string_view raw) { return file_.lineTypeNames.find(raw, file_.decoder); }
+  /// Whether the document's table has no room for the line type.
+  bool is_beyond(int lineType) const { return lineType >= static_cast<int>(kMost); }
   const ACAD_LTYPE& line_type_record(int index) const { return lineTypes_[static_cast<std::size_t>(index)]; }
 
   /// The style that such a text needs; it stays where it is until the next is asked for.
