@@ -8,36 +8,36 @@
 
 #include "baseline.h"
 #include "process_memory.h"
-#include "qvtools/plot/internal/canvas.h"
+#include "qvtools/dxf/model/document.h"
+#include "qvtools/plot/plot.h"
 
 namespace {
 
-using namespace qv::detail;
-
 constexpr int kLines = 1000000;
-constexpr Page kPage{1189, 841, "", ""};
+constexpr qv::PaperSize kPaper{1189, 841};
 
-/// Short lines of one pen that lie anywhere on the page.
-std::vector<Path> random_lines() {
+/// Short lines that lie anywhere on the page.
+void write_random_lines(DXF& drawing) {
   std::mt19937 random(1);
   const auto within = [&random](double low, double high) {
-    return low + (high - low) * static_cast<double>(random()) / 4294967296.0;
+    return static_cast<float>(low + (high - low) * static_cast<double>(random()) / 4294967296.0);
   };
-  std::vector<Path> lines(kLines);
-  for (Path& line : lines) {
-    const PaperPoint from{within(10, kPage.width - 10), within(10, kPage.height - 10)};
-    line.move_to(from);
-    line.line_to({from.x + within(-5, 5), from.y + within(-5, 5)});
+  drawing.New_MemDxf();
+  for (int i = 0; i < kLines; ++i) {
+    const float x = within(10, kPaper.width - 10);
+    const float y = within(10, kPaper.height - 10);
+    drawing.Write_Line(x, y, 0, x + within(-5, 5), y + within(-5, 5), 0, "0", "BYLAYER", "BYLAYER");
   }
-  return lines;
 }
 
-void plot(const std::vector<Path>& lines, const std::string& file) {
-  const auto canvas = pdf_canvas(file, {});
-  canvas->begin_page(kPage);
-  for (const Path& line : lines) canvas->stroke(line, {0.25, {}, {}, {}});
-  canvas->end_page();
-  if (!canvas->finish()) std::abort();
+void plot(DXF& drawing, const std::string& file) {
+  const qv::PlotSource source{&drawing, nullptr, "", 1};
+  qv::PlotOptions options;
+  options.paper = kPaper;
+  options.window = qv::DrawingRect{0, 0, kPaper.width, kPaper.height};
+  options.scale = 1;
+  qv::PlotReport report;
+  if (!qv::Plot({&source, 1}, file, options, report)) std::abort();
 }
 
 /// The page's text, unpacked from the file: its first stream.
@@ -57,15 +57,16 @@ std::string page_text(const std::string& file) {
 // a line; and what the process's peak grows by.
 void PlotLines(benchmark::State& state) {
   const std::string file = (std::filesystem::temp_directory_path() / "qvbench-plot.pdf").string();
-  const std::vector<Path> lines = random_lines();
+  DXF drawing;
+  write_random_lines(drawing);
   const double before = qvbench::status_megabytes("VmHWM");
-  for (auto _ : state) plot(lines, file);
+  for (auto _ : state) plot(drawing, file);
   state.counters["MB"] = qvbench::status_megabytes("VmHWM") - before;
   state.counters["bytes/line"] = static_cast<double>(std::filesystem::file_size(file)) / kLines;
   const std::string text = page_text(file);
   std::vector<Bytef> packed(compressBound(static_cast<uLong>(text.size())));
   const auto [own, zlib] =
-      qvbench::medians([&] { plot(lines, file); },
+      qvbench::medians([&] { plot(drawing, file); },
                        [&] {
                          auto size = static_cast<uLongf>(packed.size());
                          compress2(packed.data(), &size, reinterpret_cast<const Bytef*>(text.data()),
