@@ -16,6 +16,7 @@ import subprocess
 import sys
 import tarfile
 import tempfile
+import unicodedata
 
 PACKAGE = "hanzi-writer-data"
 VERSION = "2.0.1"
@@ -24,7 +25,11 @@ CELL = 64  # the advance of every character
 # Of a character that fills the height of a text. Four characters of a title block caption, 7 mm high and 0.75 wide, have
 # to stay within their cell of 22.5 mm less 0.75 mm.
 HEIGHT = 62
-SINK = 4  # how far the cell reaches below the base line
+# From the square of 1024 in which the centre lines lie: a character is as tall as the capitals beside it, or a little
+# taller, and nearly fills its advance. The middle of most characters goes to the middle of a cell and of the capitals.
+ACROSS = 0.0690
+UP = 0.0816
+MIDDLE = (512, 413)
 TOLERANCE = 0.75
 
 NOTICE = f"""hztxt.shx was made from the stroke centre lines ("medians") of {PACKAGE} {VERSION}, which derives from fonts
@@ -117,7 +122,8 @@ def text_font_strokes(source):
     for head, body in re.findall(r"^\*([^\n]*)\n(.*?)(?=^\*|\Z)", re.sub(r";[^\n]*", "", source), re.S | re.M):
         numbers = [int(n, 16 if len(n.lstrip("-")) > 1 and n.lstrip("-")[0] == "0" else 10)
                    for n in re.findall(r"-?[0-9A-Fa-f]+", body)]
-        shapes[int(head.split(",")[0])] = numbers
+        if "-" not in head:  # ranges are boxes
+            shapes[int(head.split(",")[0])] = numbers
     height = shapes[0][0]
     vectors = [(1, 0), (1, .5), (1, 1), (.5, 1), (0, 1), (-.5, 1), (-1, 1), (-1, .5), (-1, 0), (-1, -.5), (-1, -1),
                (-.5, -1), (0, -1), (.5, -1), (1, -1), (1, -.5)]
@@ -171,7 +177,8 @@ def dot(cx, cy, r=2.5):
     return [ring(cx, cy, r, 8), [(cx - r, cy), (cx + r, cy)]]
 
 
-# Signs, on the cell of 64 units whose base line lies at 0.
+# Signs, on the cell of 64 units whose base line lies at 0; they are stretched upward by RISE, to the capitals' height.
+RISE = 1.16
 SIGNS = {
     "、": [[(6, 8), (16, -2)]],
     "。": [ring(12, 3, 6, 14)],
@@ -218,7 +225,139 @@ SIGNS = {
     "←": [[(60, 24), (4, 24)], [(16, 34), (4, 24), (16, 14)]],
     "↑": [[(32, -4), (32, 54)], [(22, 42), (32, 54), (42, 42)]],
     "↓": [[(32, 54), (32, -4)], [(22, 8), (32, -4), (42, 8)]],
+    "〃": [[(24, 48), (18, 36)], [(40, 48), (34, 36)]],
+    "‖": [[(26, 54), (26, -4)], [(38, 54), (38, -4)]],
+    "『": [[(60, 56), (42, 56), (42, 14), (48, 14), (48, 50), (60, 50), (60, 56)]],
+    "』": [[(4, -8), (22, -8), (22, 34), (16, 34), (16, -2), (4, -2), (4, -8)]],
+    "〖": [[(58, 56), (42, 56), (42, -8), (58, -8)], [(50, 56), (50, -8)]],
+    "〗": [[(6, 56), (22, 56), (22, -8), (6, -8)], [(14, 56), (14, -8)]],
+    "∶": dot(32, 36) + dot(32, 12),
+    "∷": dot(22, 36) + dot(22, 12) + dot(42, 36) + dot(42, 12),
+    "∴": dot(32, 40) + dot(16, 10) + dot(48, 10),
+    "∵": dot(32, 10) + dot(16, 40) + dot(48, 40),
+    "∧": [[(10, 4), (32, 48), (54, 4)]],
+    "∨": [[(10, 48), (32, 4), (54, 48)]],
+    "∏": [[(8, 50), (56, 50)], [(18, 50), (18, 0)], [(46, 50), (46, 0)]],
+    "∪": [[(12, 50), (12, 18), (20, 4), (32, 0), (44, 4), (52, 18), (52, 50)]],
+    "∩": [[(12, 0), (12, 32), (20, 46), (32, 50), (44, 46), (52, 32), (52, 0)]],
+    "∈": [[(54, 46), (28, 46), (14, 36), (12, 24), (14, 12), (28, 2), (54, 2)], [(12, 24), (50, 24)]],
+    "⌒": [[(6, 14), (16, 28), (32, 34), (48, 28), (58, 14)]],
+    "⊙": [ring(32, 24, 22)] + dot(32, 24, 3),
+    "∫": [[(46, 52), (40, 54), (34, 48), (30, 0), (24, -6), (18, -4)]],
+    "∮": [[(46, 52), (40, 54), (34, 48), (30, 0), (24, -6), (18, -4)], ring(32, 24, 10, 14)],
+    "≡": [[(10, 38), (54, 38)], [(10, 24), (54, 24)], [(10, 10), (54, 10)]],
+    "≌": [[(8, 44), (18, 50), (44, 40), (56, 46)], [(8, 26), (56, 26)], [(8, 10), (56, 10)]],
+    "∽": [[(56, 18), (48, 10), (38, 18), (26, 34), (16, 38), (8, 30)]],
+    "∝": [[(56, 38), (44, 36), (28, 12), (18, 10), (10, 18), (10, 30), (18, 38), (28, 36), (44, 12), (56, 10)]],
+    "≮": [[(52, 44), (12, 24), (52, 4)], [(40, 52), (24, -4)]],
+    "≯": [[(12, 44), (52, 24), (12, 4)], [(40, 52), (24, -4)]],
+    "∞": [[(32, 24), (22, 36), (12, 36), (6, 24), (12, 12), (22, 12), (32, 24), (42, 36), (52, 36), (58, 24), (52, 12),
+           (42, 12), (32, 24)]],
+    "♂": [ring(24, 18, 18), [(38, 32), (56, 50)], [(44, 50), (56, 50), (56, 38)]],
+    "♀": [ring(32, 34, 18), [(32, 16), (32, -8)], [(20, 4), (44, 4)]],
+    "＄": [[(52, 42), (44, 48), (20, 48), (12, 42), (12, 30), (20, 25), (44, 23), (52, 17), (52, 6), (44, 0), (20, 0), (12, 6)],
+          [(32, 54), (32, -6)]],
+    "￥": [[(10, 50), (32, 24), (54, 50)], [(32, 24), (32, 0)], [(14, 24), (50, 24)], [(14, 12), (50, 12)]],
+    "￠": [[(50, 36), (42, 42), (24, 42), (14, 34), (14, 14), (24, 6), (42, 6), (50, 12)], [(38, 52), (26, -4)]],
+    "￡": [[(52, 40), (46, 50), (34, 50), (26, 40), (26, 14), (12, 0), (54, 0)], [(14, 24), (44, 24)]],
+    "‰": [[(6, -2), (40, 50)], ring(12, 40, 8, 12), ring(30, 8, 8, 12), ring(52, 8, 8, 12)],
+    "§": [[(46, 44), (38, 52), (26, 52), (20, 42), (44, 22), (46, 12)], [(18, 4), (26, -4), (38, -4), (44, 6), (20, 26), (18, 36)]],
+    "№": [[(4, 0), (4, 50), (32, 0), (32, 50)], ring(50, 32, 10, 14), [(40, 10), (60, 10)]],
+    "☆": [[(32 + r * math.sin(math.pi * i / 5), 24 + r * math.cos(math.pi * i / 5))
+          for i in range(11) for r in [28 if i % 2 == 0 else 11]]],
+    "◇": [[(32, 50), (8, 24), (32, -2), (56, 24), (32, 50)]],
+    "◎": [ring(32, 24, 24, 28), ring(32, 24, 15)],
+    "※": [[(10, 46), (54, 2)], [(10, 2), (54, 46)]] + dot(32, 46) + dot(32, 2) + dot(10, 24) + dot(54, 24),
+    "〓": [[(8, 38), (56, 38), (56, 30), (8, 30), (8, 38)], [(8, 18), (56, 18), (56, 10), (8, 10), (8, 18)]],
 }
+
+
+def hatched(outline, step=3):
+    """A filled sign: its outline, and lines across it."""
+    strokes = [outline]
+    low, high = min(y for _, y in outline), max(y for _, y in outline)
+    y = low + step
+    while y < high:
+        cuts = sorted(a[0] + (y - a[1]) * (b[0] - a[0]) / (b[1] - a[1]) for a, b in zip(outline, outline[1:])
+                      if (a[1] <= y) != (b[1] <= y))
+        strokes += [[(x1, y), (x2, y)] for x1, x2 in zip(cuts[::2], cuts[1::2])]
+        y += step
+    return strokes
+
+
+SIGNS.update({"●": hatched(ring(32, 24, 24, 28)), "★": hatched(SIGNS["☆"][0]), "◆": hatched(SIGNS["◇"][0]),
+              "■": hatched(SIGNS["□"][0]), "▲": hatched(SIGNS["△"][0])})
+
+# Greek letters on a cell of 64, base line 0, capitals 54 and small letters 36 high. The other capitals look as Latin ones.
+GREEK = {
+    "Γ": [[(16, 0), (16, 54), (52, 54)]],
+    "Δ": [[(32, 54), (8, 0), (56, 0), (32, 54)]],
+    "Θ": [ring(32, 27, 26, 24), [(20, 27), (44, 27)]],
+    "Λ": [[(8, 0), (32, 54), (56, 0)]],
+    "Ξ": [[(10, 54), (54, 54)], [(16, 27), (48, 27)], [(10, 0), (54, 0)]],
+    "Π": [[(12, 0), (12, 54), (52, 54), (52, 0)]],
+    "Σ": [[(52, 54), (12, 54), (34, 27), (12, 0), (52, 0)]],
+    "Ψ": [[(10, 54), (10, 32), (18, 20), (46, 20), (54, 32), (54, 54)], [(32, 54), (32, 0)]],
+    "Ω": [[(8, 0), (22, 0), (12, 18), (10, 32), (16, 46), (32, 54), (48, 46), (54, 32), (52, 18), (42, 0), (56, 0)]],
+    "α": [[(52, 36), (44, 12), (32, 1), (20, 1), (11, 10), (11, 26), (20, 35), (32, 35), (42, 26), (52, 0)]],
+    "β": [[(14, -14), (14, 40), (20, 52), (34, 54), (42, 46), (40, 34), (28, 29)], [(28, 29), (44, 24), (48, 12), (40, 1), (26, 0), (14, 6)]],
+    "γ": [[(8, 34), (16, 36), (32, 4), (30, -12), (26, -14), (24, -8), (32, 4), (54, 36)]],
+    "δ": [[(48, 52), (32, 54), (24, 46), (44, 28), (48, 14), (40, 1), (24, 0), (14, 10), (16, 26), (28, 35), (40, 32)]],
+    "ε": [[(48, 32), (38, 36), (24, 36), (16, 28), (24, 20), (36, 19)], [(24, 20), (14, 10), (22, 1), (38, 0), (50, 6)]],
+    "ζ": [[(20, 54), (46, 54), (22, 32), (16, 14), (24, 2), (42, -2), (46, -8), (36, -14)]],
+    "η": [[(10, 34), (18, 36), (20, 0)], [(20, 24), (32, 36), (44, 34), (48, 22), (48, -14)]],
+    "θ": [[(32, 54), (20, 46), (16, 27), (20, 8), (32, 0), (44, 8), (48, 27), (44, 46), (32, 54)], [(16, 27), (48, 27)]],
+    "ι": [[(26, 36), (26, 8), (32, 0), (42, 2)]],
+    "κ": [[(16, 36), (16, 0)], [(48, 36), (18, 18), (48, 0)]],
+    "λ": [[(14, 54), (22, 52), (50, 0)], [(32, 32), (10, 0)]],
+    "μ": [[(12, -14), (16, 36)], [(14, 10), (20, 1), (32, 0), (42, 10), (46, 36)], [(43, 12), (48, 0), (56, 2)]],
+    "ν": [[(10, 36), (16, 36), (30, 0), (46, 16), (50, 36)]],
+    "ξ": [[(46, 54), (26, 54), (18, 46), (26, 36), (42, 34)], [(26, 36), (14, 26), (18, 16), (40, 14)],
+          [(18, 16), (12, 8), (18, 0), (42, -4), (44, -10), (34, -14)]],
+    "ο": [ring(32, 18, 18)],
+    "π": [[(8, 34), (16, 36), (56, 36)], [(22, 36), (20, 12), (14, 0)], [(44, 36), (44, 8), (50, 0), (56, 4)]],
+    "ρ": [[(12, -14), (16, 24), (24, 35), (38, 36), (48, 26), (46, 10), (34, 0), (22, 2), (14, 12)]],
+    "σ": [[(56, 36), (28, 36), (14, 27), (12, 12), (22, 1), (38, 1), (48, 12), (46, 27), (36, 36)]],
+    "τ": [[(10, 32), (16, 36), (54, 36)], [(34, 36), (30, 8), (36, 0), (46, 2)]],
+    "υ": [[(10, 34), (16, 36), (16, 10), (24, 0), (38, 1), (48, 14), (48, 30), (44, 36)]],
+    "χ": [[(10, 36), (18, 34), (46, -12), (54, -14)], [(52, 36), (12, -14)]],
+    "ψ": [[(8, 34), (14, 36), (16, 10), (26, 0), (40, 1), (52, 14), (54, 36)], [(36, 54), (28, -14)]],
+    "ω": [[(16, 36), (8, 20), (12, 4), (24, 0), (32, 10), (32, 24)], [(32, 10), (40, 0), (52, 4), (56, 20), (48, 36)]],
+}
+LATIN_CAPITALS = dict(zip("ΑΒΕΖΗΙΚΜΝΟΡΤΥΧ", "ABEZHIKMNOPTYX"))
+
+
+def box_lines():
+    """The lines of boxes, U+2500 to U+254B, from their names: light lines, heavy ones as two, and dashes."""
+    middle = (CELL / 2, HEIGHT / 2)
+    ends = {"LEFT": (0, middle[1]), "RIGHT": (CELL, middle[1]), "UP": (middle[0], 68), "DOWN": (middle[0], -6)}
+    both = {"HORIZONTAL": ("LEFT", "RIGHT"), "VERTICAL": ("UP", "DOWN")}
+    signs = {}
+    for code in range(0x2500, 0x254C):
+        words = unicodedata.name(chr(code)).removeprefix("BOX DRAWINGS ").split()
+        dashes = {"TRIPLE": 3, "QUADRUPLE": 4}.get(words[1] if len(words) > 1 else "", 1)
+        # "LIGHT DOWN AND RIGHT", or "DOWN LIGHT AND RIGHT HEAVY".
+        first = words[0] in ("LIGHT", "HEAVY")
+        arms, named, weight = {}, [], words[0]
+        for word in words:
+            if word in ends or word in both:
+                named += both.get(word, (word,))
+            if word in ("LIGHT", "HEAVY"):
+                weight = word
+            if first or word == weight:
+                arms.update((arm, weight) for arm in named)
+                named = []
+        strokes = []
+        for arm, weight in arms.items():
+            (x1, y1), (x2, y2) = middle, ends[arm]
+            for k in range(dashes):
+                a, b = k / dashes, (k + (0.6 if dashes > 1 else 1)) / dashes
+                line = [(x1 + (x2 - x1) * t, y1 + (y2 - y1) * t) for t in (a, b)]
+                across = (0, 1) if arm in ("LEFT", "RIGHT") else (1, 0)
+                for side in ((-1.5, 1.5) if weight == "HEAVY" else (0,)):
+                    strokes.append([(x + across[0] * side, y + across[1] * side) for x, y in line])
+        signs[chr(code)] = strokes
+    return signs
 
 
 def composed_signs(letters, capital):
@@ -233,12 +372,23 @@ def composed_signs(letters, capital):
         scale = min(width / advance, height / capital)
         return placed(strokes, scale, cx - advance * scale / 2, cy - capital * scale / 2)
 
-    signs = {}
+    signs = {latin: fitted(letters_of, 46, HEIGHT, 32, HEIGHT / 2) for latin, letters_of in LATIN_CAPITALS.items()}
+    for i in range(20):
+        signs[chr(0x2474 + i)] = fitted(f"({i + 1})", 60, HEIGHT, 32, HEIGHT / 2)
+        signs[chr(0x2488 + i)] = fitted(f"{i + 1}.", 56, HEIGHT, 32, HEIGHT / 2)
     for i in range(10):
-        signs[chr(0x2460 + i)] = [ring(32, 24, 29, 32)] + fitted(str(i + 1), 30, 32, 34, 24)
-        signs[chr(0x2474 + i)] = fitted(f"({i + 1})", 60, 48, 32, 24)
+        signs[chr(0x2460 + i)] = [ring(32, 31, 31, 32)] + fitted(str(i + 1), 30, 36, 33, 31)
     for i, roman in enumerate("I II III IV V VI VII VIII IX X XI XII".split()):
-        signs[chr(0x2160 + i)] = fitted(roman, 60, 48, 32, 24)
+        signs[chr(0x2160 + i)] = fitted(roman, 60, HEIGHT, 32, HEIGHT / 2)
+    return signs
+
+
+def bracketed(shapes):
+    """The Chinese numbers in brackets."""
+    signs = {}
+    for i, number in enumerate("一二三四五六七八九十"):
+        signs[chr(0x3220 + i)] = (placed(shapes[gb2312(number)], 0.6, 13, 13) +
+                                  [[(10, 64), (2, 48), (2, 14), (10, -2)], [(54, 64), (62, 48), (62, 14), (54, -2)]])
     return signs
 
 
@@ -257,24 +407,28 @@ def compose(archive, text_source):
     shapes = {0xA1A1: []}
     for byte in range(0x21, 0x7F):
         strokes, advance = letters[byte]
-        scale = 50 / capital
+        scale = min(HEIGHT / capital, (CELL - 8) / advance)
         # A bracket keeps to the side of the cell that its contents are on.
         free = CELL - advance * scale
         shift = free - 4 if chr(byte) in "([{" else 4 if chr(byte) in ")]},.;:!?" else free / 2
         shapes[0xA380 + byte] = placed(strokes, scale, shift, 0)
-    for sign, strokes in {**SIGNS, **composed_signs(letters, capital)}.items():
-        if gb2312(sign):
-            shapes[gb2312(sign)] = strokes
-    scale = CELL / 1024
+    risen = {sign: [[(x, y * RISE) for x, y in stroke] for stroke in strokes]
+             for sign, strokes in {**SIGNS, **GREEK}.items()}
+
+    def add(signs):
+        shapes.update((gb2312(sign), strokes) for sign, strokes in signs.items() if gb2312(sign))
+
+    add({**risen, **composed_signs(letters, capital), **box_lines()})
     with tarfile.open(fileobj=io.BytesIO(archive)) as package:
         for member in package:
             name = os.path.basename(member.name)
             if len(name) != 6 or not name.endswith(".json") or not gb2312(name[0]):
                 continue
             medians = json.load(package.extractfile(member))["medians"]
-            # The centre lines' own base line lies 124 of 1024 above the foot of the cell.
-            shapes[gb2312(name[0])] = [[(x * scale, (y + 124) * scale - SINK) for x, y in line] for line in medians]
+            shapes[gb2312(name[0])] = [[((x - MIDDLE[0]) * ACROSS + CELL / 2, (y - MIDDLE[1]) * UP + HEIGHT / 2)
+                                        for x, y in line] for line in medians]
         licence = package.extractfile("package/ARPHICPL.TXT").read()
+    add(bracketed(shapes))
     return shapes, licence
 
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 #include <optional>
+#include <set>
 #include <sstream>
 #include <string_view>
 #include <utility>
@@ -87,6 +88,7 @@ class Parser {
   Font finish() {
     finish_shape();
     auto& shapes = font_.shapes;
+    fill_ranges();
     std::stable_sort(shapes.begin(), shapes.end(), [](const Shape& a, const Shape& b) { return a.code < b.code; });
     for (std::size_t i = 1; i < shapes.size(); ++i) {
       if (shapes[i].code == shapes[i - 1].code) {
@@ -99,6 +101,23 @@ class Parser {
   }
 
  private:
+  /// Shapes of ranges stand for the codes that have none.
+  void fill_ranges() {
+    std::vector<Shape> ranges;
+    std::set<int> own;
+    for (Shape& shape : std::exchange(font_.shapes, {})) {
+      if (shape.code == shape.lastCode) own.insert(shape.code);
+      (shape.code == shape.lastCode ? font_.shapes : ranges).push_back(std::move(shape));
+    }
+    for (const Shape& range : ranges) {
+      for (int code = range.code; code <= range.lastCode; ++code) {
+        if (own.contains(code)) continue;
+        font_.shapes.push_back(range);
+        font_.shapes.back().code = font_.shapes.back().lastCode = code;
+      }
+    }
+  }
+
   void fail(const std::string& text) { errors_.push_back({line_, text}); }
 
   void take_range(std::string_view text) {
@@ -115,9 +134,11 @@ class Parser {
   }
 
   void begin_shape(const std::vector<std::string_view>& fields) {
-    const auto code = parse_number(fields[0]);
+    const std::size_t dash = fields[0].find('-', 1);
+    const auto code = parse_number(fields[0].substr(0, dash));
+    const auto last = dash == std::string_view::npos ? code : parse_number(fields[0].substr(dash + 1));
     const auto bytes = fields.size() >= 2 ? parse_number(fields[1]) : std::nullopt;
-    if (fields.size() != 3 || !code || !bytes || *code < 0 || *bytes < 1) {
+    if (fields.size() != 3 || !code || !last || !bytes || *code < 0 || *last < *code || *bytes < 1) {
       fail("a shape begins with *code,bytes,name");
       open_ = false;
       skip_ = true;
@@ -126,7 +147,7 @@ class Parser {
     declared_ = *bytes;
     open_ = true;
     skip_ = false;
-    shape_ = {line_, *code, std::string(fields[2]), {}};
+    shape_ = {line_, *code, *last, std::string(fields[2]), {}};
   }
 
   void take_codes(std::string_view text) {

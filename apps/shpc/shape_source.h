@@ -7,7 +7,8 @@
 ///     codes separated by commas, over as many lines as needed, the last one 0
 ///
 /// Numbers are decimal, or hexadecimal when they begin with a 0 and have more digits; a minus may stand before them;
-/// parentheses and blanks group them for the reader and mean nothing. Shape 0 describes the font. A big font may
+/// parentheses and blanks group them for the reader and mean nothing. "*first-last,bytes,name" is a shape for all codes of
+/// the range that have none of their own. Shape 0 describes the font. A big font may
 /// begin with the line "*BIGFONT shapes,1,first,last", its one range of lead bytes.
 
 #include <string>
@@ -18,6 +19,7 @@ namespace shpc {
 struct Shape {
   int line = 0;  // of the source, where it begins
   int code = 0;
+  int lastCode = 0;  // of a range; else the code
   std::string name;
   std::vector<unsigned char> bytes;
 };
