@@ -26,9 +26,11 @@ CELL = 64  # the advance of every character
 # to stay within their cell of 22.5 mm less 0.75 mm.
 HEIGHT = 62
 # From the square of 1024 in which the centre lines lie: a character is as tall as the capitals beside it, or a little
-# taller, and nearly fills its advance. The middle of most characters goes to the middle of a cell and of the capitals.
+# taller, and nearly fills its advance. The middle of most characters goes to the middle of a cell, a little above that
+# of the capitals, since some reach below the base line and captions stand close on lines.
 ACROSS = 0.0690
 UP = 0.0816
+LIFT = 2
 MIDDLE = (512, 413)
 TOLERANCE = 0.75
 
@@ -425,7 +427,7 @@ def compose(archive, text_source):
             if len(name) != 6 or not name.endswith(".json") or not gb2312(name[0]):
                 continue
             medians = json.load(package.extractfile(member))["medians"]
-            shapes[gb2312(name[0])] = [[((x - MIDDLE[0]) * ACROSS + CELL / 2, (y - MIDDLE[1]) * UP + HEIGHT / 2)
+            shapes[gb2312(name[0])] = [[((x - MIDDLE[0]) * ACROSS + CELL / 2, (y - MIDDLE[1]) * UP + HEIGHT / 2 + LIFT)
                                         for x, y in line] for line in medians]
         licence = package.extractfile("package/ARPHICPL.TXT").read()
     add(bracketed(shapes))
