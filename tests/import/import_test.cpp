@@ -7,6 +7,7 @@
 #include "qvtools/dxf/model/visit.h"
 #include "qvtools/fonts/shx.h"
 #include "qvtools/services/services.h"
+#include "qvtools/text/code_page.h"
 #include "qvtools/text/numbers.h"
 #include "support/failing_allocations.h"
 #include "support/recording_host.h"
@@ -420,6 +421,15 @@ TEST_F(Import, NotesFollowReferencesAndTexts) {
   EXPECT_EQ(noted(inside(dxf.m_BlockList.GetHead()))->trueColor, 1122867);
   EXPECT_EQ(noted(inside(dxf.m_BlockList.GetTail()))->lineWeight, 25);
   EXPECT_EQ(noted(dxf.m_EntityList.GetTail())->text, "°ö中");
+}
+
+TEST_F(Import, TraditionalLettersAreDrawnSimplified) {
+  EXPECT_EQ(become("0 TEXT/8 0/10 0/20 0/40 1/41 1/1 \\U+9580\\U+7A97\\U+3400"),
+            "TEXT 0,0 h1 w1 '\\U+9580\xB4\xB0\\U+3400'");
+  EXPECT_EQ(report.summary(),
+            "1 times a letter is shown in its simplified form; 1 times a character that the fonts lack");
+  EXPECT_EQ(qv::drawn_text("\\U+9580\xB4\xB0\\U+3400"), "\xC3\xC5\xB4\xB0\xA1\xF5");
+  EXPECT_EQ(qv::drawn_text("\\U+4E1F\\U+9F9C"), "\xB6\xAA\xB9\xEA") << "the first and the last of the table";
 }
 
 TEST_F(Import, LineTypesBeyondTheTableAreDrawnAsDashes) {

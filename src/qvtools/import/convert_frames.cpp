@@ -45,7 +45,7 @@ Outcome convert_mline(Job& job, const Record& record) {
     std::vector<double> offsets;  // of each element along the miter
   };
   std::vector<Corner> corners;
-  bool first = false;  // the next group 41 is an element's offset; what follows parts it
+  int part = 0;  // of an element's groups 41: its offset, where its line begins, and what parts it
   bool cut = false;
   for (const Tag& tag : record.tags) {
     const double v = real_of(tag);
@@ -69,13 +69,13 @@ Outcome convert_mline(Job& job, const Record& record) {
         corner.miter.z = v;
         break;
       case 74:
-        first = integer_of(tag) > 0;
-        if (!first) corner.offsets.push_back(0);
+        part = 0;
+        if (integer_of(tag) <= 0) corner.offsets.push_back(0);
         break;
       case 41:
-        if (first) corner.offsets.push_back(v);
-        cut = cut || !first;
-        first = false;
+        if (part == 0) corner.offsets.push_back(v);
+        cut = cut || part > 1 || (part == 1 && v != 0);
+        ++part;
         break;
       default:
         break;

@@ -67,7 +67,7 @@ FontText font_text(std::u32string_view points, bool wideSigns) {
       text.bytes += static_cast<char>(code & 0xFF);
       text.chinese = true;
     } else {
-      ++text.foreign;
+      ++(simplified_form(c) ? text.simplified : text.foreign);
       if (c > 0xFFFF) {
         append_escape(0xD800 + ((c - 0x10000) >> 10), text.bytes);
         append_escape(0xDC00 + ((c - 0x10000) & 0x3FF), text.bytes);

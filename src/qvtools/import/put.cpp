@@ -192,7 +192,9 @@ bool put_text(Job& job, const Matrix& frame, const Lettering& text) {
     letters.push_back(font_text(run.text, wideSigns));
     bytes += letters.back().bytes;
     chinese = chinese || letters.back().chinese;
-    foreign = foreign || letters.back().foreign > 0;
+    foreign = foreign || letters.back().foreign > 0 || letters.back().simplified > 0;
+    if (letters.back().simplified)
+      job.report.loss("a letter is shown in its simplified form", job.report.place, letters.back().simplified);
     if (letters.back().foreign)
       job.report.loss("a character that the fonts lack", job.report.place, letters.back().foreign);
   }

@@ -7,6 +7,7 @@
 
 #include "qvtools/text/gbk_text.h"
 #include "qvtools/text/internal/code_tables.h"
+#include "qvtools/text/internal/simplified.h"
 
 namespace qv {
 
@@ -298,6 +299,12 @@ bool is_utf8(std::string_view text) {
   return true;
 }
 
+char32_t simplified_form(char32_t c) {
+  const std::u16string_view letters(detail::kTraditional);
+  const auto found = std::ranges::lower_bound(letters, c);
+  return found != letters.end() && *found == c ? detail::kSimplified[found - letters.begin()] : 0;
+}
+
 std::string drawn_text(std::string_view gbk) {
   constexpr char kBox[] = "\xA1\xF5";  // □
   constexpr std::size_t kEscape = 7;
@@ -313,8 +320,13 @@ std::string drawn_text(std::string_view gbk) {
     i += kEscape;
     const bool pair = c >= 0xD800 && c < 0xDC00 && escaped(gbk.substr(i)) >= 0xDC00;
     if (pair) i += kEscape;
-    const char letter = look_alike(c);
-    letter ? out.append(1, letter) : out.append(kBox);
+    const std::uint16_t simplified = gbk_code(simplified_form(c));
+    if (const char letter = look_alike(c))
+      out += letter;
+    else if (simplified)
+      out.append({static_cast<char>(simplified >> 8), static_cast<char>(simplified & 0xFF)});
+    else
+      out.append(kBox);
   }
   return out;
 }

@@ -10,7 +10,9 @@ namespace qv::importing {
 
 struct FontText {
   std::string bytes;
-  int foreign = 0;  // characters that no font has: "\U+XXXX"
+  // Characters that no font has, "\U+XXXX": those of which it has the simplified form, and the rest.
+  int simplified = 0;
+  int foreign = 0;
   bool chinese = false;
 };
 
