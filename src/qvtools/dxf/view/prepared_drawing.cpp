@@ -123,19 +123,24 @@ struct PreparedDrawing::Builder {
   }
 
   void add_record(ACAD_TEXT& text) {
-    note_reach(text);
     const CFPoint at = plane(text.m_Insert);
+    Box box;
+    add_point(box, at);
+    widen(box, text.m_fHeight * note_reach(text));
     const double length = detail::text_width(text, text.m_fHeight);
     const double angle = text.m_fRotation * std::numbers::pi / 180;
     const Box ends{at.x, at.y, static_cast<float>(at.x + length * std::cos(angle)),
                    static_cast<float>(at.y + length * std::sin(angle))};
-    add(text, reach(text, plane), Kind::Text, static_cast<int>(to.baseLines_.size()), text.m_nColor,
+    add(text, box, Kind::Text, static_cast<int>(to.baseLines_.size()), text.m_nColor,
         detail::pen_style(text.m_szLType));
     to.baseLines_.push_back({ends, text.m_fHeight});
   }
 
-  void note_reach(const ACAD_TEXT& text) {
-    to.longestText_ = std::max(to.longestText_, static_cast<float>(text_reach(text)));
+  /// How far the text reaches, in its heights.
+  double note_reach(const ACAD_TEXT& text) {
+    const double reach = text_reach(text);
+    to.longestText_ = std::max(to.longestText_, static_cast<float>(reach));
+    return reach;
   }
 
   void add_insert(ACAD_INSERT& insert) {
