@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <vector>
 
 namespace qvapps {
@@ -86,23 +87,86 @@ void resolve_for_display(DXF& dxf, bool lightBackground) {
   for_each<ACAD_BLOCK>(dxf.m_BlockList, [&](ACAD_BLOCK& block) { resolve_all(block.m_EntityList); });
 }
 
+namespace {
+
+constexpr int kByBlock = 0;
+constexpr const char* kPlacedLayer = "0";  // in a block: the layer of the insert
+
+bool takes_layer(ACAD_ENTITY& entity) {
+  return std::strcmp(layer_of(entity), kPlacedLayer) == 0;
+}
+
+bool takes_color(ACAD_ENTITY& entity) {
+  bool taken = false;
+  qv::visit_entity(entity, [&](auto& record) {
+    if constexpr (requires { record.m_nColor; }) taken = record.m_nColor == kByBlock;
+  });
+  return taken;
+}
+
+/// Whether the block looks different where an insert has another layer or colour.
+bool takes_from_insert(const ACAD_BLOCK& block) {
+  bool takes = false;
+  for_each<ACAD_ENTITY>(block.m_EntityList,
+                        [&](ACAD_ENTITY& entity) { takes = takes || takes_layer(entity) || takes_color(entity); });
+  return takes;
+}
+
+void give(ACAD_BLOCK& block, const ACAD_INSERT& insert, int color) {
+  for_each<ACAD_ENTITY>(block.m_EntityList, [&](ACAD_ENTITY& entity) {
+    const bool placed = takes_layer(entity), colored = takes_color(entity);
+    qv::visit_entity(entity, [&](auto& record) {
+      if (placed) qv::copy_text(record.m_szLayer, insert.m_szLayer);
+      if constexpr (requires { record.m_nColor; })
+        if (colored) record.m_nColor = color;
+    });
+  });
+}
+
+}  // namespace
+
+void place_blocks(DXF& dxf) {
+  NameMap<ACAD_BLOCK*> blocks;
+  for_each<ACAD_BLOCK>(dxf.m_BlockList, [&](ACAD_BLOCK& block) { blocks.emplace(block.m_szName, &block); });
+  const LayerTable layers(dxf);
+  NameMap<std::string> placed;  // the names of blocks as inserts of a layer and a colour show them
+  for_each<ACAD_ENTITY>(dxf.m_EntityList, [&](ACAD_ENTITY& entity) {
+    if (entity.GetType() != ACAD_TYPE_INSERT) return;
+    auto& insert = static_cast<ACAD_INSERT&>(entity);
+    const auto found = blocks.find(std::string_view(insert.m_szBlock));
+    if (found == blocks.end() || !takes_from_insert(*found->second)) return;
+    const std::string look =
+        std::string(insert.m_szBlock) + '\n' + insert.m_szLayer + '\n' + std::to_string(insert.m_nColor);
+    const auto [name, isNew] =
+        placed.try_emplace(look, "\n" + std::to_string(placed.size()));  // no file has such a name
+    if (isNew) {
+      auto block = std::make_unique<ACAD_BLOCK>();
+      *block = *found->second;
+      qv::copy_text(block->m_szName, name->second.c_str());
+      give(*block, insert, insert.m_nColor < 0 ? layers.color(layers.find(insert.m_szLayer)) : insert.m_nColor);
+      if (dxf.m_BlockList.AddTail(block.get())) block.release();
+    }
+    qv::copy_text(insert.m_szBlock, name->second.c_str());
+  });
+}
+
 void drop_hidden(DXF& dxf) {
   constexpr int kFrozen = 1;
-  NameMap<bool> hidden;
-  bool any = false;
-  for (int i = 0; dxf.m_pLayer && i < dxf.m_nLayer; ++i) {
-    const ACAD_LAYER& layer = dxf.m_pLayer[static_cast<std::size_t>(i)];
-    const bool off = layer.m_nColor < 0 || (layer.m_nFlags & kFrozen) != 0;
-    hidden.emplace(layer.m_szName, off);
-    any = any || off;
-  }
-  if (!any) return;
-  const auto drop = [&](CPtrList& list, bool inBlock) {
+  NameMap<const ACAD_LAYER*> layers;
+  for (int i = 0; dxf.m_pLayer && i < dxf.m_nLayer; ++i)
+    layers.emplace(dxf.m_pLayer[static_cast<std::size_t>(i)].m_szName, &dxf.m_pLayer[static_cast<std::size_t>(i)]);
+  const auto hides = [](const ACAD_LAYER& layer) { return layer.m_nColor < 0 || (layer.m_nFlags & kFrozen) != 0; };
+  if (std::none_of(layers.begin(), layers.end(), [&](const auto& entry) { return hides(*entry.second); })) return;
+  const auto is_hidden = [&](ACAD_ENTITY& entity) {
+    const auto found = layers.find(std::string_view(layer_of(entity)));
+    if (found == layers.end()) return false;
+    const bool off = found->second->m_nColor < 0 && entity.GetType() != ACAD_TYPE_INSERT;
+    return off || (found->second->m_nFlags & kFrozen) != 0;
+  };
+  const auto drop = [&](CPtrList& list) {
     std::vector<ACAD_ENTITY*> kept;
     for_each<ACAD_ENTITY>(list, [&](ACAD_ENTITY& entity) {
-      const std::string_view layer = layer_of(entity);
-      const auto found = hidden.find(layer);
-      if (found != hidden.end() && found->second && !(inBlock && layer == "0"))
+      if (is_hidden(entity))
         delete &entity;
       else
         kept.push_back(&entity);
@@ -110,8 +174,8 @@ void drop_hidden(DXF& dxf) {
     list.RemoveAll();
     for (ACAD_ENTITY* const entity : kept) list.AddTail(entity);
   };
-  drop(dxf.m_EntityList, false);
-  for_each<ACAD_BLOCK>(dxf.m_BlockList, [&](ACAD_BLOCK& block) { drop(block.m_EntityList, true); });
+  drop(dxf.m_EntityList);
+  for_each<ACAD_BLOCK>(dxf.m_BlockList, [&](ACAD_BLOCK& block) { drop(block.m_EntityList); });
 }
 
 qv::Appearance appearance(const qv::LinePatterns& patterns) {

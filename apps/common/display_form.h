@@ -39,15 +39,20 @@ class LayerTable {
 /// shown as black, on a dark one black as white.
 int shown_color(int own, int layerColor, bool lightBackground);
 
-/// Writes into a record what shows it: the line type of its layer (by its index) where it takes that one, solid for texts;
-/// its colour; the polyline's width at vertices without one of their own; characters for "\\U+XXXX" where they are known.
-/// Returns the colour that it had.
+/// Writes into a record what shows it: the line type of its layer (by its index) where it takes that one, solid for
+/// texts; its colour; the polyline's width at vertices without one of their own; characters for "\\U+XXXX" where they
+/// are known. Returns the colour that it had.
 int resolve(ACAD_ENTITY& entity, int layer, const LayerTable& layers, bool lightBackground);
 
 /// The same for all entities of the drawing and of its blocks.
 void resolve_for_display(DXF& dxf, bool lightBackground);
 
-/// Deletes the entities whose layers are off or frozen; those on layer "0" of a block are seen wherever it is.
+/// Gives each insert its block as it shows it there: what is on layer "0" of the block lies on the insert's layer, and
+/// colour 0 is the insert's colour. Blocks that look alike at several inserts are kept once.
+void place_blocks(DXF& dxf);
+
+/// Deletes the entities whose layers are off or frozen. An insert on a layer that is off still shows what lies on other
+/// layers of its block, which is placed (`place_blocks`) before.
 void drop_hidden(DXF& dxf);
 
 /// How drawings are shown in pictures and on screen: in the standard palette from 16 on, below it in the library's own;

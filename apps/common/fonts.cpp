@@ -61,6 +61,8 @@ FontFiles load_fonts(const char* program, const std::string& programDirectory) {
   }
   if (files.text.empty())
     std::fprintf(stderr, "%s: the text font %s is missing; texts will be blank\n", program, kTextFont);
+  if (files.big.empty())
+    std::fprintf(stderr, "%s: the big font %s is missing; Chinese texts will be blank\n", program, kBigFont);
   return files;
 }
 

@@ -11,8 +11,8 @@ struct FontFiles {
 };
 
 /// Loads the shape fonts into `G_ShapeFont`: from $QVTOOLS_FONTS, from "fonts" beside the program, or from where an
-/// installation has them. Says on standard error, under the program's name, when the text font is missing. Returns what
-/// was loaded.
+/// installation has them. Says on standard error, under the program's name, which of them is missing. Returns what was
+/// loaded.
 FontFiles load_fonts(const char* program, const std::string& programDirectory);
 
 /// Loads these fonts into `G_ShapeFont` instead of the present ones. Returns false and keeps the present ones when

@@ -65,6 +65,7 @@ void save_png(DXF& dxf, const std::string& path, const PictureOptions& options) 
 void save_picture(DXF& dxf, const std::string& path, const PictureOptions& options) {
   const Progress progress("drawing " + path);
   if (qvapps::picture_kind(path) == qvapps::PictureKind::Png) return save_png(dxf, path, options);
+  qvapps::place_blocks(dxf);
   qvapps::drop_hidden(dxf);
   qvapps::resolve_for_display(dxf, options.white);
   PictureOptions sized = options;

@@ -129,19 +129,34 @@ class Demo(unittest.TestCase):
             said = run("info", self.drawings[0], QVTOOLS_FONTS=fonts).stderr
         self.assertIn('it is of the kind "unifont" where shapes is needed', said)
 
-    def test_layers_and_widths_are_shown_as_they_are_meant(self):
-        lines = ["0 SECTION 2 TABLES 0 TABLE 2 LTYPE 70 1 0 LTYPE 2 DASHED 70 64 3 d 72 65 73 2 40 2 49 1 49 -1 0 ENDTAB",
-                 "0 TABLE 2 LAYER 70 2 0 LAYER 2 RED 70 64 62 1 6 DASHED 0 LAYER 2 ICE 70 65 62 5 6 CONTINUOUS 0 ENDTAB 0 ENDSEC",
-                 "0 SECTION 2 ENTITIES 0 LINE 8 RED 62 256 10 0 20 0 11 100 21 0 0 CIRCLE 8 ICE 10 500 20 500 40 400",
-                 "0 POLYLINE 8 RED 66 1 40 8 41 8 0 VERTEX 8 RED 10 0 20 50 0 VERTEX 8 RED 10 50 20 50 40 2 41 2",
-                 "0 VERTEX 8 RED 10 100 20 50 0 SEQEND 0 ENDSEC 0 EOF"]
+    def pixels_of(self, lines):
         words = " ".join(lines).split()
         drawing = os.path.join(self.out, "meant.dxf")
         with open(drawing, "w", encoding="ascii") as file:
             file.writelines(f"{code:>3}\n{value}\n" for code, value in zip(words[::2], words[1::2]))
         ppm = os.path.join(self.out, "meant.png")
         self.assertEqual(run("render", drawing, "--window", "-10,-10,110,60", "--size", "480x280", "-o", ppm).returncode, 0)
-        pixels = subprocess.run(["convert", ppm, "-depth", "8", "rgb:-"], capture_output=True, check=True, timeout=60).stdout
+        return subprocess.run(["convert", ppm, "-depth", "8", "rgb:-"], capture_output=True, check=True, timeout=60).stdout
+
+    def test_a_block_takes_layer_and_color_from_its_insert(self):
+        lines = ["0 SECTION 2 TABLES 0 TABLE 2 LAYER 70 4 0 LAYER 2 0 70 64 62 7 0 LAYER 2 OFF 70 64 62 -6 0 LAYER 2 RED 70 64 62 1",
+                 "0 LAYER 2 BLUE 70 64 62 5 0 ENDTAB 0 ENDSEC 0 SECTION 2 BLOCKS 0 BLOCK 8 0 2 B 10 0 20 0",
+                 "0 LINE 8 0 10 0 20 0 11 100 21 0 0 LINE 8 RED 10 0 20 10 11 100 21 10 0 LINE 8 RED 62 0 10 0 20 20 11 100 21 20",
+                 "0 ENDBLK 0 ENDSEC 0 SECTION 2 ENTITIES 0 INSERT 8 OFF 2 B 10 0 20 0 0 INSERT 8 BLUE 2 B 10 0 20 30 0 ENDSEC 0 EOF"]
+        pixels = self.pixels_of(lines)
+        width = len(pixels) // 3 // 280
+        column = [pixels[3 * (y * width + 240):3 * (y * width + 240) + 3] for y in range(280)]
+        shown = [color for color in reversed(column) if color != b"\xff\xff\xff"]
+        red, blue, magenta = b"\xff\0\0", b"\0\0\xff", b"\xff\0\xff"
+        self.assertEqual(shown, [red, magenta, blue, red, blue], "what lies on layer 0 of an insert that is off is not seen")
+
+    def test_layers_and_widths_are_shown_as_they_are_meant(self):
+        lines = ["0 SECTION 2 TABLES 0 TABLE 2 LTYPE 70 1 0 LTYPE 2 DASHED 70 64 3 d 72 65 73 2 40 2 49 1 49 -1 0 ENDTAB",
+                 "0 TABLE 2 LAYER 70 2 0 LAYER 2 RED 70 64 62 1 6 DASHED 0 LAYER 2 ICE 70 65 62 5 6 CONTINUOUS 0 ENDTAB 0 ENDSEC",
+                 "0 SECTION 2 ENTITIES 0 LINE 8 RED 62 256 10 0 20 0 11 100 21 0 0 CIRCLE 8 ICE 10 500 20 500 40 400",
+                 "0 POLYLINE 8 RED 66 1 40 8 41 8 0 VERTEX 8 RED 10 0 20 50 0 VERTEX 8 RED 10 50 20 50 40 2 41 2",
+                 "0 VERTEX 8 RED 10 100 20 50 0 SEQEND 0 ENDSEC 0 EOF"]
+        pixels = self.pixels_of(lines)
         width = len(pixels) // 3 // 280
         colors = {pixels[i:i + 3] for i in range(0, len(pixels), 3)}
         self.assertIn(b"\xff\0\0", colors)

@@ -272,9 +272,15 @@ TEST(DxfWriting, AClosedDocumentFindsNothing) {
   EXPECT_EQ(dxf.m_nLayer, 1);
   EXPECT_EQ(dxf.Write_Point(0, 0, 0, "0"), 0);
   EXPECT_EQ(host.box(), "Layer Name Error !");
+  EXPECT_EQ(dxf.Write_Line(0, 0, 0, 1, 1, 0, "0", "1", "BYLAYER"), 0);
+  EXPECT_EQ(host.MessageText(), "The Drawing Is Closed: It Has No Layers !\r\n") << "once";
   EXPECT_EQ(dxf.m_EntityList.GetCount(), 0);
   dxf.New_MemDxf();
   EXPECT_EQ(dxf.Write_Point(0, 0, 0, "0"), 1);
+  DXF unopened;
+  for (int i = 0; i < 2; ++i) EXPECT_EQ(unopened.Read_FileDxf_To_Mem("none.dxf"), 0);
+  EXPECT_NE(host.MessageText().find("New_MemDxf Comes First !\r\n"), std::string::npos);
+  EXPECT_EQ(host.MessageLineCount(), 3);
 }
 
 }  // namespace

@@ -116,6 +116,8 @@ TEST_F(Files, GetTheirDirectoriesMadeWithAllParents) {
   work.write("file", "");
   EXPECT_EQ(MakeDirectory(work.path("file").c_str()), 0);
   EXPECT_EQ(MakeDirectory(work.path("file/x").c_str()), 0);
+  EXPECT_EQ(MakeDirectory(work.path("a//d///e//").c_str()), 1);
+  EXPECT_TRUE(std::filesystem::is_directory(work.path("a/d/e")));
   EXPECT_EQ(MakeDirectory("c:"), 1);
   EXPECT_EQ(MakeDirectory("/"), 1);
   EXPECT_EQ(MakeDirectory(""), 0);

@@ -12,7 +12,6 @@
 namespace {
 
 constexpr double kTwoPi = 6.2831855;
-constexpr int kFillReach = 30000;
 constexpr int kMetafileChords = 20000;
 constexpr int kFewChords = 64;  // visiting all of them is cheaper than asking which
 
@@ -42,15 +41,21 @@ void clip_pass(std::int64_t End::*along, std::int64_t End::*across, End& a, End&
   if (upper.*along > high) shift(upper.*along, upper.*across, high, slope);
 }
 
-// The points of a DrawArc: chord i runs from point(i) to point(i + 1), and point(chords) closes the sweep.
-struct ArcPath {
-  double cx, cy, r;
-  double first;  // angle of point 0
-  double step;   // signed
-  double last;   // angle of the last point
-  int chords;
+// The angles of a DrawArc.
+struct ArcAngles {
+  double first = 0;  // of point 0
+  double step = 0;   // signed
+  double last = 0;   // of the last point
+  int chords = 0;
 
+  bool operator==(const ArcAngles&) const = default;
   double angle(int i) const { return i == chords ? last : first + i * step; }
+};
+
+// Its points: chord i runs from point(i) to point(i + 1), and point(chords) closes the sweep.
+struct ArcPath : ArcAngles {
+  double cx, cy, r;
+
   CPoint point(int i) const { return point(std::cos(angle(i)), std::sin(angle(i))); }
   CPoint point(double cosine, double sine) const {
     return {round_device(cx + r * cosine), round_device(cy + r * sine)};
@@ -60,22 +65,13 @@ struct ArcPath {
 // The directions of an arc of few chords. Bubbles, dots and door swings repeat them all over a drawing.
 struct Directions {
   static constexpr int kMostChords = 16;
-  double first = 0;
-  double step = 0;
-  double last = 0;
-  int chords = 0;  // 0 while it holds none
+  ArcAngles angles;  // without chords while it is empty
   double cosine[kMostChords + 1];
   double sine[kMostChords + 1];
 
-  bool serve(const ArcPath& arc) const {
-    return chords == arc.chords && first == arc.first && step == arc.step && last == arc.last;
-  }
-  void fill(const ArcPath& arc) {
-    first = arc.first;
-    step = arc.step;
-    last = arc.last;
-    chords = arc.chords;
-    for (int i = 0; i <= chords; ++i) {
+  void fill(const ArcAngles& arc) {
+    angles = arc;
+    for (int i = 0; i <= arc.chords; ++i) {
       cosine[i] = std::cos(arc.angle(i));
       sine[i] = std::sin(arc.angle(i));
     }
@@ -83,13 +79,13 @@ struct Directions {
 };
 
 // Those of an arc, kept from before or worked out anew.
-const Directions& directions(const ArcPath& arc) {
+const Directions& directions(const ArcAngles& arc) {
   constexpr std::size_t kKept = 32;
   thread_local Directions kept[kKept];
   const auto mixed = std::bit_cast<std::uint64_t>(arc.first) * 0x9E3779B97F4A7C15u +
                      std::bit_cast<std::uint64_t>(arc.step) * 0xC2B2AE3D27D4EB4Fu;
   Directions& entry = kept[mixed >> 59];
-  if (!entry.serve(arc)) entry.fill(arc);
+  if (entry.angles != arc) entry.fill(arc);
   return entry;
 }
 
@@ -123,8 +119,7 @@ struct Crossings {
 };
 
 // Calls visit(from, to) for the ranges of the first n chords, in order and without overlap, that can touch the limits.
-template <class Visit>
-void visible_chords(const ArcPath& arc, int n, const CRect& limits, Visit visit) {
+void visible_chords(const ArcPath& arc, int n, const CRect& limits, auto visit) {
   const double step = std::fabs(arc.step);
   // A chord lies within its rise of the arc, and rounding moves its ends by at most one each way.
   const double margin = arc.r * (1 - std::cos(std::min(step / 2, 1.6))) + 2;
@@ -196,12 +191,8 @@ COLORREF CSafeDC::SetPixel(int x, int y, COLORREF color) {
 }
 
 int CSafeDC::Rectangle(int l, int t, int r, int b) {
-  MoveTo(l, t);
-  LineTo(l, b);
-  LineTo(r, b);
-  LineTo(r, t);
-  LineTo(l, t);
-  return 1;
+  const CPoint corners[] = {{l, t}, {l, b}, {r, b}, {r, t}};
+  return Polygon(corners, 4);
 }
 
 int CSafeDC::Polygon(const CPoint* points, int n) {
@@ -236,7 +227,7 @@ void CSafeDC::DrawArc(int cx, int cy, int r, float start, float sweep, int flip)
   // Quirk: the step loses the sweep's sign and the last point keeps it, so that a negative sweep runs the wrong way and
   // closes by a long chord; callers that know it draw a clockwise arc from its other end.
   const double step = (flip ? -1 : 1) * std::fabs(turn) / n;
-  const ArcPath arc{double(cx), double(cy), double(r), first, step, flip ? first - turn : first + turn, n};
+  const ArcPath arc{{first, step, flip ? first - turn : first + turn, n}, double(cx), double(cy), double(r)};
   const auto draw = [&](int from, int to) {
     MoveTo(arc.point(from));
     for (int i = from + 1; i <= to; ++i) LineTo(arc.point(i));

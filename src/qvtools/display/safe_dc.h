@@ -8,6 +8,9 @@
 
 class QV_API CSafeDC {
  public:
+  /// What a device fills reaches at most so far, both ways.
+  static constexpr int kFillReach = 30000;
+
   /// Wraps dc (which it does not own; null draws nothing). The limits are the screen's size.
   explicit CSafeDC(CDC* dc);
   CSafeDC();
@@ -80,7 +83,7 @@ class QV_API CSafeDC {
   /// A circular arc as chords of about 4 pixels, at least 5 of them: centre and radius in device units, start angle and
   /// sweep in radians. With `flip` angles turn counter-clockwise as seen, else clockwise.
   /// Quirk: a negative sweep runs the same way as a positive one and closes by a chord to its true end; callers draw a
-  /// clockwise arc from its other end. Nothing is drawn for r < 1 or angles that are no numbers. Only chords that can
+  /// clockwise arc from its other end. Nothing is drawn for r < 1 or angles that are not finite. Only chords that can
   /// touch the limits are visited. A sweep of more than two turns is drawn as one turn; a metafile gets 20,000 chords
   /// at most.
   void DrawArc(int cx, int cy, int r, float start, float sweep, int flip);
@@ -90,7 +93,7 @@ class QV_API CSafeDC {
   int Ellipse(int l, int t, int r, int b) { return Arc(l, t, r, b, l, t, l, t); }
   int Ellipse(const CRect* box) { return Ellipse(box->left, box->top, box->right, box->bottom); }
 
-  /// Fills a region that touches the limits and whose bounding box lies within -30000 to 30000 both ways (any region on
+  /// Fills a region that touches the limits and whose bounding box lies within `kFillReach` both ways (any region on
   /// a metafile). Returns 1 when it was filled, else 0.
   int FillRgn(const CRgn* region, const CBrush* brush);
 

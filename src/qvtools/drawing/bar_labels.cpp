@@ -18,8 +18,8 @@ int grade_sign(int grade) {
 /// Formats into a caller's buffer, of which only the caller knows the size.
 template <class... Values>
 void form(char* dst, const char* format, Values... values) {
-  char text[64];
-  std::memcpy(dst, text, static_cast<std::size_t>(qv::format_text(text, sizeof text, format, values...)) + 1);
+  const qv::FormattedText<64> formed(format, values...);
+  std::memcpy(dst, formed.text, static_cast<std::size_t>(formed.length) + 1);
 }
 
 /// Radius of the circle around a bar number of a text height.
@@ -29,8 +29,7 @@ float circle_radius(float height) {
 
 /// A bar number in its circle, in world coordinates.
 void draw_number(CBase_SGT& sgt, Place center, float radius, float height, float angle, int number) {
-  char text[16];
-  qv::format_text(text, sizeof text, "%d", number);
+  const qv::FormattedText<16> text("%d", number);
   sgt.Draw_Circle(center.x, center.y, radius);
   const Place at = Frame(center.x, center.y, angle).at(-text_width(text, height) / 2, -height / 2);
   sgt.Draw_Text(at.x, at.y, height, angle, text);
@@ -65,9 +64,7 @@ void CBase_SGT::FormString_GJX_nqd(char* dst, int n, int d) {
 
 void CBase_SGT::Draw_Line_BiaoZhu(float x1, float y1, float x2, float y2) {
   const SymbolEnvironment environment(*this, m_szBZColor);
-  Convert_XY(x1, y1);
-  Convert_XY(x2, y2);
-  environment.anchor_all();
+  environment.anchor_all(x1, y1, x2, y2);
   if (x1 != x2 || y1 != y2) Draw_Line(x1, y1, x2, y2);
   const Tick tick(*this, Frame(x1, y1, 0), 0, 0);
   draw_line(*this, tick.from, tick.to);
@@ -75,9 +72,7 @@ void CBase_SGT::Draw_Line_BiaoZhu(float x1, float y1, float x2, float y2) {
 
 void CBase_SGT::Draw_GangJin_BiaoZhu(float x, float y, float x2, float y2, float len, int number, const char* text) {
   const SymbolEnvironment environment(*this, m_szBZColor);
-  Convert_XY(x, y);
-  Convert_XY(x2, y2);
-  environment.anchor_all();
+  environment.anchor_all(x, y, x2, y2);
   Draw_Line_BiaoZhu(x, y, x2, y2);
   Draw_Line(x2, y2, x2 + len, y2);
   draw_label(*this, {x2, y2}, len, number, text);
@@ -109,17 +104,14 @@ void CBase_SGT::Draw_GangJin_BiaoZhu(float x, float y, int n, const float* xs, c
 
 void CBase_SGT::Draw_GJH(float x, float y, float h, int number) {
   const SymbolEnvironment environment(*this, m_szBZColor);
-  Convert_XY(x, y);
-  environment.anchor_all();
+  environment.anchor_all(x, y);
   draw_number(*this, {x, y}, circle_radius(h), h, 0, number);
 }
 
 void CBase_SGT::Draw_GJH_And_Text_Along_Line(float x1, float y1, float x2, float y2, int n, int i, int number,
                                              const char* text, float h, float off) {
   const SymbolEnvironment environment(*this, m_szBZColor);
-  Convert_XY(x1, y1);
-  Convert_XY(x2, y2);
-  environment.anchor_all();
+  environment.anchor_all(x1, y1, x2, y2);
   const Frame line(x1, y1, x2, y2);
   const double along = static_cast<double>(i) * get_dist(x1, y1, x2, y2) / (n == 0 ? 1 : n);
   const float r = circle_radius(h);

@@ -123,7 +123,7 @@ class QV_API CBase_SGT : public DXF, public qv::SgtEnvironment {
   void Draw_Text(float x, float y, float h, float angle, const char* text);
 
   /// The pen: lines and wide lines from where it stands, absolute and relative.
-  void MoveTo(float x, float y);
+  void MoveTo(float x, float y) { m_fPenX = x, m_fPenY = y; }
   void MoveTo_Relative(float dx, float dy) { MoveTo(m_fPenX + dx, m_fPenY + dy); }
   void LineTo(float x, float y);
   void LineTo_Relative(float dx, float dy) { LineTo(m_fPenX + dx, m_fPenY + dy); }
@@ -197,12 +197,16 @@ class QV_API CBase_SGT : public DXF, public qv::SgtEnvironment {
   /// Break line from point 1 to point 2, reaching `over` beyond both, with a zig-zag in its middle; anchored. The short
   /// form takes its sizes from `m_fCutSymA`, `m_fCutSymB` and `m_fCutSymC`.
   void Draw_Cut_Sym(float x1, float y1, float x2, float y2, float over, float height, float width);
-  void Draw_Cut_Sym(float x1, float y1, float x2, float y2);
+  void Draw_Cut_Sym(float x1, float y1, float x2, float y2) {
+    Draw_Cut_Sym(x1, y1, x2, y2, m_fCutSymA, m_fCutSymB, m_fCutSymC);
+  }
   /// Section mark: at both points a bar along the line and a text beside it, along the line or across it, on the left
   /// of the line when `flag` is not 0, else on its right; anchored. The short form takes its sizes from the members.
   void Draw_PouXian(float x1, float y1, float x2, float y2, const char* text, float len, float width, float textHeight,
                     int alongLine, int flag);
-  void Draw_PouXian(float x1, float y1, float x2, float y2, const char* text, int alongLine, int flag);
+  void Draw_PouXian(float x1, float y1, float x2, float y2, const char* text, int alongLine, int flag) {
+    Draw_PouXian(x1, y1, x2, y2, text, m_fPouXianLen, m_fPouXianWidth, m_fPouXianText, alongLine, flag);
+  }
   /// Ground surface: a line with groups of three 45 degree strokes of the depth `size` (3 mm when not positive) on its
   /// left when `side` is not 0, else on its right; anchored. A line shorter than a group (2 size) has none; at most
   /// 1000 groups are drawn.

@@ -3,7 +3,6 @@
 #include <vector>
 
 #include "qvtools/drawing/internal/placing.h"
-#include "qvtools/text/numbers.h"
 
 using namespace qv::detail;
 

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <string>
 
 #include "qvtools/drawing/internal/placing.h"
 #include "qvtools/text/numbers.h"
@@ -26,16 +25,13 @@ struct Scale {
       : origin(start), low(least), high(most), divisions(std::clamp(count, 1, kMostDivisions)) {
     const double range = std::max(high - low, kLeastRange);
     factor = length / range;
-    char text[64];
-    qv::format_text(text, sizeof text, "%.0e", range / divisions);
-    step = qv::parse_real(text);
+    step = qv::parse_real(qv::FormattedText<64>("%.0e", range / divisions).text);
   }
 
   float at(double value) const { return static_cast<float>(origin + (value - low) * factor); }
 
   /// Calls draw(value) for each tick in the range; one that meets an end of the range up to rounding is in it.
-  template <class Draw>
-  void ticks(const Draw& draw) const {
+  void ticks(const auto& draw) const {
     const double steps = low / step;
     const bool whole = std::fabs(steps - std::round(steps)) < 1e-6 * std::max(1.0, std::fabs(steps));
     const double first = (whole ? std::round(steps) : std::trunc(steps)) - 1;
@@ -57,13 +53,9 @@ struct Axes {
   }
 };
 
-struct TickLabel {
-  char text[400];
-  TickLabel(int format, const int (&decimals)[6], double value) {
-    const int digits = format >= 0 && format <= 5 ? decimals[format] : 2;
-    qv::format_text(text, sizeof text, "%.*f", digits, value);
-  }
-};
+qv::FormattedText<400> tick_label(int format, const int (&decimals)[6], double value) {
+  return {"%.*f", format >= 0 && format <= 5 ? decimals[format] : 2, value};
+}
 
 constexpr int kXDecimals[6] = {0, 1, 2, 3, 4, 5};
 constexpr int kYDecimals[6] = {0, 1, 2, 2, 3, 4};
@@ -85,16 +77,16 @@ void draw_axis(CBase_SGT& sgt, const CBase_SGT::CURVEINFO& box) {
   axes.x.ticks([&](double value) {
     const float x = axes.x.at(value);
     draw_grid_line(sgt, x, box.y0, x, box.y0 + box.height);
-    const TickLabel label(sgt.m_nAxisXFormat, kXDecimals, value);
-    sgt.Draw_Text(x - text_width(label.text, th) / 2, box.y0 - 2 * th, th, 0, label.text);
+    const auto label = tick_label(sgt.m_nAxisXFormat, kXDecimals, value);
+    sgt.Draw_Text(x - text_width(label, th) / 2, box.y0 - 2 * th, th, 0, label);
   });
   float widest = 0;
   axes.y.ticks([&](double value) {
     const float y = axes.y.at(value);
     draw_grid_line(sgt, box.x0, y, box.x0 + box.width, y);
-    const TickLabel label(sgt.m_nAxisYFormat, kYDecimals, value);
-    const float width = text_width(label.text, th);
-    sgt.Draw_Text(box.x0 - 0.5F * th - width, y - th / 2, th, 0, label.text);
+    const auto label = tick_label(sgt.m_nAxisYFormat, kYDecimals, value);
+    const float width = text_width(label, th);
+    sgt.Draw_Text(box.x0 - 0.5F * th - width, y - th / 2, th, 0, label);
     widest = std::max(widest, width);
   });
   sgt.MoveTo(box.x0, box.y0);
@@ -126,9 +118,7 @@ void draw_marker(CBase_SGT& sgt, float x, float y, float r, int marker) {
 
 void draw_curve(CBase_SGT& sgt, const CBase_SGT::CURVEINFO& info, int n, const float* x, const float* y) {
   const SymbolEnvironment environment(sgt);
-  char color[16];
-  qv::format_text(color, sizeof color, "%d", info.color);
-  sgt.SetCurColor(color);
+  sgt.SetCurColor(qv::FormattedText<16>("%d", info.color));
   set_line_type(sgt, info.ltype);
   const Axes axes(info);
   for (int i = 0; i < n; ++i) {
@@ -145,8 +135,7 @@ void draw_curve(CBase_SGT& sgt, const CBase_SGT::CURVEINFO& info, int n, const f
   for (int i = 0; i < n; ++i) draw_marker(sgt, axes.x.at(x[i]), axes.y.at(y[i]), r, info.marker);
   if (!info.values) return;
   for (int i = 0; i < n; ++i) {
-    char text[64];
-    qv::format_text(text, sizeof text, "%.2f", static_cast<double>(y[i]));
+    const qv::FormattedText<64> text("%.2f", static_cast<double>(y[i]));
     const float h = 0.8F * axes.textHeight;
     // On the side away from zero, where the curve does not go on.
     const float off = y[i] < 0 ? -2 * r - h : 2 * r;

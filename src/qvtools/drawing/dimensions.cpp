@@ -11,16 +11,10 @@ constexpr char kPlusMinus = '\x85';  // in the text fonts
 constexpr char kDegreeSign = '\x7F';
 constexpr double kLeastMeasure = 0.0001;
 
-/// A measure with the decimals of dimension values.
-struct Measure {
-  char text[400];  // a float of 39 digits and 20 decimals at most
-  Measure(const CBase_SGT& sgt, double value) {
-    const int decimals = std::clamp(sgt.m_nDimDecimals, 0, 20);
-    char format[16];
-    qv::format_text(format, sizeof format, "%%.%df", decimals);
-    qv::format_text(text, sizeof text, format, value);
-  }
-};
+/// A measure with the decimals of dimension values: a float of 39 digits and 20 decimals at most.
+qv::FormattedText<400> measure(const CBase_SGT& sgt, double value) {
+  return {"%.*f", std::clamp(sgt.m_nDimDecimals, 0, 20), value};
+}
 
 /// An angle in [0, 360).
 float within_a_turn(float angle) {
@@ -60,11 +54,11 @@ void CBase_SGT::Draw_Dim_Polar(float x, float y, float len, const char* text, fl
 }
 
 void CBase_SGT::Draw_Dim_Polar(float x, float y, float len, float angle, int above, int longSide) {
-  Draw_Dim_Polar(x, y, len, Measure(*this, len).text, angle, above, longSide);
+  Draw_Dim_Polar(x, y, len, measure(*this, len), angle, above, longSide);
 }
 
 void CBase_SGT::Draw_Dim_Points(float x1, float y1, float x2, float y2, int above, int longSide) {
-  Draw_Dim_Points(x1, y1, x2, y2, Measure(*this, get_dist(x1, y1, x2, y2)).text, above, longSide);
+  Draw_Dim_Points(x1, y1, x2, y2, measure(*this, get_dist(x1, y1, x2, y2)), above, longSide);
 }
 
 void CBase_SGT::Draw_Dim_Points(float x1, float y1, float x2, float y2, const char* text, int above, int longSide) {
@@ -81,11 +75,9 @@ void CBase_SGT::Draw_Dim_Points(int n, const float* x, const float* y, int rever
 }
 
 void CBase_SGT::Draw_BiaoGao(float x, float y, float value, int leftSide) {
-  char text[64];
-  if (std::fabs(value) < kLeastMeasure)
-    qv::format_text(text, sizeof text, "%c%.3f", kPlusMinus, std::fabs(static_cast<double>(value)));
-  else
-    qv::format_text(text, sizeof text, "%.3f", static_cast<double>(value));
+  const bool zero = std::fabs(value) < kLeastMeasure;
+  const auto text = zero ? qv::FormattedText<64>("%c%.3f", kPlusMinus, std::fabs(static_cast<double>(value)))
+                         : qv::FormattedText<64>("%.3f", static_cast<double>(value));
   const float width = static_cast<float>(std::strlen(text)) * m_fZiGao[0] * 0.85F;
   const SymbolEnvironment environment(*this, m_szBZColor);
   const float d = 3 * m_fBiLiChi;
@@ -113,7 +105,7 @@ void CBase_SGT::Draw_DimJiaoDu(float x, float y, float r, float angle, const cha
   DrawArrow(start.x, start.y, from - 90);
   DrawArrow(end.x, end.y, to + 90);
 
-  const std::string label = text && *text ? text : std::string(Measure(*this, std::fabs(sweep)).text) + kDegreeSign;
+  const std::string label = text && *text ? text : std::string(measure(*this, std::fabs(sweep))) + kDegreeSign;
   const float h = m_fDimTextHeight * m_fTextFactor;
   m_fTextFactor = 1;  // so that the text is centred by the width that it has
   // The text's own direction, a quarter turn further than its place, has to lie in one turn to be read from below.

@@ -6,9 +6,7 @@ using namespace qv::detail;
 
 void CBase_SGT::Draw_Cut_Sym(float x1, float y1, float x2, float y2, float over, float height, float width) {
   const SymbolEnvironment environment(*this);
-  Convert_XY(x1, y1);
-  Convert_XY(x2, y2);
-  environment.anchor();
+  environment.anchor(x1, y1, x2, y2);
   const double length = get_dist(x1, y1, x2, y2);
   const double middle = length / 2;
   const Frame frame(x1, y1, x2, y2);
@@ -21,16 +19,10 @@ void CBase_SGT::Draw_Cut_Sym(float x1, float y1, float x2, float y2, float over,
   for (int i = 0; i < 5; ++i) draw_line(*this, points[i], points[i + 1]);
 }
 
-void CBase_SGT::Draw_Cut_Sym(float x1, float y1, float x2, float y2) {
-  Draw_Cut_Sym(x1, y1, x2, y2, m_fCutSymA, m_fCutSymB, m_fCutSymC);
-}
-
 void CBase_SGT::Draw_PouXian(float x1, float y1, float x2, float y2, const char* text, float len, float width,
                              float textHeight, int alongLine, int flag) {
   const SymbolEnvironment environment(*this);
-  Convert_XY(x1, y1);
-  Convert_XY(x2, y2);
-  environment.anchor();
+  environment.anchor(x1, y1, x2, y2);
   const float angle = degrees(get_line_angle(x1, y1, x2, y2));
   // Across the line, on its right, the text runs toward the bar: each byte takes 0.7 of the height.
   const float below = alongLine ? textHeight : 0.7F * textHeight * static_cast<float>(std::strlen(text));
@@ -44,16 +36,10 @@ void CBase_SGT::Draw_PouXian(float x1, float y1, float x2, float y2, const char*
   }
 }
 
-void CBase_SGT::Draw_PouXian(float x1, float y1, float x2, float y2, const char* text, int alongLine, int flag) {
-  Draw_PouXian(x1, y1, x2, y2, text, m_fPouXianLen, m_fPouXianWidth, m_fPouXianText, alongLine, flag);
-}
-
 void CBase_SGT::Draw_TuMianXian(float x1, float y1, float x2, float y2, float size, int side) {
   constexpr double kMostGroups = 1000;
   const SymbolEnvironment environment(*this);
-  Convert_XY(x1, y1);
-  Convert_XY(x2, y2);
-  environment.anchor();
+  environment.anchor(x1, y1, x2, y2);
   Draw_Line(x1, y1, x2, y2);
   const double depth = size > 0 ? size : 3 * static_cast<double>(m_fBiLiChi);
   const double length = get_dist(x1, y1, x2, y2);

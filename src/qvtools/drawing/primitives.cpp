@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <vector>
 
 #include "qvtools/drawing/internal/placing.h"
@@ -9,16 +10,10 @@ namespace {
 
 /// The corners of a w by h rectangle about (cx, cy), counter-clockwise from the lower left, turned by the angle.
 struct Corners {
-  float x[4];
-  float y[4];
-  Corners(float w, float h, float cx, float cy, double angle)
-      : x{-w / 2, w / 2, w / 2, -w / 2}, y{-h / 2, -h / 2, h / 2, h / 2} {
-    for (int i = 0; i < 4; ++i) {
-      turn(angle, x[i], y[i]);
-      x[i] += cx;
-      y[i] += cy;
-    }
-  }
+  Place at[4];
+  Corners(float w, float h, const Frame& frame)
+      : at{frame.at(-w / 2, -h / 2), frame.at(w / 2, -h / 2), frame.at(w / 2, h / 2), frame.at(-w / 2, h / 2)} {}
+  const Place& operator[](int i) const { return at[i % 4]; }
 };
 
 }  // namespace
@@ -106,19 +101,12 @@ void CBase_SGT::Draw_Text(float x, float y, float h, float angle, const char* te
   h *= m_fTextFactor;
   angle += m_fRotAngle;
   if (angle > 91 && angle <= 271) {
-    float dx = text_width(text, h);
-    float dy = h;
-    turn(angle, dx, dy);
-    x += dx;
-    y += dy;
+    const Place end = Frame(x, y, angle).at(text_width(text, h), h);
+    x = end.x;
+    y = end.y;
     angle += 180;
   }
   Write_Text(x, y, 0, h, angle, text, m_szCurStyle, m_szCurLayer, m_szCurColor, m_szCurLType);
-}
-
-void CBase_SGT::MoveTo(float x, float y) {
-  m_fPenX = x;
-  m_fPenY = y;
 }
 
 void CBase_SGT::LineTo(float x, float y) {
@@ -132,29 +120,18 @@ void CBase_SGT::PlineTo(float x, float y, float w1, float w2) {
 }
 
 void CBase_SGT::Draw_Rect_C(float w, float h, float cx, float cy, float angle) {
-  const Corners c(w, h, cx, cy, angle);
-  for (int i = 0; i < 4; ++i) {
-    const int next = (i + 1) % 4;
-    if (m_bRectSide[i]) Draw_Line(c.x[i], c.y[i], c.x[next], c.y[next]);
-  }
+  const Corners corners(w, h, Frame(cx, cy, angle));
+  for (int i = 0; i < 4; ++i)
+    if (m_bRectSide[i]) draw_line(*this, corners[i], corners[i + 1]);
 }
 
 void CBase_SGT::Draw_Rect_C(float w, float h, float cx, float cy, float angle, float width) {
-  const Corners c(w, h, cx, cy, -static_cast<double>(angle));
+  const Corners corners(w, h, Frame(cx, cy, -angle));
   // A polyline over `sides` sides, from the corner where the first of them begins.
   const auto run = [&](int first, int sides) {
-    const int closed = sides == 4;
-    const int n = closed ? 4 : sides + 1;
-    float x[5];
-    float y[5];
-    for (int i = 0; i < n; ++i) {
-      x[i] = c.x[(first + i) % 4];
-      y[i] = c.y[(first + i) % 4];
-    }
-    const float bulge[5] = {};
-    float start[5] = {width, width, width, width, width};
-    float end[5] = {width, width, width, width, width};
-    Draw_Pline(n, x, y, bulge, closed, start, end);
+    Place points[4];
+    for (int i = 0; i < 4; ++i) points[i] = corners[first + i];
+    draw_bar(*this, std::min(sides + 1, 4), points, sides == 4, width);
   };
   const auto off = [&](int side) { return m_bRectSide[side % 4] == 0; };
   const int missing = off(0) + off(1) + off(2) + off(3);
@@ -168,47 +145,24 @@ void CBase_SGT::Draw_Rect_C(float w, float h, float cx, float cy, float angle, f
 }
 
 void CBase_SGT::Draw_Rect_LB(float w, float h, float x, float y, float angle) {
-  float dx = w / 2;
-  float dy = h / 2;
-  turn(-static_cast<double>(angle), dx, dy);
-  Draw_Rect_C(w, h, x + dx, y + dy, angle);
+  const Place center = Frame(x, y, -angle).at(w / 2, h / 2);
+  Draw_Rect_C(w, h, center.x, center.y, angle);
 }
 
 void CBase_SGT::Draw_Rect_LB(float w, float h, float x, float y, float angle, float width) {
-  float dx = w / 2;
-  float dy = h / 2;
-  turn(-static_cast<double>(angle), dx, dy);
-  Draw_Rect_C(w, h, x + dx, y + dy, angle, width);
+  const Place center = Frame(x, y, -angle).at(w / 2, h / 2);
+  Draw_Rect_C(w, h, center.x, center.y, angle, width);
 }
-
-namespace {
-
-/// A place at i/n of a line and `off` to its left, and the line's direction in degrees.
-struct PlaceOnLine {
-  float x;
-  float y;
-  float angle;
-  PlaceOnLine(float x1, float y1, float x2, float y2, int n, int i, float off)
-      : x(static_cast<float>(static_cast<double>(i) * get_dist(x1, y1, x2, y2) / (n == 0 ? 1 : n))),
-        y(off),
-        angle(degrees(get_line_angle(x1, y1, x2, y2))) {
-    turn(angle, x, y);
-    x += x1;
-    y += y1;
-  }
-};
-
-}  // namespace
 
 void CBase_SGT::Draw_Text_Along_Line(float x1, float y1, float x2, float y2, int n, int i, const char* text, float h,
                                      float off) {
-  const PlaceOnLine at(x1, y1, x2, y2, n, i, off);
+  const Frame at = frame_on_line(x1, y1, x2, y2, n, i, off);
   Draw_Text(at.x, at.y, h, at.angle, text);
 }
 
 void CBase_SGT::Draw_Text_Vertical_Line(float x1, float y1, float x2, float y2, int n, int i, const char* text, float h,
                                         float off) {
-  const PlaceOnLine at(x1, y1, x2, y2, n, i, off);
+  const Frame at = frame_on_line(x1, y1, x2, y2, n, i, off);
   Draw_Text(at.x, at.y, h, at.angle + 90, text);
 }
 
@@ -245,23 +199,20 @@ void CBase_SGT::Draw_PLine_Rotate_Shift(float angle, float dx, float dy, float x
 
 void CBase_SGT::Cal_Text_Position(int above, float len, float textWidth, float& x, float& y) const {
   const float middle = (len - textWidth) / 2;
-  const auto beside = static_cast<float>(0.6 * m_fDimTick * 0.7071068);
-  if (textWidth >= len && m_nDimTextFit != 0) {
-    if (m_nDimTextFit & 8) {
-      x = middle;
-      y = -(m_fDimExt + m_fTextGap + m_fDimTextHeight);
-    } else if (m_nDimTextFit & 4) {
-      x = middle;
-      y = m_fTextGap + m_fDimTextHeight;
-    } else if (m_nDimTextFit & 1) {
-      x = -textWidth - beside;
-      y = m_fTextGap;
-    } else if (m_nDimTextFit & 2) {
-      x = len + beside;
-      y = m_fTextGap;
-    }
+  const auto beside = static_cast<float>(0.6 * m_fDimTick * kHalfRoot);
+  const bool fits = !(textWidth >= len && m_nDimTextFit != 0);
+  const struct {
+    bool chosen;
+    Place at;
+  } places[] = {{fits, {middle, above ? m_fTextGap : -m_fTextGap - m_fDimTextHeight}},
+                {(m_nDimTextFit & 8) != 0, {middle, -(m_fDimExt + m_fTextGap + m_fDimTextHeight)}},
+                {(m_nDimTextFit & 4) != 0, {middle, m_fTextGap + m_fDimTextHeight}},
+                {(m_nDimTextFit & 1) != 0, {-textWidth - beside, m_fTextGap}},
+                {(m_nDimTextFit & 2) != 0, {len + beside, m_fTextGap}}};
+  for (const auto& [chosen, at] : places) {
+    if (!chosen) continue;
+    x = at.x;
+    y = at.y;
     return;
   }
-  x = middle;
-  y = above ? m_fTextGap : -m_fTextGap - m_fDimTextHeight;
 }

@@ -7,23 +7,6 @@ using namespace qv::detail;
 
 namespace {
 
-constexpr int kMostBarPoints = 20;
-
-/// An open polyline of constant width through at most 20 points.
-void draw_bar(CBase_SGT& sgt, int n, const Place* points, float width) {
-  float x[kMostBarPoints];
-  float y[kMostBarPoints];
-  float start[kMostBarPoints];
-  float end[kMostBarPoints];
-  const float bulge[kMostBarPoints] = {};
-  for (int i = 0; i < n; ++i) {
-    x[i] = points[i].x;
-    y[i] = points[i].y;
-    start[i] = end[i] = width;
-  }
-  sgt.Draw_Pline(n, x, y, bulge, 0, start, end);
-}
-
 /// The outline of a stirrup about the frame's origin: around all corners, and past the upper left one at both ends into
 /// hooks that run inward at 45 degrees. The hooks begin `clear` from the corner, to pass a bar that stands in it.
 struct HookedOutline {
@@ -58,8 +41,7 @@ struct Band {
   }
 
   /// Calls draw(from, to) with the parts outside, in the axis frame, from point 1 on.
-  template <class Draw>
-  void outside(float x1, float y1, float x2, float y2, const Draw& draw) const {
+  void outside(float x1, float y1, float x2, float y2, const auto& draw) const {
     const Place a = to_axis(x1, y1);
     const Place b = to_axis(x2, y2);
     const double rise = static_cast<double>(b.y) - a.y;
@@ -88,7 +70,7 @@ void CBase_SGT::Draw_XianGangJin(int n, const float* x, const float* y) {
   Place points[kMostBarPoints];
   n = std::min(n, kMostBarPoints);
   for (int i = 0; i < n; ++i) points[i] = {x[i], y[i]};
-  draw_bar(*this, n, points, m_fGJLineWidth);
+  draw_bar(*this, n, points, false, m_fGJLineWidth);
 }
 
 void CBase_SGT::Draw_XianGangJin_Out_2PraLine(float x1, float y1, float x2, float y2) {
@@ -146,7 +128,7 @@ void CBase_SGT::Draw_Rect_C_CutL(float w, float h, float cx, float cy, float ang
 
 void CBase_SGT::Draw_Rect_C_CutL(float w, float h, float cx, float cy, float angle, float width, float a, float b) {
   const HookedOutline outline(Frame(cx, cy, -angle), w, h, a, b, hook_clearance(*this, width));
-  draw_bar(*this, 9, outline.point, width);
+  draw_bar(*this, 9, outline.point, false, width);
 }
 
 void CBase_SGT::Draw_Rect_LB_CutL(float w, float h, float x, float y, float angle, float a, float b) {
@@ -172,14 +154,10 @@ void CBase_SGT::Draw_LaJieJin(float x1, float y1, float x2, float y2, int side) 
     for (int i = 0; i < 5; ++i) v[i] = -v[i];
   }
   const Frame frame((x1 + x2) / 2, (y1 + y2) / 2, static_cast<float>(angle));
-  float x[6];
-  float y[6];
-  for (int i = 0; i < 6; ++i) {
-    const Place p = frame.at(u[i], v[i]);
-    x[i] = p.x;
-    y[i] = p.y;
-  }
-  Draw_XianGangJin(6, x, y);
+  Place points[6];
+  for (int i = 0; i < 6; ++i) points[i] = frame.at(u[i], v[i]);
+  const SymbolEnvironment environment(*this, m_szGJColor);
+  draw_bar(*this, 6, points, false, m_fGJLineWidth);
 }
 
 void CBase_SGT::Draw_Line_Out_2PraLine(float x1, float y1, float x2, float y2) {

@@ -94,8 +94,7 @@ void CBase_SGT::Draw_HuiQianLan(float x, float y, float angle) {
 
 void CBase_SGT::Draw_TuMing(float x, float y, const char* text, int thickLine, int thinLine) {
   const SymbolEnvironment environment(*this);
-  Convert_XY(x, y);
-  environment.anchor_all();
+  environment.anchor_all(x, y);
   const float length = static_cast<float>(std::strlen(text)) * m_fTuMingText * 0.5F;
   const float x1 = x - length / 2;
   const float x2 = x + length / 2;
@@ -108,9 +107,7 @@ void CBase_SGT::Draw_TuMing(float x, float y, const char* text, int thickLine, i
 
 void CBase_SGT::Draw_ZhouFu(float x1, float y1, float x2, float y2, const char* text) {
   const SymbolEnvironment environment(*this, m_szBZColor);
-  Convert_XY(x1, y1);
-  Convert_XY(x2, y2);
-  environment.anchor_all();
+  environment.anchor_all(x1, y1, x2, y2);
   Draw_Line(x1, y1, x2, y2);
   const float r = 4 * m_fBiLiChi;
   const Place center = Frame(x1, y1, x2, y2).at(get_dist(x1, y1, x2, y2) + r, 0);

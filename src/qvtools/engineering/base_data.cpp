@@ -1,6 +1,5 @@
 #include "qvtools/engineering/base_data.h"
 
-#include <algorithm>
 #include <cstring>
 #include <string>
 
@@ -16,7 +15,7 @@ namespace {
 constexpr int kLine = 290;
 constexpr std::size_t kNameColumn = 7;  // behind "##Name" and a blank
 
-/// Writes the texts one behind the other, and tells whether the stream is well.
+/// Writes the texts one after another; returns whether the stream is without error.
 int put(std::FILE* fp, std::initializer_list<const char*> texts) {
   for (const char* text : texts) std::fputs(text, fp);
   return std::ferror(fp) ? 0 : 1;
@@ -42,10 +41,6 @@ CQvBaseData::CQvBaseData() : m_strFile("NONAME") {
 }
 
 CQvBaseData::~CQvBaseData() = default;
-
-int CQvBaseData::SetFileName(CString) {
-  return 0;
-}
 
 int CQvBaseData::SetFileName(const char* path) {
   const std::string base(qv::split_path(path).base);
@@ -82,22 +77,6 @@ int CQvBaseData::LoadData(std::FILE* fp) {
     break;
   }
   return 1;
-}
-
-int CQvBaseData::queries() const {
-  return std::clamp(m_nQuery, 0, kQueries);
-}
-
-int CQvBaseData::clamped(int i) const {
-  return std::clamp(i, 0, std::max(queries() - 1, 0));
-}
-
-CString CQvBaseData::GetDxfFileName(int i) const {
-  return m_strDxf[clamped(i)];
-}
-
-CString CQvBaseData::GetRtfFileName(int i) const {
-  return m_strRtf[clamped(i)];
 }
 
 int CQvBaseData::Remove_Result_Files() {

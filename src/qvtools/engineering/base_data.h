@@ -3,6 +3,7 @@
 /// The base of a computation module's data: its name, the base name of its files, and its result queries, each with a
 /// drawing and a report that the module produces.
 
+#include <algorithm>
 #include <cstdio>
 
 #include "qvtools/platform/framework.h"
@@ -27,7 +28,7 @@ class QV_API CQvBaseData {
   virtual ~CQvBaseData();
 
   /// Stores the module's file names from a base name. Does nothing and returns 0 here.
-  virtual int SetFileName(CString base);
+  virtual int SetFileName(CString /*base*/) { return 0; }
   /// Calls the virtual one with the base name of a path, without drive, directory and extension. Returns 1.
   int SetFileName(const char* path);
 
@@ -42,12 +43,12 @@ class QV_API CQvBaseData {
   int LoadData(std::FILE* fp);
 
   /// The drawing and the report of query i, which is taken within 0 to the last query in use.
-  CString GetDxfFileName(int i) const;
-  CString GetRtfFileName(int i) const;
+  CString GetDxfFileName(int i) const { return m_strDxf[clamped(i)]; }
+  CString GetRtfFileName(int i) const { return m_strRtf[clamped(i)]; }
   /// Removes the drawings and reports of the queries in use from the work directory, silently. Returns 1.
   int Remove_Result_Files();
 
  private:
-  int queries() const;
-  int clamped(int i) const;
+  int queries() const { return std::clamp(m_nQuery, 0, kQueries); }
+  int clamped(int i) const { return std::clamp(i, 0, std::max(queries() - 1, 0)); }
 };

@@ -75,18 +75,6 @@ int CCxIndexFile::GetEndPosGouJian(int n) const {
 void CGouJian::set_m_byteStatus(unsigned char status) {
   m_byteStatus = status;
 }
-int CGouJian::Draw(CDC*, CFCoor*) const {
-  return 0;
-}
-int CGouJian::HitTest(const CFRegion&, int) {
-  return 0;
-}
-int CGouJian::HitTest(const CFRect&, int) {
-  return 0;
-}
-CFRect CGouJian::GetFrect() {
-  return CFRect();
-}
 
 int G_ZOLT_P_V100 = 0;
 

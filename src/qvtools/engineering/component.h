@@ -66,12 +66,12 @@ class QV_API CGouJian : public CObject {
 
   virtual void set_m_byteStatus(unsigned char status);
   /// Draws the component; returns 0 when nothing was drawn, as here.
-  virtual int Draw(CDC* dc, CFCoor* coor) const;
+  virtual int Draw(CDC* /*dc*/, CFCoor* /*coor*/) const { return 0; }
   /// Whether a region or a rectangle selects the component, in the mode that the view defines; 0 here.
-  virtual int HitTest(const CFRegion& region, int mode);
-  virtual int HitTest(const CFRect& rect, int mode);
+  virtual int HitTest(const CFRegion& /*region*/, int /*mode*/) { return 0; }
+  virtual int HitTest(const CFRect& /*rect*/, int /*mode*/) { return 0; }
   /// The extent in world units; the default rectangle here.
-  virtual CFRect GetFrect();
+  virtual CFRect GetFrect() { return {}; }
 
  protected:
   CGouJian() = default;

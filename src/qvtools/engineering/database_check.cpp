@@ -12,15 +12,11 @@ constexpr const char* kKinds[] = {"Num_Liang", "Num_Zhu", "Num_Ban", "Num_Qiang"
 constexpr int kGroups = 3;
 
 /// Calls f with the key and the value of each item of a segment.
-template <class F>
-void for_each_item(int segment, const F& f) {
+void for_each_item(int segment, const auto& f) {
   for (int group = 1; group <= kGroups; ++group) {
     for (const char* kind : kKinds) {
-      char key[32];
-      char value[32];
-      qv::format_text(key, sizeof key, "%d%s", group, kind);
-      qv::format_text(value, sizeof value, "%d,%d,%d,%d,%d", segment, 1, 2, 3, 4);
-      f(key, value);
+      f(qv::FormattedText<32>("%d%s", group, kind).text,
+        qv::FormattedText<32>("%d,%d,%d,%d,%d", segment, 1, 2, 3, 4).text);
     }
   }
 }

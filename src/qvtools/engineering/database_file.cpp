@@ -21,7 +21,7 @@ constexpr std::string_view kLineEnd = "\r\n";
 // The key, the separator, and the value before it is cut, with a CR more for each line feed.
 static_assert(kLongestKey + kSeparator.size() + 2 * kLine < qv::detail::BlockWriter::kRoom);
 
-/// Copies the first and the last bytes of a text that fill a word; together they are all of it.
+/// Copies the first and the last word of a text, which meet or overlap: together they are the whole text.
 template <class Word>
 void copy_ends(char* to, std::string_view text) {
   std::memcpy(to, text.data(), sizeof(Word));
@@ -87,7 +87,7 @@ bool is_name(std::string_view name) {
 
 }  // namespace
 
-// Without memory no file opens.
+// Without memory for its tables the object opens no file.
 CDataBaseFile::CDataBaseFile() : m_Tables(new (std::nothrow) Tables) {}
 
 CDataBaseFile::~CDataBaseFile() {
@@ -231,10 +231,9 @@ void CDataBaseFile::Tables::put_index_entry(std::size_t i) {
 }
 
 bool CDataBaseFile::Tables::put_index() {
-  char trailer[32];
-  qv::format_text(trailer, sizeof trailer, "IndexPosition = %12lld", static_cast<long long>(writer.position()));
+  const qv::FormattedText<32> trailer("IndexPosition = %12lld", static_cast<long long>(writer.position()));
   put_line("[Index]");
   for (std::size_t i = 0; i < segments.size(); ++i) put_index_entry(i);
-  put_line(trailer);
+  put_line(trailer.text);
   return writer.flush();
 }

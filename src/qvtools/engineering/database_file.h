@@ -12,7 +12,6 @@
 #include <cstdint>
 #include <cstdio>
 #include <memory>
-#include <string_view>
 
 #include "qvtools/platform/framework.h"
 

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <charconv>
 #include <cstdarg>
 #include <cstring>
 
@@ -16,27 +17,20 @@ constexpr std::size_t kShortest = 5;
 constexpr std::size_t kLongest = CDataBaseFile::kValueSize - 1;
 
 bool skip_prefix(std::string_view& text, std::string_view prefix) {
-  if (text.substr(0, prefix.size()) != prefix) return false;
+  if (!text.starts_with(prefix)) return false;
   text.remove_prefix(prefix.size());
   return true;
 }
 
-void skip_blanks(std::string_view& text) {
-  while (text.starts_with(' ')) text.remove_prefix(1);
-}
-
 bool take_offset(std::string_view& text, std::int64_t& value) {
-  constexpr std::int64_t kMost = std::int64_t{1} << 56;
-  skip_blanks(text);
-  const char* const begin = text.data();
-  const char* const end = begin + text.size();
-  const char* at = begin;
-  for (value = 0; at != end && *at >= '0' && *at <= '9'; ++at) {
-    if (value > kMost) return false;
-    value = value * 10 + (*at - '0');
-  }
-  text.remove_prefix(static_cast<std::size_t>(at - begin));
-  return at != begin;
+  constexpr std::uint64_t kMost = std::uint64_t{1} << 56;
+  text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
+  std::uint64_t digits = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), digits);
+  if (error != std::errc() || digits > kMost) return false;
+  text.remove_prefix(static_cast<std::size_t>(end - text.data()));
+  value = static_cast<std::int64_t>(digits);
+  return true;
 }
 
 constexpr std::size_t kNone = std::string_view::npos;
@@ -46,19 +40,8 @@ const char* find_byte(const char* begin, const char* end, char c) {
   return found ? static_cast<const char*>(found) : end;
 }
 
-/// Where " = " begins in a line, behind a key of at least one byte.
-std::size_t find_separator(std::string_view line) {
-  const char* const end = line.data() + line.size();
-  for (const char* at = line.data() + 2; at + 1 < end; ++at) {
-    at = find_byte(at, end - 1, '=');
-    if (at != end - 1 && at[-1] == ' ' && at[1] == ' ') return static_cast<std::size_t>(at - line.data()) - 1;
-  }
-  return kNone;
-}
-
 /// Calls f with each line that is no comment and not too short.
-template <class F>
-void for_each_line(std::string_view text, const F& f) {
+void for_each_line(std::string_view text, const auto& f) {
   const char* const end = text.data() + text.size();
   for (const char* at = text.data(); at < end;) {
     const char* const feed = find_byte(at, end, '\n');
@@ -68,14 +51,6 @@ void for_each_line(std::string_view text, const F& f) {
     if (ended && line.ends_with('\r')) line.remove_suffix(1);
     if (line.size() + ended >= kShortest && !line.starts_with("##")) f(line, ended);
   }
-}
-
-/// Where the last separator of a line begins.
-std::size_t find_last_separator(std::string_view line) {
-  for (std::size_t at = line.size(); at >= kSeparator.size(); --at) {
-    if (line[at - 2] == '=' && line[at - 1] == ' ' && line[at - 3] == ' ') return at - kSeparator.size();
-  }
-  return kNone;
 }
 
 /// Makes "%%" in a text "%", any other percent sign stays; returns the new length.
@@ -111,7 +86,7 @@ bool CDataBaseFile::Tables::read_index() {
 }
 
 void CDataBaseFile::Tables::read_index_entry(std::string_view line) {
-  const std::size_t at = find_last_separator(line);
+  const std::size_t at = line.rfind(kSeparator);
   if (at == kNone || at == 0 || at >= kNameSize) return;
   std::string_view numbers = line.substr(at + kSeparator.size());
   Range range{};
@@ -154,7 +129,7 @@ void CDataBaseFile::Tables::read_items(std::string_view text) {
   const bool percents = text.find('%') != text.npos;
   for_each_line({texts.data(), text.size()}, [&](std::string_view line, bool ended) {
     const std::string_view kept = line.substr(0, kLongest);
-    const std::size_t separator = find_separator(kept);
+    const std::size_t separator = kept.find(kSeparator, 1);  // behind a key of at least one byte
     if (separator == kNone) return;
     read_item(kept.substr(0, separator), kept.substr(separator + kSeparator.size()), ended && line.size() < kLongest,
               percents);

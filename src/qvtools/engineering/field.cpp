@@ -4,15 +4,15 @@
 #include "qvtools/system/textfile.h"
 #include "qvtools/text/numbers.h"
 
-using qv::detail::corners;
-using qv::detail::Corners;
+using namespace qv::detail;
 
 namespace {
 
-// Seven of the longest floats with six decimals fit.
+// Room for seven of the longest floats with six decimals.
 constexpr int kLine = 400;
 
-/// Appends up to `count` records, as far as the file goes. Room doubles, so that a count alone takes no memory.
+/// Appends up to `count` records, as far as the file goes. Room doubles as records come, so that a wrong count takes no
+/// memory.
 template <class Record>
 void load_records(CArray<Record>& records, int count, std::FILE* fp) {
   int size = records.GetSize();
@@ -37,11 +37,10 @@ int CChangNode::LoadData(std::FILE* fp) {
 }
 
 int CChangNode::SaveData(std::FILE* fp) const {
-  char line[kLine];
   const auto d = [](float v) { return static_cast<double>(v); };
-  qv::format_text(line, kLine, "%f,%f,%f,%f,%f,%f,%f\n", d(x), d(y), d(value[0]), d(value[1]), d(value[2]), d(value[3]),
-                  d(value[4]));
-  std::fputs(line, fp);
+  std::fputs(qv::FormattedText<kLine>("%f,%f,%f,%f,%f,%f,%f\n", d(x), d(y), d(value[0]), d(value[1]), d(value[2]),
+                                      d(value[3]), d(value[4])),
+             fp);
   return 1;
 }
 
@@ -54,9 +53,7 @@ int CChangTri::LoadData(std::FILE* fp) {
 }
 
 int CChangTri::SaveData(std::FILE* fp) const {
-  char line[kLine];
-  qv::format_text(line, kLine, "%d,%d,%d\n", node[0], node[1], node[2]);
-  std::fputs(line, fp);
+  std::fputs(qv::FormattedText<kLine>("%d,%d,%d\n", node[0], node[1], node[2]), fp);
   return 1;
 }
 
@@ -73,9 +70,7 @@ int CChang::LoadData(std::FILE* fp) {
 }
 
 int CChang::SaveData(std::FILE* fp) const {
-  char line[kLine];
-  qv::format_text(line, kLine, "%d,%d\n", m_Nodes.GetSize(), m_Tris.GetSize());
-  std::fputs(line, fp);
+  std::fputs(qv::FormattedText<kLine>("%d,%d\n", m_Nodes.GetSize(), m_Tris.GetSize()), fp);
   for (const CChangNode& node : m_Nodes) node.SaveData(fp);
   for (const CChangTri& tri : m_Tris) tri.SaveData(fp);
   return std::fflush(fp) == 0 && !std::ferror(fp);
@@ -91,7 +86,7 @@ namespace {
 /// The first node at the point, null when there is none.
 const CChangNode* node_at(const CChang& field, float x, float y) {
   const auto found = std::find_if(field.m_Nodes.begin(), field.m_Nodes.end(), [x, y](const CChangNode& node) {
-    return get_dist(node.x, node.y, x, y) < qv::detail::kSamePlace;
+    return get_dist(node.x, node.y, x, y) < kSamePlace;
   });
   return found == field.m_Nodes.end() ? nullptr : found;
 }
@@ -100,14 +95,14 @@ const CChangNode* node_at(const CChang& field, float x, float y) {
 Corners triangle_at(const CChang& field, float x, float y) {
   for (const CChangTri& tri : field.m_Tris) {
     const Corners found = corners(field, tri);
-    if (found && qv::detail::contains(found, x, y)) return found;
+    if (found && contains(found, x, y)) return found;
   }
   return {};
 }
 
 const CChangNode* nearest_node(const CChang& field, float x, float y) {
   const CChangNode* nearest = nullptr;
-  float least = qv::detail::kFarAway;
+  float least = kFarAway;
   for (const CChangNode& node : field.m_Nodes) {
     const float distance = get_dist(node.x, node.y, x, y);
     if (!(distance < least)) continue;
@@ -120,9 +115,9 @@ const CChangNode* nearest_node(const CChang& field, float x, float y) {
 }  // namespace
 
 float CChang::Get_Value(float x, float y) const {
-  const int k = qv::detail::value_index(*this);
+  const int k = value_index(*this);
   if (const CChangNode* const node = node_at(*this, x, y)) return node->value[k];
-  if (const Corners found = triangle_at(*this, x, y)) return qv::detail::interpolate(found, k, x, y);
+  if (const Corners found = triangle_at(*this, x, y)) return interpolate(found, k, x, y);
   const CChangNode* const nearest = nearest_node(*this, x, y);
   return nearest ? nearest->value[k] : 0;
 }

@@ -1,5 +1,4 @@
 #include <array>
-#include <cmath>
 #include <vector>
 
 #include "qvtools/engineering/field.h"
@@ -33,7 +32,7 @@ class Ramp {
     for (int i = 0; i <= kLastColor; ++i) colors_[static_cast<std::size_t>(i)] = ramp_color(i);
   }
   COLORREF at(double position) const {
-    // What is no number goes to the first colour.
+    // NaN takes the first colour.
     const double index = position > 0 ? std::min<double>(position, kLastColor) : 0;
     return colors_[static_cast<std::size_t>(static_cast<int>(index))];
   }
@@ -151,8 +150,7 @@ void write_limits(CDC& dc, const Limits& range, float factor) {
   const CPen* const before = dc.SelectObject(dc.IsPrinting() ? CDC::StockBlackPen() : CDC::StockWhitePen());
   const float height = kTextHeight * factor;
   const auto write = [&](float value, int y) {
-    char text[64];
-    qv::format_text(text, sizeof text, "%.1f", static_cast<double>(value));
+    const qv::FormattedText<64> text("%.1f", static_cast<double>(value));
     G_ShapeFont.DrawTxtShx(&dc, qv::TruncInt(static_cast<double>(kLegendTextLeft * factor)),
                            qv::TruncInt(static_cast<double>(static_cast<float>(y) * factor)), text, height, 0,
                            height * kTextRatio, 1);

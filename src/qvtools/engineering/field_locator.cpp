@@ -10,7 +10,7 @@ namespace qv {
 
 namespace {
 
-// A triangle in more cells than this is in none: it is looked at with every question instead.
+// A triangle that reaches into more cells than this is entered in none; every query looks at it instead.
 constexpr std::int64_t kMostCells = 64;
 constexpr double kNothing = std::numeric_limits<double>::infinity();
 
@@ -77,10 +77,6 @@ int FieldLocator::row(double y) const {
 
 std::size_t FieldLocator::cell(int column, int row) const {
   return static_cast<std::size_t>(row) * static_cast<std::size_t>(columns_) + static_cast<std::size_t>(column);
-}
-
-FieldLocator::Cells FieldLocator::cells_around(double left, double top, double right, double bottom) const {
-  return {column(left), row(top), column(right), row(bottom)};
 }
 
 template <class CellsOf>
@@ -194,7 +190,7 @@ int FieldLocator::nearest_node(float x, float y) const {
 
 float FieldLocator::Value(float x, float y) const {
   const int k = detail::value_index(field_);
-  // Under way while the nodes are looked at, which comes first and mostly in vain.
+  // The nodes are looked at first, mostly without result; meanwhile this comes from memory.
   detail::prefetch(&triangles_.start[cell(column(x), row(y))]);
   if (const int node = first_node_at(x, y); node >= 0) return field_.m_Nodes[node].value[k];
   if (const int i = first_triangle_at(x, y); i >= 0) {

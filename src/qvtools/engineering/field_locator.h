@@ -36,7 +36,9 @@ class QV_API FieldLocator {
   Bins sort_into_cells(int count, const CellsOf& cells_of) const;
   void lay_grid();
   Cells triangle_cells(const CChangTri& tri);
-  Cells cells_around(double left, double top, double right, double bottom) const;
+  Cells cells_around(double left, double top, double right, double bottom) const {
+    return {column(left), row(top), column(right), row(bottom)};
+  }
   int column(double x) const;
   int row(double y) const;
   std::size_t cell(int column, int row) const;

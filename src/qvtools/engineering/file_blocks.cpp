@@ -8,9 +8,9 @@ namespace qv::detail {
 
 namespace {
 
-// Positions have 12 places in a database's trailer and are seeked to by a long.
+// A position has 12 digits in a database's trailer, and fseek takes it as a long.
 constexpr std::int64_t kLastPosition = std::min<std::int64_t>(999999999999, LONG_MAX);
-// What is read ahead where one view follows another, and where they come in no order.
+// Bytes that are read at once: where each view follows the last one, and where views come in any order.
 constexpr std::int64_t kAhead = 1 << 18;
 constexpr std::int64_t kAlone = 1 << 12;
 

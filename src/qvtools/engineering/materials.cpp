@@ -59,9 +59,7 @@ const CUserOpt& user_options() {
 }
 
 CString numbered(const char* format, int number) {
-  char text[32];
-  qv::format_text(text, sizeof text, format, number);
-  return text;
+  return qv::FormattedText<32>(format, number).text;
 }
 
 }  // namespace
@@ -105,13 +103,8 @@ int CUserOpt::ReadData() {
 int CUserOpt::SaveData() const {
   std::string text = std::string(qv::captions::kUserConcrete) + "\r\n";
   const auto add_line = [&](const char* name, int slot, std::initializer_list<float> values) {
-    char field[64];
-    qv::format_text(field, sizeof field, "%d,%s%d", slot, name, -slot);
-    text += field;
-    for (const float value : values) {
-      qv::format_text(field, sizeof field, ",%.3f", static_cast<double>(value));
-      text += field;
-    }
+    text += qv::FormattedText<64>("%d,%s%d", slot, name, -slot);
+    for (const float value : values) text += qv::FormattedText<64>(",%.3f", static_cast<double>(value));
     text += "\r\n";
   };
   for (int i = 0; i < kSlots; ++i) {
@@ -123,9 +116,7 @@ int CUserOpt::SaveData() const {
     const Rein_Prop& r = m_Rein[i];
     add_line("UG", i + 1, {r.fy, r.fy2, r.fyk, r.Es});
   }
-  qv::SavedFile file(options_path().c_str());
-  file.write(text.data(), text.size());
-  return file.commit();
+  return qv::save_bytes(options_path().c_str(), text.data(), text.size());
 }
 
 int get_rc_property(int code, Con_Prop* out) {

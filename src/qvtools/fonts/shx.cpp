@@ -18,44 +18,6 @@ CShx G_ShapeFont;
 float G_HightText = 300.0f;
 float G_RatioText = 1.0f;
 
-namespace qv::detail {
-
-struct SharedBlock::Head {
-  std::size_t owners;
-};
-
-SharedBlock::SharedBlock(const SharedBlock& other) : head_(other.head_) {
-  if (head_) ++head_->owners;
-}
-
-SharedBlock& SharedBlock::operator=(const SharedBlock& other) {
-  Head* const head = other.head_;
-  if (head) ++head->owners;
-  release();
-  head_ = head;
-  return *this;
-}
-
-SharedBlock::~SharedBlock() {
-  release();
-}
-
-void* SharedBlock::allocate(std::size_t n) {
-  release();
-  void* const memory = ::operator new(sizeof(Head) + n, std::nothrow);
-  if (!memory) return nullptr;
-  std::memset(memory, 0, sizeof(Head) + n);
-  head_ = new (memory) Head{1};
-  return head_ + 1;
-}
-
-void SharedBlock::release() {
-  if (head_ && --head_->owners == 0) ::operator delete(head_);
-  head_ = nullptr;
-}
-
-}  // namespace qv::detail
-
 namespace {
 
 using namespace qv::detail;
@@ -69,25 +31,32 @@ constexpr std::size_t kHzCount = 27;    // where a big font does
 constexpr std::size_t kHzEntries = 35;  // and where its entries begin
 constexpr std::size_t kHzEntrySize = 8;
 
-/// A font file in memory.
-struct FontFile {
-  std::unique_ptr<unsigned char[]> bytes;
-  std::size_t size = 0;
-};
-
-FontFile read_file(const char* dir, const char* name) {
-  FontFile content;
+/// The bytes of a font file; none when it cannot be read.
+std::vector<unsigned char> read_file(const char* dir, const char* name) {
+  std::vector<unsigned char> bytes;
   std::FILE* const file = qv::open_text((CString(dir) + name), "rb");
-  if (!file) return content;
+  if (!file) return bytes;
+  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> closer(file, std::fclose);
   const long size = std::fseek(file, 0, SEEK_END) == 0 ? std::ftell(file) : -1;
-  if (size > 0 && size <= kLargestFile) {
-    content.size = static_cast<std::size_t>(size);
-    content.bytes.reset(new (std::nothrow) unsigned char[content.size]);
-    std::rewind(file);
-    if (content.bytes && std::fread(content.bytes.get(), 1, content.size, file) != content.size) content.bytes.reset();
+  if (size <= 0 || size > kLargestFile) return bytes;
+  bytes.resize(static_cast<std::size_t>(size));
+  std::rewind(file);
+  if (std::fread(bytes.data(), 1, bytes.size(), file) != bytes.size()) bytes.clear();
+  return bytes;
+}
+
+/// What f returns; 0, without a message, when memory runs out.
+int load(const auto& f) {
+  try {
+    return f();
+  } catch (const std::bad_alloc&) {
+    return 0;
   }
-  std::fclose(file);
-  return content;
+}
+
+/// Memory of so many bytes, all 0, for copies of a font to share.
+std::shared_ptr<void> shared_zeros(std::size_t n) {
+  return std::make_shared<double[]>(n / sizeof(double) + 1);
 }
 
 int device(double v) {
@@ -186,19 +155,15 @@ CShx& CShx::operator=(const CShx& other) = default;
 CShx::~CShx() = default;
 
 int CShx::SetTxtFont(const char* dir, const char* name) {
-  if (m_pTxtIndex) return 0;
-  const FontFile file = read_file(dir, name);
-  return file.bytes ? adopt_txt(file.bytes.get(), file.size) : 0;
+  return m_pTxtIndex ? 0 : load([&] { return adopt_txt(read_file(dir, name)); });
 }
 
 int CShx::SetHzFont(const char* dir, const char* name) {
-  if (m_pHzIndex) return 0;
-  const FontFile file = read_file(dir, name);
-  return file.bytes ? adopt_hz(file.bytes.get(), file.size) : 0;
+  return m_pHzIndex ? 0 : load([&] { return adopt_hz(read_file(dir, name)); });
 }
 
-int CShx::adopt_txt(const unsigned char* file, std::size_t size) {
-  ByteCursor cursor(file, size);
+int CShx::adopt_txt(const std::vector<unsigned char>& file) {
+  ByteCursor cursor(file.data(), file.size());
   std::uint32_t count = 0;
   std::uint32_t above = 0;
   cursor.seek(kTxtCount);
@@ -214,8 +179,8 @@ int CShx::adopt_txt(const unsigned char* file, std::size_t size) {
 
   const std::size_t data = cursor.remaining();
   constexpr std::size_t kTables = kCodes * (sizeof(double) + sizeof(int));
-  auto* const advances = static_cast<double*>(txtBlock_.allocate(kTables + data + kShapePadding));
-  if (!advances) return 0;
+  txtBlock_ = shared_zeros(kTables + data + kShapePadding);
+  auto* const advances = static_cast<double*>(txtBlock_.get());
   auto* const index = reinterpret_cast<int*>(advances + kCodes);
   std::fill_n(index, kCodes, -1);
   entries.skip(4);
@@ -229,7 +194,7 @@ int CShx::adopt_txt(const unsigned char* file, std::size_t size) {
   m_nTxtDefault = std::max(index[kQuestionMark], 0);
   std::replace(index, index + kCodes, -1, m_nTxtDefault);
   m_pTxtData = reinterpret_cast<unsigned char*>(index + kCodes);
-  std::memcpy(m_pTxtData, file + cursor.position(), data);
+  std::memcpy(m_pTxtData, file.data() + cursor.position(), data);
   const double standard = measure(m_pTxtData + m_nTxtDefault);
   std::transform(index, index + kCodes, advances,
                  [&](int at) { return at == m_nTxtDefault ? standard : measure(m_pTxtData + at); });
@@ -239,8 +204,9 @@ int CShx::adopt_txt(const unsigned char* file, std::size_t size) {
   return 1;
 }
 
-int CShx::adopt_hz(const unsigned char* file, std::size_t size) {
-  ByteCursor cursor(file, size);
+int CShx::adopt_hz(const std::vector<unsigned char>& file) {
+  const std::size_t size = file.size();
+  ByteCursor cursor(file.data(), size);
   std::uint32_t count = 0;
   std::uint32_t length = 0;
   std::uint32_t offset = 0;
@@ -258,8 +224,8 @@ int CShx::adopt_hz(const unsigned char* file, std::size_t size) {
 
   const std::size_t data = size - start;
   constexpr std::size_t kIndexSize = sizeof(int) * kHzRows * kHzRows;
-  auto* const index = static_cast<int*>(hzBlock_.allocate(kIndexSize + data + kShapePadding));
-  if (!index) return 0;
+  hzBlock_ = shared_zeros(kIndexSize + data + kShapePadding);
+  auto* const index = static_cast<int*>(hzBlock_.get());
   std::fill_n(index, kHzRows * kHzRows, -1);
   for (std::uint32_t i = 1, first, second; i < count; ++i) {
     entries.u8(first);
@@ -274,7 +240,7 @@ int CShx::adopt_hz(const unsigned char* file, std::size_t size) {
       index[row * kHzRows + column] = static_cast<int>(offset - start);
   }
   m_pHzData = reinterpret_cast<unsigned char*>(index) + kIndexSize;
-  std::memcpy(m_pHzData, file + start, data);
+  std::memcpy(m_pHzData, file.data() + start, data);
   m_fHzHeight = height ? static_cast<float>(height) : 16.0f;
   m_pHzIndex = reinterpret_cast<int(*)[kHzRows]>(index);
   return 1;

@@ -3,30 +3,10 @@
 /// SHX shape fonts: text drawn as strokes, exactly as the CAD system draws it. One text font serves single bytes, one
 /// big font the two-byte characters of GB2312.
 
-#include <cstddef>
+#include <memory>
+#include <vector>
 
 #include "qvtools/platform/device.h"
-
-namespace qv::detail {
-
-/// A block of memory that its copies share; the last one frees it. For one thread.
-class SharedBlock {
- public:
-  SharedBlock() = default;
-  SharedBlock(const SharedBlock& other);
-  SharedBlock& operator=(const SharedBlock& other);
-  ~SharedBlock();
-
-  /// Takes a new block of n bytes, all 0, instead of the present one; null when memory runs out.
-  void* allocate(std::size_t n);
-
- private:
-  struct Head;
-  void release();
-  Head* head_ = nullptr;
-};
-
-}  // namespace qv::detail
 
 /// A text font and a big font. Copies share the loaded fonts; the buffers live until the last copy is gone. Texts are
 /// GBK bytes; null texts count as empty.
@@ -83,10 +63,10 @@ class QV_API CShx {
   float GetWidth(const unsigned char* shape);
 
  private:
-  int adopt_txt(const unsigned char* file, std::size_t size);
-  int adopt_hz(const unsigned char* file, std::size_t size);
-  qv::detail::SharedBlock txtBlock_;
-  qv::detail::SharedBlock hzBlock_;
+  int adopt_txt(const std::vector<unsigned char>& file);
+  int adopt_hz(const std::vector<unsigned char>& file);
+  std::shared_ptr<void> txtBlock_;  // the loaded fonts, with what is known of their shapes
+  std::shared_ptr<void> hzBlock_;
   const double* txtAdvances_ = nullptr;  // of each byte's shape, in shape units
 };
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <iterator>
 
 #include "qvtools/display/safe_dc.h"
 #include "qvtools/geometry/values/rect.h"
@@ -39,70 +40,33 @@ float moved(float v, double by) {
 }  // namespace
 
 /// What a state shows between its two corners, and what it does with them. States without a band take no corners.
-class CDrawTool::StateObject {
- public:
-  virtual ~StateObject() = default;
-  virtual bool takes_corners() const { return false; }
-  virtual void draw_band(CSafeDC&, CPoint, CPoint) const {}
-  virtual void complete(CDrawTool&, const CFPoint&, const CFPoint&) const {}
-};
+struct CDrawTool::StateActions {
+  void (*draw_band)(CSafeDC&, CPoint, CPoint);
+  void (*complete)(CDrawTool&, const CFPoint&, const CFPoint&);
 
-struct CDrawTool::ZoomState : StateObject {
-  bool takes_corners() const override { return true; }
-  void draw_band(CSafeDC& dc, CPoint a, CPoint b) const override { dc.Rectangle(a.x, a.y, b.x, b.y); }
-  void complete(CDrawTool& tool, const CFPoint& from, const CFPoint& to) const override { tool.ShowRect(from, to); }
-};
-
-struct CDrawTool::PanState : StateObject {
-  bool takes_corners() const override { return true; }
-  void draw_band(CSafeDC& dc, CPoint a, CPoint b) const override {
+  static void draw_box(CSafeDC& dc, CPoint a, CPoint b) { dc.Rectangle(a.x, a.y, b.x, b.y); }
+  static void draw_way(CSafeDC& dc, CPoint a, CPoint b) {
     dc.MoveTo(a);
     dc.LineTo(b);
   }
-  void complete(CDrawTool& tool, const CFPoint& from, const CFPoint& to) const override { tool.ShowMove(from, to); }
-};
-
-struct CDrawTool::PickState : ZoomState {
-  void complete(CDrawTool& tool, const CFPoint& from, const CFPoint& to) const override {
+  static void zoom(CDrawTool& tool, const CFPoint& from, const CFPoint& to) { tool.ShowRect(from, to); }
+  static void pan(CDrawTool& tool, const CFPoint& from, const CFPoint& to) { tool.ShowMove(from, to); }
+  static void pick(CDrawTool& tool, const CFPoint& from, const CFPoint& to) {
     tool.m_picked = {from, to};
     if (tool.m_pWindow) tool.m_pWindow->Post(tool.m_nMessage);
   }
 };
 
-CDrawTool::CDrawTool(qv::Window* window) : m_pWindow(window) {
-  m_states[DRAW_NONE] = std::make_unique<StateObject>();
-  m_states[DRAW_ZOOM] = std::make_unique<ZoomState>();
-  m_states[DRAW_PAN] = std::make_unique<PanState>();
-  m_states[DRAW_PICK] = std::make_unique<PickState>();
+const CDrawTool::StateActions& CDrawTool::state() const {
+  using Of = StateActions;
+  static constexpr StateActions kNone = {};
+  static constexpr StateActions kStates[] = {
+      kNone, {Of::draw_box, Of::zoom}, {Of::draw_way, Of::pan}, {Of::draw_box, Of::pick}};
+  return m_byteState < std::size(kStates) ? kStates[m_byteState] : kNone;
 }
 
+CDrawTool::CDrawTool(qv::Window* window) : m_pWindow(window) {}
 CDrawTool::~CDrawTool() = default;
-
-int CDrawTool::SetStep(float&, int) {
-  return 0;
-}
-int CDrawTool::SetLocate(CFPoint&) {
-  return 0;
-}
-int CDrawTool::SetOffset(CFPoint&) {
-  return 0;
-}
-void CDrawTool::SetCatchAllObject() {}
-void CDrawTool::SetCatchOneObject() {}
-int CDrawTool::GetCatchAll(CFPoint&) {
-  return 0;
-}
-int CDrawTool::GetCatchOne(CFPoint&) {
-  return 0;
-}
-int CDrawTool::GetMaxRect(CFPoint&, CFPoint&) {
-  return 0;
-}
-void CDrawTool::ShowStep() const {}
-void CDrawTool::ShowLocate() const {}
-void CDrawTool::ShowOffset() const {}
-void CDrawTool::SwitchCursor() {}
-void CDrawTool::PrepareDraw(const CPoint*, const CPoint*) {}
 
 void CDrawTool::DrawCursor(CDC& dc, int) {
   if (!m_byteCursor) return;
@@ -113,14 +77,6 @@ void CDrawTool::DrawCursor(CDC& dc, int) {
   safe.LineTo(m_pointer.x + size + 1, m_pointer.y);
   safe.MoveTo(m_pointer.x, m_pointer.y - size);
   safe.LineTo(m_pointer.x, m_pointer.y + size + 1);
-}
-
-CDrawTool::StateObject& CDrawTool::state() const {
-  return *m_states[m_byteState < m_states.size() ? m_byteState : std::size_t{DRAW_NONE}];
-}
-
-CRect CDrawTool::client() const {
-  return m_pWindow ? m_pWindow->ClientRect() : CRect();
 }
 
 void CDrawTool::view_changed() {
@@ -232,7 +188,7 @@ void CDrawTool::draw_band(CDC& dc) const {
   {
     const OperationScope combining(dc, qv::RasterOp::XorPen);
     CSafeDC safe(&dc);
-    state().draw_band(safe, m_corner, m_pointer);
+    if (const auto draw = state().draw_band) draw(safe, m_corner, m_pointer);
   }
   dc.SelectObject(before);
 }
@@ -248,7 +204,7 @@ void CDrawTool::OnDraw(CDC& dc, int show) {
 }
 
 void CDrawTool::give_corner(CPoint point) {
-  if (!state().takes_corners()) return;
+  if (!state().draw_band) return;
   change_interaction([&] {
     m_corner = m_pointer = point;
     m_byteCorner = 1;
@@ -263,7 +219,7 @@ void CDrawTool::complete(CPoint point) {
     m_byteCorner = 0;
     m_corner = {};
   });
-  state().complete(*this, from, to);
+  if (const auto act = state().complete) act(*this, from, to);
 }
 
 int CDrawTool::TakePick(CFPoint& from, CFPoint& to) {
@@ -315,23 +271,14 @@ void CDrawTool::OnMButtonUp(unsigned int, CPoint point) {
 }
 
 int CDrawTool::OnKeyDown(unsigned int key, unsigned int, unsigned int) {
-  switch (key) {
-    case 27:
-      OnRButtonDown(0, m_pointer);
-      return 1;
-    case 36:
-      ShowAll();
-      return 1;
-    case 33:
-      ShowZoomOut();
-      return 1;
-    case 34:
-      ShowZoomIn();
-      return 1;
-    case 8:
-      ShowPre();
-      return 1;
-    default:
-      return 0;
-  }
+  constexpr unsigned kEscape = 27;
+  static constexpr struct {
+    unsigned key;
+    void (CDrawTool::*act)();
+  } kKeys[] = {
+      {36, &CDrawTool::ShowAll}, {33, &CDrawTool::ShowZoomOut}, {34, &CDrawTool::ShowZoomIn}, {8, &CDrawTool::ShowPre}};
+  if (key == kEscape) return OnRButtonDown(0, m_pointer), 1;
+  for (const auto& [code, act] : kKeys)
+    if (key == code) return (this->*act)(), 1;
+  return 0;
 }

@@ -9,7 +9,6 @@
 /// draws its picture through `CurrentView()` and then calls `OnDraw(dc, 1)`.
 
 #include <array>
-#include <memory>
 #include <optional>
 
 #include "qvtools/geometry/values/constants.h"
@@ -48,25 +47,25 @@ class QV_API CDrawTool {
   explicit CDrawTool(qv::Window* window = nullptr);
 
   // What a view overrides, in slot order.
-  virtual int SetStep(float& step, int direction);
-  virtual int SetLocate(CFPoint& p);
-  virtual int SetOffset(CFPoint& p);
-  virtual void SetCatchAllObject();
-  virtual void SetCatchOneObject();
-  virtual int GetCatchAll(CFPoint& p);
-  virtual int GetCatchOne(CFPoint& p);
+  virtual int SetStep(float& /*step*/, int /*direction*/) { return 0; }
+  virtual int SetLocate(CFPoint&) { return 0; }
+  virtual int SetOffset(CFPoint&) { return 0; }
+  virtual void SetCatchAllObject() {}
+  virtual void SetCatchOneObject() {}
+  virtual int GetCatchAll(CFPoint&) { return 0; }
+  virtual int GetCatchOne(CFPoint&) { return 0; }
   /// Gives two opposite corners of everything that the view shows and returns 1; the base class returns 0.
-  virtual int GetMaxRect(CFPoint& p1, CFPoint& p2);
-  virtual void ShowStep() const;
-  virtual void ShowLocate() const;
-  virtual void ShowOffset() const;
+  virtual int GetMaxRect(CFPoint& /*p1*/, CFPoint& /*p2*/) { return 0; }
+  virtual void ShowStep() const {}
+  virtual void ShowLocate() const {}
+  virtual void ShowOffset() const {}
   /// Called when the state has changed, for a view that has a pointer shape for each.
-  virtual void SwitchCursor();
+  virtual void SwitchCursor() {}
   /// Draws the cross hairs at the pointer with the inverting raster operation when the cursor flag is set, so that a
   /// second call removes them. `show` is 1 when they appear and 0 when they go.
   virtual void DrawCursor(CDC& dc, int show);
   /// Recomputes what depends on the view, in a view that keeps such; navigation passes two null pointers.
-  virtual void PrepareDraw(const CPoint* from, const CPoint* to);
+  virtual void PrepareDraw(const CPoint* /*from*/, const CPoint* /*to*/) {}
   virtual ~CDrawTool();
 
   CDrawTool(const CDrawTool&) = delete;
@@ -150,13 +149,10 @@ class QV_API CDrawTool {
   short m_nCounter = 0;
 
  private:
-  class StateObject;
-  struct ZoomState;
-  struct PanState;
-  struct PickState;
+  struct StateActions;
 
-  StateObject& state() const;
-  CRect client() const;
+  const StateActions& state() const;
+  CRect client() const { return m_pWindow ? m_pWindow->ClientRect() : CRect(); }
   void zoom_to(float scale);
   void view_changed();
   void give_corner(CPoint point);
@@ -184,5 +180,4 @@ class QV_API CDrawTool {
   CPoint m_corner;
   CPoint m_pointer;
   std::optional<std::array<CFPoint, 2>> m_picked;
-  std::array<std::unique_ptr<StateObject>, 4> m_states;
 };

@@ -1,7 +1,5 @@
 #include "qvtools/platform/device.h"
 
-#include <cstdint>
-
 namespace {
 
 const CPen kBlackPen{qv::PenStyle::Solid, 1, 0x000000};
@@ -87,9 +85,7 @@ const CPen* CDC::SelectObject(const CPen* pen) {
 }
 
 const CBrush* CDC::SelectObject(const CBrush* brush) {
-  const CBrush* before = brush_;
-  if (brush) brush_ = brush;
-  return before;
+  return brush ? std::exchange(brush_, brush) : brush_;
 }
 
 const CPen* CDC::StockWhitePen() {
@@ -100,15 +96,13 @@ const CPen* CDC::StockBlackPen() {
 }
 
 qv::BackgroundMode CDC::SetBkMode(qv::BackgroundMode mode) {
-  const qv::BackgroundMode before = mode_;
-  mode_ = mode;
+  const qv::BackgroundMode before = std::exchange(mode_, mode);
   PenChanged();
   return before;
 }
 
 qv::RasterOp CDC::SetROP2(qv::RasterOp op) {
-  const qv::RasterOp before = op_;
-  op_ = op;
+  const qv::RasterOp before = std::exchange(op_, op);
   PenChanged();
   return before;
 }

@@ -8,16 +8,8 @@ static_assert(std::endian::native == std::endian::little, "archives and binary f
 
 CObject::~CObject() = default;
 
-void CObject::Serialize(CArchive&) {}
-
 void CString::MakeUpper() {
   qv::upper_case(text_.data());
-}
-
-CArchive::CArchive(std::string_view bytes) : bytes_(bytes), storing_(false) {}
-
-void CArchive::Write(const void* data, std::size_t n) {
-  bytes_.append(static_cast<const char*>(data), n);
 }
 
 bool CArchive::Read(void* data, std::size_t n) {
@@ -29,22 +21,6 @@ bool CArchive::Read(void* data, std::size_t n) {
   std::memcpy(data, bytes_.data() + position_, n);
   position_ += n;
   return true;
-}
-
-CArchive& CArchive::operator<<(float v) {
-  return Write(&v, sizeof v), *this;
-}
-CArchive& CArchive::operator<<(std::uint32_t v) {
-  return Write(&v, sizeof v), *this;
-}
-CArchive& CArchive::operator>>(float& v) {
-  return Read(&v, sizeof v), *this;
-}
-CArchive& CArchive::operator>>(std::uint32_t& v) {
-  return Read(&v, sizeof v), *this;
-}
-CArchive& CArchive::operator>>(std::int32_t& v) {
-  return Read(&v, sizeof v), *this;
 }
 
 CPtrList::~CPtrList() {

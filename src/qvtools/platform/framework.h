@@ -10,8 +10,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <memory>
-#include <new>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -114,7 +112,7 @@ class QV_API CObject {
  public:
   virtual ~CObject();
   /// Stores or loads the object, as the archive says. The root stores nothing.
-  virtual void Serialize(CArchive& archive);
+  virtual void Serialize(CArchive& /*archive*/) {}
 };
 
 /// A stream of little-endian values for `Serialize`, storing to or loading from a block of bytes in memory. Loading
@@ -124,12 +122,12 @@ class QV_API CArchive {
   /// An empty archive to store into.
   CArchive() = default;
   /// An archive that loads from the given bytes, which it copies.
-  explicit CArchive(std::string_view bytes);
+  explicit CArchive(std::string_view bytes) : bytes_(bytes), storing_(false) {}
 
   bool IsStoring() const { return storing_; }
   bool IsLoading() const { return !storing_; }
   /// Appends n bytes.
-  void Write(const void* data, std::size_t n);
+  void Write(const void* data, std::size_t n) { bytes_.append(static_cast<const char*>(data), n); }
   /// Takes n bytes; returns false, with zeros in `data`, when fewer are left.
   bool Read(void* data, std::size_t n);
   /// The bytes that are left to load.
@@ -139,12 +137,18 @@ class QV_API CArchive {
   /// The bytes stored so far.
   const std::string& Bytes() const { return bytes_; }
 
-  CArchive& operator<<(float v);
-  CArchive& operator<<(std::uint32_t v);
+  CArchive& operator<<(float v) { return Write(&v, sizeof v), *this; }
+  CArchive& operator<<(std::uint32_t v) { return Write(&v, sizeof v), *this; }
   CArchive& operator<<(std::int32_t v) { return *this << static_cast<std::uint32_t>(v); }
-  CArchive& operator>>(float& v);
-  CArchive& operator>>(std::uint32_t& v);
-  CArchive& operator>>(std::int32_t& v);
+  CArchive& operator>>(float& v) { return Read(&v, sizeof v), *this; }
+  CArchive& operator>>(std::uint32_t& v) { return Read(&v, sizeof v), *this; }
+  CArchive& operator>>(std::int32_t& v) { return Read(&v, sizeof v), *this; }
+
+  /// Stores or loads the values one after another.
+  template <class... Values>
+  void Exchange(Values&... values) {
+    storing_ ? (*this << ... << values) : (*this >> ... >> values);
+  }
 
  private:
   std::string bytes_;

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstring>
+#include <initializer_list>
 #include <numbers>
 
 #include "qvtools/geometry/numerics/numeric.h"
@@ -16,19 +17,16 @@ constexpr double kDegrees = 180 / std::numbers::pi;
 /// Writes numbers through a format, free of the locale. No command has more than six, of at most 48 characters each.
 template <class... Numbers>
 void write(std::FILE* f, const char* format, Numbers... numbers) {
-  char line[512];
-  qv::format_text(line, sizeof line, format, static_cast<double>(numbers)...);
-  std::fputs(line, f);
+  std::fputs(qv::FormattedText<512>(format, static_cast<double>(numbers)...), f);
+}
+
+void put(std::FILE* f, std::initializer_list<const char*> texts) {
+  for (const char* text : texts) std::fputs(text, f);
 }
 
 void write_text_line(std::FILE* f, double x, double y, const char* text, double h, double degrees) {
   write(f, "text %.2f,%.2f %.2f %.2f ", x, y, h, degrees);
-  std::fputs(text, f);
-  std::fputs("\n", f);
-}
-
-void write_command(std::FILE* f, const char* command, const char* argument) {
-  for (const char* text : {command, argument, "\n"}) std::fputs(text, f);
+  put(f, {text, "\n"});
 }
 
 struct Line {
@@ -75,8 +73,7 @@ void acad_arc(std::FILE* f, float cx, float cy, float x1, float y1, float x2, fl
 
 void acad_text(std::FILE* f, float x, float y, const char* text, float h) {
   write(f, "text %.2f,%.2f %.3f %.2f ", x, y, h, 0.0);
-  std::fputs(text, f);
-  std::fputs("\n", f);
+  put(f, {text, "\n"});
 }
 
 void acad_text_angle(std::FILE* f, float x, float y, const char* text, float h, float angle) {
@@ -106,27 +103,26 @@ void acad_text_along_arc(std::FILE* f, float cx, float cy, float x1, float y1, f
 }
 
 void acad_layer(std::FILE* f, const char* option, const char* argument) {
-  for (const char* text : {"layer ", option, " ", argument, " \n"}) std::fputs(text, f);
+  put(f, {"layer ", option, " ", argument, " \n"});
 }
 
 void acad_color(std::FILE* f, const char* color) {
-  write_command(f, "color ", color);
+  put(f, {"color ", color, "\n"});
 }
 
 void acad_zoom(std::FILE* f, const char* argument) {
-  write_command(f, "zoom ", argument);
+  put(f, {"zoom ", argument, "\n"});
 }
 
 int QuillonScript(std::FILE* f, const char* text) {
-  for (const char* part : {"\n", kOpen, text, kClose, "\n"}) std::fputs(part, f);
+  put(f, {"\n", kOpen, text, kClose, "\n"});
   return 1;
 }
 
 int QuillonScript_Text(std::FILE* f, const char* text, unsigned long style, float h) {
   if (!f) return 0;
-  char head[96];
-  qv::format_text(head, sizeof head, "TextStyle=%11d %9.3f", static_cast<int>(style), static_cast<double>(h));
-  for (const char* part : {kOpen, static_cast<const char*>(head), text, kClose}) std::fputs(part, f);
+  const qv::FormattedText<96> head("TextStyle=%11d %9.3f", static_cast<int>(style), static_cast<double>(h));
+  put(f, {kOpen, head.text, text, kClose});
   return 1;
 }
 

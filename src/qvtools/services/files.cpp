@@ -20,16 +20,14 @@ CString in_work_path(const char* name) {
   return G_strWorkPath + name;
 }
 
-bool is_separator(char c) {
-  return c == '/' || c == '\\';
-}
-
-/// The length of the path without one separator at its end.
-std::size_t trimmed_length(const std::string& path) {
-  std::size_t last = 0;
-  std::size_t at = 0;
-  for (; const std::size_t n = qv::char_length(path.c_str() + at); at += n) last = at;
-  return last + 1 == at && is_separator(path[last]) ? last : at;
+/// The path without the separators at its end.
+std::string trimmed(std::string path) {
+  const auto ends_in_separator = [&path] {
+    const qv::PathParts parts = qv::split_path(path.c_str());
+    return !parts.directory.empty() && parts.base.empty() && parts.extension.empty();
+  };
+  while (ends_in_separator()) path.pop_back();
+  return path;
 }
 
 }  // namespace
@@ -89,7 +87,7 @@ void copy_files(CString from, CString to, const char* pattern) {
 }
 
 int MakeDirectory(CString path) {
-  const std::string directory = path.str().substr(0, trimmed_length(path.str()));
+  const std::string directory = trimmed(path.str());
   if (directory.empty()) return path.IsEmpty() ? 0 : 1;
   if (directory.back() == ':') return 1;
   const qv::PathKind kind = qv::path_kind(directory.c_str());

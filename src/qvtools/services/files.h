@@ -11,8 +11,8 @@
 extern QV_API CString G_strWorkPath;
 extern QV_API CString G_strExePath;
 
-/// How many files are open through `open_file` and `open_file_no_comment`, which count it up. Whoever closes such a
-/// file counts it down.
+/// How many files are open through `open_file` and `open_file_no_comment`, which count it up. The code that closes such
+/// a file counts it down.
 extern QV_API int QV_OpenFileNum;
 
 /// Opens a file of the work directory with an `fopen` mode; text files have CR LF line ends on disk on every system,
@@ -48,7 +48,7 @@ QV_API int remove_files(CString dir, const char* pattern);
 QV_API void copy_files(CString from, CString to, const char* pattern);
 
 /// Creates a directory with all missing parents. Returns 1 when it is there in the end, 0 when it cannot be created or
-/// a file is in the way. One separator at the end is ignored; a bare drive is taken to be there.
+/// a file is in the way. Separators at the end, and several in a row, count as one; a bare drive is taken to be there.
 QV_API int MakeDirectory(CString path);
 
 /// The path in upper case with its extension replaced by `ext`, which may come with its dot or without.

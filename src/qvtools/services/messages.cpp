@@ -23,8 +23,8 @@ constexpr int kDroppedLines = 50;
 constexpr int kBeyondEnd = 99999999;
 constexpr std::size_t kTextSize = 600;
 
-/// Reports of several threads go one after another. One that is made while another is shown, by a message that is
-/// dispatched then, goes through.
+/// Reports of several threads are shown one after another. The mutex is recursive because showing a report dispatches
+/// messages, which may report in turn.
 std::recursive_mutex g_reports;
 bool g_windowPending = true;
 bool g_outputEnabled = true;
@@ -71,17 +71,13 @@ void show_box(qv::Host& host, int code, const char* text) {
     try {
       answer = host.ShowBox(text, range.kind);
     } catch (const std::bad_alloc&) {
-      // What cannot be shown for want of memory counts all the same.
+      // A box that cannot be shown because memory ran out counts as shown.
     }
     const std::atomic_ref abandonCode(QV_ERROR_CODE);
     if (range.fatal) abandonCode = code;
     if (answer == qv::Answer::Cancel) abandonCode = 1;
   }
 }
-
-}  // namespace
-
-namespace {
 
 /// Shows a report on the host, as its code says.
 void report(qv::Host& host, int code, const char* text) {
@@ -113,7 +109,7 @@ void tell_error(int code, const char* text) {
   try {
     report(host, code, text ? text : "");
   } catch (const std::bad_alloc&) {
-    // The message window has no room for it.
+    // There is no memory to append it to the message window.
   }
 }
 

@@ -4,8 +4,8 @@
 #include <cstdarg>
 #include <cstdint>
 #include <cstring>
-#include <string>
 #include <utility>
+#include <vector>
 
 #include "qvtools/platform/host.h"
 #include "qvtools/services/captions.h"
@@ -19,7 +19,7 @@ namespace {
 constexpr int kUnitLength = 100;
 constexpr std::size_t kTokenSize = 100;
 constexpr std::uint32_t kExhausted = 0xFFFFFFFF;
-constexpr int kMostNumbers = 1000000;
+constexpr std::size_t kMostNumbers = 1000000;
 
 thread_local std::uint32_t g_scanPosition = 0;
 
@@ -133,7 +133,7 @@ struct Targets {
   std::va_list list;
 };
 
-/// Stores a field, or what stands for a missing one, into the next argument. Returns whether the letter is known.
+/// Stores a field, or the value of a missing one, into the next argument. Returns whether the letter is known.
 bool store(char letter, const Token& token, const char* missingText, Targets& targets) {
   switch (letter) {
     case 's':
@@ -212,32 +212,31 @@ std::pair<int, int> parse_range(char* token) {
   return std::minmax({first, second});
 }
 
-/// Appends the numbers first to last, as far as the limit allows; tells whether all of them found room.
-bool append_range(CArray<int, int>& out, int first, int last, int& room) {
-  const std::int64_t wanted = static_cast<std::int64_t>(last) - first + 1;
-  const int count = static_cast<int>(std::min<std::int64_t>(wanted, room));
-  const int start = out.GetSize();
-  out.SetSize(start + count);
-  for (int i = 0; i < count; ++i) out[start + i] = first + i;
-  room -= count;
-  return count == wanted;
+/// The numbers of a list, as far as the limit allows; tells whether there was room for all of them.
+bool read_list(const char* text, std::vector<int>& numbers) {
+  sscanf_next_begin();
+  char token[kTokenSize];
+  while (sscanf_next(text, "%s", token)) {
+    const bool range = std::strchr(token, '~') != nullptr;
+    const int number = range ? 0 : qv::parse_int(token);
+    const auto [first, last] = range ? parse_range(token) : std::pair(number, number);
+    for (std::int64_t i = first; i <= last; ++i) {
+      if (numbers.size() == kMostNumbers) return false;
+      numbers.push_back(static_cast<int>(i));
+    }
+  }
+  return true;
 }
 
 }  // namespace
 
 void FenXi_String1(const char* text, CArray<int, int>* out) {
-  sscanf_next_begin();
-  char token[kTokenSize];
-  int room = kMostNumbers;
-  while (sscanf_next(text, "%s", token)) {
-    const bool range = std::strchr(token, '~') != nullptr;
-    const int number = range ? 0 : qv::parse_int(token);
-    const auto [first, last] = range ? parse_range(token) : std::pair(number, number);
-    if (!append_range(*out, first, last, room)) {
-      tell_error(301, qv::captions::kTooManyNumbers);
-      return;
-    }
-  }
+  std::vector<int> numbers;
+  const bool complete = read_list(text, numbers);
+  const int start = out->GetSize();
+  out->SetSize(start + static_cast<int>(numbers.size()));
+  std::copy(numbers.begin(), numbers.end(), out->begin() + start);
+  if (!complete) tell_error(301, qv::captions::kTooManyNumbers);
 }
 
 float PinMianChaZhi(const float* x, const float* y, const float* z, float px, float py) {

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 #include "qvtools/dxf/model/document.h"
 #include "qvtools/geometry/numerics/numeric.h"
@@ -25,19 +24,18 @@ int absolute_color(unsigned char color) {
 int CWxSlide::Form_SCR(const char* path) {
   std::FILE* file = qv::open_text(path, "wt");
   if (!file) return 0;
-  char line[512];
+  using Line = qv::FormattedText<512>;
   for (const CSlideItem& item : m_Items) {
-    const auto& x = item.m_fX;
-    const auto& y = item.m_fY;
-    const auto at = [](float v) { return static_cast<double>(v); };
+    const auto x = [&](int i) { return static_cast<double>(item.m_fX[i]); };
+    const auto y = [&](int i) { return static_cast<double>(item.m_fY[i]); };
     if (item.m_byKind == CSlideItem::kVector)
-      qv::format_text(line, sizeof line, "line %.3f,%.3f %.3f,%.3f \n", at(x[0]), at(y[0]), at(x[1]), at(y[1]));
+      std::fputs(Line("line %.3f,%.3f %.3f,%.3f \n", x(0), y(0), x(1), y(1)), file);
     else if (item.m_byKind == CSlideItem::kSolid)
-      qv::format_text(line, sizeof line, "solid %.3f,%.3f %.3f,%.3f %.3f,%.3f %.3f,%.3f \n", at(x[0]), at(y[0]),
-                      at(x[1]), at(y[1]), at(x[2]), at(y[2]), at(x[3]), at(y[3]));
+      std::fputs(
+          Line("solid %.3f,%.3f %.3f,%.3f %.3f,%.3f %.3f,%.3f \n", x(0), y(0), x(1), y(1), x(2), y(2), x(3), y(3)),
+          file);
     else
-      qv::format_text(line, sizeof line, "color %d\n", absolute_color(item.m_byKind));
-    std::fputs(line, file);
+      std::fputs(Line("color %d\n", absolute_color(item.m_byKind)), file);
   }
   const bool good = !std::ferror(file);
   return std::fclose(file) == 0 && good ? 1 : 0;
@@ -83,10 +81,7 @@ CPoint CWxSlide::FPtoDP(float x, float y) const {
 }
 
 COLORREF CWxSlide::GetColor(int number) {
-  static constexpr COLORREF kColors[16] = {0x000000, 0x0000FF, 0x00FFFF, 0x00FF00, 0xFFFF00, 0xFF0000,
-                                           0xFF00FF, 0xFFFFFF, 0x808080, 0x0000C0, 0x00C0C0, 0x00C000,
-                                           0xC0C000, 0xC00000, 0xC000C0, 0xC0C0C0};
-  return number >= 0 && number < 16 ? kColors[number] : 0xFFFFFF;
+  return number >= 0 && number < 16 ? ACAD_ENTITY::GetColor(number) : 0xFFFFFF;
 }
 
 void CWxSlide::Draw(CDC* dc, const CRect* rect) {
@@ -123,14 +118,6 @@ void CWxSlide::add_vector(float x1, float y1, float x2, float y2) {
   item.m_fY[1] = y2;
 }
 
-void CWxSlide::SetColor(int color) {
-  m_Items.emplace_back().m_byKind = static_cast<unsigned char>(color & 255);
-}
-
-void CWxSlide::Draw_Line(float x1, float y1, float x2, float y2) {
-  add_vector(x1, y1, x2, y2);
-}
-
 void CWxSlide::Draw_Solid(float x1, float y1, float x2, float y2, float x3, float y3, float x4, float y4) {
   CSlideItem& item = m_Items.emplace_back();
   item.m_byKind = CSlideItem::kSolid;
@@ -147,11 +134,6 @@ void CWxSlide::Draw_Pline(float x1, float y1, float x2, float y2, float w1, floa
   const auto y = [&](double turn, double width) { return static_cast<float>(std::sin(a + turn) * width / 2); };
   Draw_Solid(x(-kQuarter, w1), y(-kQuarter, w1), x(kQuarter, w1), y(kQuarter, w1), x(-kQuarter, w2), y(-kQuarter, w2),
              x(kQuarter, w2), y(kQuarter, w2));
-}
-
-void CWxSlide::MoveTo(float x, float y) {
-  m_fPenX = x;
-  m_fPenY = y;
 }
 
 void CWxSlide::LineTo(float x, float y) {

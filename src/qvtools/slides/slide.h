@@ -53,13 +53,13 @@ class QV_API CWxSlide {
   void Clear() { m_Items.clear(); }
 
   /// The drawing calls; they append items.
-  void SetColor(int color);
-  void Draw_Line(float x1, float y1, float x2, float y2);
+  void SetColor(int color) { m_Items.emplace_back().m_byKind = static_cast<unsigned char>(color & 255); }
+  void Draw_Line(float x1, float y1, float x2, float y2) { add_vector(x1, y1, x2, y2); }
   void Draw_Solid(float x1, float y1, float x2, float y2, float x3, float y3, float x4, float y4);
   /// Quirk: the solid of a wide segment lies around the origin, not along the segment; callers place it themselves.
   void Draw_Pline(float x1, float y1, float x2, float y2, float w1, float w2);
   void Draw_Pline(float x1, float y1, float x2, float y2, float w) { Draw_Pline(x1, y1, x2, y2, w, w); }
-  void MoveTo(float x, float y);
+  void MoveTo(float x, float y) { m_fPenX = x, m_fPenY = y; }
   void MoveTo_Relative(float dx, float dy) { MoveTo(m_fPenX + dx, m_fPenY + dy); }
   void LineTo(float x, float y);
   void LineTo_Relative(float dx, float dy) { LineTo(m_fPenX + dx, m_fPenY + dy); }
@@ -88,17 +88,17 @@ class QV_API CWxSlide {
 
  private:
   template <class Source>
-  bool read_header(Source& in);
+  bool read_header(Source&& in);
   template <class Source>
-  void read_records(Source& in);
+  void read_records(Source&& in);
   template <class Source>
-  void read_line(Source& in);
+  void read_line(Source&& in);
   template <class Source>
-  void read_offset(Source& in);
+  void read_offset(Source&& in);
   template <class Source>
-  void read_solid(Source& in);
+  void read_solid(Source&& in);
   template <class Source>
-  void read_common_point(Source& in);
+  void read_common_point(Source&& in);
   void change_color();
   void add_vector(float x1, float y1, float x2, float y2);
 };

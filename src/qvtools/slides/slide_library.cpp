@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <memory>
-#include <new>
 #include <string>
 
 #include "qvtools/system/textfile.h"
@@ -96,10 +94,6 @@ int CWxSlideLib::Read_SLD(int index, CWxSlide* slide) {
   return seek_to(m_fp, m_Directory[static_cast<std::size_t>(index)].m_nOffset) ? slide->Read_SLD(m_fp) : 0;
 }
 
-int CWxSlideLib::Read_SLD(const char* name, CWxSlide* slide) {
-  return Read_SLD(find(name), slide);
-}
-
 int CWxSlideLib::Pick_SLD(int index, const char* dir) {
   if (index < 0 || index >= m_nCount) return 0;
   const Entry& entry = m_Directory[static_cast<std::size_t>(index)];
@@ -116,10 +110,6 @@ int CWxSlideLib::Pick_SLD(int index, const char* dir) {
   }
   std::fclose(out);
   return 1;
-}
-
-int CWxSlideLib::Pick_SLD(const char* name, const char* dir) {
-  return Pick_SLD(find(name), dir);
 }
 
 int CWxSlideLib::SLB2SLD(const char* dir) {

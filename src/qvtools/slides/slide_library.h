@@ -28,12 +28,12 @@ class QV_API CWxSlideLib {
   /// Reads a slide, by its index or name, and appends its items to those of `slide`. 0 when the library has no such
   /// slide, or its bytes are no slide.
   int Read_SLD(int index, CWxSlide* slide);
-  int Read_SLD(const char* name, CWxSlide* slide);
+  int Read_SLD(const char* name, CWxSlide* slide) { return Read_SLD(find(name), slide); }
   /// Writes a slide's bytes to the file named by dir, its name and ".SLD", where dir is a prefix. 0 for an index or
   /// name that is not there, and for a name with a path separator in it, else 1: whether the file could be written is
   /// not told.
   int Pick_SLD(int index, const char* dir);
-  int Pick_SLD(const char* name, const char* dir);
+  int Pick_SLD(const char* name, const char* dir) { return Pick_SLD(find(name), dir); }
   /// Extracts every slide in this way. 0 when the library has no slides.
   int SLB2SLD(const char* dir);
   /// Opens the library and reads the slide that "LIBRARY.NAME" says (LIBRARY is a path without its ".slb"). 0 when

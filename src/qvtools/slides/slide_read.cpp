@@ -104,7 +104,7 @@ int CWxSlide::Read_SLD(std::FILE* file) {
 }
 
 template <class Source>
-bool CWxSlide::read_header(Source& in) {
+bool CWxSlide::read_header(Source&& in) {
   if (!in.read(m_Header, sizeof m_Header) || std::memcmp(m_Header, kIdentification, kIdentificationSize) != 0)
     return false;
   const auto word = [](const unsigned char* p) { return static_cast<unsigned short>(p[0] | p[1] << 8); };
@@ -131,7 +131,7 @@ bool CWxSlide::read_header(Source& in) {
 }
 
 template <class Source>
-void CWxSlide::read_records(Source& in) {
+void CWxSlide::read_records(Source&& in) {
   while (in.read(&m_nRecord, sizeof m_nRecord)) {
     make_room(m_Items, in.left());
     const unsigned kind = m_nRecord >> 8;
@@ -151,7 +151,7 @@ void CWxSlide::read_records(Source& in) {
 }
 
 template <class Source>
-void CWxSlide::read_line(Source& in) {
+void CWxSlide::read_line(Source&& in) {
   short rest[3];  // from y, to x, to y
   if (!in.read(rest, sizeof rest)) return;
   m_nLastX = static_cast<short>(m_nRecord);
@@ -160,7 +160,7 @@ void CWxSlide::read_line(Source& in) {
 }
 
 template <class Source>
-void CWxSlide::read_offset(Source& in) {
+void CWxSlide::read_offset(Source&& in) {
   signed char rest[3];  // dy1, dx2, dy2
   if (!in.read(rest, sizeof rest)) return;
   const short fromX = wrapped(m_nLastX + low_byte(m_nRecord));
@@ -171,7 +171,7 @@ void CWxSlide::read_offset(Source& in) {
 }
 
 template <class Source>
-void CWxSlide::read_common_point(Source& in) {
+void CWxSlide::read_common_point(Source&& in) {
   signed char dy;
   if (!in.read(&dy, sizeof dy)) return;
   const short x = wrapped(m_nLastX + low_byte(m_nRecord));
@@ -182,7 +182,7 @@ void CWxSlide::read_common_point(Source& in) {
 }
 
 template <class Source>
-void CWxSlide::read_solid(Source& in) {
+void CWxSlide::read_solid(Source&& in) {
   if ((m_nRecord & 255) != 0) return;
   short opening[2];  // number of vertices, and a y that is negative; the record that closes a fill has none
   if (!in.read(opening, sizeof opening)) return;
@@ -212,23 +212,19 @@ void CWxSlide::change_color() {
 }
 
 void CWxSlide::Read_Line(std::FILE* file) {
-  StreamSource in(file);
-  read_line(in);
+  read_line(StreamSource(file));
 }
 
 void CWxSlide::Read_Offset(std::FILE* file) {
-  StreamSource in(file);
-  read_offset(in);
+  read_offset(StreamSource(file));
 }
 
 void CWxSlide::Read_Solid(std::FILE* file) {
-  StreamSource in(file);
-  read_solid(in);
+  read_solid(StreamSource(file));
 }
 
 void CWxSlide::Read_Common_Pt(std::FILE* file) {
-  StreamSource in(file);
-  read_common_point(in);
+  read_common_point(StreamSource(file));
 }
 
 void CWxSlide::Change_Color(std::FILE*) {

@@ -52,4 +52,9 @@ bool SavedFile::commit() {
   return true;
 }
 
+bool save_bytes(const char* path, const void* bytes, std::size_t size) {
+  SavedFile file(path);
+  return size > 0 && file.write(static_cast<const char*>(bytes), size) && file.commit();
+}
+
 }  // namespace qv

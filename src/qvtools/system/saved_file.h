@@ -35,4 +35,7 @@ class QV_API SavedFile {
   bool good_ = true;
 };
 
+/// Writes a whole file in this way; false when there are no bytes or anything failed.
+QV_API bool save_bytes(const char* path, const void* bytes, std::size_t size);
+
 }  // namespace qv

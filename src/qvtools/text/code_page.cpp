@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <mutex>
 #include <vector>
 
 #include "qvtools/text/gbk_text.h"
 #include "qvtools/text/internal/code_tables.h"
 #include "qvtools/text/internal/simplified.h"
+#include "qvtools/text/numbers.h"
 
 namespace qv {
 
@@ -209,30 +211,20 @@ std::uint16_t gbk_code(char32_t c) {
 namespace {
 
 void append_escape(char32_t c, std::string& out) {
-  constexpr char kDigits[] = "0123456789ABCDEF";
   if (c > 0xFFFF) {
     append_escape(0xD800 + ((c - 0x10000) >> 10), out);
     append_escape(0xDC00 + ((c - 0x10000) & 0x3FF), out);
-    return;
+  } else {
+    out += FormattedText<16>("\\U+%04X", static_cast<unsigned>(c));
   }
-  out += "\\U+";
-  for (int shift = 12; shift >= 0; shift -= 4) out += kDigits[c >> shift & 15];
 }
 
 /// The code unit of the "\U+XXXX" at the start of the text; 0 when there is none.
 char32_t escaped(std::string_view text) {
-  if (text.size() < 7 || text[0] != '\\' || text[1] != 'U' || text[2] != '+') return 0;
-  char32_t c = 0;
-  for (const char digit : text.substr(3, 4)) {
-    const char lower = static_cast<char>(digit | 0x20);
-    if (digit >= '0' && digit <= '9')
-      c = c << 4 | static_cast<unsigned>(digit - '0');
-    else if (lower >= 'a' && lower <= 'f')
-      c = c << 4 | static_cast<unsigned>(lower - 'a' + 10);
-    else
-      return 0;
-  }
-  return c;
+  constexpr std::size_t kHead = 3, kAll = 7;
+  unsigned c = 0;
+  if (text.size() < kAll || !text.starts_with("\\U+")) return 0;
+  return std::from_chars(text.data() + kHead, text.data() + kAll, c, 16).ptr == text.data() + kAll ? c : 0;
 }
 
 }  // namespace

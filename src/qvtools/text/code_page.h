@@ -61,8 +61,8 @@ QV_API std::optional<CodePage> code_page_named(std::string_view name);
 /// The name by which a drawing's header calls the page; "UTF-8" for that.
 QV_API const char* code_page_name(CodePage page);
 
-/// A byte that begins no character, as the shape fonts' own signs before a number do, is this plus its value among code
-/// points (of the private use area).
+/// Some bytes begin no character, such as the shape fonts' own signs in front of a number. The code point of such a
+/// byte is this plus its value (private use area).
 inline constexpr char32_t kSignBase = 0xF700;
 
 /// Appends the code points of the text. A byte that the page does not know becomes its sign, U+F700 and up.

@@ -1,8 +1,9 @@
 #pragma once
 
 /// Texts of GBK bytes: a byte from 0x81 to 0xFE with one from 0x40 to 0xFE (but 0x7F) behind it is one character of two
-/// bytes, whose second byte can look like a letter, a tilde or a backslash. Whatever splits, cuts or changes a text
-/// steps by character. A lead byte with anything else behind it stands alone: the fonts' own symbols before a number.
+/// bytes, whose second byte can look like a letter, a tilde or a backslash. Code that splits, cuts or changes a text
+/// must step by character. A lead byte with anything else behind it stands alone: the fonts' own symbols before a
+/// number.
 
 #include <cstddef>
 #include <cstring>
@@ -41,7 +42,7 @@ bool equals_field(const char (&field)[N], std::string_view text) {
   return n < N && field[n] == '\0' && (n == 0 || (field[0] == text[0] && std::memcmp(field, text.data(), n) == 0));
 }
 
-/// Whether the text is that literal; what is asked once a record must not cost a call.
+/// Whether the text is that literal. It is inline because the writer asks it for every record.
 template <std::size_t N>
 bool is_literal(const char* text, const char (&literal)[N]) {
   for (std::size_t i = 0; i < N; ++i)

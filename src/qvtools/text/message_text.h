@@ -16,9 +16,9 @@ class QV_API MessageText {
   int LineStart(int line) const;
   /// Selects from one position up to another, in any order; positions beyond the end mean the end.
   void Select(int from, int to);
-  /// Whether what replaces the selection is put behind all that is there.
+  /// Whether the next `Replace` appends to the text.
   bool AppendsNext() const { return from_ == bytes_.size(); }
-  /// Puts the text in the place of the selection, which becomes the empty one behind it.
+  /// Replaces the selection by the text; the selection is then empty and stands after it.
   void Replace(const char* text);
   const std::string& Bytes() const { return bytes_; }
 

@@ -32,8 +32,7 @@ bool skip_to_digits(const char*& at, const char* end) {
   return negative;
 }
 
-/// What a number that is out of a double's range saturates to: the power of ten of its first digit tells whether it is
-/// too large or too small.
+/// The value of a number outside the range of a double, infinity or 0: the power of ten of its first digit tells which.
 double saturated(const char* number, const char* end) {
   const char* const point = std::find(number, end, '.');
   const char* const letter = std::find_if(number, end, [](char c) { return c == 'e' || c == 'E'; });
@@ -51,11 +50,8 @@ Int parse_whole(std::string_view text) {
   const bool negative = skip_to_digits(at, end);
   const auto limit = static_cast<std::uint64_t>(Limits::max()) + negative;
   std::uint64_t v = 0;
-  for (; at != end && is_digit(*at); ++at) {
-    const auto digit = static_cast<std::uint64_t>(*at - '0');
-    if (v > (limit - digit) / 10) return negative ? Limits::min() : Limits::max();
-    v = v * 10 + digit;
-  }
+  if (std::from_chars(at, end, v).ec == std::errc::result_out_of_range || v > limit)
+    return negative ? Limits::min() : Limits::max();
   return static_cast<Int>(negative ? 0 - v : v);
 }
 
@@ -117,7 +113,7 @@ int parse_count(const char*& p, Arguments& arguments) {
   return n;
 }
 
-/// Reads the conversion behind a percent sign; p stands behind its letter, or at the terminator when it has none.
+/// Reads the conversion after a percent sign. p then points after its letter, or at the terminator when it has none.
 Conversion parse_conversion(const char*& p, Arguments& arguments) {
   Conversion conversion;
   std::size_t flags = 0;
@@ -139,19 +135,14 @@ Conversion parse_conversion(const char*& p, Arguments& arguments) {
   return conversion;
 }
 
-/// Prints one value by the C library, with the given width and precision.
-template <class T>
-int print_value(char* out, std::size_t size, const Conversion& c, T value) {
+/// Prints one value with the C library, at the conversion's width and precision.
+int print_value(char* out, std::size_t size, const Conversion& c, auto value) {
   char directive[24];
   std::snprintf(directive, sizeof directive, "%%%s*.*%s%c", c.flags, c.length, c.letter);
-#if defined(__GNUC__)
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
-#endif
   return std::snprintf(out, size, directive, c.width, c.precision, value);
-#if defined(__GNUC__)
 #pragma GCC diagnostic pop
-#endif
 }
 
 /// Puts a point where the C library printed the locale's decimal mark.
@@ -165,7 +156,7 @@ void restore_point(char* text) {
   }
 }
 
-/// Pads the text at `out` to the conversion's width, within size bytes; returns the length that it wants.
+/// Pads the text at `out` to the conversion's width, within size bytes; returns the length of the whole text.
 int pad_real(char* out, std::size_t size, const Conversion& c) {
   const std::size_t length = std::strlen(out);
   const auto width = static_cast<std::size_t>(c.width);
@@ -187,8 +178,7 @@ int pad_real(char* out, std::size_t size, const Conversion& c) {
   return c.width;
 }
 
-template <class Real>
-int print_real(char* out, std::size_t size, const Conversion& c, Real value) {
+int print_real(char* out, std::size_t size, const Conversion& c, auto value) {
   Conversion bare = c;
   bare.width = 0;
   const int wanted = print_value(out, size, bare, value);
@@ -217,37 +207,26 @@ int print_signed(char* out, std::size_t size, const Conversion& c, Arguments& ar
   }
 }
 
-/// Prints one conversion with the arguments that it takes; returns the length that it wants.
+/// Prints one conversion and takes its arguments; returns the length of the whole text.
 int print_conversion(char* out, std::size_t size, const Conversion& c, Arguments& arguments) {
+  if (!c.letter) return 0;
+  if (std::strchr("diouxX", c.letter)) return print_signed(out, size, c, arguments);
+  if (std::strchr("aAeEfFgG", c.letter)) {
+    return c.length[0] == 'L' ? print_real(out, size, c, va_arg(arguments.list, long double))
+                              : print_real(out, size, c, va_arg(arguments.list, double));
+  }
+  const bool wide = c.length[0] == 'l';
   switch (c.letter) {
-    case 'd':
-    case 'i':
-    case 'o':
-    case 'u':
-    case 'x':
-    case 'X':
-      return print_signed(out, size, c, arguments);
-    case 'a':
-    case 'A':
-    case 'e':
-    case 'E':
-    case 'f':
-    case 'F':
-    case 'g':
-    case 'G':
-      return c.length[0] == 'L' ? print_real(out, size, c, va_arg(arguments.list, long double))
-                                : print_real(out, size, c, va_arg(arguments.list, double));
     case 'c':
-      return c.length[0] == 'l' ? print_value(out, size, c, va_arg(arguments.list, PromotedWide))
-                                : print_value(out, size, c, va_arg(arguments.list, int));
+      return wide ? print_value(out, size, c, va_arg(arguments.list, PromotedWide))
+                  : print_value(out, size, c, va_arg(arguments.list, int));
     case 's':
-      return c.length[0] == 'l' ? print_value(out, size, c, va_arg(arguments.list, const wchar_t*))
-                                : print_value(out, size, c, va_arg(arguments.list, const char*));
+      return wide ? print_value(out, size, c, va_arg(arguments.list, const wchar_t*))
+                  : print_value(out, size, c, va_arg(arguments.list, const char*));
     case 'p':
       return print_value(out, size, c, va_arg(arguments.list, void*));
     case 'n':
-      va_arg(arguments.list, void*);
-      return 0;
+      return va_arg(arguments.list, void*), 0;
     case '%':
       return *out = '%', 1;
     default:
@@ -264,8 +243,8 @@ std::size_t print_text(char* out, std::size_t room, const char* text) {
 }
 
 /// Prints v with N decimals, at most 9, from the integer nearest to v times 10^N, and returns the end of at most
-/// `kMaxDecimals` bytes. Null where the product is too large, or so near a tie that its rounding could matter.
-/// Benchmark: WriteDatabase, which would take twice as long.
+/// `kMaxDecimals` bytes. Null when the product is too large, or so near a tie that its own rounding could decide.
+/// Without it the benchmark WriteDatabase takes twice as long.
 constexpr std::size_t kMaxDecimals = 24;
 char* put_decimals(char* out, double v, int decimals) {
   constexpr double kPowersOfTen[] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9};
@@ -348,7 +327,7 @@ std::size_t print_rest(char* out, std::size_t size, const char* format, Argument
   return used;
 }
 
-/// Ends a text that did not fit: at size - 1 bytes at most, and not with a first byte that lost its second one.
+/// Terminates a text that did not fit: after at most size - 1 bytes, and never between the two bytes of a character.
 int cut_at_end(char* out, std::size_t size) {
   out[size - 1] = '\0';
   std::size_t length = 0;
@@ -363,7 +342,8 @@ int cut_at_end(char* out, std::size_t size) {
 
 int format_list(char* out, std::size_t size, const char* format, std::va_list list) {
   if (size == 0) return 0;
-  // A copied list stalls on what the caller just stored in it, so plain conversions, most of all, take from the list.
+  // Copying the list waits for the stores by which the caller has just filled it. Plain conversions, the most frequent
+  // ones, read the list itself.
   std::size_t used = print_while_plain(out, size, format, [&list](auto type) { return va_arg(list, decltype(type)); });
   if (*format && used < size) {
     Arguments arguments;

@@ -20,7 +20,7 @@ QV_API double parse_real(std::string_view text);
 QV_API int parse_int(std::string_view text);
 QV_API long parse_long(std::string_view text);
 
-/// A double to an int: toward zero, saturating at the int's range, 0 for what is not a number.
+/// A double to an int: toward zero, saturating at the int's range, 0 for NaN.
 inline int TruncInt(double v) {
   if (v > -2147483649.0 && v < 2147483648.0) return static_cast<int>(v);
   return v > 0 ? INT_MAX : v < 0 ? INT_MIN : 0;
@@ -42,5 +42,14 @@ QV_API char* format_int(char* out, int v);
 /// but %n, which is passed over.
 QV_API int format_list(char* out, std::size_t size, const char* format, std::va_list arguments);
 QV_API int format_text(char* out, std::size_t size, const char* format, ...);
+
+/// A text of less than `size` bytes, formatted likewise.
+template <std::size_t size>
+struct FormattedText {
+  char text[size];
+  int length;
+  FormattedText(const char* format, auto... values) : length(format_text(text, size, format, values...)) {}
+  operator const char*() const { return text; }
+};
 
 }  // namespace qv

@@ -64,6 +64,13 @@ struct Frame {
   }
 };
 
+/// The frame of a line, with its origin at i/n of it (n = 0 is n = 1) and `off` to its left.
+inline Frame frame_on_line(float x1, float y1, float x2, float y2, int n, int i, double off) {
+  const Frame line(x1, y1, x2, y2);
+  const Place at = line.at(static_cast<double>(i) * get_dist(x1, y1, x2, y2) / (n == 0 ? 1 : n), off);
+  return {at.x, at.y, line.angle};
+}
+
 /// The environment of a composer while a symbol works: brought back at the end, without asking for memory.
 class SymbolEnvironment {
  public:
@@ -73,15 +80,21 @@ class SymbolEnvironment {
   SymbolEnvironment(const SymbolEnvironment&) = delete;
   SymbolEnvironment& operator=(const SymbolEnvironment&) = delete;
 
-  /// World coordinates from here on.
+  /// Takes points (x, y, x, y ...) through the placement; world coordinates from here on.
   void anchor() const {
     sgt_.m_fShiftX = sgt_.m_fShiftY = 0;
     sgt_.m_fLenFactor = 1;
     sgt_.m_fRotAngle = 0;
   }
+  template <class... More>
+  void anchor(float& x, float& y, More&... more) const {
+    sgt_.Convert_XY(x, y);
+    anchor(more...);
+  }
   /// The same, and texts and widths as they are.
-  void anchor_all() const {
-    anchor();
+  template <class... Coordinates>
+  void anchor_all(Coordinates&... points) const {
+    anchor(points...);
     sgt_.m_fTextFactor = sgt_.m_fWidthFactor = 1;
   }
 
@@ -97,6 +110,19 @@ inline float text_width(const char* text, float height) {
 
 inline void draw_line(CBase_SGT& sgt, Place a, Place b) {
   sgt.Draw_Line(a.x, a.y, b.x, b.y);
+}
+
+/// A polyline of straight edges and one width through at most 20 points.
+inline constexpr int kMostBarPoints = 20;
+inline void draw_bar(CBase_SGT& sgt, int n, const Place* points, bool closed, float width) {
+  float x[kMostBarPoints], y[kMostBarPoints], start[kMostBarPoints], end[kMostBarPoints];
+  const float bulge[kMostBarPoints] = {};
+  for (int i = 0; i < n; ++i) {
+    x[i] = points[i].x;
+    y[i] = points[i].y;
+    start[i] = end[i] = width;
+  }
+  sgt.Draw_Pline(n, x, y, bulge, closed, start, end);
 }
 
 /// A 45 degree stroke of the dimension tick's length across a place, in a frame.

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <cmath>
 
 #include "qvtools/dxf/io/internal/record_reader.h"
 #include "qvtools/dxf/model/document.h"
@@ -49,16 +48,6 @@ int DXF::find_section(std::string_view keyword) {
   for (Line line; reader_->next_line(line); named = line.is("  2"))
     if (named && line.is(keyword)) return 1;
   return 0;
-}
-
-int DXF::Find_Start_Tables() {
-  return find_section("TABLES");
-}
-int DXF::Find_Start_Blocks() {
-  return find_section("BLOCKS");
-}
-int DXF::Find_Start_Entities() {
-  return find_section("ENTITIES");
 }
 
 int DXF::Read_Tables() {
@@ -212,12 +201,9 @@ bool DXF::load_entities(const std::function<bool(double share)>& progress) {
   return true;
 }
 
-int DXF::Read_FileDxf_To_Mem(const char* fileName) {
-  return Read_FileDxf_To_Mem(fileName, nullptr);
-}
-
 int DXF::Read_FileDxf_To_Mem(const char* fileName, const std::function<bool(double share)>& progress) {
-  if (!m_nMemFlag || !open_to_read(fileName)) return 0;
+  if (!m_nMemFlag) return tell_once_not_open("The Drawing Is Not In Memory: New_MemDxf Comes First !"), 0;
+  if (!open_to_read(fileName)) return 0;
   Read_Tables();
   load_blocks();
   if (!Find_Start_Entities()) return close_file(), 0;

@@ -7,6 +7,7 @@
 #include "qvtools/services/internal/out_of_memory.h"
 #include "qvtools/services/report_subject.h"
 #include "qvtools/services/services.h"
+#include "qvtools/system/saved_file.h"
 #include "qvtools/text/gbk_text.h"
 
 using namespace qv::detail;
@@ -66,8 +67,7 @@ int DXF::write_frame(const Compose& compose) {
   if (m_nMemFlag) return 1;
   if (!m_fp) return 0;
   char buffer[2 * Writer::kRecordRoom];
-  StreamOutput output(m_fp);
-  Writer writer(buffer, sizeof buffer, output);
+  Writer writer(buffer, sizeof buffer, to_stream(m_fp));
   compose(writer);
   return writer.flush() && !std::ferror(m_fp) ? 1 : 0;
 }
@@ -146,8 +146,7 @@ int DXF::Write_MemDxf_To_File(const char* fileName) {
   if (!file.is_open() || !buffer) return 0;
   m_nOpenMode = 0;
 
-  SavedOutput output(file);
-  Writer writer(buffer.get(), kBlock, output);
+  Writer writer(buffer.get(), kBlock, [&](const char* data, std::size_t size) { return file.write(data, size); });
   write_tables(writer, *this);
   writer.lines(kBlocks);
   for (POSITION at = m_BlockList.GetHeadPosition(); at;)
@@ -161,27 +160,25 @@ int DXF::Write_MemDxf_To_File(const char* fileName) {
 
 namespace {
 
-/// Reports a name that is in no table.
-void tell_about(const char* name, const char* message) {
+/// The entry that was found; reports its name when it is in no table.
+template <class Entry>
+const Entry* found_or_told(const Entry* entry, const char* name, const char* message) {
+  if (entry) return entry;
   const qv::ReportSubject subject(name);
   tell_error(301, message);
+  return nullptr;
 }
 
 }  // namespace
 
 template <class Record>
 bool DXF::set_attributes(Record& record, const char* layer, const char* color, const char* ltype) {
-  const ACAD_LAYER* present = find_layer(layer);
-  if (!present) {
-    tell_about(layer, "Layer Name Error !");
-    return false;
-  }
+  if (!m_pLayer) tell_once_not_open("The Drawing Is Closed: It Has No Layers !");
+  const ACAD_LAYER* present = found_or_told(find_layer(layer), layer, "Layer Name Error !");
+  if (!present) return false;
   const bool byLayer = qv::is_literal(ltype, "BYLAYER");
-  const ACAD_LTYPE* presentType = byLayer ? nullptr : find_ltype(ltype);
-  if (!byLayer && !presentType) {
-    tell_about(ltype, "LType Name Error !");
-    return false;
-  }
+  const ACAD_LTYPE* presentType = byLayer ? nullptr : found_or_told(find_ltype(ltype), ltype, "LType Name Error !");
+  if (!byLayer && !presentType) return false;
   std::memcpy(record.m_szLayer, present->m_szName, sizeof record.m_szLayer);
   if (byLayer)
     std::memcpy(record.m_szLType, "BYLAYER", sizeof "BYLAYER");
@@ -205,11 +202,9 @@ int DXF::put(Record& record) {
 }
 
 int DXF::Write_Point(float x, float y, float z, const char* layer) {
-  const ACAD_LAYER* present = find_layer(layer);
-  if (!present) {
-    tell_about(layer, "Layer Name Error !");
-    return 0;
-  }
+  if (!m_pLayer) tell_once_not_open("The Drawing Is Closed: It Has No Layers !");
+  const ACAD_LAYER* present = found_or_told(find_layer(layer), layer, "Layer Name Error !");
+  if (!present) return 0;
   std::memcpy(m_Point.m_szLayer, present->m_szName, sizeof m_Point.m_szLayer);
   m_Point.m_Point = {x, y, z};
   return put(m_Point);
@@ -226,11 +221,8 @@ int DXF::Write_Line(float x1, float y1, float z1, float x2, float y2, float z2, 
 int DXF::Write_Text(float x, float y, float z, float height, float rotation, const char* text, const char* style,
                     const char* layer, const char* color, const char* ltype) {
   if (!set_attributes(m_Text, layer, color, ltype)) return 0;
-  const ACAD_STYLE* present = find_style(style);
-  if (!present) {
-    tell_about(style, "Style Name Error !");
-    return 0;
-  }
+  const ACAD_STYLE* present = found_or_told(find_style(style), style, "Style Name Error !");
+  if (!present) return 0;
   std::memcpy(m_Text.m_szStyle, present->m_szName, sizeof m_Text.m_szStyle);
   m_Text.m_fWidthFactor = present->m_fWidthFactor;
   m_Text.m_Insert = {x, y, z};

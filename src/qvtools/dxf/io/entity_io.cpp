@@ -1,6 +1,5 @@
 #include "qvtools/dxf/io/internal/group_writer.h"
 #include "qvtools/dxf/io/internal/record_reader.h"
-#include "qvtools/dxf/model/internal/kinds.h"
 
 using namespace qv::detail;
 
@@ -14,20 +13,13 @@ using namespace qv::detail;
   int Class::Write(std::FILE* file) {              \
     return write_record<LineEnd::Lf>(file, *this); \
   }
-#define QV_KIND(Class, Type) QV_RECORD(Class)
+#define QV_KIND(KEYWORD, member) QV_RECORD(ACAD_##KEYWORD)
 QV_FOR_EACH_ENTITY_KIND(QV_KIND)
 QV_RECORD(ACAD_LTYPE)
 QV_RECORD(ACAD_LAYER)
 QV_RECORD(ACAD_STYLE)
 #undef QV_KIND
 #undef QV_RECORD
-
-int ACAD_TABLE::Read(std::FILE*) {
-  return 1;
-}
-int ACAD_TABLE::Write(std::FILE*) {
-  return 1;
-}
 
 int ACAD_BLOCK::Read(std::FILE* file) {
   return read_record(file, *this);
@@ -41,8 +33,7 @@ ACAD_Entity_Type ACAD_BLOCK::Read_One_Entity(std::FILE* file) {
 int ACAD_BLOCK::Write(std::FILE* file) {
   constexpr LineEnd kAsTheStream = LineEnd::Lf;
   char buffer[4 * GroupWriter<kAsTheStream>::kRecordRoom];
-  StreamOutput output(file);
-  GroupWriter<kAsTheStream> writer(buffer, sizeof buffer, output);
+  GroupWriter<kAsTheStream> writer(buffer, sizeof buffer, to_stream(file));
   write_block(writer, *this);
   return writer.flush() ? 1 : 0;
 }

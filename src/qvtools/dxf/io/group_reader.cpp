@@ -6,17 +6,6 @@ namespace qv::detail {
 
 namespace {
 
-/// The code that a line names when it is written just as the writer does.
-int decode(const Line& line) {
-  if (!line.ended || line.text.size() != 3) return GroupReader::kUnknownCode;
-  const char* c = line.text.data();
-  const unsigned tens = static_cast<unsigned char>(c[1]) - unsigned{'0'};
-  const unsigned ones = static_cast<unsigned char>(c[2]) - unsigned{'0'};
-  if (c[0] != ' ' || ones > 9) return GroupReader::kUnknownCode;
-  if (c[1] == ' ') return static_cast<int>(ones);
-  return tens >= 1 && tens <= 9 ? static_cast<int>(10 * tens + ones) : GroupReader::kUnknownCode;
-}
-
 std::string_view without_return(std::string_view text) {
   return !text.empty() && text.back() == '\r' ? text.substr(0, text.size() - 1) : text;
 }
@@ -84,7 +73,7 @@ bool GroupReader::next_slowly() {
 }
 
 void GroupReader::finish_pair(const Line& codeLine) {
-  code_ = decode(codeLine);
+  code_ = codeLine.ended && codeLine.text.size() == 3 ? code_of(codeLine.text.data()) : kUnknownCode;
   if (code_ == 0) count_block_end();
 }
 

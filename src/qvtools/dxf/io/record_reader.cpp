@@ -38,17 +38,10 @@ struct Kind {
   bool (*read)(GroupReader&, WorkingRecords&);
 };
 
-constexpr Kind kKinds[] = {
-    {Word(kKeyword<ACAD_LINE>), ACAD_TYPE_LINE, read_kind<&WorkingRecords::m_Line>},
-    {Word(kKeyword<ACAD_TEXT>), ACAD_TYPE_TEXT, read_kind<&WorkingRecords::m_Text>},
-    {Word(kKeyword<ACAD_CIRCLE>), ACAD_TYPE_CIRCLE, read_kind<&WorkingRecords::m_Circle>},
-    {Word(kKeyword<ACAD_POLYLINE>), ACAD_TYPE_POLYLINE, read_kind<&WorkingRecords::m_Polyline>},
-    {Word(kKeyword<ACAD_ARC>), ACAD_TYPE_ARC, read_kind<&WorkingRecords::m_Arc>},
-    {Word(kKeyword<ACAD_POINT>), ACAD_TYPE_POINT, read_kind<&WorkingRecords::m_Point>},
-    {Word(kKeyword<ACAD_SOLID>), ACAD_TYPE_SOLID, read_kind<&WorkingRecords::m_Solid>},
-    {Word(kKeyword<ACAD_3DFACE>), ACAD_TYPE_3DFACE, read_kind<&WorkingRecords::m_3DFace>},
-    {Word(kKeyword<ACAD_INSERT>), ACAD_TYPE_INSERT, read_kind<&WorkingRecords::m_Insert>},
-};
+#define QV_KIND(KEYWORD, member) \
+  {Word(kKeyword<ACAD_##KEYWORD>), ACAD_TYPE_##KEYWORD, read_kind<&WorkingRecords::member>},
+constexpr Kind kKinds[] = {QV_FOR_EACH_ENTITY_KIND(QV_KIND)};
+#undef QV_KIND
 
 }  // namespace
 

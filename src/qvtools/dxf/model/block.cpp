@@ -20,8 +20,9 @@ void delete_entities(CPtrList& list) {
 }  // namespace detail
 
 ACAD_ENTITY* WorkingRecords::Of(ACAD_Entity_Type type) {
-  ACAD_ENTITY* const records[] = {&m_Point,    &m_Line,  &m_Text,   &m_Circle, &m_Arc,
-                                  &m_Polyline, &m_Solid, &m_3DFace, &m_Insert};
+#define QV_KIND(KEYWORD, member) &member,
+  ACAD_ENTITY* const records[] = {QV_FOR_EACH_ENTITY_KIND(QV_KIND)};
+#undef QV_KIND
   return type >= ACAD_TYPE_POINT && type <= ACAD_TYPE_INSERT ? records[type] : nullptr;
 }
 

@@ -31,6 +31,7 @@ void DXF::Take_Tables(std::unique_ptr<ACAD_LTYPE[]> ltypes, int ltypeCount, std:
 
 int DXF::create_tables() {
   m_nOpenMode = 0;
+  toldNotOpen_ = false;
   m_nLType = m_nLayer = m_nStyle = 1;
   roomLType_ = m_nMaxLType;
   roomLayer_ = m_nMaxLayer;
@@ -42,6 +43,11 @@ int DXF::create_tables() {
   tell_error(301, "Out of memery in New DXF File !");
   m_nOpenMode = -1;
   return 0;
+}
+
+/// The errors that follow name layers and styles; this says where they come from.
+void DXF::tell_once_not_open(const char* message) {
+  if (!std::exchange(toldNotOpen_, true)) tell_error(20, message);
 }
 
 void DXF::delete_drawing() {

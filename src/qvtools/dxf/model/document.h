@@ -12,7 +12,8 @@
 ///
 /// Operations return 1 for success and 0 for failure unless they say otherwise. A failure is reported through
 /// `tell_error(301, text)`, a file that cannot be created or written by the result alone; it leaves the document as it
-/// was.
+/// was. What is written to a document that is closed, or read into one that is not in memory, is told once more, with
+/// code 20.
 
 #include <functional>
 #include <memory>
@@ -104,9 +105,9 @@ class QV_API DXF : public qv::WorkingRecords {
   int Open(const char* fileName);
   /// Find the start of a section, by lines from the start of the file, and stand just behind it. 0 when the document is
   /// not open for reading or has no such section.
-  int Find_Start_Tables();
-  int Find_Start_Blocks();
-  int Find_Start_Entities();
+  int Find_Start_Tables() { return find_section("TABLES"); }
+  int Find_Start_Blocks() { return find_section("BLOCKS"); }
+  int Find_Start_Entities() { return find_section("ENTITIES"); }
   /// Reads the tables section, each table sized from its own count (1 to 1000).
   int Read_Tables();
   int Read_One_Table();
@@ -118,7 +119,7 @@ class QV_API DXF : public qv::WorkingRecords {
   /// Loads a whole drawing file into this in-memory document: its tables replace the present ones (also where the
   /// result is 0 because no entities follow them), its blocks and entities are appended. An entity that cannot be read
   /// ends the loading; what was read is kept, and the result is 1.
-  int Read_FileDxf_To_Mem(const char* fileName);
+  int Read_FileDxf_To_Mem(const char* fileName) { return Read_FileDxf_To_Mem(fileName, nullptr); }
   /// The same, telling every few thousand entities what share of the file has been read, 0 to 1. When `progress`
   /// returns false the loading is given up: what was read is kept, and the result is 0.
   int Read_FileDxf_To_Mem(const char* fileName, const std::function<bool(double share)>& progress);
@@ -142,10 +143,10 @@ class QV_API DXF : public qv::WorkingRecords {
   int Write_MemDxf_To_File(const char* fileName);
 
   /// Draws an in-memory document in plan. The transform is remembered (not owned) for the next call without one.
-  void Draw(CDC* dc, CFCoor* coor);
-  void Draw(CDC* dc);
+  void Draw(CDC* dc, CFCoor* coor) { Draw(dc, coor, {}); }
+  void Draw(CDC* dc) { Draw(dc, m_pCoor); }
   /// Draws an in-memory document projected for the view angles a and b, in radians.
-  void Draw3D(CDC* dc, CFCoor* coor, float a, float b);
+  void Draw3D(CDC* dc, CFCoor* coor, float a, float b) { Draw3D(dc, coor, a, b, {}); }
   /// The same, shown as the appearance says.
   void Draw(CDC* dc, CFCoor* coor, const qv::Appearance& appearance);
   void Draw3D(CDC* dc, CFCoor* coor, float a, float b, const qv::Appearance& appearance);
@@ -189,6 +190,7 @@ class QV_API DXF : public qv::WorkingRecords {
  private:
   static constexpr int kListBlock = 8000;  // long blocks are walked at the speed of an array
   int create_tables();
+  void tell_once_not_open(const char* message);
   void delete_drawing();
   const ACAD_LTYPE* find_ltype(const char* name) const;
   const ACAD_LAYER* find_layer(const char* name) const;
@@ -212,6 +214,7 @@ class QV_API DXF : public qv::WorkingRecords {
   template <class Compose>
   int write_frame(const Compose& compose);
 
+  bool toldNotOpen_ = false;              // since the last open
   std::unique_ptr<char[]> streamBuffer_;  // of a file that is being written
   // Entries that the present tables have room for.
   int roomLType_ = 0;

@@ -1,34 +1,7 @@
 #include "qvtools/dxf/model/entity.h"
 
-#include "qvtools/dxf/model/internal/kinds.h"
 #include "qvtools/geometry/numerics/numeric.h"
 
-int ACAD_ENTITY::Read(std::FILE*) {
-  return 1;
-}
-int ACAD_ENTITY::Write(std::FILE*) {
-  return 1;
-}
-ACAD_Entity_Type ACAD_ENTITY::GetType() {
-  return ACAD_TYPE_NONE;
-}
-CFRect ACAD_ENTITY::GetFRect() {
-  return {};
-}
-void ACAD_ENTITY::Draw(CDC*, CFCoor*, float, float) {}
-CFRect ACAD_ENTITY::GetFRect3D(float, float) {
-  return {};
-}
-void ACAD_ENTITY::Draw3D(CDC*, CFCoor*, float, float) {}
-int ACAD_ENTITY::HitTest(const CFRegion&, int, float, float) {
-  return 0;
-}
-int ACAD_ENTITY::HitTest(const CFRect&, int, float, float) {
-  return 0;
-}
-int ACAD_ENTITY::Transfer(const float*, const float*) {
-  return 0;
-}
 ACAD_ENTITY::~ACAD_ENTITY() = default;
 
 COLORREF ACAD_ENTITY::GetColor(int colour) {
@@ -68,13 +41,13 @@ void TouYing3Dto2D(float x, float y, float z, float a, float b, float& u, float&
   v = static_cast<float>((y * c - x * s) * std::sin(static_cast<double>(b)) + z * std::cos(static_cast<double>(b)));
 }
 
-#define QV_KIND(Class, Type)          \
-  ACAD_Entity_Type Class::GetType() { \
-    return Type;                      \
-  }                                   \
-  void Class::Ini() {                 \
-    static const Class kDefault;      \
-    *this = kDefault;                 \
+#define QV_KIND(KEYWORD, member)               \
+  ACAD_Entity_Type ACAD_##KEYWORD::GetType() { \
+    return ACAD_TYPE_##KEYWORD;                \
+  }                                            \
+  void ACAD_##KEYWORD::Ini() {                 \
+    static const ACAD_##KEYWORD kDefault;      \
+    *this = kDefault;                          \
   }
 QV_FOR_EACH_ENTITY_KIND(QV_KIND)
 #undef QV_KIND

@@ -50,26 +50,26 @@ class QV_API ACAD_ENTITY : public qv::PooledRecord {
  public:
   /// Reads the record at the stream's position. Returns 1, with the stream at the pair that ended the record, or 0 when
   /// the stream does not stand at such a record (or, for a few records, when it is malformed).
-  virtual int Read(std::FILE* file);
+  virtual int Read(std::FILE* /*file*/) { return 1; }
   /// Writes the record to the stream; lines end in "\n", as the stream translates it. Returns 1, or 0 when a write
   /// failed.
-  virtual int Write(std::FILE* file);
-  virtual ACAD_Entity_Type GetType();
+  virtual int Write(std::FILE* /*file*/) { return 1; }
+  virtual ACAD_Entity_Type GetType() { return ACAD_TYPE_NONE; }
   /// The plan extent in world units.
-  virtual CFRect GetFRect();
+  virtual CFRect GetFRect() { return {}; }
   /// Draws in plan, displaced by (dx, dy) world units, with a one-pixel pen of the entity's colour and line type.
-  virtual void Draw(CDC* dc, CFCoor* coor, float dx, float dy);
+  virtual void Draw(CDC* /*dc*/, CFCoor* /*coor*/, float /*dx*/, float /*dy*/) {}
   /// The extent of the entity projected for the view angles a and b (radians; see `TouYing3Dto2D`).
-  virtual CFRect GetFRect3D(float a, float b);
+  virtual CFRect GetFRect3D(float /*a*/, float /*b*/) { return {}; }
   /// Draws the entity projected for the view angles a and b.
-  virtual void Draw3D(CDC* dc, CFCoor* coor, float a, float b);
+  virtual void Draw3D(CDC* /*dc*/, CFCoor* /*coor*/, float /*a*/, float /*b*/) {}
   /// 1 when the entity projected for the view angles lies wholly inside the region or rectangle, or, with a mode other
   /// than 0, when it crosses its border as well; else 0. Tolerance is 0: the region gives it.
-  virtual int HitTest(const CFRegion& region, int mode, float a, float b);
-  virtual int HitTest(const CFRect& rect, int mode, float a, float b);
+  virtual int HitTest(const CFRegion& /*region*/, int /*mode*/, float /*a*/, float /*b*/) { return 0; }
+  virtual int HitTest(const CFRect& /*rect*/, int /*mode*/, float /*a*/, float /*b*/) { return 0; }
   /// Transforms every defining point by a 3 by 3 matrix (nine floats, row by row) and then adds an offset (three
   /// floats); either may be null. Radii, widths and heights stay. Returns 1 (the root: 0).
-  virtual int Transfer(const float* matrix, const float* offset);
+  virtual int Transfer(const float* /*matrix*/, const float* /*offset*/) { return 0; }
   virtual ~ACAD_ENTITY();
 
   /// The colour on screen of an ACI number: a fixed table for 0 to 15, a hue ramp above (`Get_RGB`), black for numbers
@@ -232,3 +232,17 @@ class QV_API ACAD_INSERT : public ACAD_ENTITY {
 };
 
 #undef QV_ENTITY_OPERATIONS
+
+/// The nine kinds of entity in the order of their numbers, for what every kind does in the same way: X(KEYWORD,
+/// member), where KEYWORD is the word of the file and the end of the names of the class and of its number, and `member`
+/// the kind's working record.
+#define QV_FOR_EACH_ENTITY_KIND(X) \
+  X(POINT, m_Point)                \
+  X(LINE, m_Line)                  \
+  X(TEXT, m_Text)                  \
+  X(CIRCLE, m_Circle)              \
+  X(ARC, m_Arc)                    \
+  X(POLYLINE, m_Polyline)          \
+  X(SOLID, m_Solid)                \
+  X(3DFACE, m_3DFace)              \
+  X(INSERT, m_Insert)

@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <limits>
 #include <mutex>
-#include <type_traits>
 #include <utility>
 
 #include "qvtools/system/internal/pages.h"

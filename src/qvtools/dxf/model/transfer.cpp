@@ -1,44 +1,9 @@
 #include <cmath>
 
-#include "qvtools/dxf/model/entity.h"
-#include "qvtools/dxf/model/internal/kinds.h"
+#include "qvtools/dxf/model/internal/points.h"
 #include "qvtools/geometry/numerics/numeric.h"
 
 namespace {
-
-// Calls f with every defining point of a record.
-
-void for_each_point(ACAD_POINT& r, const auto& f) {
-  f(r.m_Point);
-}
-void for_each_point(ACAD_LINE& r, const auto& f) {
-  f(r.m_Start);
-  f(r.m_End);
-}
-void for_each_point(ACAD_TEXT& r, const auto& f) {
-  f(r.m_Insert);
-  f(r.m_Align);
-}
-void for_each_point(ACAD_CIRCLE& r, const auto& f) {
-  f(r.m_Center);
-}
-void for_each_point(ACAD_ARC& r, const auto& f) {
-  f(r.m_Center);
-}
-void for_each_point(ACAD_POLYLINE& r, const auto& f) {
-  f(r.m_First);
-  f(r.m_Second);
-  for (ACAD_VERTEX& vertex : r.m_Vertices) f(vertex.m_Point);
-}
-void for_each_point(ACAD_SOLID& r, const auto& f) {
-  for (qv::Point3& corner : r.m_Corner) f(corner);
-}
-void for_each_point(ACAD_3DFACE& r, const auto& f) {
-  for (qv::Point3& corner : r.m_Corner) f(corner);
-}
-void for_each_point(ACAD_INSERT& r, const auto& f) {
-  f(r.m_Insert);
-}
 
 /// Turns an angle in degrees as a matrix that turns about z does, into [0, 360) when it was within a turn of it.
 void turn_angle(float& angle, const float* matrix) {
@@ -56,36 +21,29 @@ bool mirrors(const float* m) {
   return m && m[0] * m[4] - m[1] * m[3] < 0;
 }
 
-// What turns or changes its sign beside the points.
-
-void transfer_rest(auto&, const float*) {}
-void transfer_rest(ACAD_TEXT& r, const float* matrix) {
-  turn_angle(r.m_fRotation, matrix);
-}
-void transfer_rest(ACAD_INSERT& r, const float* matrix) {
-  turn_angle(r.m_fRotation, matrix);
-}
-void transfer_rest(ACAD_ARC& r, const float* matrix) {
-  turn_angle(r.m_fStartAngle, matrix);
-  turn_angle(r.m_fEndAngle, matrix);
-}
-void transfer_rest(ACAD_POLYLINE& r, const float* matrix) {
-  if (!mirrors(matrix)) return;
-  for (ACAD_VERTEX& vertex : r.m_Vertices) vertex.m_fBulge = -vertex.m_fBulge;
-}
-
-template <class Record>
-int transfer(Record& r, const float* matrix, const float* offset) {
-  for_each_point(r, [&](qv::Point3& p) { ACAD_ENTITY::TransOne(p.x, p.y, p.z, matrix, offset); });
-  transfer_rest(r, matrix);
+int transfer(auto& r, const float* matrix, const float* offset) {
+  const auto transfer_point = [&](qv::Point3& p) { ACAD_ENTITY::TransOne(p.x, p.y, p.z, matrix, offset); };
+  qv::detail::for_each_point(r, transfer_point);
+  if constexpr (requires { r.m_Align; }) transfer_point(r.m_Align);
+  if constexpr (requires { r.m_fRotation; }) turn_angle(r.m_fRotation, matrix);
+  if constexpr (requires { r.m_fStartAngle; }) {
+    turn_angle(r.m_fStartAngle, matrix);
+    turn_angle(r.m_fEndAngle, matrix);
+  }
+  if constexpr (requires { r.m_Vertices; }) {
+    transfer_point(r.m_First);
+    transfer_point(r.m_Second);
+    if (mirrors(matrix))
+      for (ACAD_VERTEX& vertex : r.m_Vertices) vertex.m_fBulge = -vertex.m_fBulge;
+  }
   return 1;
 }
 
 }  // namespace
 
-#define QV_KIND(Class, Type)                                      \
-  int Class::Transfer(const float* matrix, const float* offset) { \
-    return transfer(*this, matrix, offset);                       \
+#define QV_KIND(KEYWORD, member)                                           \
+  int ACAD_##KEYWORD::Transfer(const float* matrix, const float* offset) { \
+    return transfer(*this, matrix, offset);                                \
   }
 QV_FOR_EACH_ENTITY_KIND(QV_KIND)
 #undef QV_KIND

@@ -9,27 +9,13 @@ namespace qv {
 
 /// Calls f with the entity as its own kind, one of the nine, and returns what it returns. What is of no such kind (a
 /// program's own class) is not visited; the answer is then a value-initialised one.
-template <class F>
-auto visit_entity(ACAD_ENTITY& entity, const F& f) -> decltype(f(static_cast<ACAD_LINE&>(entity))) {
+auto visit_entity(ACAD_ENTITY& entity, const auto& f) -> decltype(f(static_cast<ACAD_LINE&>(entity))) {
   switch (entity.GetType()) {
-    case ACAD_TYPE_POINT:
-      return f(static_cast<ACAD_POINT&>(entity));
-    case ACAD_TYPE_LINE:
-      return f(static_cast<ACAD_LINE&>(entity));
-    case ACAD_TYPE_TEXT:
-      return f(static_cast<ACAD_TEXT&>(entity));
-    case ACAD_TYPE_CIRCLE:
-      return f(static_cast<ACAD_CIRCLE&>(entity));
-    case ACAD_TYPE_ARC:
-      return f(static_cast<ACAD_ARC&>(entity));
-    case ACAD_TYPE_POLYLINE:
-      return f(static_cast<ACAD_POLYLINE&>(entity));
-    case ACAD_TYPE_SOLID:
-      return f(static_cast<ACAD_SOLID&>(entity));
-    case ACAD_TYPE_3DFACE:
-      return f(static_cast<ACAD_3DFACE&>(entity));
-    case ACAD_TYPE_INSERT:
-      return f(static_cast<ACAD_INSERT&>(entity));
+#define QV_KIND(KEYWORD, member) \
+  case ACAD_TYPE_##KEYWORD:      \
+    return f(static_cast<ACAD_##KEYWORD&>(entity));
+    QV_FOR_EACH_ENTITY_KIND(QV_KIND)
+#undef QV_KIND
     case ACAD_TYPE_NONE:
     case ACAD_TYPE_END:
       break;

@@ -1,22 +1,13 @@
 #include "qvtools/dxf/view/box_grid.h"
 
-#include <algorithm>
 #include <cmath>
-#include <limits>
 
 namespace qv::detail {
 
 namespace {
 
-constexpr float kInfinity = std::numeric_limits<float>::infinity();
-constexpr Box kNothing{kInfinity, kInfinity, -kInfinity, -kInfinity};
-
 bool is_finite(const Box& b) {
   return std::isfinite(b.x1) && std::isfinite(b.y1) && std::isfinite(b.x2) && std::isfinite(b.y2);
-}
-
-void grow(Box& box, const Box& by) {
-  box = {std::min(box.x1, by.x1), std::min(box.y1, by.y1), std::max(box.x2, by.x2), std::max(box.y2, by.y2)};
 }
 
 float middle(float a, float b) {
@@ -39,11 +30,9 @@ std::size_t side_for(std::size_t boxes) {
 }  // namespace
 
 std::vector<std::uint32_t> BoxGrid::cells_of(const std::vector<Box>& boxes, std::size_t side) const {
-  Box all = kNothing;
-  for (const Box& b : boxes) {
-    const Box point{middle(b.x1, b.x2), middle(b.y1, b.y2), middle(b.x1, b.x2), middle(b.y1, b.y2)};
-    if (is_finite(b)) grow(all, point);
-  }
+  Box all;
+  for (const Box& b : boxes)
+    if (is_finite(b)) all.add(CFPoint(middle(b.x1, b.x2), middle(b.y1, b.y2)));
   std::vector<std::uint32_t> cells;
   cells.reserve(boxes.size());
   for (const Box& b : boxes) {
@@ -57,10 +46,10 @@ std::vector<std::uint32_t> BoxGrid::cells_of(const std::vector<Box>& boxes, std:
 BoxGrid::BoxGrid(const std::vector<Box>& boxes) : order_(boxes.size()) {
   const std::size_t side = side_for(boxes.size());
   const std::vector<std::uint32_t> cells = cells_of(boxes, side);
-  bounds_.assign(side * side, kNothing);
+  bounds_.resize(side * side);
   starts_.assign(side * side + 1, 0);
   for (std::size_t i = 0; i < boxes.size(); ++i) {
-    grow(bounds_[cells[i]], boxes[i]);
+    bounds_[cells[i]].add(boxes[i]);
     ++starts_[cells[i] + 1];
   }
   for (std::size_t c = 0; c < side * side; ++c) starts_[c + 1] += starts_[c];

@@ -2,17 +2,28 @@
 
 /// A grid over many boxes, which finds those that may lie in a window without looking at all of them.
 
+#include <algorithm>
 #include <cstdint>
+#include <limits>
 #include <vector>
+
+#include "qvtools/geometry/values/point.h"
 
 namespace qv::detail {
 
-/// An axis-parallel box, its smallest coordinates first.
+/// An axis-parallel box, its smallest coordinates first. It begins with nothing and grows.
 struct Box {
-  float x1;
-  float y1;
-  float x2;
-  float y2;
+  static constexpr float kInfinity = std::numeric_limits<float>::infinity();
+  float x1 = kInfinity;
+  float y1 = kInfinity;
+  float x2 = -kInfinity;
+  float y2 = -kInfinity;
+
+  static constexpr Box everything() { return {-kInfinity, -kInfinity, kInfinity, kInfinity}; }
+  bool is_empty() const { return x1 > x2; }
+  /// NaN adds nothing.
+  void add(const Box& b) { *this = {std::min(x1, b.x1), std::min(y1, b.y1), std::max(x2, b.x2), std::max(y2, b.y2)}; }
+  void add(const CFPoint& p) { add(Box{p.x, p.y, p.x, p.y}); }
 };
 
 /// Every box belongs to the cell that its middle lies in, and every cell knows the box of all that belongs to it; so
@@ -35,8 +46,7 @@ class BoxGrid {
     return found;
   }
   /// Calls f with the index of each box that belongs to the cell.
-  template <class F>
-  void for_each_of(std::uint32_t cell, const F& f) const {
+  void for_each_of(std::uint32_t cell, const auto& f) const {
     for (std::uint32_t k = starts_[cell]; k < starts_[cell + 1]; ++k) f(order_[k]);
   }
 

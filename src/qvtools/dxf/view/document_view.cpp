@@ -44,24 +44,11 @@ void draw_document(DXF& dxf, const Plane& plane, DrawingContext& to) {
 
 }  // namespace
 
-void DXF::Draw(CDC* dc, CFCoor* coor) {
-  m_pCoor = coor;
-  Draw(dc);
-}
-
-void DXF::Draw(CDC* dc) {
-  Draw(dc, m_pCoor, qv::Appearance());
-}
-
 void DXF::Draw(CDC* dc, CFCoor* coor, const qv::Appearance& appearance) {
   m_pCoor = coor;
   if (!m_nMemFlag) return;
   DrawingContext to = drawing_context(dc, *coor, appearance);
   draw_document(*this, Plane(), to);
-}
-
-void DXF::Draw3D(CDC* dc, CFCoor* coor, float a, float b) {
-  Draw3D(dc, coor, a, b, qv::Appearance());
 }
 
 void DXF::Draw3D(CDC* dc, CFCoor* coor, float a, float b, const qv::Appearance& appearance) {

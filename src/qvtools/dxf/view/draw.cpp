@@ -1,6 +1,5 @@
 #include "qvtools/dxf/view/internal/draw.h"
 
-#include <algorithm>
 #include <cstring>
 #include <numbers>
 
@@ -205,10 +204,7 @@ void draw_entity(ACAD_ENTITY& entity, const Plane& plane, DrawingContext& to) {
 
 void draw_block(const ACAD_BLOCK& block, const ACAD_INSERT& insert, const Plane& plane, DrawingContext& to) {
   const Plane placed = plane.moved(displacement(block, insert));
-  for (POSITION at = block.m_EntityList.GetHeadPosition(); at;) {
-    auto& entity = *static_cast<ACAD_ENTITY*>(block.m_EntityList.GetNext(at));
-    if (entity.GetType() != ACAD_TYPE_INSERT) draw_entity(entity, placed, to);
-  }
+  walk_block(block, [&](ACAD_ENTITY& entity) { return draw_entity(entity, placed, to), false; });
 }
 
 }  // namespace qv::detail

@@ -142,12 +142,10 @@ std::vector<CPoint> cut(const std::vector<CPoint>& polygon, int CPoint::*along, 
   return kept;
 }
 
-constexpr int kReach = 30000;  // of what devices fill, both ways
-
 std::vector<CPoint> cut_to_limits(const CPoint* points, int n, CRect limits) {
   constexpr int kMargin = 64;  // so that no cut shows on the limits
-  limits.right = std::min(limits.right, kReach - kMargin);
-  limits.bottom = std::min(limits.bottom, kReach - kMargin);
+  limits.right = std::min(limits.right, CSafeDC::kFillReach - kMargin);
+  limits.bottom = std::min(limits.bottom, CSafeDC::kFillReach - kMargin);
   std::vector<CPoint> polygon(points, points + n);
   polygon = cut(polygon, &CPoint::x, &CPoint::y, limits.left - kMargin, false);
   polygon = cut(polygon, &CPoint::x, &CPoint::y, limits.right + kMargin, true);
@@ -192,7 +190,8 @@ void draw_segments(const std::vector<Segment>& segments, bool closed, COLORREF c
 
 void fill(const CPoint* points, int n, COLORREF color, DrawingContext& to) {
   const auto within = [](const CPoint& p) {
-    return p.x >= -kReach && p.x <= kReach && p.y >= -kReach && p.y <= kReach;
+    return p.x >= -CSafeDC::kFillReach && p.x <= CSafeDC::kFillReach && p.y >= -CSafeDC::kFillReach &&
+           p.y <= CSafeDC::kFillReach;
   };
   if (to.dc()->IsMetafile() || std::all_of(points, points + n, within)) return fill_region(points, n, color, to);
   unless_out_of_memory([&] {

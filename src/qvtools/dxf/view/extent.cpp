@@ -1,10 +1,10 @@
-#include <algorithm>
 #include <cstring>
 #include <limits>
 #include <numbers>
+#include <ranges>
 
 #include "qvtools/dxf/model/internal/name_index.h"
-#include "qvtools/dxf/model/internal/walk.h"
+#include "qvtools/dxf/view/box_grid.h"
 #include "qvtools/dxf/view/internal/outline.h"
 #include "qvtools/fonts/shx.h"
 
@@ -12,34 +12,23 @@ namespace qv::detail {
 
 namespace {
 
-/// The smallest box of what was added; the empty rectangle when nothing was.
-class Box {
- public:
-  void add(const CFPoint& p) {
-    x1_ = std::min(x1_, p.x);
-    y1_ = std::min(y1_, p.y);
-    x2_ = std::max(x2_, p.x);
-    y2_ = std::max(y2_, p.y);
-  }
-  void add(const CFRect& r) {
-    add(CFPoint(r.x1, r.y1));
-    add(CFPoint(r.x2, r.y2));
-  }
-  void add(const CFShape& shape) {
-    CFPoint p1;
-    CFPoint p2;
-    shape.GetRect(p1, p2);
-    add(p1);
-    add(p2);
-  }
-  CFRect rect() const { return x1_ <= x2_ ? CFRect(x1_, y1_, x2_, y2_) : CFRect(); }
+void add(Box& box, const CFShape& shape) {
+  CFPoint p1, p2;
+  shape.GetRect(p1, p2);
+  box.add(p1);
+  box.add(p2);
+}
 
- private:
-  float x1_ = std::numeric_limits<float>::infinity();
-  float y1_ = x1_;
-  float x2_ = -x1_;
-  float y2_ = -x1_;
-};
+/// The box as a rectangle; the empty one when nothing is in it.
+CFRect rect_of(const Box& box) {
+  return box.is_empty() ? CFRect() : CFRect(box.x1, box.y1, box.x2, box.y2);
+}
+
+CFRect extent_of_points(const auto& points) {
+  Box box;
+  for (const CFPoint& p : points) box.add(p);
+  return rect_of(box);
+}
 
 }  // namespace
 
@@ -67,7 +56,7 @@ TextBox::TextBox(const ACAD_TEXT& text, const Plane& plane) {
 
 CFRect extent(const ACAD_POINT& r, const Plane& plane) {
   const CFPoint p = plane(r.m_Point);
-  return {p.x - 10, p.y - 10, p.x + 10, p.y + 10};
+  return {p.x - kPointExtent, p.y - kPointExtent, p.x + kPointExtent, p.y + kPointExtent};
 }
 CFRect extent(const ACAD_CIRCLE& r, const Plane& plane) {
   const CFPoint c = plane(r.m_Center);
@@ -75,8 +64,8 @@ CFRect extent(const ACAD_CIRCLE& r, const Plane& plane) {
 }
 CFRect extent(const ACAD_ARC& r, const Plane& plane) {
   Box box;
-  box.add(arc_shape(r, plane(r.m_Center)));
-  return box.rect();
+  add(box, arc_shape(r, plane(r.m_Center)));
+  return rect_of(box);
 }
 CFRect extent(const ACAD_POLYLINE& r, const Plane& plane) {
   Box box;
@@ -85,31 +74,18 @@ CFRect extent(const ACAD_POLYLINE& r, const Plane& plane) {
     if (segment.is_straight())
       box.add(segment.to);
     else
-      box.add(segment.shape());
+      add(box, segment.shape());
   });
-  return box.rect();
+  return rect_of(box);
 }
-
-namespace {
-
-CFRect extent_of_corners(const Point3 (&corners)[4], const Plane& plane) {
-  Box box;
-  for (const Point3& corner : corners) box.add(plane(corner));
-  return box.rect();
-}
-
-}  // namespace
-
 CFRect extent(const ACAD_SOLID& r, const Plane& plane) {
-  return extent_of_corners(r.m_Corner, plane);
+  return extent_of_points(r.m_Corner | std::views::transform(plane));
 }
 CFRect extent(const ACAD_3DFACE& r, const Plane& plane) {
-  return extent_of_corners(r.m_Corner, plane);
+  return extent_of_points(r.m_Corner | std::views::transform(plane));
 }
 CFRect extent(const ACAD_TEXT& r, const Plane& plane) {
-  Box box;
-  for (const CFPoint& corner : TextBox(r, plane).corner) box.add(corner);
-  return box.rect();
+  return extent_of_points(TextBox(r, plane).corner);
 }
 
 CFRect own_extent(ACAD_ENTITY& entity, const Plane& plane) {
@@ -118,51 +94,49 @@ CFRect own_extent(ACAD_ENTITY& entity, const Plane& plane) {
   return extent;
 }
 
-}  // namespace qv::detail
-
-using qv::detail::Box;
-using qv::detail::Plane;
-
 namespace {
 
-/// Adds the extents of a list's entities; `add_insert` answers for the inserts in it.
-template <class F>
-void add_entities(const CPtrList& list, const Plane& plane, Box& box, const F& add_insert) {
-  qv::detail::walk(list, [&](ACAD_ENTITY& entity) {
-    if (entity.GetType() == ACAD_TYPE_INSERT) return add_insert(static_cast<ACAD_INSERT&>(entity));
-    qv::detail::visit_record(
-        entity,
-        [&](const auto& record) {
-          if (!qv::detail::is_empty(record)) box.add(qv::detail::extent(record, plane));
-        },
-        [&](ACAD_ENTITY& own) {
-          const CFRect extent = qv::detail::own_extent(own, plane);
-          if (!extent.IsFRectNull(std::numeric_limits<float>::min())) box.add(extent);
-        });
-  });
+/// Adds the extent of an entity that is no insert.
+void add_entity(ACAD_ENTITY& entity, const Plane& plane, Box& box) {
+  const auto add_rect = [&box](const CFRect& r) { box.add(Box{r.x1, r.y1, r.x2, r.y2}); };
+  visit_record(
+      entity,
+      [&](const auto& record) {
+        if (!is_empty(record)) add_rect(extent(record, plane));
+      },
+      [&](ACAD_ENTITY& own) {
+        const CFRect extent = own_extent(own, plane);
+        if (!extent.IsFRectNull(std::numeric_limits<float>::min())) add_rect(extent);
+      });
 }
 
 void add_block(const ACAD_BLOCK& block, const ACAD_INSERT& insert, const Plane& plane, Box& box) {
-  add_entities(block.m_EntityList, plane.moved(qv::detail::displacement(block, insert)), box,
-               [](const ACAD_INSERT&) {});
+  const Plane placed = plane.moved(displacement(block, insert));
+  walk_block(block, [&](ACAD_ENTITY& entity) { return add_entity(entity, placed, box), false; });
 }
 
 CFRect block_extent(const ACAD_BLOCK& block, const ACAD_INSERT& insert, const Plane& plane) {
   Box box;
   add_block(block, insert, plane, box);
-  return box.rect();
+  return rect_of(box);
 }
 
 CFRect document_extent(DXF& dxf, const Plane& plane) {
   Box box;
-  qv::detail::InsertedBlocks blocks(dxf);
-  add_entities(dxf.m_EntityList, plane, box, [&](const ACAD_INSERT& insert) {
+  InsertedBlocks blocks(dxf);
+  walk(dxf.m_EntityList, [&](ACAD_ENTITY& entity) {
+    if (entity.GetType() != ACAD_TYPE_INSERT) return add_entity(entity, plane, box);
+    const auto& insert = static_cast<ACAD_INSERT&>(entity);
     if (const ACAD_BLOCK* block = blocks(insert)) add_block(*block, insert, plane, box);
   });
-  return box.rect();
+  return rect_of(box);
 }
 
 }  // namespace
+
+}  // namespace qv::detail
+
+using namespace qv::detail;
 
 CFRect ACAD_BLOCK::GetFRect(ACAD_INSERT* insert) {
   return block_extent(*this, *insert, Plane());
@@ -178,11 +152,11 @@ CFRect DXF::GetFRect3D(float a, float b) {
 }
 
 float ACAD_TEXT::GetWidth() {
-  return qv::detail::text_width(*this, m_fHeight);
+  return text_width(*this, m_fHeight);
 }
 
 int ACAD_TEXT::GetOutLook(float* x, float* y) {
-  const qv::detail::TextBox box(*this, Plane());
+  const TextBox box(*this, Plane());
   for (int i = 0; i < 4; ++i) {
     x[i] = box.corner[i].x;
     y[i] = box.corner[i].y;

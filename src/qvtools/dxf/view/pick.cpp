@@ -1,6 +1,5 @@
 #include "qvtools/dxf/view/internal/pick.h"
 
-#include "qvtools/dxf/model/internal/kinds.h"
 #include "qvtools/dxf/model/internal/name_index.h"
 #include "qvtools/dxf/model/internal/walk.h"
 #include "qvtools/services/internal/out_of_memory.h"
@@ -95,7 +94,7 @@ bool picks(const Record& record, const Plane& plane, const Pick& pick) {
   return !pick.misses(extent(record, plane)) && hit(record, plane, pick);
 }
 
-#define QV_KIND(Class, Type) template bool picks(const Class&, const Plane&, const Pick&);
+#define QV_KIND(KEYWORD, member) template bool picks(const ACAD_##KEYWORD&, const Plane&, const Pick&);
 QV_FOR_EACH_ENTITY_KIND(QV_KIND)
 #undef QV_KIND
 
@@ -109,15 +108,13 @@ bool picks_block(const ACAD_BLOCK& block, const ACAD_INSERT& insert, const Plane
   const Plane placed = plane.moved(displacement(block, insert));
   bool all = true;
   bool any = false;
-  for (POSITION at = block.m_EntityList.GetHeadPosition(); at;) {
-    auto& entity = *static_cast<ACAD_ENTITY*>(block.m_EntityList.GetNext(at));
-    if (entity.GetType() == ACAD_TYPE_INSERT) continue;
+  const bool touched = walk_block(block, [&](ACAD_ENTITY& entity) {
     const bool hit = picks_entity(entity, placed, pick);
-    if (hit && pick.mode != 0) return true;
     any = true;
     all = all && hit;
-  }
-  return any && all;
+    return hit && pick.mode != 0;
+  });
+  return touched || (any && all);
 }
 
 }  // namespace qv::detail

@@ -3,14 +3,12 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
-#include <cstring>
-#include <limits>
 #include <numbers>
 #include <unordered_map>
 
 #include "qvtools/display/internal/world_window.h"
 #include "qvtools/dxf/model/internal/name_index.h"
-#include "qvtools/dxf/model/internal/walk.h"
+#include "qvtools/dxf/model/internal/points.h"
 #include "qvtools/dxf/view/internal/draw.h"
 #include "qvtools/dxf/view/internal/pick.h"
 #include "qvtools/system/internal/prefetch.h"
@@ -19,10 +17,8 @@ namespace qv {
 
 namespace {
 
+using detail::Box;
 using detail::Plane;
-
-constexpr float kInfinity = std::numeric_limits<float>::infinity();
-constexpr float kHalfPi = 1.5707964F;
 
 /// Letters hang over a text's ends and below its line by less than this many heights.
 constexpr double kOverhang = 2;
@@ -32,126 +28,63 @@ double text_reach(const ACAD_TEXT& r) {
   return std::fabs(static_cast<double>(detail::text_width(r, 1))) + kOverhang;
 }
 
-/// A box that grows; it begins with nothing.
-struct Grown {
-  float x1 = kInfinity;
-  float y1 = kInfinity;
-  float x2 = -kInfinity;
-  float y2 = -kInfinity;
+/// Adds a point; one that is not finite makes the box endless.
+void add_point(Box& box, const CFPoint& p) {
+  if (std::isfinite(p.x) && std::isfinite(p.y))
+    box.add(p);
+  else
+    box = Box::everything();
+}
 
-  bool empty() const { return x1 > x2; }
-  void add(const CFPoint& p) {
-    // What is no number makes the box endless, not smaller.
-    if (!std::isfinite(p.x) || !std::isfinite(p.y)) return everything();
-    x1 = std::min(x1, p.x);
-    y1 = std::min(y1, p.y);
-    x2 = std::max(x2, p.x);
-    y2 = std::max(y2, p.y);
-  }
-  void add(const Grown& r) {
-    if (r.empty()) return;
-    x1 = std::min(x1, r.x1);
-    y1 = std::min(y1, r.y1);
-    x2 = std::max(x2, r.x2);
-    y2 = std::max(y2, r.y2);
-  }
-  void everything() {
-    x1 = y1 = -kInfinity;
-    x2 = y2 = kInfinity;
-  }
-  /// Widens the box by a length, and by as much again as single precision may lose.
-  void widen(double by) {
-    if (empty()) return;
-    constexpr double kLoss = 1e-6;
-    const double far = std::max({std::fabs(x1), std::fabs(y1), std::fabs(x2), std::fabs(y2)});
-    const auto d = static_cast<float>(std::fabs(by) + far * kLoss);
-    if (!std::isfinite(d)) return everything();
-    x1 -= d;
-    y1 -= d;
-    x2 += d;
-    y2 += d;
-  }
-};
+/// Widens a box by a length, and by as much again as single precision may lose.
+void widen(Box& box, double by) {
+  if (box.is_empty()) return;
+  constexpr double kLoss = 1e-6;
+  const double far = std::max({std::fabs(box.x1), std::fabs(box.y1), std::fabs(box.x2), std::fabs(box.y2)});
+  const auto d = static_cast<float>(std::fabs(by) + far * kLoss);
+  box = std::isfinite(d) ? Box{box.x1 - d, box.y1 - d, box.x2 + d, box.y2 + d} : Box::everything();
+}
 
-// Where each kind can be drawn or picked, in a plane; empty for what is never drawn.
+// How far a record can be drawn or picked beyond the box of its points.
 
-Grown reach(const ACAD_LINE& r, const Plane& plane) {
-  Grown box;
-  box.add(plane(r.m_Start));
-  box.add(plane(r.m_End));
-  return box;
+double beyond_points(const auto&, const Box&) {
+  return 0;
 }
-Grown reach(const ACAD_POINT& r, const Plane& plane) {
-  constexpr double kExtent = 10;
-  Grown box;
-  box.add(plane(r.m_Point));
-  box.widen(kExtent);
-  return box;
+double beyond_points(const ACAD_POINT&, const Box&) {
+  return detail::kPointExtent;
 }
-Grown text_box(const ACAD_TEXT& r, double reach, const Plane& plane) {
-  Grown box;
-  box.add(plane(r.m_Insert));
-  box.widen(r.m_fHeight * reach);
-  return box;
+double beyond_points(const ACAD_TEXT& r, const Box&) {
+  return r.m_fHeight * text_reach(r);
 }
-Grown reach(const ACAD_TEXT& r, const Plane& plane) {
-  return text_box(r, text_reach(r), plane);
+double beyond_points(const ACAD_CIRCLE& r, const Box&) {
+  return r.m_fRadius;
 }
-Grown reach(const ACAD_CIRCLE& r, const Plane& plane) {
-  Grown box;
-  box.add(plane(r.m_Center));
-  box.widen(r.m_fRadius);
-  return box;
+double beyond_points(const ACAD_ARC& r, const Box&) {
+  return r.m_fRadius;
 }
-Grown reach(const ACAD_ARC& r, const Plane& plane) {
-  Grown box;
-  box.add(plane(r.m_Center));
-  box.widen(r.m_fRadius);
-  return box;
-}
-Grown reach(const ACAD_POLYLINE& r, const Plane& plane) {
-  Grown box;
+double beyond_points(const ACAD_POLYLINE& r, const Box& box) {
   double width = std::max(std::fabs(r.m_fStartWidth), std::fabs(r.m_fEndWidth));
   double bulge = 0;
   for (const ACAD_VERTEX& vertex : r.m_Vertices) {
-    box.add(plane(vertex.m_Point));
     width = std::max<double>({width, std::fabs(vertex.m_fStartWidth), std::fabs(vertex.m_fEndWidth)});
     bulge = std::max<double>(bulge, std::fabs(vertex.m_fBulge));
   }
-  if (box.empty()) return box;
   // No point of an arc lies farther from its nearer end than its apex does, chord / 2 * sqrt(1 + b^2), which is at most
   // chord * (1 + b) / 2; the tip of a mitre lies within five half widths of its vertex.
   const double chord = std::hypot(static_cast<double>(box.x2) - box.x1, static_cast<double>(box.y2) - box.y1);
-  box.widen((bulge > 0 ? chord * (1 + bulge) / 2 : 0) + width * 2.5);
-  return box;
-}
-Grown reach_of_corners(const Point3 (&corners)[4], const Plane& plane) {
-  Grown box;
-  for (const Point3& corner : corners) box.add(plane(corner));
-  return box;
-}
-Grown reach(const ACAD_SOLID& r, const Plane& plane) {
-  return reach_of_corners(r.m_Corner, plane);
-}
-Grown reach(const ACAD_3DFACE& r, const Plane& plane) {
-  return reach_of_corners(r.m_Corner, plane);
+  return (bulge > 0 ? chord * (1 + bulge) / 2 : 0) + width * 2.5;
 }
 
-/// Where an entity other than an insert can be; a program's own kind anywhere.
-Grown reach_of(ACAD_ENTITY& entity, const Plane& plane) {
-  Grown box;
-  box.everything();
-  detail::visit_record(
-      entity,
-      [&](const auto& record) {
-        if constexpr (requires { reach(record, plane); }) box = reach(record, plane);
-      },
-      [](ACAD_ENTITY&) {});
+/// Where a record can be drawn or picked, in a plane; empty for what is never drawn.
+Box reach(const auto& r, const Plane& plane) {
+  Box box;
+  detail::for_each_point(r, [&](const Point3& p) { add_point(box, plane(p)); });
+  widen(box, beyond_points(r, box));
   return box;
 }
 
 /// Whether a line lies inside the rectangle, off its border: then there is nothing more to ask.
-bool lies_within(const detail::Box& line, const CFRect& rect) {
+bool lies_within(const Box& line, const CFRect& rect) {
   const auto inside = [&](float x, float y) { return x > rect.x1 && x < rect.x2 && y > rect.y1 && y < rect.y2; };
   return inside(line.x1, line.y1) && inside(line.x2, line.y2);
 }
@@ -164,7 +97,7 @@ struct PreparedDrawing::Builder {
   DXF& dxf;
   Plane plane;
   detail::InsertedBlocks inserted{dxf};
-  std::unordered_map<const ACAD_BLOCK*, std::pair<Grown, int>> blocks{};  // where their entities reach, unmoved
+  std::unordered_map<const ACAD_BLOCK*, std::pair<Box, int>> blocks{};  // where their entities reach, unmoved
 
   void add_items() {
     to.items_.reserve(static_cast<std::size_t>(dxf.m_EntityList.GetCount()));
@@ -172,37 +105,33 @@ struct PreparedDrawing::Builder {
       if (entity.GetType() == ACAD_TYPE_INSERT) return add_insert(static_cast<ACAD_INSERT&>(entity));
       detail::visit_record(
           entity, [&](auto& record) { add_record(record); },
-          [&](ACAD_ENTITY& own) { add(own, reach_of(own, plane), Kind::Other, 0); });
+          [&](ACAD_ENTITY& own) { add(own, Box::everything(), Kind::Other, 0); });
     });
   }
 
-  void add_record(ACAD_ENTITY& entity) { add(entity, reach_of(entity, plane), Kind::Other, 0); }
+  void add_record(auto& record) { add(record, reach(record, plane), Kind::Other, 0); }
 
-  void add(ACAD_ENTITY& entity, const Grown& box, Kind kind, int index, int color = 0,
-           PenStyle style = PenStyle::Solid) {
-    if (!box.empty()) to.items_.push_back({{box.x1, box.y1, box.x2, box.y2}, &entity, color, index, kind, style, true});
+  void add(ACAD_ENTITY& entity, const Box& box, Kind kind, int index, int color = 0, PenStyle style = PenStyle::Solid) {
+    if (!box.is_empty()) to.items_.push_back({box, &entity, color, index, kind, style, true});
   }
 
   void add_record(ACAD_LINE& line) {
     const CFPoint from = plane(line.m_Start);
     const CFPoint until = plane(line.m_End);
-    to.items_.push_back({{from.x, from.y, until.x, until.y},
-                         &line,
-                         line.m_nColor,
-                         0,
-                         Kind::Line,
-                         detail::pen_style(line.m_szLType),
-                         true});
+    const PenStyle style = detail::pen_style(line.m_szLType);
+    to.items_.push_back({{from.x, from.y, until.x, until.y}, &line, line.m_nColor, 0, Kind::Line, style, true});
   }
 
   void add_record(ACAD_TEXT& text) {
-    const double reach = note_reach(text);
     const CFPoint at = plane(text.m_Insert);
+    Box box;
+    add_point(box, at);
+    widen(box, text.m_fHeight * note_reach(text));
     const double length = detail::text_width(text, text.m_fHeight);
     const double angle = text.m_fRotation * std::numbers::pi / 180;
     const Box ends{at.x, at.y, static_cast<float>(at.x + length * std::cos(angle)),
                    static_cast<float>(at.y + length * std::sin(angle))};
-    add(text, text_box(text, reach, plane), Kind::Text, static_cast<int>(to.baseLines_.size()), text.m_nColor,
+    add(text, box, Kind::Text, static_cast<int>(to.baseLines_.size()), text.m_nColor,
         detail::pen_style(text.m_szLType));
     to.baseLines_.push_back({ends, text.m_fHeight});
   }
@@ -218,25 +147,27 @@ struct PreparedDrawing::Builder {
     ACAD_BLOCK* const block = inserted(insert);
     if (!block) return;
     const auto& [unmoved, index] = block_reach(*block);
-    if (unmoved.empty()) return;
+    if (unmoved.is_empty()) return;
     const CFPoint shift = plane(detail::displacement(*block, insert));
-    Grown box;
-    box.add(CFPoint(unmoved.x1 + shift.x, unmoved.y1 + shift.y));
-    box.add(CFPoint(unmoved.x2 + shift.x, unmoved.y2 + shift.y));
-    box.widen(0);
+    Box box;
+    add_point(box, {unmoved.x1 + shift.x, unmoved.y1 + shift.y});
+    add_point(box, {unmoved.x2 + shift.x, unmoved.y2 + shift.y});
+    widen(box, 0);
     add(insert, box, Kind::Insert, index);
   }
 
-  const std::pair<Grown, int>& block_reach(ACAD_BLOCK& block) {
+  const std::pair<Box, int>& block_reach(ACAD_BLOCK& block) {
     const auto [found, isNew] = blocks.try_emplace(&block);
     if (!isNew) return found->second;
     auto& [box, index] = found->second;
     index = static_cast<int>(to.blocks_.size());
     to.blocks_.push_back(&block);
-    detail::walk(block.m_EntityList, [&box = box, this](ACAD_ENTITY& entity) {
-      if (entity.GetType() == ACAD_TYPE_INSERT) return;
+    detail::walk_block(block, [&box = box, this](ACAD_ENTITY& entity) {
       if (entity.GetType() == ACAD_TYPE_TEXT) note_reach(static_cast<ACAD_TEXT&>(entity));
-      box.add(reach_of(entity, plane));
+      box.add(detail::visit_record(
+          entity, [&](const auto& record) { return reach(record, plane); },
+          [](ACAD_ENTITY&) { return Box::everything(); }));
+      return false;
     });
     return found->second;
   }
@@ -247,16 +178,16 @@ struct PreparedDrawing::Builder {
     for (const Item& item : to.items_) {
       const Box& b = item.box;
       boxes.push_back({std::min(b.x1, b.x2), std::min(b.y1, b.y2), std::max(b.x1, b.x2), std::max(b.y1, b.y2)});
-      // What is no number lies anywhere.
-      if (!(boxes.back().x2 - boxes.back().x1 + boxes.back().y2 - boxes.back().y1 < kInfinity))
-        boxes.back() = {-kInfinity, -kInfinity, kInfinity, kInfinity};
+      // A box with NaN lies anywhere.
+      if (!(boxes.back().x2 - boxes.back().x1 + boxes.back().y2 - boxes.back().y1 < Box::kInfinity))
+        boxes.back() = Box::everything();
     }
     to.grid_ = detail::BoxGrid(boxes);
     to.marks_.assign((boxes.size() + 63) / 64, 0);
   }
 };
 
-PreparedDrawing::PreparedDrawing(DXF& dxf) : plan_(true), a_(0), b_(kHalfPi) {
+PreparedDrawing::PreparedDrawing(DXF& dxf) : plan_(true), a_(0), b_(HALF_PI_F) {
   Builder builder{*this, dxf, Plane()};
   builder.add_items();
   builder.add_grid();
@@ -300,10 +231,6 @@ void PreparedDrawing::for_each_shown(const Misses& misses, const F& f) {
   }
 }
 
-void PreparedDrawing::Draw(CDC* dc, CFCoor* coor) {
-  Draw(dc, coor, Appearance());
-}
-
 void PreparedDrawing::Draw(CDC* dc, CFCoor* coor, const Appearance& appearance) {
   detail::DrawingContext to = detail::drawing_context(dc, *coor, appearance);
   dc->SetBkMode(BackgroundMode::Transparent);
@@ -338,10 +265,10 @@ bool PreparedDrawing::picks(const Item& item, const CFRegion& region, int mode) 
 std::vector<ACAD_ENTITY*> PreparedDrawing::Pick(const CFRect& rect, int mode) {
   std::vector<ACAD_ENTITY*> taken;
   const CFRegion region{CFRect(rect)};
-  Grown reach;
-  reach.add(CFPoint(rect.x1, rect.y1));
-  reach.add(CFPoint(rect.x2, rect.y2));
-  reach.widen(0);
+  Box reach;
+  add_point(reach, {rect.x1, rect.y1});
+  add_point(reach, {rect.x2, rect.y2});
+  widen(reach, 0);
   for_each_shown(
       [&](const Box& b) {
         return std::max(b.x1, b.x2) < reach.x1 || std::min(b.x1, b.x2) > reach.x2 || std::max(b.y1, b.y2) < reach.y1 ||

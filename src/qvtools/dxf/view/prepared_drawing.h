@@ -24,7 +24,7 @@ class QV_API PreparedDrawing {
 
   /// Draws what `DXF::Draw` (or `DXF::Draw3D`) draws, in the same order: the same picture, but for where the dashes of
   /// joined dashed lines begin.
-  void Draw(CDC* dc, CFCoor* coor);
+  void Draw(CDC* dc, CFCoor* coor) { Draw(dc, coor, {}); }
   /// The same, shown as the appearance says.
   void Draw(CDC* dc, CFCoor* coor, const Appearance& appearance);
   /// The entities that a pick takes, in drawing order: those wholly in the rectangle, and with a mode other than 0

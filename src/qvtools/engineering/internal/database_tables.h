@@ -35,9 +35,9 @@ struct CDataBaseFile::Tables {
   bool read_index();
   /// Keeps an entry whose line stands among the texts of the segments.
   void read_index_entry(std::string_view line);
+  /// Reads the lines of a segment as items, in place of the present ones.
+  void read_items(std::string_view text);
   /// Keeps an item whose key and value stand among the texts of the items. The value is changed there: it ends with a
   /// line feed when its line did (`ended`), and "%%" becomes "%" (`percents`: there may be any).
-  /// Takes a segment's lines as items, in place of those that are there.
-  void read_items(std::string_view text);
   void read_item(std::string_view key, std::string_view value, bool ended, bool percents);
 };

@@ -11,10 +11,10 @@
 
 namespace qv::detail {
 
-/// Bytes on their way to a stream.
+/// Writes bytes to a stream in large blocks.
 class QV_API BlockWriter {
  public:
-  /// What `room` offers at least.
+  /// The bytes that `room` offers at least.
   static constexpr std::size_t kRoom = 1 << 14;
 
   /// Writes to the stream, which it does not own, from where that stands.
@@ -24,7 +24,7 @@ class QV_API BlockWriter {
   /// Whether all that left memory was written, and lies where a position of 12 digits and a `long` reach.
   bool good() const { return good_; }
 
-  /// Where at most `kRoom` bytes may be put; those up to the end that `take` is given count.
+  /// The place for at most `kRoom` bytes; `take` then says where they end.
   char* room() {
     if (used_ >= kBlock) empty();
     return block_.get() + used_;

@@ -9,7 +9,6 @@
 #include <cstring>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 namespace qv::detail {
@@ -39,12 +38,12 @@ class KeyTable {
   std::string_view key(std::size_t i) const { return {texts_.data() + entries_[i].offset, entries_[i].length}; }
   Value& value(std::size_t i) { return entries_[i].value; }
   const Value& value(std::size_t i) const { return entries_[i].value; }
-  /// The block of all texts. The owner may append to it, and change what is no key.
+  /// The block of all texts. The owner may append to it, and change bytes that belong to no key.
   std::string& texts() { return texts_; }
   const std::string& texts() const { return texts_; }
 
-  /// The value of a key, null when it is absent; valid until the next entry is added. Whoever asks for the entries in
-  /// their order finds each where the last one ended, without hashing.
+  /// The value of a key, null when it is absent; valid until the next entry is added. A caller that asks for the
+  /// entries in their order gets each without hashing: the one after the last found is tried first.
   const Value* find(std::string_view key) {
     if (next_ >= entries_.size() || !are_equal(this->key(next_), key)) {
       const std::uint32_t number = slots_.empty() ? 0 : slots_[place(key, hash_of(key))].number;
@@ -77,7 +76,7 @@ class KeyTable {
   static constexpr std::uint64_t kOdd = 0x9E3779B97F4A7C15;
   static constexpr std::uint32_t kLast = 0xFF;
 
-  /// The last byte of a key stands in the hash as it is, below bits that all others have a part in.
+  /// The lowest byte of the hash is the last byte of the key; all others go into the bits above it.
   static std::uint32_t hash_of(std::string_view key) {
     if (key.empty()) return 0;
     const auto last = static_cast<unsigned char>(key.back());
@@ -95,7 +94,7 @@ class KeyTable {
     std::memcpy(&word, from, sizeof word);
     return word;
   }
-  /// All bytes of a text of at most eight, together with its length no other's.
+  /// The bytes of a text of at most eight as a number: texts of one length that differ have different numbers.
   static std::uint64_t short_text(std::string_view text) {
     const char* const p = text.data();
     const std::size_t n = text.size();

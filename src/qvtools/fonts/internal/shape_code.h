@@ -42,8 +42,7 @@ inline Vector decode_vector(unsigned char code) {
 /// Runs the shape record (its name first) on `pen`: pen.step(u, v, down) displaces, pen.push() remembers the position
 /// and pen.pop() goes back to it, to the shape's start when nothing was remembered. The record must lie in a buffer
 /// that ends in `kShapePadding` zeros.
-template <class Pen>
-void run_shape(const unsigned char* p, Pen& pen) {
+void run_shape(const unsigned char* p, auto& pen) {
   const unsigned char* const limit = p + kLongestShape;
   while (p < limit && *p++) {
   }

@@ -6,9 +6,7 @@
 #include "qvtools/geometry/domains/internal/lanes.h"
 #include "qvtools/geometry/functions/jh.h"
 
-using qv::detail::after;
-using qv::detail::EdgeBox;
-using qv::detail::include_arc;
+using namespace qv::detail;
 
 namespace {
 
@@ -41,22 +39,22 @@ struct Band {
 };
 
 /// x, y, cx, cy, which lie next to each other in the record.
-qv::detail::Lanes coordinates(const CDomainEdge& edge) {
+Lanes coordinates(const CDomainEdge& edge) {
   static_assert(offsetof(CDomainEdge, cy) == offsetof(CDomainEdge, x) + 3 * sizeof(float));
-  return qv::detail::load_lanes(reinterpret_cast<const char*>(&edge) + offsetof(CDomainEdge, x));
+  return load_lanes(reinterpret_cast<const char*>(&edge) + offsetof(CDomainEdge, x));
 }
 
 struct Answer {
   bool on = false;
   bool inside = false;
   void take_straight(const CDomainEdge& edge, const CDomainEdge& next, float px, float py, float tol) {
-    const qv::detail::RelativeEdge relative(edge, next, px, py);
+    const RelativeEdge relative(edge, next, px, py);
     inside ^= relative.crosses_ray();
     on |= relative.near_segment(tol);
   }
   void take(const CDomainEdge& edge, const CDomainEdge& next, float px, float py, float tol) {
-    inside ^= qv::detail::changes_parity(edge, next, px, py);
-    on |= qv::detail::on_edge(edge, next, px, py, tol);
+    inside ^= changes_parity(edge, next, px, py);
+    on |= on_edge(edge, next, px, py, tol);
   }
 };
 
@@ -65,16 +63,11 @@ struct Answer {
 int Region_To_Domain(const CFRegion& region, CArray<CDomainEdge, CDomainEdge&>& edges) {
   edges.SetSize(region.GetSize());
   for (int i = 0; i < region.GetSize(); ++i) {
-    CDomainEdge& edge = edges[i];
-    edge = CDomainEdge();
-    edge.x = region[i].x;
-    edge.y = region[i].y;
+    const CFShoot& v = region[i];
     const CFShape shape = region.GetEdge(i);
-    if (!shape.IsArc() && !shape.IsCircle()) continue;
-    edge.isArc = 1;
-    edge.cx = shape.x;
-    edge.cy = shape.y;
-    edge.ccw = region[i].C <= 0;
+    edges[i] = {.x = v.x, .y = v.y};
+    if (shape.IsArc() || shape.IsCircle())
+      edges[i] = {.isArc = 1, .x = v.x, .y = v.y, .cx = shape.x, .cy = shape.y, .ccw = v.C <= 0};
   }
   return edges.GetSize();
 }
@@ -83,14 +76,14 @@ int CPointInDomain::Point_In_Domain(int n, const CDomainEdge* edges, float px, f
   if (n < 1) return 0;
   const Band band(py, tol);
   Answer answer;
-  qv::detail::Lanes low = coordinates(edges[0]), high = low;
+  Lanes low = coordinates(edges[0]), high = low;
   EdgeBox arcs({edges[0].x, edges[0].y});
   const CDomainEdge* edge = edges + n - 1;
   int here = band.beside(edge->y);
   for (const CDomainEdge* next = edges; next != edges + n; edge = next++) {
-    const qv::detail::Lanes v = coordinates(*next);
-    low = qv::detail::lower(v, low);
-    high = qv::detail::higher(v, high);
+    const Lanes v = coordinates(*next);
+    low = lower(v, low);
+    high = higher(v, high);
     const int there = band.beside(next->y);
     if (edge->isArc) {
       include_arc(arcs, *edge, *next);
@@ -100,10 +93,9 @@ int CPointInDomain::Point_In_Domain(int n, const CDomainEdge* edges, float px, f
     }
     here = there;
   }
-  xmin = (std::min)(arcs.x1, low[0]);
-  ymin = (std::min)(arcs.y1, low[1]);
-  xmax = (std::max)(arcs.x2, high[0]);
-  ymax = (std::max)(arcs.y2, high[1]);
+  arcs.include(low[0], low[1]);
+  arcs.include(high[0], high[1]);
+  arcs.store(xmin, ymin, xmax, ymax);
   return answer.on || answer.inside;
 }
 
@@ -122,7 +114,7 @@ int CPointInDomain::Point_On_Edge_Domain(int n, const CDomainEdge* edges, float 
 
 int CPointInDomain::Point_On_One_Edge(const CDomainEdge& edge, const CDomainEdge& next, float px, float py,
                                       float tol) const {
-  return qv::detail::on_edge(edge, next, px, py, tol);
+  return on_edge(edge, next, px, py, tol);
 }
 
 int CPointInDomain::Point_Into_Domain(int n, const CDomainEdge* edges, float px, float py, float tol) const {
@@ -134,10 +126,7 @@ void CPointInDomain::Get_OutLook_One_Edge(const CDomainEdge& edge, const CDomain
   EdgeBox box({edge.x, edge.y});
   box.include(next.x, next.y);
   if (edge.isArc) include_arc(box, edge, next);
-  x1 = box.x1;
-  y1 = box.y1;
-  x2 = box.x2;
-  y2 = box.y2;
+  box.store(x1, y1, x2, y2);
 }
 
 void CPointInDomain::Get_OutLook_Domain(int n, const CDomainEdge* edges, float& x1, float& y1, float& x2,
@@ -148,10 +137,7 @@ void CPointInDomain::Get_OutLook_Domain(int n, const CDomainEdge* edges, float& 
     box.include(edges[i].x, edges[i].y);
     if (edges[i].isArc) include_arc(box, edges[i], after(edges, n, i));
   }
-  x1 = box.x1;
-  y1 = box.y1;
-  x2 = box.x2;
-  y2 = box.y2;
+  box.store(x1, y1, x2, y2);
 }
 
 int CPointInDomain::Test_CrossRegon_Domain_Circle(int n, const CDomainEdge* edges, float cx, float cy, float r,
@@ -207,8 +193,4 @@ int CPointInDomain::Test_CrossRegon_Domain_Rect(int n, const CDomainEdge* edges,
     if (crosses_rect(edges[i], after(edges, n, i), rx, ry, tol)) return 1;
   }
   return 0;
-}
-
-void CPointInDomain::Swap(float& a, float& b) const {
-  std::swap(a, b);
 }

@@ -82,7 +82,7 @@ class QV_API CPointInDomain {
   void Draw_SCR(std::FILE* f, const CDomainEdge& edge, const CDomainEdge& next) const;
   void Draw_SCR(std::FILE* f, int n, const CDomainEdge* edges) const;
 
-  void Swap(float& a, float& b) const;
+  void Swap(float& a, float& b) const { std::swap(a, b); }
 
   // The steps of the crossing count, on records relative to the tested point, whose ray is the X axis.
 

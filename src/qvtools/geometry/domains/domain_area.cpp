@@ -2,8 +2,7 @@
 #include "qvtools/geometry/domains/internal/domain_edge.h"
 #include "qvtools/geometry/numerics/numeric.h"
 
-using qv::detail::after;
-using qv::detail::Vec;
+using namespace qv::detail;
 
 namespace {
 
@@ -21,9 +20,9 @@ Piece triangle(const CDomainEdge& edge, const CDomainEdge& next, double x0, doub
 Piece arc_segment(const CDomainEdge& edge, const CDomainEdge& next) {
   const Piece nothing{0, {(1.0 * edge.x + next.x) / 2, (1.0 * edge.y + next.y) / 2}};
   if (!edge.isArc) return nothing;
-  const qv::detail::RelativeArc arc(edge, next, 0, 0);
-  const qv::detail::Sweep sweep = arc.sweep();
-  const double h = sweep.angle() / 2, doubled = qv::detail::unit_segment_area(h);
+  const RelativeArc arc(edge, next, 0, 0);
+  const Sweep sweep = arc.sweep();
+  const double h = sweep.angle() / 2, doubled = unit_segment_area(h);
   if (arc.radius2 == 0 || sweep.is_empty() || !(doubled > 0)) return nothing;
   const double r = std::sqrt(arc.radius2), m = std::atan2(sweep.from.y, sweep.from.x) + h, s = std::sin(h);
   // Below this the quotient loses its digits; the segment's centroid is then as good as on the arc.

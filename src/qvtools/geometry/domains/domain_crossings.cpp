@@ -4,10 +4,7 @@
 // The crossing count as it is defined: edges broken at the test line, sides given to the pieces, changes of side
 // counted. The pieces are taken one after the other; no list of them is kept.
 
-using qv::detail::after;
-using qv::detail::RelativeArc;
-using qv::detail::Sweep;
-using qv::detail::Vec;
+using namespace qv::detail;
 
 namespace {
 
@@ -141,13 +138,6 @@ int CPointInDomain::Break_The_Edge(CArray<CDomainEdge, CDomainEdge&>& edges, int
 
 void CPointInDomain::Add_OneBian_AfterPosition(CArray<CDomainEdge, CDomainEdge&>& edges, int index, int isArc, float x,
                                                float y, float cx, float cy, int side, int ccw) const {
-  CDomainEdge edge;
-  edge.side = side;
-  edge.isArc = isArc;
-  edge.x = x;
-  edge.y = y;
-  edge.cx = cx;
-  edge.cy = cy;
-  edge.ccw = ccw;
+  const CDomainEdge edge{.side = side, .isArc = isArc, .x = x, .y = y, .cx = cx, .cy = cy, .ccw = ccw};
   edges.InsertAt(index + 1, edge);
 }

@@ -2,9 +2,7 @@
 
 #include "qvtools/geometry/domains/internal/domain_edge.h"
 
-using qv::detail::RelativeArc;
-using qv::detail::RelativeEdge;
-using qv::detail::Vec;
+using namespace qv::detail;
 
 namespace {
 
@@ -81,8 +79,7 @@ struct CPreparedDomain::Builder {
   }
 
   /// Calls visit(edge, row, column) once for every cell that an edge or the chord of an arc may reach into.
-  template <class Visit>
-  void each_entry(const Visit& visit) {
+  void each_entry(const auto& visit) {
     last_edge.assign(cell_count(), 0);
     for (int i = 0; i < edge_count(); ++i) {
       const auto cells = [&](int row, double from, double to) {
@@ -98,8 +95,7 @@ struct CPreparedDomain::Builder {
     }
   }
 
-  template <class Cells>
-  void chord_cells(const CDomainEdge& from, const CDomainEdge& to, const Cells& cells) const {
+  void chord_cells(const CDomainEdge& from, const CDomainEdge& to, const auto& cells) const {
     const double x1 = from.x, y1 = from.y, dx = to.x - x1, dy = to.y - y1;
     const double low = (std::min)(y1, y1 + dy) - margin, high = (std::max)(y1, y1 + dy) + margin;
     for (int row = d.y_.at(low), end = d.y_.at(high); row <= end; ++row) {
@@ -114,8 +110,7 @@ struct CPreparedDomain::Builder {
   }
 
   /// The cells of the whole circle that lie in the arc's box.
-  template <class Cells>
-  void arc_cells(const CDomainEdge& from, const CDomainEdge& to, const Cells& cells) const {
+  void arc_cells(const CDomainEdge& from, const CDomainEdge& to, const auto& cells) const {
     float x1, y1, x2, y2;
     CPointInDomain().Get_OutLook_One_Edge(from, to, x1, y1, x2, y2);
     const double r2 = RelativeArc(from, to, 0, 0).radius2;
@@ -154,8 +149,7 @@ struct CPreparedDomain::Builder {
     }
   }
 
-  template <class Flip>
-  void flip_by_edge(const CDomainEdge& from, const CDomainEdge& to, const Flip& flip) const {
+  void flip_by_edge(const CDomainEdge& from, const CDomainEdge& to, const auto& flip) const {
     float x1, y1, x2, y2;
     CPointInDomain().Get_OutLook_One_Edge(from, to, x1, y1, x2, y2);
     for (int row = d.y_.first_beyond(y1 - margin), end = d.y_.first_beyond(y2 + margin); row < end; ++row) {
@@ -209,7 +203,7 @@ bool CPreparedDomain::on_any(int row1, int row2, int column1, int column2, float
     // The cells of a row lie one after the other, and so do their entries.
     for (std::uint32_t k = cells[column1].first; k < cells[column2 + 1].first; ++k) {
       const CDomainEdge* edge = &edges_[entries_[k] >> 1];
-      if (qv::detail::on_edge(edge[0], edge[1], px, py, tol)) return true;
+      if (on_edge(edge[0], edge[1], px, py, tol)) return true;
     }
   }
   return false;
@@ -234,7 +228,7 @@ int CPreparedDomain::Point_In_Domain(float px, float py, float tol) const {
   std::uint32_t inside = cell[0].inside;
   for (std::uint32_t k = cell[0].first; k < cell[1].first; ++k) {
     const CDomainEdge* edge = &edges_[entries_[k] >> 1];
-    if (one_cell && qv::detail::on_edge(edge[0], edge[1], px, py, tol)) return 1;
+    if (one_cell && on_edge(edge[0], edge[1], px, py, tol)) return 1;
     const RelativeEdge chord(edge[0], edge[1], px, py);
     inside ^= static_cast<std::uint32_t>(crosses_line_to(reference, chord));
     if (edge->isArc) inside ^= RelativeArc(edge[0], edge[1], px, py).segment_contains() ^ (entries_[k] & 1);

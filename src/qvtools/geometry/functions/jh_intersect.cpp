@@ -2,10 +2,7 @@
 
 #include "qvtools/geometry/functions/internal/jh_figures.h"
 
-using qv::detail::half_chord;
-using qv::detail::SegmentFrame;
-using qv::detail::store;
-using qv::detail::Vec;
+using namespace qv::detail;
 
 namespace {
 
@@ -53,8 +50,7 @@ struct Pair {
     ++count;
   }
   /// Keeps those points for which keep(x, y) is true, the first of them in the first pair.
-  template <class Keep>
-  int filter(int n, const Keep& keep) {
+  int filter(int n, const auto& keep) {
     count = 0;
     for (int i = 0; i < n; ++i) {
       const float px = *x[i], py = *y[i];
@@ -66,7 +62,7 @@ struct Pair {
 
 /// Circles whose distance d is neither too large nor too small for a crossing, nor that of touching from outside.
 int cross_or_touch_inside(const Vec& c1, double r1, const Vec& c2, double r2, double d, Pair& out, float tol) {
-  const qv::detail::CentreLine line(c1, c2, d);
+  const CentreLine line(c1, c2, d);
   if (d >= std::fabs(r1 - r2) + tol) {
     const double s = line.foot(r1, r2), h = half_chord(r1 * r1, s * s);
     out.add(line.at(s, h));
@@ -176,7 +172,7 @@ int JH_GetInterPoint_LineSection_Arc(float x1, float y1, float x2, float y2, flo
                                      float a2, float* ax, float* ay, float* bx, float* by, float tol) {
   const int n = JH_GetInterPoint_Circle_LineSection(cx, cy, r, x1, y1, x2, y2, ax, ay, bx, by, tol);
   return Pair(ax, ay, bx, by).filter(n, [&](float px, float py) {
-    return qv::detail::direction_in_arc(px, py, cx, cy, r, a1, a2, tol);
+    return direction_in_arc(px, py, cx, cy, r, a1, a2, tol);
   });
 }
 
@@ -185,7 +181,7 @@ int JH_GetInterPoint_Circle_Arc(float x1, float y1, float r1, float cx, float cy
   const int n = JH_GetInterPoint_Circle_Circle(x1, y1, r1, cx, cy, r, ax, ay, bx, by, tol);
   if (n < 0) return n;
   return Pair(ax, ay, bx, by).filter(n, [&](float px, float py) {
-    return qv::detail::direction_in_arc(px, py, cx, cy, r, a1, a2, tol);
+    return direction_in_arc(px, py, cx, cy, r, a1, a2, tol);
   });
 }
 
@@ -198,7 +194,6 @@ int JH_GetInterPoint_Arc_Arc(float x1, float y1, float r1, float a1, float b1, f
     return overlap ? kCoincide : 0;
   }
   return Pair(ax, ay, bx, by).filter(n, [&](float px, float py) {
-    return qv::detail::direction_in_arc(px, py, x1, y1, r1, a1, b1, tol) &&
-           qv::detail::direction_in_arc(px, py, x2, y2, r2, a2, b2, tol);
+    return direction_in_arc(px, py, x1, y1, r1, a1, b1, tol) && direction_in_arc(px, py, x2, y2, r2, a2, b2, tol);
   });
 }

@@ -2,9 +2,7 @@
 
 #include "qvtools/geometry/functions/internal/jh_figures.h"
 
-using qv::detail::SegmentFrame;
-using qv::detail::store;
-using qv::detail::Vec;
+using namespace qv::detail;
 
 void JH_RotatePoint0(float* x, float* y, float a) {
   store(Vec{*x, *y}.turned_back(a), x, y);
@@ -56,7 +54,7 @@ int JH_GetCuiZu_PointToLineSection(float px, float py, float x1, float y1, float
 
 int JH_GetCuiZu_PointToArc(float px, float py, float cx, float cy, float r, float a1, float a2, float* fx, float* fy,
                            float tol) {
-  if (!qv::detail::direction_in_arc(px, py, cx, cy, r, a1, a2, tol)) return 0;
+  if (!direction_in_arc(px, py, cx, cy, r, a1, a2, tol)) return 0;
   const Vec v{static_cast<double>(px) - cx, static_cast<double>(py) - cy};
   const double d = v.length();
   // From the centre itself every direction is right; the angle function says a quarter turn.
@@ -65,19 +63,18 @@ int JH_GetCuiZu_PointToArc(float px, float py, float cx, float cy, float r, floa
 }
 
 int JH_TestPointIn_Circle(float px, float py, float cx, float cy, float r, float tol) {
-  return qv::detail::within(static_cast<double>(px) - cx, static_cast<double>(py) - cy,
-                            (std::max)(r, 0.0f) + 1.0 * tol);
+  return within(static_cast<double>(px) - cx, static_cast<double>(py) - cy, (std::max)(r, 0.0f) + 1.0 * tol);
 }
 
 int JH_TestPointIn_LineSection(float px, float py, float x1, float y1, float x2, float y2, float tol) {
   const SegmentFrame segment(x1, y1, x2, y2);
   if (segment.length2 == 0) return JH_TestPointIn_Rect(x1, y1, x1, y1, px, py, tol);
-  return segment.contains(qv::detail::Vec{px, py}, tol);
+  return segment.contains(Vec{px, py}, tol);
 }
 
 int JH_TestPointIn_Arc(float px, float py, float cx, float cy, float r, float a1, float a2, float tol) {
   const double d = Vec{static_cast<double>(px) - cx, static_cast<double>(py) - cy}.length();
-  return std::fabs((std::max)(r, 0.0f) - d) <= tol && qv::detail::direction_in_arc(px, py, cx, cy, r, a1, a2, tol);
+  return std::fabs((std::max)(r, 0.0f) - d) <= tol && direction_in_arc(px, py, cx, cy, r, a1, a2, tol);
 }
 
 int JH_TestPointIn_TuPolygon(float px, float py, int n, const float* xs, const float* ys, float tol) {
@@ -93,5 +90,5 @@ int JH_TestPointIn_TuPolygon(float px, float py, int n, const float* xs, const f
 int JH_TestPointIn_JvBuYuanHuan(float px, float py, float cx, float cy, float r, float w, float a1, float a2,
                                 float tol) {
   const double d = Vec{static_cast<double>(px) - cx, static_cast<double>(py) - cy}.length();
-  return r - w / 2.0 - tol < d && d < r + w / 2.0 + tol && qv::detail::direction_in_arc(px, py, cx, cy, r, a1, a2, tol);
+  return r - w / 2.0 - tol < d && d < r + w / 2.0 + tol && direction_in_arc(px, py, cx, cy, r, a1, a2, tol);
 }

@@ -5,9 +5,7 @@
 // The touch tests, each built from simpler ones in a fixed order and done at the first success. A partial annulus is
 // its four corners and four boundary pieces: the inner and the outer arc and the radial segments at both angles.
 
-using qv::detail::ArcPoint;
-using qv::detail::SegmentFrame;
-using qv::detail::within;
+using namespace qv::detail;
 
 namespace {
 
@@ -22,16 +20,14 @@ int crossings(float x1, float y1, float r1, float cx, float cy, float r, float a
 }
 
 /// Calls test(x1, y1, x2, y2) for the edges of a polygon until one succeeds.
-template <class Test>
-bool any_edge(int n, const float* xs, const float* ys, const Test& test) {
+bool any_edge(int n, const float* xs, const float* ys, const auto& test) {
   for (int i = n - 1, k = 0; k < n; i = k++) {
     if (test(xs[i], ys[i], xs[k], ys[k])) return true;
   }
   return false;
 }
 
-template <class Test>
-bool any_vertex(int n, const float* xs, const float* ys, const Test& test) {
+bool any_vertex(int n, const float* xs, const float* ys, const auto& test) {
   for (int i = 0; i < n; ++i) {
     if (test(xs[i], ys[i])) return true;
   }
@@ -62,8 +58,7 @@ struct Corners {
           {a.cx, a.cy, a.outer(), a.a1},
           {a.cx, a.cy, a.inner(), a.a2},
           {a.cx, a.cy, a.outer(), a.a2}} {}
-  template <class Test>
-  bool any(const Test& test) const {
+  bool any(const auto& test) const {
     return std::any_of(p, p + 4, [&](const ArcPoint& c) { return test(c.x, c.y); });
   }
 };

@@ -79,8 +79,7 @@ class Sum {
 };
 
 /// Calls visit(x) once for every abscissa of two ascending tables; those within 1e-5 of the last one are the same.
-template <class Visit>
-void each_abscissa(int n1, const float* xs1, int n2, const float* xs2, const Visit& visit) {
+void each_abscissa(int n1, const float* xs1, int n2, const float* xs2, const auto& visit) {
   bool any = false;
   float last = 0;
   for (int i = 0, k = 0; i < n1 || k < n2;) {

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <functional>
 #include <utility>
 
 #include "qvtools/geometry/functions/jh.h"
@@ -24,21 +23,8 @@ std::array<double, 3> angles_of_tri(double x1, double y1, double x2, double y2, 
   return angles;
 }
 
-template <class Better, class Key>
-float best_of(int n, const float* values, const Better& better, const Key& key) {
-  if (n < 1) return 0;
-  float best = key(values[0]);
-  for (int i = 1; i < n; ++i) {
-    if (better(key(values[i]), best)) best = key(values[i]);
-  }
-  return best;
-}
-
-float magnitude(float v) {
-  return std::fabs(v);
-}
-float itself(float v) {
-  return v;
+bool is_nearer_to_0(float a, float b) {
+  return std::fabs(a) < std::fabs(b);
 }
 
 }  // namespace
@@ -135,16 +121,16 @@ int get_rect_jiaodian(float x1, float y1, float x2, float y2, float left, float 
 }
 
 float get_dim_max(int n, const float* values) {
-  return best_of(n, values, std::greater<float>(), itself);
+  return n < 1 ? 0 : *std::max_element(values, values + n);
 }
 float get_dim_min(int n, const float* values) {
-  return best_of(n, values, std::less<float>(), itself);
+  return n < 1 ? 0 : *std::min_element(values, values + n);
 }
 float get_dim_absmax(int n, const float* values) {
-  return best_of(n, values, std::greater<float>(), magnitude);
+  return n < 1 ? 0 : std::fabs(*std::max_element(values, values + n, is_nearer_to_0));
 }
 float get_dim_absmin(int n, const float* values) {
-  return best_of(n, values, std::less<float>(), magnitude);
+  return n < 1 ? 0 : std::fabs(*std::min_element(values, values + n, is_nearer_to_0));
 }
 
 void rotate_coordinate(double a, float& x, float& y) {

@@ -35,8 +35,7 @@ Verdict judge_edge(const Place& p, const Place& q, int n) {
   return {end_above ? Verdict::Pass : Verdict::Toggle, 0};
 }
 
-template <class At>
-int walk(int n, const At& at, float px, float py) {
+int walk(int n, const auto& at, float px, float py) {
   int inside = 0;
   for (int i = 0; i < n; ++i) {
     const auto [x1, y1] = at(i);
@@ -69,21 +68,13 @@ Sums sum_edges(int n, const float* xs, const float* ys) {
 }  // namespace
 
 int in_domain(int n, const float* xs, const float* ys, float px, float py) {
-  return walk(
-      n,
-      [&](int i) {
-        return Place{xs[i], ys[i]};
-      },
-      px, py);
+  const auto at = [&](int i) { return Place{xs[i], ys[i]}; };
+  return walk(n, at, px, py);
 }
 
 int point_in_area(int n, const POINT_2D* points, float px, float py) {
-  return walk(
-             n,
-             [&](int i) {
-               return Place{points[i].x, points[i].y};
-             },
-             px, py) != 0;
+  const auto at = [&](int i) { return Place{points[i].x, points[i].y}; };
+  return walk(n, at, px, py) != 0;
 }
 
 float area_poli(int n, const float* xs, const float* ys) {

@@ -47,9 +47,5 @@ CFPoint& CFPoint::Stretch(const CFPoint& c, double k) {
 }
 
 void CFPoint::Serialize(CArchive& archive) {
-  if (archive.IsStoring()) {
-    archive << x << y;
-  } else {
-    archive >> x >> y;
-  }
+  archive.Exchange(x, y);
 }

@@ -6,11 +6,7 @@
 
 #include "qvtools/geometry/values/internal/edge.h"
 
-using qv::detail::between;
-using qv::detail::Chord;
-using qv::detail::EdgeBox;
-using qv::detail::Sweep;
-using qv::detail::Vec;
+using namespace qv::detail;
 
 namespace {
 
@@ -31,9 +27,9 @@ struct Edge {
   double doubled_area() const {
     const double triangle = static_cast<double>(from.x) * to.y - static_cast<double>(from.y) * to.x;
     if (straight()) return triangle;
-    const double half = circle() ? qv::detail::kTurn / 2 : std::fabs(from.C) / 2.0;
+    const double half = circle() ? kTurn / 2 : std::fabs(from.C) / 2.0;
     const double r = chord().length() / 2 / (circle() ? 1 : std::sin(half));
-    return triangle - std::copysign(r * r * qv::detail::unit_segment_area(half), from.C);
+    return triangle - std::copysign(r * r * unit_segment_area(half), from.C);
   }
 
   /// Whether the edge changes the parity of p.
@@ -58,7 +54,7 @@ struct Edge {
     const Vec first{-centre.x, -centre.y}, last{d.x - centre.x, d.y - centre.y};
     const Sweep sweep = from.C < 0 ? Sweep{first, last} : Sweep{last, first};
     box.include_arc(from.x + centre.x, from.y + centre.y, r,
-                    [&](int i) { return circle() || sweep.contains(qv::detail::kQuadrants[i]); });
+                    [&](int i) { return circle() || sweep.contains(kQuadrants[i]); });
   }
 
  private:
@@ -74,7 +70,7 @@ struct Edge {
 /// The distance within which points on the outline, computed along different edges, count as one.
 float outline_tolerance(const CFRegion& region) {
   double largest = 0;
-  for (const CFShoot& v : region) largest = (std::max)(largest, qv::detail::resolution({v}));
+  for (const CFShoot& v : region) largest = (std::max)(largest, resolution({v}));
   return static_cast<float>(8 * largest);
 }
 
@@ -92,8 +88,8 @@ double parameter_of(const CFShape& shape, const CFPoint& p) {
   const Vec v = between(shape, p);
   const double start = shape.R < 0 ? shape.A + qv::kPi : shape.A;
   if (shape.B == 0) return v.turned_back(start).x / shape.GetR();
-  const double sweep = (std::min)(std::fabs(1.0 * shape.B), qv::detail::kTurn);
-  return qv::detail::along_sweep(std::atan2(v.y, v.x) - start, shape.B) / sweep;
+  const double sweep = (std::min)(std::fabs(1.0 * shape.B), kTurn);
+  return along_sweep(std::atan2(v.y, v.x) - start, shape.B) / sweep;
 }
 
 CFPoint point_at(const CFShape& shape, double parameter) {
@@ -114,6 +110,17 @@ std::vector<double> cuts(const CFRegion& region, const CFShape& shape, float tol
   }
   std::sort(parameters.begin(), parameters.end());
   return parameters;
+}
+
+bool any_edge(const CFRegion& region, const auto& test) {
+  for (int i = 0; i < region.GetSize(); ++i)
+    if (test(region.GetEdge(i))) return true;
+  return false;
+}
+
+bool meet(const CFShape& a, const CFShape& b) {
+  CFPoint found[2];
+  return a.Intersect(b, found, 0, 0) != 0;
 }
 
 bool inside_or_on(const CFRegion& region, const CFPoint& p, float tol) {
@@ -184,13 +191,8 @@ int CFRegion::HitShape(const CFShape& shape, int mode) const {
   const CFRect box(low, high);
   const float tol = outline_tolerance(*this);
   if (from.x > high.x + tol || to.x < low.x - tol || from.y > high.y + tol || to.y < low.y - tol) return 0;
-  if (mode != 0) {
-    for (int i = 0; i < GetSize(); ++i) {
-      CFPoint found[2];
-      if (shape.Intersect(GetEdge(i), found, 0, 0) != 0) return 1;
-    }
-    return InRegion(shape.GetMiddlePoint());
-  }
+  if (mode != 0)
+    return any_edge(*this, [&](const CFShape& edge) { return meet(shape, edge); }) || InRegion(shape.GetMiddlePoint());
   if (!box.FpInFRect(from, tol) || !box.FpInFRect(to, tol)) return 0;
   if (shape.IsPoint()) return inside_or_on(*this, shape, tol);
   const std::vector<double> parameters = cuts(*this, shape, tol);
@@ -205,11 +207,7 @@ int CFRegion::Contain(const CFPoint& p1, const CFPoint& p2) const {
   CFPoint low, high;
   GetRect(low, high);
   if (low.Contain(p1, p2) && high.Contain(p1, p2)) return 1;
-  if (!(p1.x > p2.x)) return 0;
-  for (int i = 0; i < GetSize(); ++i) {
-    if (GetEdge(i).Contain(p1, p2)) return 1;
-  }
-  return 0;
+  return p1.x > p2.x && any_edge(*this, [&](const CFShape& edge) { return edge.Contain(p1, p2) != 0; });
 }
 
 int CFRegion::Intersect(const CFShape& shape, CFPoint* out) const {
@@ -242,13 +240,10 @@ int CFRegion::Intersect(const CFRegion& other, CFPoint* out, int first_only) con
 
 int CFRegion::Intersect(const CFRegion& other, int inside) const {
   if (GetSize() == 0 || other.GetSize() == 0) return 0;
-  for (int i = 0; i < GetSize(); ++i) {
-    const CFShape edge = GetEdge(i);
-    for (int k = 0; k < other.GetSize(); ++k) {
-      CFPoint found[2];
-      if (edge.Intersect(other.GetEdge(k), found, 0, 0) != 0) return 1;
-    }
-  }
+  const auto meets_other = [&](const CFShape& edge) {
+    return any_edge(other, [&](const CFShape& of_other) { return meet(edge, of_other); });
+  };
+  if (any_edge(*this, meets_other)) return 1;
   return inside && (InRegion(CFPoint(other[0])) || other.InRegion(CFPoint((*this)[0])));
 }
 

@@ -7,9 +7,7 @@
 #include "qvtools/geometry/values/rect.h"
 #include "qvtools/platform/framework.h"
 
-using qv::detail::along_sweep;
-using qv::detail::between;
-using qv::detail::Vec;
+using namespace qv::detail;
 
 namespace {
 
@@ -25,8 +23,8 @@ struct BesideLine {
   double tolerance;
 
   BesideLine(const CFShape& line, const CFPoint& p) {
-    const qv::detail::Direction d(line.A);
-    const auto stored = qv::detail::LineFrame::with_unit({line.x, line.y}, d.unit);
+    const Direction d(line.A);
+    const auto stored = LineFrame::with_unit({line.x, line.y}, d.unit);
     along = line.R < 0 ? -stored.along({p.x, p.y}) : stored.along({p.x, p.y});
     left = stored.across({p.x, p.y});
     tolerance = std::fabs(along) * d.tolerance;
@@ -41,7 +39,7 @@ double turned_to(const CFShape& s, double direction) {
 /// Whether a direction from the centre meets the arc extended by the angles `before` and `after`.
 bool within_sweep(const CFShape& s, double direction, double before, double after) {
   const double turned = turned_to(s, direction);
-  return turned <= std::fabs(s.B) + after || turned - qv::detail::kTurn >= -before;
+  return turned <= std::fabs(s.B) + after || turned - kTurn >= -before;
 }
 
 }  // namespace
@@ -73,7 +71,7 @@ CFShape::CFShape(const CFPoint& p1, const CFPoint& p2, const CFPoint& p3) : CFSh
   const double det = 2 * u.cross(v), uu = u.dot(u), vv = v.dot(v);
   const Vec centre{(v.y * uu - u.y * vv) / det, (u.x * vv - v.x * uu) / det};
   const double r = centre.length();
-  const bool straight = std::fabs(det) <= 2 * v.length() * qv::detail::resolution({p1, p2, p3});
+  const bool straight = std::fabs(det) <= 2 * v.length() * resolution({p1, p2, p3});
   if (straight || !(r <= (std::numeric_limits<float>::max)())) return;
   // p2 right of p1 p3 makes the arc turn left.
   const double start = std::atan2(-centre.y, -centre.x);
@@ -110,9 +108,9 @@ void CFShape::GetRect(CFPoint& p1, CFPoint& p2) const {
   p1 = {(std::min)(a.x, b.x), (std::min)(a.y, b.y)};
   p2 = {(std::max)(a.x, b.x), (std::max)(a.y, b.y)};
   if (!IsArc()) return;
-  qv::detail::EdgeBox box(p1);
+  EdgeBox box(p1);
   box.include(p2.x, p2.y);
-  box.include_arc(x, y, GetRadius(), [this](int i) { return within_sweep(*this, i * qv::detail::kTurn / 4, 0, 0); });
+  box.include_arc(x, y, GetRadius(), [this](int i) { return within_sweep(*this, i * kTurn / 4, 0, 0); });
   p1 = {box.x1, box.y1};
   p2 = {box.x2, box.y2};
 }
@@ -164,16 +162,12 @@ int CFShape::OverLine(const CFPoint& p, float a, float b) const {
   return -static_cast<double>(a) <= u && u <= static_cast<double>(GetR()) + b;
 }
 
-int CFShape::HitTest(const CFPoint& p, float tol) const {
-  return DistanceToFigure(p) <= tol;
-}
-
 int CFShape::Contain(const CFPoint& p1, const CFPoint& p2) const {
   CFPoint low, high;
   GetRect(low, high);
   const CFRect box(p1, p2);
   // End points are rounded: a figure that ends on the border stays inside.
-  const auto tol = static_cast<float>(qv::detail::resolution({low, high, p1, p2}));
+  const auto tol = static_cast<float>(resolution({low, high, p1, p2}));
   if (box.FpInFRect(low, tol) && box.FpInFRect(high, tol)) return 1;
   if (!(p1.x > p2.x)) return 0;
   const CFPoint corners[] = {p1, {p2.x, p1.y}, p2, {p1.x, p2.y}};
@@ -227,18 +221,10 @@ CFShape& CFShape::VertMove(float d) {
 
 void CFShape::Serialize(CArchive& archive) {
   CFPoint::Serialize(archive);
-  if (archive.IsStoring()) {
-    archive << R << A << B;
-  } else {
-    archive >> R >> A >> B;
-  }
+  archive.Exchange(R, A, B);
 }
 
 void CFShoot::Serialize(CArchive& archive) {
   CFPoint::Serialize(archive);
-  if (archive.IsStoring()) {
-    archive << C;
-  } else {
-    archive >> C;
-  }
+  archive.Exchange(C);
 }

@@ -71,7 +71,7 @@ class QV_API CFShape : public CFPoint {
   /// nearest to p lies within these arc lengths. The foot on a point is the point; a circle takes every p.
   int OverLine(const CFPoint& p, float a, float b) const;
   /// 1 when the finite figure comes within tol of p (inclusive).
-  int HitTest(const CFPoint& p, float tol) const;
+  int HitTest(const CFPoint& p, float tol) const { return DistanceToFigure(p) <= tol; }
   /// Selection by the rectangle of two opposite corners. 1 when the figure lies wholly inside (borders included);
   /// when p1.x > p2.x also when it crosses the rectangle's border.
   int Contain(const CFPoint& p1, const CFPoint& p2) const;

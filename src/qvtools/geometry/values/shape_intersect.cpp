@@ -7,10 +7,7 @@
 // Every figure is a carrier (a point, an infinite line or a full circle) with a range of parameters on it: lengths from
 // the start of a line, angles from the start of an arc.
 
-using qv::detail::kTurn;
-using qv::detail::LineFrame;
-using qv::detail::normalize_angle;
-using qv::detail::Vec;
+using namespace qv::detail;
 
 namespace {
 
@@ -45,7 +42,7 @@ struct Figure {
   double parameter(const Vec& p) const {
     if (!round) return line.along(p);
     const Vec v = from_base(p);
-    const double turned = qv::detail::along_sweep(std::atan2(v.y, v.x) - start, shape.B);
+    const double turned = along_sweep(std::atan2(v.y, v.x) - start, shape.B);
     return turned > (kTurn + sweep) / 2 ? turned - kTurn : turned;
   }
   bool contains(const Vec& p, double eps) const {
@@ -63,7 +60,7 @@ struct Figure {
  private:
   static Vec unit_of(const CFShape& s) {
     if (!s.IsLine()) return {1, 0};
-    const Vec unit = qv::detail::Direction(s.A).unit;
+    const Vec unit = Direction(s.A).unit;
     return s.R < 0 ? Vec{-unit.x, -unit.y} : unit;
   }
 };
@@ -140,7 +137,7 @@ int cross_circles(Crossings& found, const Figure& a, const Figure& b) {
   const double distance = a.from_base(b.base()).length(), eps = found.eps;
   if (distance <= eps) return std::fabs(a.size - b.size) <= eps ? cross_same_circle(found, a, b) : 0;
   if (distance > a.size + b.size + eps || distance < std::fabs(a.size - b.size) - eps) return 0;
-  const qv::detail::CentreLine line(a.base(), b.base(), distance);
+  const CentreLine line(a.base(), b.base(), distance);
   const double s = line.foot(a.size, b.size);
   const double h = (std::max)(0.0, half_chord(a.size, std::fabs(s), eps));
   // A tangent point lies on the circle a, even where s falls short of it or beyond.

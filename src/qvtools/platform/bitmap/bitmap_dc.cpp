@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "qvtools/platform/bitmap/internal/polygon_scan.h"
+#include "qvtools/platform/internal/pen_pattern.h"
 
 namespace qv {
 namespace {
@@ -14,15 +15,6 @@ constexpr std::uint32_t pixel_of(COLORREF color) {
   const auto c = static_cast<std::uint32_t>(color);
   return 0xFF000000u | (c & 0xFF) << 16 | (c & 0xFF00) | (c >> 16 & 0xFF);
 }
-
-// The pattern of each pen style: lengths in pixels, drawn and left out in turn.
-struct Pattern {
-  std::uint32_t runs[6];
-  int count;
-  std::uint32_t period;
-};
-constexpr Pattern kPatterns[] = {
-    {{}, 0, 0}, {{18, 6}, 2, 24}, {{3, 3}, 2, 6}, {{9, 6, 3, 6}, 4, 24}, {{9, 3, 3, 3, 3, 3}, 6, 24}, {{}, 0, 0}};
 
 // A line as steps along its longer (major) and shorter (minor) difference. Pixel k lies k steps along the major and
 // (k * minor + half) / major steps along the minor: nearest, ties to the smaller coordinate. With differences of 32
@@ -91,8 +83,7 @@ struct Steps {
 };
 
 // Steps through n pixels from `at`. Paint is called with each pixel and its number.
-template <class Paint>
-inline void step_line(std::uint32_t* at, const Steps& steps, int stride, Paint paint) {
+inline void step_line(std::uint32_t* at, const Steps& steps, int stride, auto paint) {
   const std::ptrdiff_t dx = steps.x_back ? -1 : 1, dy = steps.y_back ? -stride : stride;
   const std::ptrdiff_t along = steps.x_major ? dx : dy, across = steps.x_major ? dy : dx;
   const auto major = static_cast<std::int64_t>(steps.major), minor = static_cast<std::int64_t>(steps.minor);
@@ -109,8 +100,7 @@ inline void step_line(std::uint32_t* at, const Steps& steps, int stride, Paint p
 
 // A line from `at` that lies wholly in the bitmap: the same steps in 32 bits. Which way it runs is as good as random,
 // so everything but the loop is free of branches.
-template <class Paint>
-inline void step_inside(std::uint32_t* at, int stride, int dx, int dy, Paint paint) {
+inline void step_inside(std::uint32_t* at, int stride, int dx, int dy, auto paint) {
   const int x_back = dx >> 31, y_back = dy >> 31;
   const int ax = (dx ^ x_back) - x_back, ay = (dy ^ y_back) - y_back;
   const int step_x = x_back | 1, step_y = (stride ^ y_back) - y_back;
@@ -197,7 +187,7 @@ void BitmapContext::draw_line(CPoint start, CPoint end) {
   if (pen.style == PenStyle::Null) return;
   if (pen.width > 1) return draw_wide(start, end);
   Steps steps(start, end);
-  const Pattern& pattern = kPatterns[static_cast<int>(pen.style)];
+  const detail::PenPattern& pattern = detail::kPenPatterns[static_cast<int>(pen.style)];
   const std::uint32_t phase = phase_;
   if (pattern.count) phase_ = static_cast<std::uint32_t>((phase + steps.major) % pattern.period);
   if (!steps.cut(start, width_, height_)) return;

@@ -1,7 +1,6 @@
 #include "qvtools/platform/console/console_host.h"
 
 #include <cstdio>
-#include <cstdlib>
 
 #include "qvtools/system/internal/terminal.h"
 
@@ -29,13 +28,5 @@ Answer ConsoleHost::ShowBox(const char* text, BoxKind kind) {
   print_to_terminal("\n");
   return Answer::Ok;
 }
-
-void ConsoleHost::CreateMessageWindow() {}
-
-void ConsoleHost::ShowMessageWindow(bool visible) {
-  visible_ = visible;
-}
-
-void ConsoleHost::DrainMessages() {}
 
 }  // namespace qv

@@ -17,13 +17,13 @@ class QV_API ConsoleHost : public Host {
   ~ConsoleHost() override;
 
   Answer ShowBox(const char* text, BoxKind kind) override;
-  void CreateMessageWindow() override;
-  void ShowMessageWindow(bool visible) override;
+  void CreateMessageWindow() override {}
+  void ShowMessageWindow(bool visible) override { visible_ = visible; }
   int MessageLineCount() const override { return messages_.LineCount(); }
   int MessageLineStart(int line) const override { return messages_.LineStart(line); }
   void SelectMessage(int from, int to) override { messages_.Select(from, to); }
   void ReplaceMessageSelection(const char* text) override { messages_.Replace(text); }
-  void DrainMessages() override;
+  void DrainMessages() override {}
   CSize ScreenSize() const override { return screen_; }
 
   void SetScreenSize(CSize screen) { screen_ = screen; }

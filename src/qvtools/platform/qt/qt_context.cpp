@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "qvtools/platform/internal/pen_pattern.h"
+
 namespace qv {
 
 namespace {
@@ -19,23 +21,11 @@ Qt::PenStyle style_of(PenStyle style) {
   return kStyles[static_cast<int>(style)];
 }
 
-/// The runs of a style in pixels, the same as on every device. All of them come round within the period.
+/// All patterns come round within so many pixels.
 constexpr double kPeriod = 24;
 QList<qreal> pattern_of(PenStyle style) {
-  switch (style) {
-    case PenStyle::Dash:
-      return {18, 6};
-    case PenStyle::Dot:
-      return {3, 3};
-    case PenStyle::DashDot:
-      return {9, 6, 3, 6};
-    case PenStyle::DashDotDot:
-      return {9, 3, 3, 3, 3, 3};
-    case PenStyle::Solid:
-    case PenStyle::Null:
-      break;
-  }
-  return {};
+  const detail::PenPattern& pattern = detail::kPenPatterns[static_cast<int>(style)];
+  return {pattern.runs, pattern.runs + pattern.count};
 }
 
 // Qt's pixels have their middles at halves, ours at whole numbers. Shapes on an image are moved by a little less, one

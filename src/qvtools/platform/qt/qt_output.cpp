@@ -14,9 +14,7 @@ namespace qv {
 namespace {
 
 bool save(const QByteArray& bytes, const std::string& path) {
-  SavedFile file(path.c_str());
-  return file.is_open() && !bytes.isEmpty() && file.write(bytes.constData(), static_cast<std::size_t>(bytes.size())) &&
-         file.commit();
+  return save_bytes(path.c_str(), bytes.constData(), static_cast<std::size_t>(bytes.size()));
 }
 
 /// What a painter on `device` draws.

@@ -50,14 +50,6 @@ BitmapContext& QtWindow::bitmap() {
   return *bitmap_;
 }
 
-CDC& QtWindow::ClientContext() {
-  return bitmap();
-}
-
-void QtWindow::ReleaseClientContext() {
-  update();
-}
-
 void QtWindow::Invalidate(bool erase) {
   stale_ = true;
   erase_ = erase_ || erase;
@@ -66,10 +58,6 @@ void QtWindow::Invalidate(bool erase) {
 
 void QtWindow::Post(unsigned int message) {
   QCoreApplication::postEvent(this, new PostedMessage(message));
-}
-
-const BitmapContext& QtWindow::Picture() {
-  return bitmap();
 }
 
 void QtWindow::ShowShifted(CPoint by) {
@@ -87,8 +75,6 @@ QPointF QtWindow::FromPixel(CPoint pixel) const {
   const double ratio = devicePixelRatioF();
   return {pixel.x / ratio, pixel.y / ratio};
 }
-
-void QtWindow::OnMessage(unsigned int) {}
 
 void QtWindow::repaint_bitmap() {
   BitmapContext& dc = bitmap();

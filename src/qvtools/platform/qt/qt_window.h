@@ -20,14 +20,14 @@ class QtWindow : public QWidget, public Window {
   CRect ClientRect() const override;
   /// The shown bitmap. It is another one after the window's size changed. May be taken several times; what was drawn is
   /// shown when it is given back.
-  CDC& ClientContext() override;
-  void ReleaseClientContext() override;
+  CDC& ClientContext() override { return bitmap(); }
+  void ReleaseClientContext() override { update(); }
   /// Asks for a repaint; however many were asked for, one is made, when the events that wait have been handled.
   void Invalidate(bool erase) override;
   void Post(unsigned int message) override;
 
   /// The bitmap as it is shown; a repaint that was asked for is not yet in it.
-  const BitmapContext& Picture();
+  const BitmapContext& Picture() { return bitmap(); }
   /// The colour that the background is erased with; white at first. It shows with the next repaint that erases.
   void SetBackground(COLORREF color) { background_ = color; }
   COLORREF Background() const { return background_; }
@@ -43,7 +43,7 @@ class QtWindow : public QWidget, public Window {
   /// Draws the client area anew; the background is there.
   virtual void OnPaint(CDC& dc) = 0;
   /// Handles a message that `Post` queued.
-  virtual void OnMessage(unsigned int message);
+  virtual void OnMessage(unsigned int /*message*/) {}
 
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;

@@ -24,11 +24,6 @@ BITMAPINFO bitmap_info(int width, int height) {
   return info;
 }
 
-bool save(const void* bytes, std::size_t size, const std::string& path) {
-  SavedFile file(path.c_str());
-  return file.is_open() && size > 0 && file.write(static_cast<const char*>(bytes), size) && file.commit();
-}
-
 /// GDI+, for as long as the object lives.
 class GdiPlus {
  public:
@@ -117,7 +112,7 @@ bool save_png_with_gdi(const BitmapContext& bitmap, const std::string& path) {
   bool saved = encode_png(bitmap, *stream) && GetHGlobalFromStream(stream, &memory) == S_OK &&
                stream->Stat(&state, STATFLAG_NONAME) == S_OK;
   if (saved) {
-    saved = save(GlobalLock(memory), static_cast<std::size_t>(state.cbSize.QuadPart), path);
+    saved = save_bytes(path.c_str(), GlobalLock(memory), static_cast<std::size_t>(state.cbSize.QuadPart));
     GlobalUnlock(memory);
   }
   stream->Release();
@@ -136,7 +131,7 @@ bool save_emf(const std::string& path, CSize size, const std::function<void(CDC&
   std::vector<BYTE> bytes(GetEnhMetaFileBits(metafile, 0, nullptr));
   const auto n = GetEnhMetaFileBits(metafile, static_cast<UINT>(bytes.size()), bytes.data());
   DeleteEnhMetaFile(metafile);
-  return n == bytes.size() && save(bytes.data(), bytes.size(), path);
+  return n == bytes.size() && save_bytes(path.c_str(), bytes.data(), bytes.size());
 }
 
 bool print_page(HDC printer, const char* title, const std::function<void(CDC&)>& draw) {

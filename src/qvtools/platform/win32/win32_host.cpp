@@ -1,6 +1,6 @@
 #include "qvtools/platform/win32/win32_host.h"
 
-#include <cstdint>
+#include <initializer_list>
 #include <string_view>
 #include <vector>
 
@@ -12,21 +12,15 @@ namespace {
 /// A dialog template in memory: words, aligned to double words before each item.
 class DialogTemplate {
  public:
-  void word(unsigned v) { words_.push_back(static_cast<WORD>(v)); }
-  void double_word(DWORD v) {
-    word(LOWORD(v));
-    word(HIWORD(v));
+  void words(std::initializer_list<WORD> values) { words_.insert(words_.end(), values); }
+  void double_words(std::initializer_list<DWORD> values) {
+    for (const DWORD v : values) words({LOWORD(v), HIWORD(v)});
   }
   void text(std::wstring_view v) {
-    for (const wchar_t c : v) word(c);
-    word(0);
+    words_.insert(words_.end(), v.begin(), v.end());
+    words({0});
   }
-  void place(int x, int y, int width, int height) {
-    for (const int v : {x, y, width, height}) word(static_cast<unsigned>(v));
-  }
-  void align() {
-    if (words_.size() % 2) word(0);
-  }
+  void align() { words_.resize((words_.size() + 1) / 2 * 2); }
   const DLGTEMPLATE* get() const { return reinterpret_cast<const DLGTEMPLATE*>(words_.data()); }
 
  private:
@@ -40,32 +34,19 @@ DialogTemplate message_dialog(std::wstring_view caption) {
   // A line stays one line, however narrow the window.
   constexpr DWORD kEdit = WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | WS_HSCROLL | ES_MULTILINE | ES_AUTOVSCROLL |
                           ES_AUTOHSCROLL | ES_READONLY | ES_NOHIDESEL;
-  constexpr unsigned kEditClass = 0x0081;
+  constexpr WORD kEditClass = 0x0081;
   DialogTemplate dialog;
-  dialog.word(1);
-  dialog.word(0xFFFF);
-  dialog.double_word(kMessageDialogId);
-  dialog.double_word(0);
-  dialog.double_word(kDialog);
-  dialog.word(1);
-  dialog.place(0, 400, 179, 76);
-  dialog.word(0);  // no menu
-  dialog.word(0);  // the dialog's own class
+  dialog.words({1, 0xFFFF});
+  dialog.double_words({kMessageDialogId, 0, kDialog});
+  dialog.words({1, 0, 400, 179, 76, 0, 0});  // one item; the place; no menu, and the dialog's own class
   dialog.text(caption);
-  dialog.word(9);
-  dialog.word(FW_NORMAL);
-  dialog.word(DEFAULT_CHARSET << 8);
+  dialog.words({9, FW_NORMAL, DEFAULT_CHARSET << 8});
   dialog.text(L"MS Shell Dlg");
   dialog.align();
-  dialog.double_word(0);
-  dialog.double_word(0);
-  dialog.double_word(kEdit);
-  dialog.place(0, 0, 179, 76);
-  dialog.double_word(kMessageEditId);
-  dialog.word(0xFFFF);
-  dialog.word(kEditClass);
-  dialog.text(L"");
-  dialog.word(0);
+  dialog.double_words({0, 0, kEdit});
+  dialog.words({0, 0, 179, 76});
+  dialog.double_words({kMessageEditId});
+  dialog.words({0xFFFF, kEditClass, 0, 0});  // no text, no data
   return dialog;
 }
 
@@ -133,18 +114,6 @@ LRESULT Win32Host::ask_edit(UINT message, WPARAM w, LPARAM l) const {
   return dialog_ ? SendDlgItemMessageW(dialog_, kMessageEditId, message, w, l) : 0;
 }
 
-int Win32Host::MessageLineCount() const {
-  return static_cast<int>(ask_edit(EM_GETLINECOUNT));
-}
-
-int Win32Host::MessageLineStart(int line) const {
-  return static_cast<int>(ask_edit(EM_LINEINDEX, static_cast<WPARAM>(line)));
-}
-
-void Win32Host::SelectMessage(int from, int to) {
-  ask_edit(EM_SETSEL, static_cast<WPARAM>(from), to);
-}
-
 void Win32Host::ReplaceMessageSelection(const char* text) {
   ask_edit(EM_REPLACESEL, FALSE, reinterpret_cast<LPARAM>(wide_of(text).c_str()));
 }
@@ -156,10 +125,6 @@ void Win32Host::DrainMessages() {
     TranslateMessage(&message);
     DispatchMessageW(&message);
   }
-}
-
-CSize Win32Host::ScreenSize() const {
-  return {GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
 }
 
 }  // namespace qv

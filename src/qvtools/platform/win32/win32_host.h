@@ -31,13 +31,15 @@ class Win32Host : public Host {
   Answer ShowBox(const char* text, BoxKind kind) override;
   void CreateMessageWindow() override;
   void ShowMessageWindow(bool visible) override;
-  int MessageLineCount() const override;
-  int MessageLineStart(int line) const override;
-  void SelectMessage(int from, int to) override;
+  int MessageLineCount() const override { return static_cast<int>(ask_edit(EM_GETLINECOUNT)); }
+  int MessageLineStart(int line) const override {
+    return static_cast<int>(ask_edit(EM_LINEINDEX, static_cast<WPARAM>(line)));
+  }
+  void SelectMessage(int from, int to) override { ask_edit(EM_SETSEL, static_cast<WPARAM>(from), to); }
   void ReplaceMessageSelection(const char* text) override;
   /// A message that ends the program stays in the queue.
   void DrainMessages() override;
-  CSize ScreenSize() const override;
+  CSize ScreenSize() const override { return {GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)}; }
 
   /// The message window, null before its creation.
   HWND MessageWindow() const { return dialog_; }

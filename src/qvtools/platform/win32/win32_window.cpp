@@ -26,12 +26,4 @@ void Win32Window::ReleaseClientContext() {
   ReleaseDC(window_, dc_);
 }
 
-void Win32Window::Invalidate(bool erase) {
-  InvalidateRect(window_, nullptr, erase);
-}
-
-void Win32Window::Post(unsigned int message) {
-  PostMessageW(window_, message, 0, 0);
-}
-
 }  // namespace qv

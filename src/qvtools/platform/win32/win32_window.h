@@ -24,8 +24,8 @@ class Win32Window : public Window {
   /// One at a time: asked again before it is given back, it is the same.
   CDC& ClientContext() override;
   void ReleaseClientContext() override;
-  void Invalidate(bool erase) override;
-  void Post(unsigned int message) override;
+  void Invalidate(bool erase) override { InvalidateRect(window_, nullptr, erase); }
+  void Post(unsigned int message) override { PostMessageW(window_, message, 0, 0); }
   HWND Handle() const { return window_; }
 
  private:

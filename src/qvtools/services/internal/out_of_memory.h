@@ -1,7 +1,7 @@
 #pragma once
 
-/// The library throws no exceptions: what runs out of memory in a container of the standard library is turned into a
-/// report and a result here.
+/// The library throws no exceptions: a container of the standard library that runs out of memory does, and here that
+/// becomes a report and a result.
 
 #include <new>
 #include <stdexcept>
@@ -23,8 +23,7 @@ auto unless_out_of_memory(const F& f, const Result& failed) noexcept -> decltype
 }
 
 /// The same for what has no result.
-template <class F>
-void unless_out_of_memory(const F& f) noexcept {
+void unless_out_of_memory(const auto& f) noexcept {
   unless_out_of_memory([&] { return f(), true; }, false);
 }
 

@@ -23,6 +23,20 @@ bool write_all(int fd, const char* data, std::size_t size) {
   return true;
 }
 
+ssize_t read_some(int fd, char* buffer, std::size_t size) {
+  ssize_t n;
+  do n = ::read(fd, buffer, size);
+  while (n < 0 && errno == EINTR);
+  return n;
+}
+
+/// Closes the file of a stream, whose state goes.
+template <class State>
+int close_file(void* cookie) {
+  const std::unique_ptr<State> state(static_cast<State*>(cookie));
+  return ::close(state->fd);
+}
+
 /// The file behind a stream whose written "\n" become CR LF.
 struct Translator {
   int fd;
@@ -44,7 +58,7 @@ struct Translator {
 };
 
 ssize_t cookie_read(void* cookie, char* buffer, std::size_t size) {
-  return ::read(static_cast<Translator*>(cookie)->fd, buffer, size);
+  return read_some(static_cast<Translator*>(cookie)->fd, buffer, size);
 }
 
 ssize_t cookie_write(void* cookie, const char* data, std::size_t size) {
@@ -56,11 +70,6 @@ int cookie_seek(void* cookie, off64_t* offset, int whence) {
   if (at < 0) return -1;
   *offset = at;
   return 0;
-}
-
-int cookie_close(void* cookie) {
-  const std::unique_ptr<Translator> translator(static_cast<Translator*>(cookie));
-  return ::close(translator->fd);
 }
 
 int open_flags(const char* mode) {
@@ -88,9 +97,7 @@ struct LineReader {
   char block[16384];
 
   bool fill() {
-    ssize_t n;
-    do n = ::read(fd, block, sizeof block);
-    while (n < 0 && errno == EINTR);
+    const ssize_t n = read_some(fd, block, sizeof block);
     at = 0;
     end = n > 0 ? static_cast<std::size_t>(n) : 0;
     next += static_cast<off_t>(end);
@@ -127,11 +134,6 @@ int line_seek(void* cookie, off64_t* offset, int whence) {
   return 0;
 }
 
-int line_close(void* cookie) {
-  const std::unique_ptr<LineReader> reader(static_cast<LineReader*>(cookie));
-  return ::close(reader->fd);
-}
-
 }  // namespace
 
 std::FILE* open_lf_stream(const char* path) {
@@ -139,7 +141,7 @@ std::FILE* open_lf_stream(const char* path) {
   if (fd < 0) return nullptr;
   std::unique_ptr<LineReader> reader(new (std::nothrow) LineReader(fd));
   std::FILE* const file =
-      reader ? fopencookie(reader.get(), "r", {line_read, nullptr, line_seek, line_close}) : nullptr;
+      reader ? fopencookie(reader.get(), "r", {line_read, nullptr, line_seek, close_file<LineReader>}) : nullptr;
   if (!file) return ::close(fd), errno = ENOMEM, nullptr;
   reader.release();
   std::setvbuf(file, nullptr, _IONBF, 0);
@@ -152,7 +154,8 @@ std::FILE* open_crlf_stream(const char* path, const char* mode) {
   translator->fd = ::open(path, open_flags(mode) | O_CLOEXEC, 0666);
   if (translator->fd < 0) return nullptr;
   const char plain[] = {mode[0], std::strchr(mode, '+') ? '+' : '\0', '\0'};
-  std::FILE* const file = fopencookie(translator.get(), plain, {cookie_read, cookie_write, cookie_seek, cookie_close});
+  std::FILE* const file =
+      fopencookie(translator.get(), plain, {cookie_read, cookie_write, cookie_seek, close_file<Translator>});
   if (file) {
     translator.release();
   } else {

@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdlib>
 #include <iterator>
 
 #include "qvtools/system/filesystem.h"

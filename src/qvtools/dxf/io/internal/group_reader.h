@@ -77,8 +77,7 @@ class GroupReader {
   /// Reads one line (own streams); false at the end of the file.
   bool next_line(Line& line);
   /// Calls `look` on the pairs ahead, at most kLookAhead of them, until it returns false, and goes back (own streams).
-  template <class F>
-  void look_ahead(const F& look) {
+  void look_ahead(const auto& look) {
     reserve(kLookAhead * kMaxPair);
     const Position mark = at_;
     for (std::size_t i = 0; i < kLookAhead && next() && look(); ++i) {
@@ -97,8 +96,8 @@ class GroupReader {
   static constexpr std::uint16_t kNoFeed = 0xFFFF;
   static_assert(kBlock + kMaxLine < kNoFeed && kLookAhead * kMaxPair < kBlock);
   struct Memory {
-    char text[kBlock + kIndexSlack];
-    std::uint16_t feeds[kBlock + kIndexSlack];
+    char text[kBlock + kIndexMargin];
+    std::uint16_t feeds[kBlock + kIndexMargin];
   };
 
   /// A place in the block, with the first line feed that does not lie before it.
@@ -108,6 +107,13 @@ class GroupReader {
   };
   static constexpr std::uint16_t kNoFeeds[2] = {kNoFeed, kNoFeed};
 
+  /// The code that three characters name as the writer writes it.
+  static int code_of(const char* line) {
+    const unsigned tens = static_cast<unsigned char>(line[1]) - unsigned{'0'};
+    const unsigned ones = static_cast<unsigned char>(line[2]) - unsigned{'0'};
+    if (line[0] != ' ' || ones > 9 || (tens - 1 > 8 && line[1] != ' ')) return kUnknownCode;
+    return static_cast<int>(tens <= 9 ? 10 * tens + ones : ones);
+  }
   std::size_t ahead() const { return static_cast<std::size_t>(end_ - at_.text); }
   /// Takes a pair whose code line is just as the writer writes it and whose value line is not too long, which is nearly
   /// every pair; false, with nothing taken, for any other.
@@ -120,12 +126,11 @@ class GroupReader {
     const char* const first = block_ + codeEnd + 1;
     const auto codeLength = first - line - 1;
     if (codeLength != 3 && (codeLength != 4 || line[3] != '\r')) return false;
-    const unsigned tens = static_cast<unsigned char>(line[1]) - unsigned{'0'};
-    const unsigned ones = static_cast<unsigned char>(line[2]) - unsigned{'0'};
-    if (line[0] != ' ' || ones > 9 || (tens - 1 > 8 && line[1] != ' ')) return false;
+    const int code = code_of(line);
+    if (code == kUnknownCode) return false;
     pair_ = at_;
     at_ = {block_ + valueEnd + 1, at_.feed + 2};
-    code_ = static_cast<int>(tens <= 9 ? 10 * tens + ones : ones);
+    code_ = code;
     value_ = {std::string_view(first, length - (length > 0 && first[length - 1] == '\r')), true};
     if (code_ == 0) count_block_end();
     return true;

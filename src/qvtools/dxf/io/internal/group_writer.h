@@ -4,14 +4,13 @@
 /// copied whole, and nothing is formatted by the C library.
 
 #include <algorithm>
-#include <array>
 #include <cstdio>
 #include <cstring>
-#include <string_view>
+#include <functional>
+#include <utility>
 
 #include "qvtools/dxf/model/internal/records.h"
 #include "qvtools/dxf/model/visit.h"
-#include "qvtools/system/saved_file.h"
 #include "qvtools/text/gbk_text.h"
 #include "qvtools/text/internal/fixed2.h"
 #include "qvtools/text/numbers.h"
@@ -46,32 +45,12 @@ inline constexpr auto kCodeLine = [] {
   return Lines<end, 6>(line);
 }();
 
-/// Where finished blocks of text go.
-class Output {
- public:
-  virtual bool write(const char* data, std::size_t size) = 0;
+/// Where finished blocks of text go; false when they could not.
+using Output = std::function<bool(const char* data, std::size_t size)>;
 
- protected:
-  ~Output() = default;
-};
-
-class StreamOutput final : public Output {
- public:
-  explicit StreamOutput(std::FILE* file) : file_(file) {}
-  bool write(const char* data, std::size_t size) override { return std::fwrite(data, 1, size, file_) == size; }
-
- private:
-  std::FILE* file_;
-};
-
-class SavedOutput final : public Output {
- public:
-  explicit SavedOutput(SavedFile& file) : file_(file) {}
-  bool write(const char* data, std::size_t size) override { return file_.write(data, size); }
-
- private:
-  SavedFile& file_;
-};
+inline Output to_stream(std::FILE* file) {
+  return [file](const char* data, std::size_t size) { return std::fwrite(data, 1, size, file) == size; };
+}
 
 /// Collects text in a buffer that the caller lends and hands it on in blocks; what is left goes out with `flush`.
 template <LineEnd end>
@@ -83,8 +62,8 @@ class GroupWriter {
   static_assert(2 * kNameSize + 8 * 64 + kMaxPatternElements * 64 < kRecordRoom);
   static_assert(2 * kFontFileSize + kNameSize + 8 * 64 < kRecordRoom);
 
-  GroupWriter(char* buffer, std::size_t size, Output& output)
-      : buffer_(buffer), limit_(buffer + size - kRecordRoom), at_(buffer), output_(output) {}
+  GroupWriter(char* buffer, std::size_t size, Output output)
+      : buffer_(buffer), limit_(buffer + size - kRecordRoom), at_(buffer), output_(std::move(output)) {}
 
   /// A record's opening pair and its groups.
   template <class Record>
@@ -102,7 +81,7 @@ class GroupWriter {
   }
   /// Hands on what is left; false when this or an earlier block failed.
   bool flush() {
-    good_ = good_ && (at_ == buffer_ || output_.write(buffer_, static_cast<std::size_t>(at_ - buffer_)));
+    good_ = good_ && (at_ == buffer_ || output_(buffer_, static_cast<std::size_t>(at_ - buffer_)));
     at_ = buffer_;
     return good_;
   }
@@ -179,7 +158,7 @@ class GroupWriter {
   char* buffer_;
   char* limit_;
   char* at_;
-  Output& output_;
+  Output output_;
   bool good_ = true;
 };
 
@@ -200,8 +179,7 @@ void write_entity(GroupWriter<end>& writer, const Record& record) {
 template <LineEnd end, class Record>
 int write_record(std::FILE* file, const Record& record) {
   char buffer[2 * GroupWriter<end>::kRecordRoom];
-  StreamOutput output(file);
-  GroupWriter<end> writer(buffer, sizeof buffer, output);
+  GroupWriter<end> writer(buffer, sizeof buffer, to_stream(file));
   write_entity(writer, record);
   return writer.flush() ? 1 : 0;
 }

@@ -7,7 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#if defined(__SSE2__) || defined(_M_X64)
+#if defined(__SSE2__)
 #include <emmintrin.h>
 #endif
 
@@ -15,7 +15,7 @@ namespace qv::detail {
 
 /// A set bit for each of the 64 bytes at `text` that is a line feed, the first byte's lowest.
 inline std::uint64_t line_feed_mask(const char* text) {
-#if defined(__SSE2__) || defined(_M_X64)
+#if defined(__SSE2__)
   const __m128i feed = _mm_set1_epi8('\n');
   std::uint64_t mask = 0;
   for (int i = 0; i < 4; ++i) {
@@ -38,7 +38,7 @@ inline unsigned count_bits(std::uint64_t v) {
 }
 
 /// What `index_line_feeds` may write behind its last index, and read behind the text.
-inline constexpr std::size_t kIndexSlack = 64;
+inline constexpr std::size_t kIndexMargin = 64;
 
 /// Writes the offsets of the line feeds among the first `size` bytes (at most 65536) of the text and returns their end.
 inline std::uint16_t* index_line_feeds(const char* text, std::size_t size, std::uint16_t* out) {

@@ -101,8 +101,7 @@ class FieldReader {
 /// Reads the groups of a record whose opening pair has gone by, up to the next record, whose pair stays. A kind of
 /// record that is not known does not end it: its groups are taken as further groups. False when the record cannot take
 /// a pair.
-template <class Record>
-bool read_groups(GroupReader& in, Record& record) {
+bool read_groups(GroupReader& in, auto& record) {
   FieldReader fields(in);
   while (fields.code() != FieldReader::kEnd) {
     if (fields.code() == 0 && ends_record(in.value())) {
@@ -141,8 +140,7 @@ inline void reset(ACAD_BLOCK& block) {
 }
 
 /// Reads a record whose opening pair has gone by; false when it cannot take a pair or memory runs out.
-template <class Record>
-bool read_opened(GroupReader& in, Record& record) {
+bool read_opened(GroupReader& in, auto& record) {
   reset(record);
   const bool good = read_groups(in, record);
   return read_rest(in, record) && good;
@@ -154,8 +152,7 @@ int read_record(GroupReader& in, Record& record) {
   return in.next() && in.at(0, kKeyword<Record>) && read_opened(in, record) ? 1 : 0;
 }
 
-template <class Record>
-int read_record(std::FILE* file, Record& record) {
+int read_record(std::FILE* file, auto& record) {
   GroupReader in(file, GroupReader::Stream::Host);
   return read_record(in, record);
 }

@@ -24,34 +24,20 @@ inline constexpr std::string_view kKeyword<ACAD_LAYER> = "LAYER";
 template <>
 inline constexpr std::string_view kKeyword<ACAD_STYLE> = "STYLE";
 template <>
-inline constexpr std::string_view kKeyword<ACAD_POINT> = "POINT";
-template <>
-inline constexpr std::string_view kKeyword<ACAD_LINE> = "LINE";
-template <>
-inline constexpr std::string_view kKeyword<ACAD_TEXT> = "TEXT";
-template <>
-inline constexpr std::string_view kKeyword<ACAD_CIRCLE> = "CIRCLE";
-template <>
-inline constexpr std::string_view kKeyword<ACAD_ARC> = "ARC";
-template <>
-inline constexpr std::string_view kKeyword<ACAD_POLYLINE> = "POLYLINE";
-template <>
 inline constexpr std::string_view kKeyword<ACAD_VERTEX> = "VERTEX";
 template <>
-inline constexpr std::string_view kKeyword<ACAD_SOLID> = "SOLID";
-template <>
-inline constexpr std::string_view kKeyword<ACAD_3DFACE> = "3DFACE";
-template <>
-inline constexpr std::string_view kKeyword<ACAD_INSERT> = "INSERT";
-template <>
 inline constexpr std::string_view kKeyword<ACAD_BLOCK> = "BLOCK";
+#define QV_KIND(KEYWORD, member) \
+  template <>                    \
+  inline constexpr std::string_view kKeyword<ACAD_##KEYWORD> = #KEYWORD;
+QV_FOR_EACH_ENTITY_KIND(QV_KIND)
+#undef QV_KIND
 
 /// `Record` is the record, const for a writer.
 template <class Record, class Bare>
 concept RecordOf = std::is_same_v<std::remove_const_t<Record>, Bare>;
 
-template <class Visitor>
-void describe(Visitor& v, RecordOf<ACAD_LTYPE> auto& r) {
+void describe(auto& v, RecordOf<ACAD_LTYPE> auto& r) {
   v.template text<2>(r.m_szName);
   v.template constant<70>("64");
   v.template text<3>(r.m_szDescription);
@@ -62,16 +48,14 @@ void describe(Visitor& v, RecordOf<ACAD_LTYPE> auto& r) {
   v.elements(r);  // one group 49 for each element
 }
 
-template <class Visitor>
-void describe(Visitor& v, RecordOf<ACAD_LAYER> auto& r) {
+void describe(auto& v, RecordOf<ACAD_LAYER> auto& r) {
   v.template text<2>(r.m_szName);
   v.template integer<70>(r.m_nFlags);
   v.template integer<62>(r.m_nColor);
   v.template text<6>(r.m_szLType);
 }
 
-template <class Visitor>
-void describe(Visitor& v, RecordOf<ACAD_STYLE> auto& r) {
+void describe(auto& v, RecordOf<ACAD_STYLE> auto& r) {
   v.template text<2>(r.m_szName);
   v.template integer<70>(r.m_nFlags);
   v.template real<40>(r.m_fHeight);
@@ -83,29 +67,25 @@ void describe(Visitor& v, RecordOf<ACAD_STYLE> auto& r) {
   v.template text<4>(r.m_szBigFont);
 }
 
-template <class Visitor>
-void describe(Visitor& v, RecordOf<ACAD_POINT> auto& r) {
+void describe(auto& v, RecordOf<ACAD_POINT> auto& r) {
   v.template text<8>(r.m_szLayer);
   v.template point<10>(r.m_Point);
 }
 
 /// The groups that every other entity but the insert begins with.
-template <class Visitor>
-void describe_attributes(Visitor& v, auto& r) {
+void describe_attributes(auto& v, auto& r) {
   v.template text<8>(r.m_szLayer);
   v.template ltype<6>(r.m_szLType);
   v.template color<62>(r.m_nColor);
 }
 
-template <class Visitor>
-void describe(Visitor& v, RecordOf<ACAD_LINE> auto& r) {
+void describe(auto& v, RecordOf<ACAD_LINE> auto& r) {
   describe_attributes(v, r);
   v.template point<10>(r.m_Start);
   v.template point<11>(r.m_End);
 }
 
-template <class Visitor>
-void describe(Visitor& v, RecordOf<ACAD_TEXT> auto& r) {
+void describe(auto& v, RecordOf<ACAD_TEXT> auto& r) {
   describe_attributes(v, r);
   v.template point<10>(r.m_Insert);
   v.template real<40>(r.m_fHeight);
@@ -117,15 +97,13 @@ void describe(Visitor& v, RecordOf<ACAD_TEXT> auto& r) {
   v.template real<50>(r.m_fRotation);
 }
 
-template <class Visitor>
-void describe(Visitor& v, RecordOf<ACAD_CIRCLE> auto& r) {
+void describe(auto& v, RecordOf<ACAD_CIRCLE> auto& r) {
   describe_attributes(v, r);
   v.template point<10>(r.m_Center);
   v.template real<40>(r.m_fRadius);
 }
 
-template <class Visitor>
-void describe(Visitor& v, RecordOf<ACAD_ARC> auto& r) {
+void describe(auto& v, RecordOf<ACAD_ARC> auto& r) {
   describe_attributes(v, r);
   v.template point<10>(r.m_Center);
   v.template real<40>(r.m_fRadius);
@@ -134,8 +112,7 @@ void describe(Visitor& v, RecordOf<ACAD_ARC> auto& r) {
 }
 
 /// The header alone; the vertices follow it as records of their own, up to SEQEND.
-template <class Visitor>
-void describe(Visitor& v, RecordOf<ACAD_POLYLINE> auto& r) {
+void describe(auto& v, RecordOf<ACAD_POLYLINE> auto& r) {
   describe_attributes(v, r);
   v.template constant<66>("  1");
   v.template constant<10>("0.00");  // the header stands at the origin; its first point is read only
@@ -147,8 +124,7 @@ void describe(Visitor& v, RecordOf<ACAD_POLYLINE> auto& r) {
   v.template integer<70>(r.m_nFlags);
 }
 
-template <class Visitor>
-void describe(Visitor& v, RecordOf<ACAD_VERTEX> auto& r) {
+void describe(auto& v, RecordOf<ACAD_VERTEX> auto& r) {
   describe_attributes(v, r);
   v.template point<10>(r.m_Point);
   v.template integer<70>(r.m_nFlags);
@@ -157,8 +133,10 @@ void describe(Visitor& v, RecordOf<ACAD_VERTEX> auto& r) {
   v.template real<42>(r.m_fBulge);
 }
 
-template <class Visitor>
-void describe_corners(Visitor& v, auto& r) {
+template <class Record>
+concept FourCorners = RecordOf<Record, ACAD_SOLID> || RecordOf<Record, ACAD_3DFACE>;
+
+void describe(auto& v, FourCorners auto& r) {
   describe_attributes(v, r);
   v.template point<10>(r.m_Corner[0]);
   v.template point<11>(r.m_Corner[1]);
@@ -166,18 +144,7 @@ void describe_corners(Visitor& v, auto& r) {
   v.template point<13>(r.m_Corner[3]);
 }
 
-template <class Visitor>
-void describe(Visitor& v, RecordOf<ACAD_SOLID> auto& r) {
-  describe_corners(v, r);
-}
-
-template <class Visitor>
-void describe(Visitor& v, RecordOf<ACAD_3DFACE> auto& r) {
-  describe_corners(v, r);
-}
-
-template <class Visitor>
-void describe(Visitor& v, RecordOf<ACAD_INSERT> auto& r) {
+void describe(auto& v, RecordOf<ACAD_INSERT> auto& r) {
   v.template text<8>(r.m_szLayer);
   v.template text<2>(r.m_szBlock);
   v.template point<10>(r.m_Insert);
@@ -187,8 +154,7 @@ void describe(Visitor& v, RecordOf<ACAD_INSERT> auto& r) {
 }
 
 /// The header alone; the entities follow it, up to ENDBLK.
-template <class Visitor>
-void describe(Visitor& v, RecordOf<ACAD_BLOCK> auto& r) {
+void describe(auto& v, RecordOf<ACAD_BLOCK> auto& r) {
   v.template text<8>(r.m_szLayer);
   v.template text<2>(r.m_szName);
   v.template integer<70>(r.m_nFlags);

@@ -9,8 +9,7 @@
 namespace qv::detail {
 
 /// Calls f(entity) for each entity of the list until it returns true; whether it did.
-template <class F>
-bool walk_until(const CPtrList& list, const F& f) {
+bool walk_until(const CPtrList& list, const auto& f) {
   constexpr int kAhead = 20;
   constexpr std::size_t kCacheLine = 64;      // a line or a circle takes two
   constexpr std::size_t kPagesAhead = 12288;  // of records side by side, those that take longest to come
@@ -28,8 +27,7 @@ bool walk_until(const CPtrList& list, const F& f) {
   return false;
 }
 
-template <class F>
-void walk(const CPtrList& list, const F& f) {
+void walk(const CPtrList& list, const auto& f) {
   walk_until(list, [&](ACAD_ENTITY& entity) {
     f(entity);
     return false;

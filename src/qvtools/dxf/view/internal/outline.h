@@ -1,12 +1,14 @@
 #pragma once
 
-/// What drawing, extents and picks share: the plane of a view, and the outlines of the kinds in it. What is drawn is what
-/// is measured; wide polylines are measured along their middle lines.
+/// What drawing, extents and picks share: the plane of a view, and the outlines of the kinds in it. What is drawn is
+/// what is measured; wide polylines are measured along their middle lines.
 
 #include <cmath>
 
 #include "qvtools/dxf/model/block.h"
+#include "qvtools/dxf/model/internal/walk.h"
 #include "qvtools/dxf/model/visit.h"
+#include "qvtools/geometry/values/constants.h"
 #include "qvtools/geometry/values/shape.h"
 
 namespace qv::detail {
@@ -46,7 +48,7 @@ class Plane {
  private:
   bool plan_ = true;
   float a_ = 0;
-  float b_ = 1.5707964F;
+  float b_ = HALF_PI_F;
   double ca_ = 1;
   double sa_ = 0;
   double cb_ = 0;
@@ -55,14 +57,14 @@ class Plane {
 };
 
 inline CFShape circle_shape(const CFPoint& center, float radius) {
-  return {center, radius, 0, 6.2831855F};
+  return {center, radius, 0, TWO_PI_F};
 }
 
 inline CFShape arc_shape(const ACAD_ARC& arc, const CFPoint& center) {
-  constexpr float kRadian = 3.1415927F / 180;
+  constexpr float kRadian = PI_F / 180;
   const float start = arc.m_fStartAngle * kRadian;
   float sweep = arc.m_fEndAngle * kRadian - start;
-  if (sweep < 0) sweep += 6.2831855F;
+  if (sweep < 0) sweep += TWO_PI_F;
   return {center, arc.m_fRadius, start, sweep};
 }
 
@@ -98,8 +100,7 @@ inline const ACAD_VERTEX* first_vertex(const ACAD_POLYLINE& polyline) {
 
 /// Calls f(segment) for each segment between consecutive vertices on the curve, the closing one included when flag 1 is
 /// set. Vertices have their own widths, or, when none has any, the polyline's.
-template <class F>
-void for_each_segment(const ACAD_POLYLINE& polyline, const Plane& plane, const F& f) {
+void for_each_segment(const ACAD_POLYLINE& polyline, const Plane& plane, const auto& f) {
   bool own = false;
   for (const ACAD_VERTEX& v : polyline.m_Vertices) own = own || v.m_fStartWidth != 0 || v.m_fEndWidth != 0;
   const auto segment = [&](const ACAD_VERTEX& a, const ACAD_VERTEX& b) {
@@ -126,6 +127,9 @@ struct TextBox {
   CFPoint corner[4];
   TextBox(const ACAD_TEXT& text, const Plane& plane);
 };
+
+/// The extent of a point, each way.
+inline constexpr float kPointExtent = 10;
 
 // The extent of each kind in a plane; the empty rectangle for an insert and a polyline without vertices.
 inline CFRect extent(const ACAD_LINE& r, const Plane& plane) {
@@ -154,6 +158,13 @@ CFRect own_extent(ACAD_ENTITY& entity, const Plane& plane);
 /// How far an insert moves its block.
 inline Point3 displacement(const ACAD_BLOCK& block, const ACAD_INSERT& insert) {
   return {insert.m_Insert.x - block.m_Base.x, insert.m_Insert.y - block.m_Base.y, insert.m_Insert.z - block.m_Base.z};
+}
+
+/// Calls f(entity) for what a placed block shows, its entities without the inserts among them, until f returns true;
+/// whether it did.
+bool walk_block(const ACAD_BLOCK& block, const auto& f) {
+  return walk_until(block.m_EntityList,
+                    [&](ACAD_ENTITY& entity) { return entity.GetType() != ACAD_TYPE_INSERT && f(entity); });
 }
 
 }  // namespace qv::detail

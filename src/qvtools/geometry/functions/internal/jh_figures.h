@@ -4,7 +4,6 @@
 /// interface.
 
 #include <cmath>
-#include <limits>
 
 #include "qvtools/geometry/functions/jh.h"
 #include "qvtools/geometry/values/internal/edge.h"

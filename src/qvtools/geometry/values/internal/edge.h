@@ -125,9 +125,14 @@ struct EdgeBox {
     x2 = x > x2 ? x : x2;
     y2 = y > y2 ? y : y2;
   }
+  void store(float& left, float& bottom, float& right, float& top) const {
+    left = x1;
+    bottom = y1;
+    right = x2;
+    top = y2;
+  }
   /// Includes the quadrant points of an arc: those kQuadrants[i] for which passes(i) is true.
-  template <class Passes>
-  void include_arc(double cx, double cy, double r, const Passes& passes) {
+  void include_arc(double cx, double cy, double r, const auto& passes) {
     const float right = static_cast<float>(cx + r), top = static_cast<float>(cy + r);
     const float left = static_cast<float>(cx - r), bottom = static_cast<float>(cy - r);
     if (passes(0)) x2 = right > x2 ? right : x2;

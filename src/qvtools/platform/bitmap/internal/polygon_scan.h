@@ -70,8 +70,7 @@ struct ScanEdge {
 };
 
 /// The rows y to end - 1 of the only two living edges, whose run is covered by either rule.
-template <class Span>
-void scan_pair(ScanEdge& a, ScanEdge& b, int y, int end, Span& span) {
+void scan_pair(ScanEdge& a, ScanEdge& b, int y, int end, auto& span) {
   for (; y < end; ++y) {
     if (a.x < b.x) span(y, a.x, b.x);
     if (b.x < a.x) span(y, b.x, a.x);
@@ -81,8 +80,7 @@ void scan_pair(ScanEdge& a, ScanEdge& b, int y, int end, Span& span) {
 }
 
 /// One row of living edges, which are brought into order.
-template <class Span>
-void scan_row(ScanEdge** first, ScanEdge** last, int y, FillRule rule, Span& span) {
+void scan_row(ScanEdge** first, ScanEdge** last, int y, FillRule rule, auto& span) {
   const int mask = rule == FillRule::Winding ? ~0 : 1;
   for (ScanEdge** i = first + 1; i < last; ++i) {
     ScanEdge* const edge = *i;
@@ -100,8 +98,7 @@ void scan_row(ScanEdge** first, ScanEdge** last, int y, FillRule rule, Span& spa
 
 /// Walks the edges, which are sorted by their tops, row by row; span(y, left, right) gets each run of samples, right
 /// end left out.
-template <class Span>
-void scan_edges(ScanEdge** edges, int count, FillRule rule, Span& span) {
+void scan_edges(ScanEdge** edges, int count, FillRule rule, auto& span) {
   int first = 0, active = 0;  // edges[first .. active) are alive
   for (int y = 0; first < active || active < count;) {
     if (first == active) y = edges[active]->top;
@@ -126,8 +123,7 @@ void scan_edges(ScanEdge** edges, int count, FillRule rule, Span& span) {
 }
 
 /// Calls span(y, left, right) for the covered samples of the rows 0 to rows - 1, row by row from the top.
-template <class Span>
-void scan_polygon(const CRgn& region, int rows, Span span) {
+void scan_polygon(const CRgn& region, int rows, auto span) {
   constexpr int kFew = 8;
   const int n = region.Count();
   const CPoint* p = region.Points();
