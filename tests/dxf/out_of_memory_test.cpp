@@ -4,10 +4,13 @@
 
 #include "dxf/drawings.h"
 #include "qvtools/engineering/component.h"
+#include "qvtools/engineering/database_file.h"
 #include "qvtools/platform/bitmap/bitmap_dc.h"
 #include "qvtools/text/gbk_text.h"
+#include "qvtools/text/numbers.h"
 #include "support/failing_allocations.h"
 #include "support/recording_host.h"
+#include "support/temporary_directory.h"
 
 namespace {
 
@@ -56,6 +59,12 @@ TEST(OutOfMemory, GivesTheDocumentedResultAndKeepsWhatWasThere) {
   static_cast<ACAD_ENTITY*>(other.m_EntityList.GetHead())->Write(record);
   ACAD_POLYLINE polyline;
   std::unique_ptr<CCxIndexFile> index;
+  const qvtest::WorkDirectory work;
+  CDataBaseFile database;
+  database.Open_File("items.dat", CDataBaseFile::IO_WRITE);
+  database.Begin_Segment("A");
+  for (int i = 0; i < kVertices; ++i) database.Write_Item(qv::FormattedText<16>("key%d", i), "%d", i);
+  database.End_Segment();
   const auto count = [&] { return dxf->m_EntityList.GetCount(); };
   const auto open = [&] {
     dxf = std::make_unique<DXF>();
@@ -79,6 +88,9 @@ TEST(OutOfMemory, GivesTheDocumentedResultAndKeepsWhatWasThere) {
        }},
       {"index", [&] { index = std::make_unique<CCxIndexFile>(); }, [&] { return index->Begin_Item(record); },
        [&](int result) { EXPECT_EQ(index->End_Item(record), result); }},
+      {"segment", [&] { database.Open_File("items.dat", CDataBaseFile::IO_READ); },
+       [&] { return database.Read_Segment("A"); },
+       [&](int result) { EXPECT_EQ(database.Get_ItemCount(), result * kVertices); }},
       {"drawing", [&] { bitmap = std::make_unique<qv::BitmapContext>(50, 50, 0); },
        [&] {
          CFCoor coor;

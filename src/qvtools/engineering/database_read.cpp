@@ -115,9 +115,11 @@ int CDataBaseFile::Read_Segment(const char* format, ...) {
   if (!is_reading()) return 0;
   const Tables::Range* const range = m_Tables->segments.find({name, static_cast<std::size_t>(length)});
   if (!range) return 0;
-  std::string_view text = m_Tables->window.view(range->start, range->end);
-  text.remove_prefix(std::min(text.find('\n'), text.size() - 1) + 1);
-  const auto take = [&] { return m_Tables->read_items(text), true; };
+  const auto take = [&] {
+    std::string_view text = m_Tables->window.view(range->start, range->end);
+    text.remove_prefix(std::min(text.find('\n'), text.size() - 1) + 1);
+    return m_Tables->read_items(text), true;
+  };
   if (!qv::detail::unless_out_of_memory(take, false)) return items.clear(), 0;
   m_nPosition = range->end;
   return 1;
