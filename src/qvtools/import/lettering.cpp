@@ -67,14 +67,16 @@ FontText font_text(std::u32string_view points, bool wideSigns) {
       text.bytes += static_cast<char>(code & 0xFF);
       text.chinese = true;
     } else {
-      ++(simplified_form(c) ? text.simplified : text.foreign);
+      const char letter = look_alike(c);
+      const bool sign_of_font = (letter & 0x80) != 0;
+      if (!sign_of_font) ++(simplified_form(c) ? text.simplified : text.foreign);
       if (c > 0xFFFF) {
         append_escape(0xD800 + ((c - 0x10000) >> 10), text.bytes);
         append_escape(0xDC00 + ((c - 0x10000) & 0x3FF), text.bytes);
       } else {
         append_escape(c, text.bytes);
       }
-      text.chinese = text.chinese || !look_alike(c);
+      text.chinese = text.chinese || letter == 0;
     }
   }
   return text;

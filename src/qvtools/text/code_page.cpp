@@ -277,6 +277,10 @@ std::string from_gbk(std::string_view gbk) {
 }
 
 char look_alike(char32_t c) {
+  // The text font's own signs that GB2312 lacks.
+  constexpr char32_t kSquared = 0xB2, kCubed = 0xB3;
+  if (c == kSquared) return '\x8C';
+  if (c == kCubed) return '\x8D';
   const auto found = std::ranges::lower_bound(detail::kLookAlikes, c, {}, &detail::LookAlike::letter);
   return found != std::end(detail::kLookAlikes) && found->letter == c ? found->drawn : '\0';
 }

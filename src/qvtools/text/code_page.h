@@ -83,7 +83,7 @@ QV_API std::string from_gbk(std::string_view gbk);
 QV_API void append_utf8(char32_t c, std::string& out);
 
 /// The letter that is drawn for one which neither GBK nor the fonts have: the letter beneath its marks ("o" for
-/// U+00F6); 0 when there is none.
+/// U+00F6), or the text font's own sign, from 0x80 on (superscript 2 and 3); 0 when there is none.
 QV_API char look_alike(char32_t c);
 
 /// The simplified form, one of GB2312, of a letter that GB2312 lacks; 0 when none is known. Source of the table: OpenCC.
