@@ -40,7 +40,7 @@ QString export_view(QWidget* parent, const Words& words, View& view, CSize size,
 QString plot_to_file(QWidget* parent, const Words& words, const Plotted& plotted) {
   const QString filters = QStringLiteral("PDF (*.pdf);;SVG (*.svg);;PNG (*.png)");
   QString filter;
-  QString path = QFileDialog::getSaveFileName(parent, words(Text::PlotTitle), plotted.suggested, filters, &filter);
+  QString path = QFileDialog::getSaveFileName(parent, words(Text::WriteFileTitle), plotted.suggested, filters, &filter);
   if (path.isEmpty()) return {};
   if (QFileInfo(path).suffix().isEmpty()) path += QLatin1Char('.') + filter.left(3).toLower();
   std::string problem;

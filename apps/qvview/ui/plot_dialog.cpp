@@ -16,8 +16,9 @@ namespace qvview {
 
 namespace {
 
-constexpr int kPause = 200;        // milliseconds
-constexpr int kPreviewSide = 460;  // pixels, at least
+constexpr int kPause = 200;          // milliseconds
+constexpr QSize kPreview(320, 240);  // pixels, at least
+constexpr QSize kSize(1000, 600);
 constexpr int kLeadingScales = 2;  // the sheet's own, and what fits
 
 /// A page as large as fits, smoothed, with the edge of its paper.
@@ -55,7 +56,6 @@ PlotDialog::PlotDialog(QWidget* parent, const Words& words, const Plotted& plott
   add_choices(*form, toFile);
   auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
   accept_ = buttons->addButton(words_(toFile ? Text::WriteFile : Text::Print), QDialogButtonBox::AcceptRole);
-  accept_->setDefault(true);
   connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
   auto* const left = new QVBoxLayout;
@@ -65,6 +65,8 @@ PlotDialog::PlotDialog(QWidget* parent, const Words& words, const Plotted& plott
   auto* const row = new QHBoxLayout(this);
   row->addLayout(left);
   row->addLayout(make_preview(), 1);
+  accept_->setDefault(true);
+  resize(kSize);
   wait_.setSingleShot(true);
   wait_.setInterval(kPause);
   connect(&wait_, &QTimer::timeout, this, [this] { show_preview(); });
@@ -128,7 +130,7 @@ QLayout* PlotDialog::make_preview() {
   picture_ = new QLabel;
   picture_->setObjectName(QStringLiteral("preview"));
   picture_->setAlignment(Qt::AlignCenter);
-  picture_->setMinimumSize(kPreviewSide, kPreviewSide * 3 / 4);
+  picture_->setMinimumSize(kPreview);
   picture_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
   told_ = new QLabel;
   told_->setObjectName(QStringLiteral("told"));
