@@ -205,11 +205,7 @@ void PlotDialog::show_preview() {
   if (pages > 0) {
     RECT room;
     GetClientRect(control(kPreview), &room);
-    const qv::PaperSize paper = job.paper(page_);
-    const double dots = std::min((room.right - 2) / paper.width, (room.bottom - 2) / paper.height);
-    const auto pixels = [&](double side) { return std::max(static_cast<int>(std::lround(side * dots)), 1); };
-    picture_ = std::make_unique<qv::BitmapContext>(pixels(paper.width), pixels(paper.height), 0xFFFFFF);
-    job.draw(page_, *picture_, dots);
+    picture_ = job.picture(page_, {std::max<int>(room.right - 2, 1), std::max<int>(room.bottom - 2, 1)});
     told = job.words(page_);
     if (pages > 1)
       told = filled(Text::PageOf, language_, {std::to_string(page_ + 1), std::to_string(pages)}) + "  " + told;

@@ -4,6 +4,7 @@
 #include <shellapi.h>
 #include <windowsx.h>
 
+#include <algorithm>
 #include <vector>
 
 #include "common/picture_file.h"
@@ -293,10 +294,12 @@ void Viewer::plot(bool toFile) {
 /// False when the user gave up or it failed, which the text tells.
 bool Viewer::plot_to_file(HWND owner, std::string& problem) {
   FileDialog dialog(owner, L"PDF\0*.pdf\0SVG\0*.svg\0PNG\0*.png\0", OFN_OVERWRITEPROMPT);
-  dialog.question.lpstrDefExt = L"pdf";  // another where the filter is another
   if (!GetSaveFileNameW(&dialog.question)) return false;
+  std::wstring path = dialog.path;
+  constexpr const wchar_t* kEndings[] = {L".pdf", L".svg", L".png"};  // as the filters have them
+  if (dialog.question.nFileExtension == 0) path += kEndings[std::clamp<DWORD>(dialog.question.nFilterIndex, 1, 3) - 1];
   const HCURSOR before = SetCursor(LoadCursorW(nullptr, IDC_WAIT));
-  problem = qvview::PlotJob(*view_, utf8_of(file_name()), plotSetup_, language_).write(path_of(dialog.path));
+  problem = qvview::PlotJob(*view_, utf8_of(file_name()), plotSetup_, language_).write(path_of(path));
   SetCursor(before);
   return problem.empty();
 }

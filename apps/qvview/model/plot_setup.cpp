@@ -1,5 +1,8 @@
 #include "model/plot_setup.h"
 
+#include <algorithm>
+#include <cmath>
+
 #include "common/plotting.h"
 
 namespace qvview {
@@ -7,6 +10,8 @@ namespace qvview {
 namespace {
 
 using qvapps::two_decimals;
+
+constexpr COLORREF kWhite = 0xFFFFFF;
 
 std::string size_text(const qv::PaperSize& size) {
   return two_decimals(size.width) + " x " + two_decimals(size.height);
@@ -86,6 +91,28 @@ std::string PlotJob::words(int index) const {
 
 bool PlotJob::draw(int page, CDC& dc, double dots, CPoint corner) {
   return plot_ && plot_->draw(static_cast<std::size_t>(page), dc, dots, corner);
+}
+
+std::unique_ptr<qv::BitmapContext> PlotJob::picture(int page, CSize room) {
+  const qv::PaperSize& size = paper(page);
+  const double dots = std::min(room.cx / size.width, room.cy / size.height);
+  const auto pixels = [&](double side) { return std::max(static_cast<int>(std::lround(side * dots)), 1); };
+  auto picture = std::make_unique<qv::BitmapContext>(pixels(size.width), pixels(size.height), kWhite);
+  const int width = picture->Width();
+  // Drawn twice as large: what is thinner than a pixel is grey then, and lines stay apart.
+  qv::BitmapContext fine(2 * width, 2 * picture->Height(), kWhite);
+  if (width == 0 || fine.Width() == 0 || !draw(page, fine, 2 * dots)) return nullptr;
+  for (int y = 0; y < picture->Height(); ++y) {
+    const std::uint32_t* from = fine.Pixels() + static_cast<std::ptrdiff_t>(y) * 4 * width;
+    for (int x = 0; x < width; ++x, from += 2) {
+      const auto mean = [&](int shift) {
+        return (from[0] >> shift & 255) + (from[1] >> shift & 255) + (from[2 * width] >> shift & 255) +
+               (from[2 * width + 1] >> shift & 255);
+      };
+      picture->SetPixel(x, y, qv::rgb(mean(16) / 4, mean(8) / 4, mean(0) / 4));
+    }
+  }
+  return picture;
 }
 
 std::string PlotJob::write(const std::string& path) {

@@ -3,6 +3,7 @@
 /// What a user chooses for a plot or for printing, and the plot that it makes of a drawing. Nothing here needs a
 /// screen.
 
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -48,6 +49,8 @@ class PlotJob {
   std::string words(int page) const;
   /// Draws a page on a device, as `qv::PlotPages` does.
   bool draw(int page, CDC& dc, double dots, CPoint corner = {});
+  /// A page as large as the room takes it, smoothed, on white paper. Null when memory runs out.
+  std::unique_ptr<qv::BitmapContext> picture(int page, CSize room);
   /// Writes all pages to a file of PDF, SVG or PNG. Empty, or why it was not written, in words.
   std::string write(const std::string& path);
 

@@ -8,7 +8,6 @@
 #include <QtWidgets/QMessageBox>
 #include <QtWidgets/QPushButton>
 #include <algorithm>
-#include <cmath>
 
 #include "ui/loading.h"
 
@@ -21,22 +20,16 @@ constexpr QSize kPreview(320, 240);  // pixels, at least
 constexpr QSize kSize(1000, 600);
 constexpr int kLeadingScales = 2;  // the sheet's own, and what fits
 
-/// A page as large as fits, smoothed, with the edge of its paper.
+/// A page with the edge of its paper.
 QImage picture_of(PlotJob& job, int page, QSize room, double ratio) {
-  constexpr int kFiner = 2;
-  const qv::PaperSize paper = job.paper(page);
-  const double fit = std::min((room.width() - 2) / paper.width, (room.height() - 2) / paper.height);
-  const double dots = std::max(fit * ratio, 0.01);
-  const auto pixels = [&](double side) { return std::max(static_cast<int>(std::lround(side * dots)), 1); };
-  const int width = pixels(paper.width);
-  const int height = pixels(paper.height);
-  qv::BitmapContext fine(width * kFiner, height * kFiner, 0xFFFFFF);
-  if (fine.Width() == 0 || !job.draw(page, fine, dots * kFiner)) return {};
-  const QImage drawn(reinterpret_cast<const uchar*>(fine.Pixels()), fine.Width(), fine.Height(), fine.Width() * 4,
-                     QImage::Format_RGB32);
-  QImage image(width + 2, height + 2, QImage::Format_RGB32);
+  const auto inside = [&](int side) { return std::max(static_cast<int>(side * ratio) - 2, 1); };
+  const auto drawn = job.picture(page, {inside(room.width()), inside(room.height())});
+  if (!drawn) return {};
+  QImage image(drawn->Width() + 2, drawn->Height() + 2, QImage::Format_RGB32);
   image.fill(Qt::gray);
-  QPainter(&image).drawImage(1, 1, drawn.scaled(width, height, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+  QPainter(&image).drawImage(1, 1,
+                             QImage(reinterpret_cast<const uchar*>(drawn->Pixels()), drawn->Width(), drawn->Height(),
+                                    drawn->Width() * 4, QImage::Format_RGB32));
   image.setDevicePixelRatio(ratio);
   return image;
 }
