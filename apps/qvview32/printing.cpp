@@ -125,17 +125,18 @@ bool print_plot(HWND owner, qvview::View& view, const std::string& name, const q
   question.choose_paper(first);
   if (!is_paper_right(owner, printer, papers[static_cast<std::size_t>(first)], first, language)) return false;
 
-  qvview::PlotJob job(view, name, setup, language);
+  std::optional<qvview::PlotJob> job;  // made when the printer has no more questions
   bool drawn = true;
   const bool printed = qv::print_pages(
       printer, "qvview32", question.end() - first,
       [&](int page, CDC& dc) {
+        if (!job) job.emplace(view, name, setup, language);
         square_dots(printer);
         const double dots = GetDeviceCaps(printer, LOGPIXELSX) / kMmPerInch;
         // What is drawn keeps its place on the paper, whatever margins the printer needs.
         const int down = MulDiv(GetDeviceCaps(printer, PHYSICALOFFSETY), GetDeviceCaps(printer, LOGPIXELSX),
                                 GetDeviceCaps(printer, LOGPIXELSY));
-        drawn = job.draw(first + page, dc, dots, {GetDeviceCaps(printer, PHYSICALOFFSETX), down}) && drawn;
+        drawn = job->draw(first + page, dc, dots, {GetDeviceCaps(printer, PHYSICALOFFSETX), down}) && drawn;
       },
       [&](int page) { question.choose_paper(first + page); });
   if (!printed || !drawn) problem = qvview::caption(Text::CannotPrint, language);

@@ -1,5 +1,6 @@
 #include "ui/plot_dialog.h"
 
+#include <QtCore/QFile>
 #include <QtGui/QPainter>
 #include <QtWidgets/QCheckBox>
 #include <QtWidgets/QDialogButtonBox>
@@ -103,7 +104,7 @@ void PlotDialog::add_choices(QFormLayout& form, bool toFile) {
   margin_ = add_number(Text::PlotMargin, setup_.margin, 0, 100);
   pens_ = add_choice(form, Text::PlotPens, {}, 0);
   pens_->addItems(pen_names());
-  const QString pens = QString::fromStdString(setup_.pens);
+  const QString pens = QFile::decodeName(setup_.pens.c_str());
   if (pens_->findText(pens) < 0) pens_->addItem(pens);
   pens_->setCurrentText(pens);
   auto* const file = new QPushButton(words_(Text::PensOfFile));
