@@ -15,6 +15,7 @@
 #include "common/fonts.h"
 #include "common/naming_host.h"
 #include "common/picture_file.h"
+#include "common/plotting.h"
 #include "common/system.h"
 
 namespace {
@@ -139,17 +140,9 @@ void define(CLI::App& command, qvdraw::RenderRequest& request) {
 /// "1:50", "2:1" or "fit".
 std::optional<double> scale_of(const std::string& text) {
   if (text == "fit") return std::nullopt;
-  const std::size_t colon = text.find(':');
-  const auto part = [&](std::size_t from, std::size_t until) {
-    double value = 0;
-    const char* const end = text.data() + until;
-    const auto [next, error] = std::from_chars(text.data() + from, end, value);
-    if (error != std::errc() || next != end || !(value > 0) || !std::isfinite(value))
-      throw UsageError("--scale is 1:50, 2:1 or fit, not \"" + text + "\"");
-    return value;
-  };
-  if (colon == std::string::npos) throw UsageError("--scale is 1:50, 2:1 or fit, not \"" + text + "\"");
-  return part(colon + 1, text.size()) / part(0, colon);
+  const std::optional<double> scale = qvapps::scale_of(text);
+  if (!scale) throw UsageError("--scale is 1:50, 2:1 or fit, not \"" + text + "\"");
+  return scale;
 }
 
 void add_paper(CLI::App& command, qv::PlotOptions& options) {

@@ -18,14 +18,30 @@ std::string narrowed(const std::wstring& text, BOOL& lost) {
   return narrow;
 }
 
+std::wstring widened(const char* text, UINT codePage) {
+  const int size = MultiByteToWideChar(codePage, 0, text, -1, nullptr, 0);
+  std::wstring wide(static_cast<std::size_t>(size), L'\0');
+  MultiByteToWideChar(codePage, 0, text, -1, wide.data(), size);
+  wide.resize(wide.size() - 1);
+  return wide;
+}
+
 }  // namespace
 
 std::wstring wide_of_utf8(const char* text) {
-  const int size = MultiByteToWideChar(CP_UTF8, 0, text, -1, nullptr, 0);
-  std::wstring wide(static_cast<std::size_t>(size), L'\0');
-  MultiByteToWideChar(CP_UTF8, 0, text, -1, wide.data(), size);
-  wide.resize(wide.size() - 1);
-  return wide;
+  return widened(text, CP_UTF8);
+}
+
+std::wstring wide_of_path(const std::string& path) {
+  return widened(path.c_str(), CP_ACP);
+}
+
+std::string utf8_of(const std::wstring& text) {
+  const int size = WideCharToMultiByte(CP_UTF8, 0, text.c_str(), -1, nullptr, 0, nullptr, nullptr);
+  std::string utf8(static_cast<std::size_t>(size), '\0');
+  WideCharToMultiByte(CP_UTF8, 0, text.c_str(), -1, utf8.data(), size, nullptr, nullptr);
+  utf8.resize(utf8.size() - 1);
+  return utf8;
 }
 
 std::wstring filled(std::wstring text, const std::wstring& first, const std::wstring& second) {

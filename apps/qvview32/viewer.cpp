@@ -4,11 +4,14 @@
 #include <shellapi.h>
 #include <windowsx.h>
 
+#include <algorithm>
 #include <vector>
 
 #include "common/picture_file.h"
+#include "common/plotting.h"
 #include "common/unreadable.h"
-#include "qvtools/platform/win32/gdi_output.h"
+#include "plot_dialog.h"
+#include "printing.h"
 #include "system_text.h"
 
 namespace qvview32 {
@@ -30,7 +33,8 @@ const Viewer::Command Viewer::kCommands[] = {
     {Text::Open, [](Viewer& v) { v.ask_for_drawing(); }, L"Ctrl+O", 'O', FCONTROL},
     {Text::Reload, [](Viewer& v) { v.reload(); }, L"F5", VK_F5, 0},
     {Text::Export, [](Viewer& v) { v.save_picture(); }, L"Ctrl+E", 'E', FCONTROL},
-    {Text::Print, [](Viewer& v) { v.print(); }, L"Ctrl+P", 'P', FCONTROL},
+    {Text::Plot, [](Viewer& v) { v.plot(true); }, L"Ctrl+Shift+P", 'P', FCONTROL | FSHIFT},
+    {Text::Print, [](Viewer& v) { v.plot(false); }, L"Ctrl+P", 'P', FCONTROL},
     {Text::Quit, [](Viewer& v) { SendMessageW(v.window_, WM_CLOSE, 0, 0); }, L"Ctrl+Q", 'Q', FCONTROL},
     {Text::ViewMenu, nullptr, L"", 0, 0},
     {Text::ShowAll, [](Viewer& v) { v.view_->show_all(); }, L"Home", VK_HOME, 0},
@@ -241,7 +245,8 @@ void Viewer::Open(const std::wstring& path) {
   const bool loaded = qv::Import(name.c_str(), *document, {}, report) != 0;
   SetCursor(before);
   if (!loaded) return complain(Text::CannotOpen, path, words(reason_of(qvapps::diagnose(name))));
-  auto drawing = std::make_unique<qvview::Drawing>(std::move(document), view_->is_light());
+  auto drawing = std::make_unique<qvview::Drawing>(std::move(document), view_->is_light(), std::move(report.notes),
+                                                   qvapps::unit_of(report));
   if (path == path_)
     view_->reload(std::move(drawing));
   else
@@ -273,22 +278,34 @@ void Viewer::save_picture() {
   if (!saved) complain(Text::CannotWrite, dialog.path);
 }
 
-void Viewer::print() {
-  PRINTDLGW dialog = {};
-  dialog.lStructSize = sizeof dialog;
-  dialog.hwndOwner = window_;
-  dialog.Flags = PD_RETURNDC | PD_NOSELECTION | PD_NOPAGENUMS;
-  if (!PrintDlgW(&dialog)) return;
-  // On paper the background is light.
-  const bool light = view_->is_light();
-  if (!light) view_->set_light(true);
-  const bool printed =
-      qv::print_page(dialog.hDC, "qvview32", [&](CDC& dc) { view_->draw_into(dc, dc.GetResolution(), true); });
-  if (!light) view_->set_light(false);
-  DeleteDC(dialog.hDC);
-  GlobalFree(dialog.hDevMode);
-  GlobalFree(dialog.hDevNames);
-  if (!printed) complain(Text::CannotPrint, path_);
+void Viewer::plot(bool toFile) {
+  if (!view_->drawing()) return;
+  const std::string name = utf8_of(file_name());
+  const auto finish = [&](HWND dialog) {
+    std::string problem;
+    const bool done =
+        toFile ? plot_to_file(dialog, problem) : print_plot(dialog, *view_, name, plotSetup_, language_, problem);
+    if (!problem.empty()) MessageBoxW(dialog, wide_of_utf8(problem.c_str()).c_str(), kClass, MB_OK | MB_ICONERROR);
+    return done;
+  };
+  PlotDialog(*view_, name, plotSetup_, language_, toFile, finish).Show(window_);
+}
+
+/// False when the user gave up or it failed, which the text tells.
+bool Viewer::plot_to_file(HWND owner, std::string& problem) {
+  FileDialog dialog(owner, L"PDF\0*.pdf\0SVG\0*.svg\0PNG\0*.png\0", OFN_OVERWRITEPROMPT);
+  if (!GetSaveFileNameW(&dialog.question)) return false;
+  std::wstring path = dialog.path;
+  constexpr const wchar_t* kEndings[] = {L".pdf", L".svg", L".png"};  // as the filters have them
+  if (dialog.question.nFileExtension == 0) path += kEndings[std::clamp<DWORD>(dialog.question.nFilterIndex, 1, 3) - 1];
+  const HCURSOR before = SetCursor(LoadCursorW(nullptr, IDC_WAIT));
+  problem = qvview::PlotJob(*view_, utf8_of(file_name()), plotSetup_, language_).write(path_of(path));
+  SetCursor(before);
+  return problem.empty();
+}
+
+std::wstring Viewer::file_name() const {
+  return path_.substr(path_.find_last_of(L"\\/") + 1);
 }
 
 void Viewer::toggle_background() {
@@ -300,7 +317,7 @@ void Viewer::set_mode(Mode mode) {
 }
 
 void Viewer::show_title() {
-  const std::wstring name = path_.substr(path_.find_last_of(L"\\/") + 1);
+  const std::wstring name = file_name();
   std::wstring title = name.empty() ? kClass : name + L" - " + kClass;
   const std::size_t picked = view_->picks().size();
   if (picked > 0) title += L" - " + filled(words(Text::PickedIs), std::to_wstring(picked));

@@ -6,6 +6,7 @@
 
 #include "canvas.h"
 #include "model/captions.h"
+#include "model/plot_setup.h"
 
 namespace qvview32 {
 
@@ -45,7 +46,9 @@ class Viewer : public qvview::View::Listener {
   void ask_for_drawing();
   void reload();
   void save_picture();
-  void print();
+  void plot(bool toFile);
+  bool plot_to_file(HWND owner, std::string& problem);
+  std::wstring file_name() const;
   void toggle_background();
   void set_mode(qvview::Mode mode);
   void show_title();
@@ -60,6 +63,7 @@ class Viewer : public qvview::View::Listener {
   std::unique_ptr<qvview::View> view_;
   std::wstring path_;
   std::wstring report_;  // what was converted and left out of the drawing
+  qvview::PlotSetup plotSetup_;
   DWORD lastWheel_ = 0;
 };
 

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "model/captions.h"
+#include "model/plot_setup.h"
 #include "model/view.h"
 #include "support/recording_window.h"
 
@@ -150,6 +151,83 @@ TEST(ViewerDrawing, ColoursFollowTheBackgroundAndPointsTheirLayer) {
     EXPECT_EQ(bitmap.GetPixel(375, 75), row.blockPoint);
     EXPECT_EQ(bitmap.GetPixel(120, 250), row.back) << "the hidden line";
   }
+}
+
+/// How many pixels of a page have a colour.
+int page_pixels(qvview::PlotJob& job, COLORREF color) {
+  qv::BitmapContext bitmap(420, 297, 0xFFFFFF);
+  EXPECT_TRUE(job.draw(0, bitmap, 1));
+  int n = 0;
+  for (int y = 0; y < bitmap.Height(); ++y)
+    for (int x = 0; x < bitmap.Width(); ++x) n += bitmap.GetPixel(x, y) == color;
+  return n;
+}
+
+TEST_F(ViewTest, PlotsTheDrawingAsItWasLoadedAndStaysAsItWas) {
+  auto dxf = sample();
+  POSITION at = dxf->m_EntityList.GetHeadPosition();
+  for (int i = 0; i < 4; ++i) dxf->m_EntityList.GetNext(at);
+  const auto* const circle = static_cast<ACAD_ENTITY*>(dxf->m_EntityList.GetNext(at));
+  qv::DrawingNotes notes;
+  notes.entities.push_back({circle, 500, 0x3366CC, ""});
+  view.open(std::make_unique<Drawing>(std::move(dxf), false, notes));  // white on black on screen
+  view.set_light(false);
+  const auto before = painted();
+  qvview::PlotSetup setup;
+  setup.colors = qv::PlotColors::Color;
+  setup.pens = "object";
+  const auto noted = qv::rgb(0x33, 0x66, 0xCC), hidden = qv::rgb(0, 255, 0);
+  const auto plotted = [&](COLORREF color) {
+    qvview::PlotJob job(view, "d", setup, qvview::Language::English);
+    EXPECT_EQ(job.problem(), "");
+    return page_pixels(job, color);
+  };
+  EXPECT_GT(plotted(noted), 5 * 200) << "the circle in its true colour, five pixels wide";
+  EXPECT_GT(plotted(qv::rgb(0, 0, 0)), 1000) << "the frame is black on paper";
+  EXPECT_EQ(plotted(hidden), 0);
+  EXPECT_EQ(painted(), before);
+  view.drawing()->show_layers({true, true, false, true, true});
+  EXPECT_EQ(plotted(noted), 0);
+  EXPECT_GT(plotted(hidden), 150) << "what the viewer shows is plotted, though the file hides it";
+}
+
+TEST_F(ViewTest, ASetupIsTakenAsTypedOrRefusedInWords) {
+  const auto said = [&](const qvview::PlotSetup& setup, qvview::Language language = qvview::Language::English) {
+    const qvview::PlotJob job(view, "d", setup, language);
+    return job.pages() == 1 ? job.words(0) : job.problem();
+  };
+  qvview::PlotSetup setup;
+  EXPECT_EQ(said(setup), "A3, 1:2.79") << "fitted: 800 mm in 287";
+  setup.paper = "a2";
+  setup.scale = qvview::PlotSetup::Scale::Number;
+  for (const char* typed : {"1:2", "2", " 1 : 2",
+                            "1\xEF\xBC\x9A"
+                            "2"}) {
+    setup.number = typed;
+    EXPECT_EQ(said(setup), "A2, 1:2") << typed;
+  }
+  setup.number = "1:1";
+  setup.paper =
+      "900\xC3\x97"
+      "500";
+  EXPECT_EQ(said(setup), "900x500, 1:1\nDoes not fit: it takes 1000 x 800 mm, the paper has 900 x 500 mm");
+  EXPECT_NE(said(setup, qvview::Language::Chinese), said(setup));
+  for (const char* bad : {"", "1:0", "x", "1:-5", "1:50x"}) {
+    setup.number = bad;
+    EXPECT_EQ(said(setup), std::string("A scale is like 1:50, not ") + bad);
+  }
+  setup.scale = qvview::PlotSetup::Scale::Fits;
+  setup.paper = "A9";
+  EXPECT_NE(said(setup).find("no paper A9"), std::string::npos) << said(setup);
+  setup.paper = "A3";
+  setup.pens = "/no/such.pens";
+  EXPECT_EQ(said(setup).find("/no/such.pens: "), 0u) << said(setup);
+  setup.pens = "mono";
+  setup.what = qvview::PlotSetup::What::View;
+  view.set_angles({0, 0});
+  qvview::PlotJob job(view, "d", setup, qvview::Language::English);
+  ASSERT_EQ(job.pages(), 1);
+  EXPECT_GT(page_pixels(job, 0), 300) << "from the front the frame is a line across the page";
 }
 
 TEST_F(ViewTest, OpensFittedWithoutAHistory) {

@@ -54,7 +54,7 @@ class Journey(unittest.TestCase):
         with os.fdopen(end) as pipe:
             display = ":" + pipe.readline().strip()
         os.mkdir(self.path("run"), 0o700)
-        self.environment = {**os.environ, "DISPLAY": display, "QT_QPA_PLATFORM": "xcb",
+        self.environment = {**os.environ, "HOME": directory.name, "DISPLAY": display, "QT_QPA_PLATFORM": "xcb",
                             "XDG_CONFIG_HOME": self.path("config"), "XDG_RUNTIME_DIR": self.path("run")}
         self.write("plan.dxf", drawing())
         viewer = subprocess.Popen([QVVIEW, "--language", "en", self.path("plan.dxf")], env=self.environment)
@@ -225,6 +225,45 @@ class Journey(unittest.TestCase):
             self.until(lambda: os.path.exists(out), "the picture is written")
             with open(out, "rb") as file:
                 self.assertEqual(file.read(len(start)), start)
+
+    def page(self, path):
+        """The size of a PDF's page in mm, once it is written."""
+        self.until(lambda: os.path.exists(path) and self.pages(path), "there is " + path)
+        return [round(float(side) * 25.4 / 72) for side in self.pages(path)[0]]
+
+    def pages(self, path):
+        told = self.run_tool("pdfinfo", "-l", "9", path, capture_output=True, text=True).stdout
+        return re.findall(r"Page .*size: +([\d.]+) x ([\d.]+)", told)
+
+    def test_it_is_plotted_and_printed_to_scale(self):
+        self.do("key", "ctrl+shift+p")
+        self.attend("Plot")
+        self.do("key", "Tab", "ctrl+a")
+        self.do("type", "A1")
+        self.do("key", "Tab", "Tab", "ctrl+a")
+        self.do("type", "1:20")
+        self.do("key", "Return")
+        self.type_path("Write a file", self.path("out.pdf"))
+        self.assertEqual(self.page(self.path("out.pdf")), [841, 594])
+        self.until(lambda: "Plot" not in self.titles(), "the dialog is done")
+        # The frame of 8000 by 6000 is 400 by 300 on it, in the middle.
+        self.run_tool("pdftoppm", "-r", "25.4", "-singlefile", self.path("out.pdf"), self.path("out"), check=True)
+        with open(self.path("out.ppm"), "rb") as file:
+            head, width, rows = file.readline(), *map(int, file.readline().split())
+            file.readline()
+            data = file.read()
+        dark = [i // 3 for i in range(0, len(data), 3) if data[i] < 160]
+        across, down = [i % width for i in dark], [i // width for i in dark]
+        for value, wanted in ((min(across), 220.5), (max(across), 620.5), (min(down), 147), (max(down), 447)):
+            self.assertAlmostEqual(value, wanted, delta=1.5)
+        # The same set-up is offered for printing; without a printer the system's dialog offers a file.
+        self.attend("plan.dxf - qvview")
+        self.do("key", "ctrl+p")
+        self.attend("Print")
+        self.do("key", "Return")
+        time.sleep(1)
+        self.do("key", "Return")
+        self.assertEqual(self.page(self.path("plan.pdf")), [841, 594])
 
 
 class Questions(unittest.TestCase):

@@ -85,14 +85,14 @@ TEST_F(Printing, DrawsOnPages) {
   const CSize page(GetDeviceCaps(dc, HORZRES), GetDeviceCaps(dc, VERTRES));
   EXPECT_NEAR(page.cx, 595 * 300 / 72, 2);
   int pages = 0;
-  qv::print_page(dc, "\xD6\xD0", [&](CDC& context) {
-    ++pages;
+  qv::print_pages(dc, "\xD6\xD0", 2, [&](int index, CDC& context) {
+    EXPECT_EQ(index, pages++);
     EXPECT_TRUE(context.IsPrinting() && !context.IsMetafile());
     EXPECT_EQ(context.GetResolution(), page);
     context.MoveTo(100, 200);
     context.LineTo(300, 400);
   });
-  EXPECT_EQ(pages, 1);
+  EXPECT_EQ(pages, 2);
 }
 
 }  // namespace

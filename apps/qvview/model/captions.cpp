@@ -26,6 +26,7 @@ constexpr Caption kCaptions[] = {
     {Text::Open, "打开…", "Open…"},
     {Text::Reload, "重新读入", "Reload"},
     {Text::Export, "输出所见画面…", "Export what is seen…"},
+    {Text::Plot, "出图…", "Plot…"},
     {Text::Print, "打印…", "Print…"},
     {Text::Quit, "退出", "Quit"},
     {Text::ClearRecent, "清除列表", "Clear the list"},
@@ -115,6 +116,44 @@ constexpr Caption kCaptions[] = {
     {Text::Reading, "正在读入 %1", "Reading %1"},
     {Text::GiveUp, "放弃", "Give up"},
     {Text::GivenUp, "已放弃读入", "Reading was given up"},
+    {Text::PlotTitle, "出图", "Plot"},
+    {Text::PrintTitle, "打印", "Print"},
+    {Text::PlotWhat, "内容", "What"},
+    {Text::PlotSheets, "每个图框一页", "Each sheet a page"},
+    {Text::PlotWhole, "全部图形一页", "The whole drawing"},
+    {Text::PlotView, "所见画面", "What the window shows"},
+    {Text::PlotPaper, "图纸", "Paper"},
+    {Text::PaperOfSheet, "按图框(无图框则 A3)", "The sheet's own, else A3"},
+    {Text::PlotOrientation, "方向", "Orientation"},
+    {Text::OrientationOfDrawing, "随图形", "As the drawing lies"},
+    {Text::Landscape, "横向", "Landscape"},
+    {Text::Portrait, "纵向", "Portrait"},
+    {Text::PlotScale, "比例", "Scale"},
+    {Text::ScaleOfSheet, "按图框(无图框则充满图纸)", "The sheet's own, else fitted"},
+    {Text::ScaleFits, "充满图纸", "Fit the paper"},
+    {Text::PlotMargin, "页边距(毫米)", "Margin (mm)"},
+    {Text::PlotPens, "笔宽", "Pens"},
+    {Text::PensOfFile, "笔宽文件…", "A file…"},
+    {Text::PensTitle, "选择笔宽文件", "Choose a file of pens"},
+    {Text::PensFiles, "笔宽文件", "Files of pens"},
+    {Text::PlotColors, "颜色", "Colours"},
+    {Text::ColorsBlack, "黑色", "Black"},
+    {Text::ColorsGrey, "灰度", "Grey"},
+    {Text::ColorsOwn, "彩色", "Colours"},
+    {Text::PlotDpi, "PNG 分辨率(点/英寸)", "PNG: dots an inch"},
+    {Text::PlotSmooth, "PNG 平滑", "PNG: smooth"},
+    {Text::WriteFile, "写入文件…", "Write a file…"},
+    {Text::WriteFileTitle, "写入文件", "Write a file"},
+    {Text::Cancel, "取消", "Cancel"},
+    {Text::PageOf, "第 %1 页,共 %2 页", "Page %1 of %2"},
+    {Text::PageIs, "%1,比例 1:%2", "%1, 1:%2"},
+    {Text::DoesNotFit, "放不下:图形 %1 毫米,图纸 %2 毫米", "Does not fit: it takes %1 mm, the paper has %2 mm"},
+    {Text::NoSuchPaper, "没有图纸 %1:应为 A4 至 A0、加长图幅,或“宽x高”毫米",
+     "There is no paper %1: it is A4 to A0, a lengthened format, or WxH in mm"},
+    {Text::NoSuchScale, "比例应为 1:50 这样的形式,不是 %1", "A scale is like 1:50, not %1"},
+    {Text::NothingPlotted, "不能出图:%1", "Nothing was plotted: %1"},
+    {Text::PaperDiffers, "第 %1 页的图纸为 %2 毫米,打印机的图纸只有 %3 毫米,会有缺失。仍要打印吗?",
+     "Page %1 has paper of %2 mm, the printer's has %3 mm: a part will be missing. Print all the same?"},
     {Text::CannotOpen, "不能打开 %1\n%2", "%1 cannot be opened.\n%2"},
     {Text::Missing, "没有这个文件。", "There is no such file."},
     {Text::IsDirectory, "它是一个文件夹。", "It is a directory."},
@@ -158,6 +197,18 @@ static_assert(is_in_order(), "every text has its row, at its own place");
 const char* caption(Text text, Language language) {
   const Caption& row = kCaptions[static_cast<std::size_t>(text)];
   return language == Language::Chinese ? row.chinese : row.english;
+}
+
+std::string filled(Text text, Language language, std::initializer_list<std::string_view> values) {
+  std::string said;
+  for (const char* p = caption(text, language); *p; ++p) {
+    const std::size_t value = *p == '%' ? static_cast<std::size_t>(p[1] - '1') : values.size();
+    if (value < values.size())
+      said += values.begin()[value], ++p;
+    else
+      said += *p;
+  }
+  return said;
 }
 
 }  // namespace qvview

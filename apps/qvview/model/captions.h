@@ -3,6 +3,10 @@
 /// Everything that the viewer says, in both languages, as UTF-8. "%1" and "%2" stand for what is filled in; "&" goes
 /// before a menu's letter.
 
+#include <initializer_list>
+#include <string>
+#include <string_view>
+
 namespace qvview {
 
 enum class Language { Chinese, English };
@@ -22,6 +26,7 @@ enum class Text {
   Open,
   Reload,
   Export,
+  Plot,
   Print,
   Quit,
   ClearRecent,
@@ -114,6 +119,43 @@ enum class Text {
   Reading,
   GiveUp,
   GivenUp,
+  // plots
+  PlotTitle,
+  PrintTitle,
+  PlotWhat,
+  PlotSheets,
+  PlotWhole,
+  PlotView,
+  PlotPaper,
+  PaperOfSheet,
+  PlotOrientation,
+  OrientationOfDrawing,
+  Landscape,
+  Portrait,
+  PlotScale,
+  ScaleOfSheet,
+  ScaleFits,
+  PlotMargin,
+  PlotPens,
+  PensOfFile,
+  PensTitle,
+  PensFiles,
+  PlotColors,
+  ColorsBlack,
+  ColorsGrey,
+  ColorsOwn,
+  PlotDpi,
+  PlotSmooth,
+  WriteFile,
+  WriteFileTitle,
+  Cancel,
+  PageOf,
+  PageIs,
+  DoesNotFit,
+  NoSuchPaper,
+  NoSuchScale,
+  NothingPlotted,
+  PaperDiffers,
   // failures
   CannotOpen,
   Missing,
@@ -132,5 +174,7 @@ enum class Text {
 
 /// A caption in a language.
 const char* caption(Text text, Language language);
+/// The caption with "%1" and so on filled in.
+std::string filled(Text text, Language language, std::initializer_list<std::string_view> values);
 
 }  // namespace qvview

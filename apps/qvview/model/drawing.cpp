@@ -48,11 +48,13 @@ class Drawing::Shown : public DXF {
   }
 };
 
-/// Finds layers by name, and makes those that the document lacks.
+/// Finds layers and line types by name, and makes those that there are not yet.
 class Drawing::LayerIndex {
  public:
-  LayerIndex(const DXF& document, std::vector<Layer>& layers) : table(document), layers_(layers) {
-    for (int i = 0; document.m_pLayer && i < document.m_nLayer; ++i, ++tabled_) {
+  LayerIndex(const DXF& document, std::vector<Layer>& layers, std::vector<std::string>& lineTypes)
+      : layers_(layers), line_types_(lineTypes) {
+    const qvapps::LayerTable table(document);
+    for (int i = 0; document.m_pLayer && i < document.m_nLayer; ++i) {
       const ACAD_LAYER& layer = document.m_pLayer[static_cast<std::size_t>(i)];
       const bool off = layer.m_nColor < 0 || (layer.m_nFlags & kFrozen) != 0;
       layers_.push_back({layer.m_szName, table.color(i), !off});
@@ -64,24 +66,33 @@ class Drawing::LayerIndex {
     layers_.push_back({std::string(name)});
     return indices_.emplace(name, layers_.size() - 1).first->second;
   }
-  /// The layer's index in the document's table; -1 when only entities name it.
-  int in_table(std::size_t layer) const { return layer < tabled_ ? static_cast<int>(layer) : -1; }
-
-  const qvapps::LayerTable table;
+  int line_type(std::string_view name) {
+    if (last_ >= 0 && name == line_types_[static_cast<std::size_t>(last_)]) return last_;
+    const auto [at, added] = line_type_indices_.try_emplace(std::string(name), static_cast<int>(line_types_.size()));
+    if (added) line_types_.emplace_back(name);
+    return last_ = at->second;
+  }
 
  private:
   std::vector<Layer>& layers_;
+  std::vector<std::string>& line_types_;
   qvapps::NameMap<std::size_t> indices_;
-  std::size_t tabled_ = 0;
+  qvapps::NameMap<int> line_type_indices_;
+  int last_ = -1;
 };
 
-Drawing::Drawing(std::unique_ptr<DXF> document, bool lightBackground)
-    : document_(std::move(document)), patterns_(qv::PatternsOf(*document_)), light_(lightBackground) {
-  LayerIndex index(*document_, layers_);
+Drawing::Drawing(std::unique_ptr<DXF> document, bool lightBackground, qv::DrawingNotes notes, double unit)
+    : document_(std::move(document)),
+      patterns_(qv::PatternsOf(*document_)),
+      notes_(std::move(notes)),
+      unit_(unit),
+      light_(lightBackground) {
+  LayerIndex index(*document_, layers_, lineTypes_);
   items_ = take_items(document_->m_EntityList, index);
   for (const Item& item : items_) ++layers_[item.layer].entities;
   qvapps::for_each<ACAD_BLOCK>(document_->m_BlockList,
                                [&](ACAD_BLOCK& block) { blocks_.push_back(take_items(block.m_EntityList, index)); });
+  resolve();
   rebuild();
 }
 
@@ -91,10 +102,51 @@ std::vector<Drawing::Item> Drawing::take_items(const CPtrList& list, LayerIndex&
   std::vector<Item> items;
   items.reserve(static_cast<std::size_t>(list.GetCount()));
   qvapps::for_each<ACAD_ENTITY>(list, [&](ACAD_ENTITY& entity) {
-    const std::size_t layer = index(qvapps::layer_of(entity));
-    items.push_back({&entity, layer, qvapps::resolve(entity, index.in_table(layer), index.table, light_)});
+    Item item{&entity, index(qvapps::layer_of(entity))};
+    qv::visit_entity(entity, [&](auto& record) {
+      if constexpr (requires { record.m_nColor; }) item.ownColor = record.m_nColor;
+      if constexpr (requires { record.m_szLType; }) item.ownLineType = index.line_type(record.m_szLType);
+    });
+    items.push_back(item);
   });
   return items;
+}
+
+template <class F>
+void Drawing::for_each_item(const F& f) {
+  std::for_each(items_.begin(), items_.end(), f);
+  for (const std::vector<Item>& block : blocks_) std::for_each(block.begin(), block.end(), f);
+}
+
+void Drawing::resolve() {
+  const qvapps::LayerTable table(*document_);
+  const auto tabled = static_cast<std::size_t>(document_->m_pLayer ? std::max(document_->m_nLayer, 0) : 0);
+  for_each_item([&](const Item& item) {
+    qvapps::resolve(*item.record, item.layer < tabled ? static_cast<int>(item.layer) : -1, table, light_);
+  });
+}
+
+Drawing::AsLoaded::AsLoaded(Drawing& drawing) : drawing_(drawing) {
+  drawing_.for_each_item([&](const Item& item) {
+    qv::visit_entity(*item.record, [&](auto& record) {
+      if constexpr (requires { record.m_nColor; }) record.m_nColor = item.ownColor;
+      if constexpr (requires { record.m_szLType; })
+        qv::copy_text(record.m_szLType, drawing_.lineTypes_[static_cast<std::size_t>(item.ownLineType)].c_str());
+    });
+  });
+}
+
+Drawing::AsLoaded::~AsLoaded() {
+  drawing_.resolve();
+}
+
+qv::PlotSource Drawing::AsLoaded::source(const std::string& name) const {
+  qvapps::NameMap<bool> on;
+  for (const Layer& layer : drawing_.layers_) on.emplace(layer.name, layer.on);
+  return {drawing_.document_.get(), &drawing_.notes_, name, drawing_.unit_, [on = std::move(on)](const char* layer) {
+            const auto found = on.find(std::string_view(layer));
+            return found == on.end() || found->second;
+          }};
 }
 
 void Drawing::recolor(std::vector<Item>& items) {

@@ -11,6 +11,7 @@
 #include "common/display_form.h"
 #include "qvtools.h"
 #include "qvtools/dxf/view/prepared_drawing.h"
+#include "qvtools/plot/plot.h"
 
 namespace qvview {
 
@@ -25,8 +26,9 @@ struct Layer {
 
 class Drawing {
  public:
-  /// Takes a loaded document. Layers that it marks as off or frozen are off.
-  Drawing(std::unique_ptr<DXF> document, bool lightBackground);
+  /// Takes a loaded document, with what its import noted and its unit in mm. Layers that it marks as off or frozen are
+  /// off.
+  Drawing(std::unique_ptr<DXF> document, bool lightBackground, qv::DrawingNotes notes = {}, double unit = 1);
   ~Drawing();
   Drawing(const Drawing&) = delete;
   Drawing& operator=(const Drawing&) = delete;
@@ -59,6 +61,20 @@ class Drawing {
   /// Draws entities of the drawing so that they are highlighted.
   void highlight(CDC& dc, const CFCoor& coor, const ViewAngles& angles, const std::vector<int>& entities);
 
+  /// The document for a plot, with its layers as they are switched: while this lives, its records look as they were
+  /// loaded, and not as they are shown.
+  class AsLoaded {
+   public:
+    explicit AsLoaded(Drawing& drawing);
+    ~AsLoaded();
+    AsLoaded(const AsLoaded&) = delete;
+    AsLoaded& operator=(const AsLoaded&) = delete;
+    qv::PlotSource source(const std::string& name) const;
+
+   private:
+    Drawing& drawing_;
+  };
+
   /// The shown entities that lie wholly inside the rectangle, with `crossing` also those that touch it, in drawing
   /// order.
   std::vector<int> pick(const CFRect& rect, bool crossing, const ViewAngles& angles);
@@ -68,7 +84,8 @@ class Drawing {
   struct Item {
     ACAD_ENTITY* record;
     std::size_t layer;
-    int ownColor;
+    int ownColor = qv::kByLayer;
+    int ownLineType = -1;  // an index of `lineTypes_`; -1 for a kind without any
   };
   /// A point to be drawn in its layer's colour: the library draws points black.
   struct Mark {
@@ -79,6 +96,10 @@ class Drawing {
   class LayerIndex;
 
   std::vector<Item> take_items(const CPtrList& list, LayerIndex& index);
+  template <class F>
+  void for_each_item(const F& f);
+  /// Gives all records the look in which they are shown.
+  void resolve();
   void recolor(std::vector<Item>& items);
   void rebuild();
   bool is_seen_in_block(const Item& item) const;
@@ -90,8 +111,11 @@ class Drawing {
 
   std::unique_ptr<DXF> document_;
   qv::LinePatterns patterns_;
+  qv::DrawingNotes notes_;
+  double unit_;
   bool light_;
   std::vector<Layer> layers_;
+  std::vector<std::string> lineTypes_;  // that records name
   std::vector<Item> items_;
   std::vector<std::vector<Item>> blocks_;  // of each block, in the document's order
   std::vector<Mark> marks_;

@@ -39,6 +39,8 @@ class View : public CDrawTool {
   void paint(CDC& dc);
   /// Draws what is seen fitted into a picture of a size; see `Drawing::draw`.
   void draw_into(CDC& dc, CSize size, bool everyLetter);
+  /// The world rectangle that the window shows.
+  CFRect seen() const;
   /// The window has another size: everything stays in view where everything was, else the middle stays the middle.
   void resized();
 
@@ -106,9 +108,6 @@ class View : public CDrawTool {
   void measure();
   /// The factor, limited so that the view stays between the resolution of coordinates and far more than everything.
   double clamped_zoom(double factor) const;
-  /// The world rectangle that the window shows.
-  CFRect seen() const;
-
   qv::Window& window_;
   Listener& listener_;
   std::unique_ptr<Drawing> drawing_;

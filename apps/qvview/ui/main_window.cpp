@@ -14,9 +14,11 @@
 #include <QtWidgets/QMessageBox>
 #include <QtWidgets/QStatusBar>
 
+#include "common/plotting.h"
 #include "ui/angles_dialog.h"
 #include "ui/entity_text.h"
 #include "ui/output.h"
+#include "ui/plot_dialog.h"
 #include "ui/recent_files.h"
 
 namespace qvview {
@@ -121,6 +123,11 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 
 // ---------------------------------------------------------------- files
 
+std::unique_ptr<Drawing> MainWindow::drawing_of(Loaded loaded) const {
+  return std::make_unique<Drawing>(std::move(loaded.document), view_.is_light(), std::move(loaded.report.notes),
+                                   qvapps::unit_of(loaded.report));
+}
+
 Loaded MainWindow::load(const QString& path) {
   // Events are handled while the progress is shown; none of them may load another drawing in between.
   const QScopedValueRollback<bool> busy(loading_, true);
@@ -138,7 +145,7 @@ void MainWindow::open(const QString& path) {
   }
   path_ = QFileInfo(path).absoluteFilePath();
   take_report(loaded.report);
-  view_.open(std::make_unique<Drawing>(std::move(loaded.document), view_.is_light()));
+  view_.open(drawing_of(std::move(loaded)));
   layers_->refresh(view_.drawing());
   RecentFiles::add(path_);
   watch_.watch(path_);
@@ -167,7 +174,7 @@ void MainWindow::reload(bool asked) {
   Loaded loaded = load(path_);
   if (loaded.document) {
     take_report(loaded.report);
-    view_.reload(std::make_unique<Drawing>(std::move(loaded.document), view_.is_light()));
+    view_.reload(drawing_of(std::move(loaded)));
     layers_->refresh(view_.drawing());
     show_status();
     if (report_.isEmpty()) statusBar()->showMessage(words_(Text::Reloaded), kMessageTime);
@@ -202,8 +209,18 @@ void MainWindow::export_picture() {
   if (!told.isEmpty()) statusBar()->showMessage(told, kMessageTime);
 }
 
-void MainWindow::print() {
-  print_view(this, words_, view_, picture_size());
+void MainWindow::plot(bool toFile) {
+  const QFileInfo info(path_);
+  const Plotted plotted{view_, info.fileName().toStdString(), plotSetup_,
+                        info.absolutePath() + QLatin1Char('/') + info.completeBaseName() + QLatin1String(".pdf")};
+  QString told;
+  const auto finish = [&](QWidget* parent) {
+    if (!toFile) return print_pages(parent, words_, plotted);
+    told = plot_to_file(parent, words_, plotted);
+    return !told.isEmpty();
+  };
+  PlotDialog(this, words_, plotted, toFile, finish).exec();
+  if (!told.isEmpty()) statusBar()->showMessage(told, kMessageTime);
 }
 
 // ---------------------------------------------------------------- how it looks

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "common/fonts.h"
+#include "model/plot_setup.h"
 #include "ui/canvas.h"
 #include "ui/file_watch.h"
 #include "ui/layers_panel.h"
@@ -61,11 +62,12 @@ class MainWindow : public QMainWindow, private View::Listener {
   void update_commands();
 
   Loaded load(const QString& path);
+  std::unique_ptr<Drawing> drawing_of(Loaded loaded) const;
   void take_report(const qv::ImportReport& report);
   void choose_drawing();
   void reload(bool asked);
   void export_picture();
-  void print();
+  void plot(bool toFile);
   void set_dark(bool dark);
   void turn(double a, double b);
   void choose_angles();
@@ -96,6 +98,7 @@ class MainWindow : public QMainWindow, private View::Listener {
   std::vector<QAction*> needDrawing_;
   QString path_;
   QString report_;  // what was converted and left out; empty when nothing was
+  PlotSetup plotSetup_;
   QPointF offset_;  // that the drawing was moved by, to be put back on coordinates that are shown
   bool loading_ = false;
   FileWatch watch_;

@@ -85,14 +85,16 @@ class Crossings {
     const std::array<double, 2> ys = {rect.bottom, rect.top};
     for (const double x : xs) cross(s, x, &PathPoint::x);
     for (const double y : ys) cross(s, y, &PathPoint::y);
-    std::sort(shares_.begin(), shares_.begin() + n_);
   }
   const double* begin() const { return shares_.data(); }
   const double* end() const { return shares_.data() + n_; }
 
  private:
   void add(double share) {
-    if (share >= 0 && share <= 1) shares_[n_++] = share;
+    if (!(share >= 0 && share <= 1)) return;
+    std::size_t at = n_++;
+    for (; at > 0 && shares_[at - 1] > share; --at) shares_[at] = shares_[at - 1];
+    shares_[at] = share;
   }
   void cross(const Stretch& s, double level, double PathPoint::*axis) {
     if (!s.is_arc()) {

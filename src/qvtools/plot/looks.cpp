@@ -84,8 +84,13 @@ Looks::Looks(const DXF& dxf, const DrawingNotes* notes, const LookOptions& optio
     if (whole && pattern.length < options.shortestPattern) ++short_patterns_;
     if (!whole || pattern.length < options.shortestPattern) pattern = {};
   }
-  if (!notes) return;
-  for (const DrawingNotes::Layer& note : notes->layers) {
+  if (notes) take_notes(notes->layers);
+  if (!options.shows) return;
+  for (Layer& layer : layers_) layer.off = layer.frozen = !options.shows(layer.record ? layer.record->m_szName : "0");
+}
+
+void Looks::take_notes(const std::vector<DrawingNotes::Layer>& notes) {
+  for (const DrawingNotes::Layer& note : notes) {
     const int index = layer_index(note.name);
     if (index < 0) continue;
     Layer& layer = layers_[static_cast<std::size_t>(index)];

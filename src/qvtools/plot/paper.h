@@ -18,6 +18,7 @@ struct PaperSize {
   double shorter() const { return width > height ? height : width; }
   PaperSize landscape() const { return {longer(), shorter()}; }
   PaperSize portrait() const { return {shorter(), longer()}; }
+  bool operator==(const PaperSize&) const = default;
 };
 
 /// A format by its name; the sizes are landscape.

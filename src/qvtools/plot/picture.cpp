@@ -3,10 +3,9 @@
 #include <algorithm>
 #include <cmath>
 
-#include "qvtools/plot/internal/checked_canvas.h"
+#include "qvtools/plot/internal/device_canvas.h"
 #include "qvtools/plot/internal/fit.h"
 #include "qvtools/plot/internal/marks.h"
-#include "qvtools/plot/internal/pixel_marks.h"
 #include "qvtools/plot/internal/png_file.h"
 
 namespace qv {
@@ -17,41 +16,6 @@ using namespace detail;
 
 constexpr int kLargest = 32767;
 constexpr double kShortestPattern = 3;  // pixels
-
-/// Draws marks on a device as they come; its millimetre is a pixel.
-class DeviceCanvas final : public CheckedCanvas {
- public:
-  DeviceCanvas(CDC& dc, CSize size) : dc_(dc), size_(size), marks_(size.cy, 1, true) {}
-
- private:
-  void open_page(const Page&) override {}
-  void close_page() override { flush(); }
-  void new_layer(const PlotLayer&) override {}
-  void choose_layer(int) override {}
-  void draw_stroke(const Path& path, const Stroke& stroke) override {
-    marks_.stroke(path, stroke);
-    flush_many();
-  }
-  void draw_fill(const Path& path, Ink ink) override {
-    marks_.fill(path, ink);
-    flush_many();
-  }
-  void draw_text(const FoundText&) override {}
-  bool write_file() override { return true; }
-
-  void flush() {
-    marks_.draw(dc_, size_, 0, 0);
-    marks_.clear();
-  }
-  void flush_many() {
-    constexpr std::size_t kMost = 4096;
-    if (marks_.count() >= kMost) flush();
-  }
-
-  CDC& dc_;
-  CSize size_;
-  PixelMarks marks_;
-};
 
 DrawingRect with_margin(const DrawingRect& r, double share) {
   const double margin = share * std::max(r.width(), r.height());
@@ -107,7 +71,7 @@ bool draw_rect(DXF& document, CDC& dc, const DrawingRect& rect, CSize size, cons
   looks.width = std::max(options.lineWidth, 1.0);
   looks.shortestPattern = options.dashes ? kShortestPattern : 0;
   looks.dark = is_dark(options.background);
-  DeviceCanvas canvas(dc, size);
+  DeviceCanvas canvas(dc, size, size.cy, 1);  // its millimetre is a pixel
   canvas.begin_page({static_cast<double>(size.cx), static_cast<double>(size.cy), "", ""});
   Marks(document, options.notes, looks, canvas).draw(placement);
   return canvas.finish();

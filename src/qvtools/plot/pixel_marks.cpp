@@ -39,14 +39,19 @@ class PixelMarks::Brush {
     Place operator*(double f) const { return {x * f, y * f}; }
   };
 
-  Brush(CDC& dc, CSize size, int left, int top) : dc_(dc), size_(size), left_(left), top_(top) {
+  Brush(CDC& dc, CSize size, int left, int top)
+      : dc_(dc), size_(size), left_(left), top_(top), shapes_(dc.IsPrinting() || dc.IsMetafile()) {
     before_ = dc.SelectObject(&pen_);
   }
   ~Brush() { dc_.SelectObject(before_); }
   Brush(const Brush&) = delete;
   Brush& operator=(const Brush&) = delete;
 
+  /// Whether the device takes wide pens and polygons, and not dots one by one: a page would be a flood of them.
+  bool takes_shapes() const { return shapes_; }
+
   void choose(COLORREF color) {
+    pen_.width = 1;
     pen_.color = brush_.color = color;
     dc_.SelectObject(&pen_);
   }
@@ -59,6 +64,24 @@ class PixelMarks::Brush {
     dc_.LineTo(to.x, to.y);
     dc_.SetPixel(to.x, to.y, pen_.color);
   }
+  /// With the device's own wide pen, whose ends and joins are round; false where all points are one.
+  bool polyline(const Point* p, std::size_t count, double width) {
+    pen_.width = static_cast<int>(width);
+    dc_.SelectObject(&pen_);
+    CPoint last = nearest(at(p[0]));
+    bool drawn = false;
+    dc_.MoveTo(last.x, last.y);
+    for (std::size_t i = 1; i < count; ++i) {
+      const CPoint next = nearest(at(p[i]));
+      if (next == last) continue;
+      dc_.LineTo(next.x, next.y);
+      last = next;
+      drawn = true;
+    }
+    pen_.width = 1;
+    dc_.SelectObject(&pen_);
+    return drawn;
+  }
   void disc(Place center, double radius) {
     for (Rows y(center.y - radius, center.y + radius, size_.cy); y.more(); ++y.now) {
       const double rise = y.now - center.y, reach = std::sqrt(std::max(radius * radius - rise * rise, 0.0));
@@ -67,6 +90,11 @@ class PixelMarks::Brush {
   }
   template <std::size_t n>
   void convex(const std::array<Place, n>& p) {
+    if (shapes_) {
+      corners_.clear();
+      for (const Place corner : p) corners_.push_back(nearest(corner));
+      return fill_corners();
+    }
     const auto [low, high] = std::minmax_element(p.begin(), p.end(), [](Place a, Place b) { return a.y < b.y; });
     for (Rows y(low->y, high->y, size_.cy); y.more(); ++y.now) {
       double left = kFarthest, right = -kFarthest;
@@ -82,12 +110,15 @@ class PixelMarks::Brush {
   void polygon(const Point* p, std::size_t count) {
     corners_.clear();
     for (std::size_t i = 0; i < count; ++i) corners_.push_back(nearest(at(p[i])));
-    CRgn region;
-    region.CreatePolygonRgn(corners_.data(), static_cast<int>(count), FillRule::Winding);
-    dc_.FillRgn(region, brush_);
+    fill_corners();
   }
 
  private:
+  void fill_corners() {
+    CRgn region;
+    region.CreatePolygonRgn(corners_.data(), static_cast<int>(corners_.size()), FillRule::Winding);
+    dc_.FillRgn(region, brush_);
+  }
   // The rows from `low`, which is in, to `high`, which is out, that lie in the bitmap.
   struct Rows {
     Rows(double low, double high, int rows) : now(std::ceil(std::max(low, 0.0))), end(std::min<double>(high, rows)) {}
@@ -110,6 +141,7 @@ class PixelMarks::Brush {
   CSize size_;
   double left_;
   double top_;
+  bool shapes_;
   CPen pen_;
   CBrush brush_;
   const CPen* before_;
@@ -208,6 +240,8 @@ void PixelMarks::draw_stroke(Brush& brush, const Mark& mark) const {
     for (std::uint32_t i = 1; i < mark.count; ++i) brush.line(brush.at(p[i - 1]), brush.at(p[i]));
     return;
   }
+  const bool round = round_ends && mark.joins == Stroke::Joins::Round;
+  if (round && brush.takes_shapes() && brush.polyline(p, mark.count, double{mark.width})) return;
   // Half the width across a direction of one pixel's length.
   const auto across = [radius](Place d) { return Place{-d.y * radius, d.x * radius}; };
   const auto join = [&](Place corner, Place from, Place to) {

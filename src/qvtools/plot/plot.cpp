@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "qvtools/plot/internal/canvas.h"
+#include "qvtools/plot/internal/device_canvas.h"
 #include "qvtools/plot/internal/fit.h"
 #include "qvtools/plot/internal/marks.h"
 #include "qvtools/services/internal/out_of_memory.h"
@@ -55,47 +56,61 @@ struct PagePlan {
   PaperSize paper;
   double scale = 1;  // mm of paper per drawing unit
   PathPoint at;      // where the rectangle's lower left corner lies
+
+  /// The rectangle on paper.
+  PathRect shown() const { return {at.x, at.y, at.x + rect.width() * scale, at.y + rect.height() * scale}; }
+  bool fits() const {
+    constexpr double kRounding = 0.01;
+    const PathRect r = shown();
+    return r.left >= -kRounding && r.bottom >= -kRounding && r.right <= paper.width + kRounding &&
+           r.top <= paper.height + kRounding;
+  }
 };
 
-class Plotter {
- public:
-  Plotter(std::span<const PlotSource> sources, const std::string& path, const PlotOptions& options, PlotReport& report,
-          const std::function<bool(double)>& progress)
-      : sources_(sources), path_(path), options_(options), report_(report), progress_(progress) {}
+void remark(PlotReport& report, const PlotSource& source, const std::string& text) {
+  report.remarks.push_back(source.name.empty() ? text : source.name + ": " + text);
+}
 
-  bool run() {
+/// Finds the pages that options make of drawings.
+class Planner {
+ public:
+  Planner(const PlotOptions& options, PlotReport& report) : options_(options), report_(report) {}
+
+  /// Nothing, and a problem in the report, when there is no page. The plans point to the sources.
+  std::vector<PagePlan> plan(std::span<const PlotSource> sources) {
     report_ = {};
-    format_ = format_of(path_);
-    if (!format_) return fail("the name of a plot ends in .pdf, .svg or .png");
-    if (const char* const wrong = wrong_option()) return fail(wrong);
-    for (const PlotSource& source : sources_) plan(source);
-    if (plans_.empty()) return fail("there is nothing to plot");
-    return draw_all();
+    if (const char* const wrong = wrong_option()) {
+      report_.problem = wrong;
+      return {};
+    }
+    for (const PlotSource& source : sources) plan(source);
+    if (plans_.empty()) report_.problem = "there is nothing to plot";
+    for (const PagePlan& page : plans_)
+      report_.pages.push_back({page.source->name,
+                               page.sheet,
+                               page.paper,
+                               page.source->unit / page.scale,
+                               page.fits(),
+                               {page.rect.width() * page.scale, page.rect.height() * page.scale},
+                               ""});
+    return std::move(plans_);
   }
 
  private:
-  bool fail(const std::string& problem) {
-    report_.pages.clear();
-    report_.problem = problem;
-    return false;
-  }
-
   const char* wrong_option() const {
     const PlotOptions& o = options_;
     if (o.scale && !(*o.scale > 0 && std::isfinite(*o.scale))) return "the scale is no number above 0";
     if (o.window && !(o.window->width() > 0 && o.window->height() > 0 && std::isfinite(o.window->width()) &&
                       std::isfinite(o.window->height())))
       return "the window has no size";
+    if (o.view && !(o.window && std::isfinite(o.view->a) && std::isfinite(o.view->b)))
+      return "a direction is that of a window";
     if (o.paper && !(o.paper->shorter() >= 10 && o.paper->longer() <= 5000))
       return "the paper is 10 to 5000 mm each way";
     if (!(o.margin >= 0 && o.margin <= 1000)) return "the margin is 0 to 1000 mm";
     if (!(o.penScale > 0 && o.penScale <= 100)) return "widths of pens are times 0 to 100";
     if (!(o.dpi >= 30 && o.dpi <= 2400)) return "a picture has 30 to 2400 dots an inch";
     return nullptr;
-  }
-
-  void remark(const PlotSource& source, const std::string& text) {
-    report_.remarks.push_back(source.name.empty() ? text : source.name + ": " + text);
   }
 
   /// The pages of a drawing.
@@ -113,13 +128,16 @@ class Plotter {
   }
 
   void plan_whole(const PlotSource& source) {
-    Looks looks(*source.document, source.notes, {});
+    LookOptions shown;
+    shown.shows = source.shows;
+    Looks looks(*source.document, source.notes, shown);
     const DrawnExtent extent = drawn_extent(*source.document, looks);
-    if (extent.entities == 0) return remark(source, "has nothing to plot");
+    if (extent.entities == 0) return remark(report_, source, "has nothing to plot");
     if (extent.strays > 0)
-      remark(source, std::to_string(extent.strays) + " of " + std::to_string(extent.entities) +
-                         " entities lie far away, the first at " + number(extent.stray.left) + ", " +
-                         number(extent.stray.bottom) + ": the page is made without them");
+      remark(report_, source,
+             std::to_string(extent.strays) + " of " + std::to_string(extent.entities) +
+                 " entities lie far away, the first at " + number(extent.stray.left) + ", " +
+                 number(extent.stray.bottom) + ": the page is made without them");
     PagePlan page{&source, "", extent.rect, false, {}, 1, {}};
     place(page, options_.paper.value_or(PaperSize{420, 297}), options_.margin);
     plans_.push_back(page);
@@ -157,6 +175,77 @@ class Plotter {
                               : PathPoint{(page.paper.width - shownWidth) / 2, (page.paper.height - shownHeight) / 2};
   }
 
+  const PlotOptions& options_;
+  PlotReport& report_;
+  std::vector<PagePlan> plans_;
+};
+
+/// How a sheet's plot differs in size from the sheet.
+double pen_scale(const PagePlan& plan) {
+  const std::optional<Sheet> sheet = SheetOf(*plan.source->document);
+  return sheet ? plan.scale * sheet->scale : 1;
+}
+
+/// Draws a page, and tells what is not on it.
+void draw_page(const PagePlan& plan, const PlotOptions& options, Canvas& canvas, PlotReport& report) {
+  const PlotSource& source = *plan.source;
+  Placement placement;
+  placement.x = plan.rect.left;
+  placement.y = plan.rect.bottom;
+  placement.at = plan.at;
+  placement.scale = plan.scale;
+  placement.window = {0, 0, plan.paper.width, plan.paper.height};
+  if (plan.cut) {
+    const PathRect shown = plan.shown();
+    placement.window = {std::max(shown.left, 0.0), std::max(shown.bottom, 0.0), std::min(shown.right, plan.paper.width),
+                        std::min(shown.top, plan.paper.height)};
+  }
+  std::optional<Projection> view;
+  if (options.view) placement.view = &view.emplace(options.view->a, options.view->b);
+  LookOptions looks;
+  looks.pens = options.pens;
+  looks.colors = options.colors;
+  looks.scale = plan.scale;
+  looks.penScale = options.penScale * (options.scalePens ? pen_scale(plan) : 1);
+  looks.shows = source.shows;
+  Marks marks(*source.document, source.notes, looks, canvas);
+  marks.keep_figures(placement);
+  canvas.begin_page({plan.paper.width, plan.paper.height, source.name, plan.sheet});
+  marks.draw(placement);
+  canvas.end_page();
+  const MarkCounts& counts = marks.counts();
+  const struct {
+    long count;
+    const char* text;
+  } lines[] = {{counts.notNumbers, " entities have coordinates that are no numbers"},
+               {counts.ownKinds, " entities are of the program's own kind and are not plotted"},
+               {counts.letterless, " texts have no font"},
+               {counts.shortPatterns, " line types have dashes too short for this scale and are solid"}};
+  for (const auto& line : lines)
+    if (line.count > 0) remark(report, source, std::to_string(line.count) + line.text);
+}
+
+/// Plots to files.
+class Plotter {
+ public:
+  Plotter(std::span<const PlotSource> sources, const std::string& path, const PlotOptions& options, PlotReport& report,
+          const std::function<bool(double)>& progress)
+      : sources_(sources), path_(path), options_(options), report_(report), progress_(progress) {}
+
+  bool run() {
+    report_ = {};
+    format_ = format_of(path_);
+    if (!format_) return fail("the name of a plot ends in .pdf, .svg or .png");
+    plans_ = Planner(options_, report_).plan(sources_);
+    return !plans_.empty() && draw_all();
+  }
+
+ private:
+  bool fail(const std::string& problem) {
+    report_.problem = problem;
+    return false;
+  }
+
   CanvasOptions canvas_options() const {
     CanvasOptions canvas;
     canvas.title = !options_.title.empty()   ? options_.title
@@ -180,67 +269,19 @@ class Plotter {
     for (std::size_t i = 0; i < plans_.size(); ++i) {
       if (progress_ && !progress_(static_cast<double>(i) / static_cast<double>(plans_.size())))
         return fail("plotting was given up");
-      const std::string file = path_of(i);
-      if (i == 0 || !format_->manyPages) files.push_back(format_->open(file, canvas_options()));
-      if (!files.back()) return fail(file + ": cannot be written");
-      draw(plans_[i], *files.back(), file);
+      PlotReport::Page& page = report_.pages[i];
+      page.file = path_of(i);
+      if (i == 0 || !format_->manyPages) files.push_back(format_->open(page.file, canvas_options()));
+      if (!files.back()) return fail(page.file + ": cannot be written");
+      if (!page.fits)
+        remark(report_, *plans_[i].source,
+               "does not fit: " + size_text(page.size.width, page.size.height) + " mm at 1:" + number(page.scale) +
+                   ", the paper has " + size_text(page.paper.width, page.paper.height));
+      draw_page(plans_[i], options_, *files.back(), report_);
     }
     for (std::size_t i = 0; i < files.size(); ++i)
       if (!files[i]->finish()) return fail(path_of(i) + ": cannot be written");
     return true;
-  }
-
-  void draw(const PagePlan& plan, Canvas& canvas, const std::string& file) {
-    const double width = plan.rect.width() * plan.scale;
-    const double height = plan.rect.height() * plan.scale;
-    Placement placement;
-    placement.x = plan.rect.left;
-    placement.y = plan.rect.bottom;
-    placement.at = plan.at;
-    placement.scale = plan.scale;
-    placement.window = {0, 0, plan.paper.width, plan.paper.height};
-    PathRect shown{plan.at.x, plan.at.y, plan.at.x + width, plan.at.y + height};
-    constexpr double kRounding = 0.01;
-    const bool fits = shown.left >= -kRounding && shown.bottom >= -kRounding &&
-                      shown.right <= plan.paper.width + kRounding && shown.top <= plan.paper.height + kRounding;
-    if (plan.cut)
-      placement.window = {std::max(shown.left, 0.0), std::max(shown.bottom, 0.0),
-                          std::min(shown.right, plan.paper.width), std::min(shown.top, plan.paper.height)};
-    LookOptions looks;
-    looks.pens = options_.pens;
-    looks.colors = options_.colors;
-    looks.scale = plan.scale;
-    looks.penScale = options_.penScale * (options_.scalePens ? pen_scale(plan) : 1);
-    Marks marks(*plan.source->document, plan.source->notes, looks, canvas);
-    marks.keep_figures(placement);
-    canvas.begin_page({plan.paper.width, plan.paper.height, plan.source->name, plan.sheet});
-    marks.draw(placement);
-    canvas.end_page();
-    report_.pages.push_back(
-        {plan.source->name, plan.sheet, plan.paper, plan.source->unit / plan.scale, fits, {width, height}, file});
-    tell(plan, marks.counts(), fits, width, height);
-  }
-
-  /// How a sheet's plot differs in size from the sheet.
-  double pen_scale(const PagePlan& plan) const {
-    const std::optional<Sheet> sheet = SheetOf(*plan.source->document);
-    return sheet ? plan.scale * sheet->scale : 1;
-  }
-
-  void tell(const PagePlan& plan, const MarkCounts& counts, bool fits, double width, double height) {
-    const PlotSource& source = *plan.source;
-    if (!fits)
-      remark(source, "does not fit: " + size_text(width, height) + " mm at 1:" + number(source.unit / plan.scale) +
-                         ", the paper has " + size_text(plan.paper.width, plan.paper.height));
-    const struct {
-      long count;
-      const char* text;
-    } lines[] = {{counts.notNumbers, " entities have coordinates that are no numbers"},
-                 {counts.ownKinds, " entities are of the program's own kind and are not plotted"},
-                 {counts.letterless, " texts have no font"},
-                 {counts.shortPatterns, " line types have dashes too short for this scale and are solid"}};
-    for (const auto& line : lines)
-      if (line.count > 0) remark(source, std::to_string(line.count) + line.text);
   }
 
   std::span<const PlotSource> sources_;
@@ -266,6 +307,52 @@ bool Plot(std::span<const PlotSource> sources, const std::string& path, const Pl
   if (!plotted && report.problem.empty()) report.problem = "memory ran out";
   if (!plotted) report.pages.clear();
   return plotted;
+}
+
+struct PlotPages::Parts {
+  std::vector<PlotSource> sources;
+  PlotOptions options;
+  PlotReport report;
+  std::vector<PagePlan> plans;
+  std::vector<bool> told;  // of the pages that were drawn before
+};
+
+PlotPages::PlotPages(std::span<const PlotSource> sources, const PlotOptions& options)
+    : parts_(std::make_unique<Parts>()) {
+  const bool planned = unless_out_of_memory(
+      [&] {
+        parts_->sources.assign(sources.begin(), sources.end());
+        parts_->options = options;
+        parts_->plans = Planner(parts_->options, parts_->report).plan(parts_->sources);
+        parts_->told.resize(parts_->plans.size());
+        return true;
+      },
+      false);
+  if (planned) return;
+  parts_->report = {};
+  parts_->report.problem = "memory ran out";
+}
+
+PlotPages::~PlotPages() = default;
+
+const PlotReport& PlotPages::report() const {
+  return parts_->report;
+}
+
+bool PlotPages::draw(std::size_t page, CDC& dc, double dots, CPoint corner) {
+  if (page >= parts_->report.pages.size() || !(dots > 0 && std::isfinite(dots))) return false;
+  return unless_out_of_memory(
+      [&] {
+        const PagePlan& plan = parts_->plans[page];
+        DeviceCanvas canvas(dc, dc.GetResolution(), plan.paper.height, dots, corner);
+        PlotReport told;
+        draw_page(plan, parts_->options, canvas, told);
+        if (!parts_->told[page])
+          parts_->report.remarks.insert(parts_->report.remarks.end(), told.remarks.begin(), told.remarks.end());
+        parts_->told[page] = true;
+        return canvas.finish();
+      },
+      false);
 }
 
 }  // namespace qv

@@ -7,14 +7,17 @@
 /// gives the same bytes.
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
 #include <vector>
 
 #include "qvtools/import/import.h"
+#include "qvtools/platform/device.h"
 #include "qvtools/plot/paper.h"
 #include "qvtools/plot/pens.h"
+#include "qvtools/plot/picture.h"
 #include "qvtools/plot/sheets.h"
 
 namespace qv {
@@ -25,6 +28,9 @@ struct PlotSource {
   const DrawingNotes* notes = nullptr;  ///< what its import noted: line weights, true colours; null for none
   std::string name;                     ///< for bookmarks and messages, UTF-8
   double unit = 1;                      ///< millimetres to a drawing unit
+  /// Whether a layer, by its GBK name, is plotted; null for what the drawing says of its layers. Layers that are marked
+  /// as not plotted never are.
+  std::function<bool(const char* layer)> shows = nullptr;
 };
 
 /// A point on paper, in mm from its lower left corner.
@@ -49,6 +55,9 @@ struct PlotOptions {
   /// What is plotted, in drawing units. When absent, each sheet of the drawing (`FindSheets`) is a page, or all of a
   /// drawing without sheets.
   std::optional<DrawingRect> window;
+  /// The direction in which the window is seen, which lies in its plane then; in plan when absent. There is none
+  /// without a window.
+  std::optional<PictureOptions::View> view;
   /// All of the drawing on one page, whatever sheets it has.
   bool whole = false;
 
@@ -75,7 +84,7 @@ struct PlotReport {
     double scale = 1;    ///< 50 for 1:50
     bool fits = true;    ///< false when not all of it is on the paper
     PaperSize size;      ///< of what is plotted, on paper
-    std::string file;    ///< that the page is in
+    std::string file;    ///< that the page is in; empty where it is in none
   };
   std::vector<Page> pages;
   std::vector<std::string> remarks;  ///< what is not on the pages though the drawing has it, line by line
@@ -92,5 +101,28 @@ std::span<const char* const> plot_endings();
 /// written, memory that runs out), and no file is left of this call's.
 bool Plot(std::span<const PlotSource> sources, const std::string& path, const PlotOptions& options, PlotReport& report,
           const std::function<bool(double share)>& progress = nullptr);
+
+/// The pages of a plot, to be drawn on devices: for a preview, and on printers. What `Plot` says of options holds here
+/// too; those of files have no meaning.
+class PlotPages {
+ public:
+  /// Plans the pages. The sources' documents and notes and the options' pens must outlive it, and stay as they are.
+  PlotPages(std::span<const PlotSource> sources, const PlotOptions& options);
+  ~PlotPages();
+  PlotPages(const PlotPages&) = delete;
+  PlotPages& operator=(const PlotPages&) = delete;
+
+  /// The pages; none where there is a problem. What is not on a page is remarked once the page has been drawn.
+  const PlotReport& report() const;
+  /// Draws a page, an index of `report().pages`, at so many dots to a millimetre. `corner` is the dot of the page, from
+  /// its upper left, that lies at the device's (0, 0). On what prints, and on metafiles, wide lines are drawn with wide
+  /// pens and as polygons, elsewhere dot by dot. The paper is not filled. False when there is no such page, the dots
+  /// are no number above 0, or memory runs out.
+  bool draw(std::size_t page, CDC& dc, double dots, CPoint corner = {});
+
+ private:
+  struct Parts;
+  std::unique_ptr<Parts> parts_;
+};
 
 }  // namespace qv

@@ -134,18 +134,23 @@ bool save_emf(const std::string& path, CSize size, const std::function<void(CDC&
   return n == bytes.size() && save_bytes(path.c_str(), bytes.data(), bytes.size());
 }
 
-bool print_page(HDC printer, const char* title, const std::function<void(CDC&)>& draw) {
+bool print_pages(HDC printer, const char* title, int pages, const std::function<void(int page, CDC&)>& draw,
+                 const std::function<void(int page)>& before) {
   const std::wstring name = wide_of(title);
   DOCINFOW document = {};
   document.cbSize = sizeof document;
   document.lpszDocName = name.c_str();
   if (StartDocW(printer, &document) <= 0) return false;
-  if (StartPage(printer) <= 0) return AbortDoc(printer), false;
-  {
-    GdiContext context(printer);
-    draw(context);
+  for (int page = 0; page < pages; ++page) {
+    if (before) before(page);
+    if (StartPage(printer) <= 0) return AbortDoc(printer), false;
+    {
+      GdiContext context(printer);
+      draw(page, context);
+    }
+    if (EndPage(printer) <= 0) return AbortDoc(printer), false;
   }
-  return EndPage(printer) > 0 && EndDoc(printer) > 0;
+  return EndDoc(printer) > 0;
 }
 
 }  // namespace qv

@@ -47,7 +47,9 @@ bool save_png_with_gdi(const BitmapContext& bitmap, const std::string& path);
 /// `draw` draws on a picture of the given size in pixels of the screen; it is a metafile context.
 bool save_emf(const std::string& path, CSize size, const std::function<void(CDC&)>& draw);
 
-/// Prints one page. `draw` gets a printing context, whose resolution is the page. The title is GBK.
-bool print_page(HDC printer, const char* title, const std::function<void(CDC&)>& draw);
+/// Prints pages, 0 to `pages` - 1. `draw` gets a printing context, whose resolution is the page's printable part;
+/// `before`, where there is one, may reset the printer before each page. The title is GBK.
+bool print_pages(HDC printer, const char* title, int pages, const std::function<void(int page, CDC&)>& draw,
+                 const std::function<void(int page)>& before = nullptr);
 
 }  // namespace qv

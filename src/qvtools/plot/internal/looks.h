@@ -3,6 +3,7 @@
 /// How entities look on paper: what their layers, line types, pens and notes make of them.
 
 #include <compare>
+#include <functional>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
@@ -25,6 +26,8 @@ struct LookOptions {
   /// Patterns shorter than this are drawn solid; 0 draws all lines solid.
   double shortestPattern = 0.35;
   bool dark = false;  ///< on a dark background, where black is white
+  /// Which layers are shown, by their GBK names; null for those that the drawing shows.
+  std::function<bool(const char* layer)> shows = nullptr;
 };
 
 /// What an entity says of itself: numbers and names, "by layer" and "by block" among them.
@@ -84,6 +87,7 @@ class Looks {
   struct Hash {
     std::size_t operator()(const Key& key) const;
   };
+  void take_notes(const std::vector<DrawingNotes::Layer>& notes);
   int layer_index(std::string_view name) const;
   int ltype_index(std::string_view name) const;
   Look make(const Key& key) const;
