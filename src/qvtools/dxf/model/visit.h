@@ -7,10 +7,12 @@
 
 namespace qv {
 
-/// Calls f with the entity as its own kind, one of the nine, and returns what it returns. What is of no such kind (a
-/// program's own class) is not visited; the answer is then a value-initialised one.
-auto visit_entity(ACAD_ENTITY& entity, const auto& f) -> decltype(f(static_cast<ACAD_LINE&>(entity))) {
-  switch (entity.GetType()) {
+namespace detail {
+
+/// Calls f with the entity as the kind that its type names.
+auto visit_kind(ACAD_Entity_Type type, ACAD_ENTITY& entity, const auto& f)
+    -> decltype(f(static_cast<ACAD_LINE&>(entity))) {
+  switch (type) {
 #define QV_KIND(KEYWORD, member) \
   case ACAD_TYPE_##KEYWORD:      \
     return f(static_cast<ACAD_##KEYWORD&>(entity));
@@ -21,6 +23,14 @@ auto visit_entity(ACAD_ENTITY& entity, const auto& f) -> decltype(f(static_cast<
       break;
   }
   return decltype(f(static_cast<ACAD_LINE&>(entity)))();
+}
+
+}  // namespace detail
+
+/// Calls f with the entity as its own kind, one of the nine, and returns what it returns. What is of no such kind (a
+/// program's own class) is not visited; the answer is then a value-initialised one.
+auto visit_entity(ACAD_ENTITY& entity, const auto& f) -> decltype(f(static_cast<ACAD_LINE&>(entity))) {
+  return detail::visit_kind(entity.GetType(), entity, f);
 }
 
 namespace detail {
@@ -36,7 +46,7 @@ template <class F, class Own>
 auto visit_record(ACAD_ENTITY& entity, const F& f, const Own& own) {
   const ACAD_Entity_Type type = entity.GetType();
   if (type < ACAD_TYPE_POINT || type > ACAD_TYPE_INSERT) return own(entity);
-  return visit_entity(entity, [&](auto& record) {
+  return visit_kind(type, entity, [&](auto& record) {
     return is_exactly<std::remove_reference_t<decltype(record)>>(entity) ? f(record) : own(entity);
   });
 }

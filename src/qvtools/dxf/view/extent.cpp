@@ -96,15 +96,19 @@ CFRect own_extent(ACAD_ENTITY& entity, const Plane& plane) {
 
 namespace {
 
-/// Adds the extent of an entity that is no insert.
-void add_entity(ACAD_ENTITY& entity, const Plane& plane, Box& box) {
+/// Adds the extent of an entity; `add_insert` answers for inserts.
+void add_entity(ACAD_ENTITY& entity, const Plane& plane, Box& box, const auto& add_insert) {
   const auto add_rect = [&box](const CFRect& r) { box.add(Box{r.x1, r.y1, r.x2, r.y2}); };
   visit_record(
       entity,
       [&](const auto& record) {
-        if (!is_empty(record)) add_rect(extent(record, plane));
+        if constexpr (std::is_same_v<decltype(record), const ACAD_INSERT&>)
+          add_insert(record);
+        else if (!is_empty(record))
+          add_rect(extent(record, plane));
       },
       [&](ACAD_ENTITY& own) {
+        if (own.GetType() == ACAD_TYPE_INSERT) return add_insert(static_cast<const ACAD_INSERT&>(own));
         const CFRect extent = own_extent(own, plane);
         if (!extent.IsFRectNull(std::numeric_limits<float>::min())) add_rect(extent);
       });
@@ -112,7 +116,10 @@ void add_entity(ACAD_ENTITY& entity, const Plane& plane, Box& box) {
 
 void add_block(const ACAD_BLOCK& block, const ACAD_INSERT& insert, const Plane& plane, Box& box) {
   const Plane placed = plane.moved(displacement(block, insert));
-  walk_block(block, [&](ACAD_ENTITY& entity) { return add_entity(entity, placed, box), false; });
+  walk_block(block, [&](ACAD_ENTITY& entity) {
+    add_entity(entity, placed, box, [](const ACAD_INSERT&) {});
+    return false;
+  });
 }
 
 CFRect block_extent(const ACAD_BLOCK& block, const ACAD_INSERT& insert, const Plane& plane) {
@@ -124,11 +131,10 @@ CFRect block_extent(const ACAD_BLOCK& block, const ACAD_INSERT& insert, const Pl
 CFRect document_extent(DXF& dxf, const Plane& plane) {
   Box box;
   InsertedBlocks blocks(dxf);
-  walk(dxf.m_EntityList, [&](ACAD_ENTITY& entity) {
-    if (entity.GetType() != ACAD_TYPE_INSERT) return add_entity(entity, plane, box);
-    const auto& insert = static_cast<ACAD_INSERT&>(entity);
+  const auto add_insert = [&](const ACAD_INSERT& insert) {
     if (const ACAD_BLOCK* block = blocks(insert)) add_block(*block, insert, plane, box);
-  });
+  };
+  walk(dxf.m_EntityList, [&](ACAD_ENTITY& entity) { add_entity(entity, plane, box, add_insert); });
   return rect_of(box);
 }
 
