@@ -14,8 +14,8 @@ constexpr int kAscent = 1000;
 constexpr int kDescent = -1;
 constexpr std::size_t kMostLetters = 65535;
 
-/// A table of numbers with the most significant byte first, as TrueType has them (OpenType specification, "The OpenType
-/// font file").
+/// A table of numbers with the most significant byte first, as TrueType has them (source: ISO/IEC 14496-22, the
+/// OpenType format).
 class Table {
  public:
   Table& u16(int v) {
