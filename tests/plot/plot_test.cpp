@@ -196,6 +196,7 @@ TEST(Plots, WhatMakesNoSenseIsToldAndLeavesNoFile) {
        },
        "paper"},
       {&drawing, "a.png", [](PlotOptions& o) { o.dpi = 1e6; }, "dots"},
+      {&drawing, "a.png", [](PlotOptions& o) { o.dpi = 2400, o.paper = PaperSize{2000, 500}; }, "65535"},
       {&empty, "a.pdf", [](PlotOptions&) {}, "nothing to plot"},
       {&drawing, "no/such/folder/a.pdf", [](PlotOptions&) {}, "cannot be written"},
   };

@@ -15,7 +15,7 @@ namespace qv::detail {
 namespace {
 
 constexpr double kRadian = std::numbers::pi / 180;
-constexpr double kFarthest = 1e7;     // mm of paper, ten kilometres; what lies beyond is taken for no number
+constexpr double kFarthest = 1e12;    // mm of paper; what lies beyond is taken for no number
 constexpr double kTolerance = 0.005;  // mm, of arcs that are filled
 
 bool is_number(PathPoint p) {
@@ -375,7 +375,9 @@ void Marks::add(const ACAD_POLYLINE& r, const Placement& to) {
     last = &vertex;
   }
   if ((r.m_nFlags & 1) != 0 && first != last) bands.push_back(band(*last, *first));
-  std::erase_if(bands, [&](const Band& b) { return b.from == b.to && bands.size() > 1; });
+  // A polyline of one point is a dot.
+  const auto is_point = [](const Band& b) { return b.from == b.to; };
+  if (!std::all_of(bands.begin(), bands.end(), is_point)) std::erase_if(bands, is_point);
 
   // Runs of segments of one even width are a path each.
   const auto same = [](const Band& a, const Band& b) { return a.is_even() && b.is_even() && a.start == b.start; };

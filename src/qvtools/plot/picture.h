@@ -1,7 +1,8 @@
 #pragma once
 
-/// Pictures of drawings in one call (to be linked with the component `plot`): layer colours and line types resolved, hidden layers left out, white shown as
-/// black on a light background, the palette of 256 colours, true dashes, letters for what the fonts lack.
+/// Pictures of drawings in one call (to be linked with the component `plot`): layer colours and line types resolved,
+/// hidden layers left out, white shown as black on a light background, the palette of 256 colours, true dashes, letters
+/// for what the fonts lack.
 
 #include <memory>
 #include <optional>

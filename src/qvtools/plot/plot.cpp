@@ -237,6 +237,11 @@ class Plotter {
     format_ = format_of(path_);
     if (!format_) return fail("the name of a plot ends in .pdf, .svg or .png");
     plans_ = Planner(options_, report_).plan(sources_);
+    constexpr double kMostPixels = 65535;  // of a PNG, each way
+    for (const PagePlan& page : plans_)
+      if (format_->open == png_canvas && page.paper.longer() / 25.4 * options_.dpi > kMostPixels)
+        return fail(size_text(page.paper.width, page.paper.height) + " mm have more than 65535 pixels at " +
+                    number(options_.dpi) + " dots an inch");
     return !plans_.empty() && draw_all();
   }
 

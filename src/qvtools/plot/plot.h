@@ -98,7 +98,8 @@ std::span<const char* const> plot_endings();
 /// page is a file, the second and later ones with "-2" and so on before the ending. Files are replaced only by complete
 /// ones. `progress` gets the share that is done, and may answer false to give up. False when nothing was plotted:
 /// `report.problem` says why (no such format, nothing to plot, a window or scale of no size, a file that cannot be
-/// written, memory that runs out), and no file is left of this call's.
+/// written, memory that runs out), and no file is left of this call's but pages of SVG and PNG that were
+/// complete before.
 bool Plot(std::span<const PlotSource> sources, const std::string& path, const PlotOptions& options, PlotReport& report,
           const std::function<bool(double share)>& progress = nullptr);
 
