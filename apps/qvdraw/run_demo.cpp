@@ -28,6 +28,18 @@ void plot(DXF& drawing, const std::string& name, const std::string& path) {
   if (!qv::Plot({&source, 1}, path, options, report)) throw std::runtime_error(path + ": " + report.problem);
 }
 
+/// The drawing, its sheets as plots, and a picture of all of it.
+void write_in_every_form(DXF& drawing, const std::string& name, const std::string& directory) {
+  const std::string base = directory + "/" + name;
+  save(drawing, base + ".dxf");
+  for (const char* const ending : {".pdf", ".svg"}) plot(drawing, name, base + ending);
+  PictureOptions options;
+  options.size = CSize(kWidth, kWidth);
+  for (const auto& format : qvapps::picture_formats())
+    if (format.kind == qvapps::PictureKind::Png || format.kind == qvapps::PictureKind::Emf)
+      save_picture(drawing, base + format.ending, options);
+}
+
 }  // namespace
 
 void run_demo(const DemoRequest& request) {
@@ -46,17 +58,9 @@ void run_demo(const DemoRequest& request) {
   for (const auto& sheet : sheets) {
     const std::unique_ptr<CBase_SGT> sgt = sheet.compose();
     if (!sgt || !all.InsertDxf(sgt.get(), sheet.x, 0, 0)) throw std::runtime_error("not enough memory");
-    const std::string base = directory + "/" + sheet.name;
-    save(*sgt, base + ".dxf");
-    for (const char* const ending : {".pdf", ".svg"}) plot(*sgt, sheet.name, base + ending);
-    PictureOptions options;
-    options.size = CSize(kWidth, kWidth);
-    for (const auto& format : qvapps::picture_formats())
-      if (format.kind == qvapps::PictureKind::Png || format.kind == qvapps::PictureKind::Emf)
-        save_picture(*sgt, base + format.ending, options);
+    write_in_every_form(*sgt, sheet.name, directory);
   }
-  save(all, directory + "/sheets.dxf");
-  plot(all, "sheets", directory + "/sheets.pdf");
+  write_in_every_form(all, "sheets", directory);
   write_sample_library(directory + "/details.slb");
   write_sample_slab(directory);
 }
