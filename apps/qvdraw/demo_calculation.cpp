@@ -131,7 +131,9 @@ void draw_results(CBase_SGT& sgt, const Beam& full, const Beam& half) {
 }  // namespace
 
 std::unique_ptr<CBase_SGT> compose_calculation() {
-  std::unique_ptr<CBase_SGT> sgt = new_sheet(3, 1, {captions::kCalculationName, captions::kCalculationNumber});
+  constexpr float kShortDash = 1;  // curves are chains of lines a few millimetres long
+  std::unique_ptr<CBase_SGT> sgt =
+      new_sheet(3, 1, {captions::kCalculationName, captions::kCalculationNumber}, kShortDash);
   if (!sgt) return nullptr;
   const Beam full{kPermanent + kVariable, kPermanent + kVariable};
   const Beam half{kPermanent + kVariable, kPermanent};

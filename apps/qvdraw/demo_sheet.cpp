@@ -7,10 +7,10 @@ namespace qvdraw {
 namespace {
 
 // The library's default patterns suit drawings in sheet units; these are sheet millimetres times the scale.
-void add_line_types(CBase_SGT& sgt, float scale) {
-  const float dashed[] = {3 * scale, -1.5F * scale};
+void add_line_types(CBase_SGT& sgt, float scale, float dash) {
+  const float dashed[] = {dash * scale, -dash / 2 * scale};
   const float dashDot[] = {10 * scale, -1.5F * scale, 0, -1.5F * scale};
-  sgt.Add_LType("DASHED", "- - - - -", 2, 4.5F * scale, dashed);
+  sgt.Add_LType("DASHED", "- - - - -", 2, 1.5F * dash * scale, dashed);
   sgt.Add_LType("DASHDOT", "- . - . - . - . -", 4, 13 * scale, dashDot);
 }
 
@@ -47,11 +47,11 @@ void draw_text(CBase_SGT& sgt, float x, float y, float height, const std::string
   sgt.SetCurStyle("STANDARD");
 }
 
-std::unique_ptr<CBase_SGT> new_sheet(int size, float scale, const TitleEntries& entries) {
+std::unique_ptr<CBase_SGT> new_sheet(int size, float scale, const TitleEntries& entries, float dash) {
   std::unique_ptr<CBase_SGT> sgt(NewMemDxf());
   if (!sgt) return nullptr;
   sgt->m_bCodePageHeader = 1;
-  add_line_types(*sgt, scale);
+  add_line_types(*sgt, scale, dash);
   const struct {
     const char* name;
     int color;

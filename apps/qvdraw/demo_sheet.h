@@ -22,8 +22,8 @@ struct TitleEntries {
 };
 
 /// A sheet of size A0 to A3 (0 to 3) at a scale, its lower left corner at (0, 0), with its frame, filled title block,
-/// layers and line types. Null when memory runs out.
-std::unique_ptr<CBase_SGT> new_sheet(int size, float scale, const TitleEntries& entries);
+/// layers and line types, whose dashes are so many millimetres long. Null when memory runs out.
+std::unique_ptr<CBase_SGT> new_sheet(int size, float scale, const TitleEntries& entries, float dash = 3);
 
 /// Layer, colour and line type of what is drawn next.
 void use_pen(CBase_SGT& sgt, const char* layer, const char* color, const char* ltype = "BYLAYER");

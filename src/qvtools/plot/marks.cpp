@@ -426,7 +426,11 @@ void Marks::add(const ACAD_TEXT& r, const Placement& to) {
     if (*r.m_szText) ++counts_.letterless;
     return;
   }
-  stroke(look_->stroke, nullptr, to);  // letters are never dashed
+  // Letters are never dashed, and no bolder than a fourteenth of their height, so that dense ones stay readable
+  // (source: GB/T 14691, type A).
+  Stroke pen_of_letters = look_->stroke;
+  pen_of_letters.width = std::min(pen_of_letters.width, std::max(height / 14, kThinnestLine));
+  stroke(pen_of_letters, nullptr, to);
 
   // What lies wholly inside can be found.
   const PathPoint up{-std::sin(angle) * height, std::cos(angle) * height};
