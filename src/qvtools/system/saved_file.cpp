@@ -37,7 +37,7 @@ SavedFile::~SavedFile() {
 }
 
 bool SavedFile::write(const char* data, std::size_t size) {
-  if (!file_ || std::fwrite(data, 1, size, file_) != size) good_ = false;
+  if (!file_ || (size > 0 && std::fwrite(data, 1, size, file_) != size)) good_ = false;
   return good_;
 }
 
