@@ -196,7 +196,11 @@ TEST(Plots, WhatMakesNoSenseIsToldAndLeavesNoFile) {
        },
        "paper"},
       {&drawing, "a.png", [](PlotOptions& o) { o.dpi = 1e6; }, "dots"},
-      {&drawing, "a.png", [](PlotOptions& o) { o.dpi = 2400, o.paper = PaperSize{2000, 500}; }, "65535"},
+      {&drawing, "a.png",
+       [](PlotOptions& o) {
+         o.dpi = 2400, o.paper = PaperSize{2000, 500};
+       },
+       "65535"},
       {&empty, "a.pdf", [](PlotOptions&) {}, "nothing to plot"},
       {&drawing, "no/such/folder/a.pdf", [](PlotOptions&) {}, "cannot be written"},
   };
@@ -230,6 +234,37 @@ TEST(Plots, PagesAreFittedOrToldNotToFit) {
   ASSERT_TRUE(Plot({&source, 1}, directory.path("large.svg"), options, report));
   EXPECT_FALSE(report.pages[0].fits);
   EXPECT_NE(report.remarks[1].find("800 x 390 mm at 1:5"), std::string::npos) << report.remarks[1];
+}
+
+TEST(Plots, BytesDependOnTheDrawingAlone) {
+  const qvtest::TemporaryDirectory directory;
+  std::string files[2];
+  for (int k = 0; k < 2; ++k) {
+    DXF drawing;
+    drawing.New_MemDxf();
+    ACAD_BLOCK* blocks[] = {new ACAD_BLOCK, new ACAD_BLOCK};
+    if ((blocks[0] < blocks[1]) == (k == 0)) std::swap(blocks[0], blocks[1]);  // either order in memory
+    for (int i = 0; i < 2; ++i) {
+      qv::copy_text(blocks[i]->m_szName, i == 0 ? "A" : "B");
+      for (int line = 0; line < 4; ++line) {
+        auto* const record = new ACAD_LINE;
+        record->m_End = {static_cast<float>(10 + line), static_cast<float>(20 * i), 0};
+        blocks[i]->m_EntityList.AddTail(record);
+      }
+      drawing.m_BlockList.AddTail(blocks[i]);
+    }
+    for (int i = 0; i < 4; ++i) {
+      auto* const insert = new ACAD_INSERT;
+      qv::copy_text(insert->m_szBlock, i % 2 == 0 ? "A" : "B");
+      insert->m_Insert.x = static_cast<float>(100 * i);
+      drawing.m_EntityList.AddTail(insert);
+    }
+    const PlotSource source{&drawing, nullptr, "d", 1};
+    PlotReport report;
+    ASSERT_TRUE(Plot({&source, 1}, directory.path("d.pdf"), {}, report));
+    files[k] = directory.read("d.pdf");
+  }
+  EXPECT_EQ(files[0], files[1]);
 }
 
 TEST(Pictures, ShowWhatADrawingSays) {

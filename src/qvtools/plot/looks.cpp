@@ -69,20 +69,19 @@ Looks::Looks(const DXF& dxf, const DrawingNotes* notes, const LookOptions& optio
     layer.frozen = (record.m_nFlags & kFrozen) != 0;
   }
   layers_.emplace_back().name = "0";
+  const LinePatterns patterns = PatternsOf(dxf);
   for (int i = 0; dxf.m_pLType && i < dxf.m_nLType; ++i) {
     ACAD_LTYPE& record = dxf.m_pLType[static_cast<std::size_t>(i)];
     ltype_names_.add(record);
     DashPattern& pattern = patterns_.emplace_back();
-    for (int k = 0; k < std::clamp(record.m_nElements, 0, kMaxPatternElements); ++k) {
-      const double element = record.m_fElement[k] * options.scale;
-      pattern.elements.push_back(element);
-      pattern.length += std::fabs(element);
+    const DashPattern* const own = patterns.find(record.m_szName);
+    if (!own || !(options.shortestPattern > 0)) continue;
+    if (own->length * options.scale < options.shortestPattern) {
+      ++short_patterns_;
+      continue;
     }
-    const bool gaps = std::any_of(pattern.elements.begin(), pattern.elements.end(), [](double e) { return e < 0; });
-    const bool ink = std::any_of(pattern.elements.begin(), pattern.elements.end(), [](double e) { return e >= 0; });
-    const bool whole = gaps && ink && std::isfinite(pattern.length) && options.shortestPattern > 0;
-    if (whole && pattern.length < options.shortestPattern) ++short_patterns_;
-    if (!whole || pattern.length < options.shortestPattern) pattern = {};
+    for (const double element : own->elements) pattern.elements.push_back(element * options.scale);
+    pattern.length = own->length * options.scale;
   }
   if (notes) take_notes(notes->layers);
   if (!options.shows) return;

@@ -138,9 +138,10 @@ void Marks::keep_figures(const Placement& placement) {
   if (!canvas_.keeps_figures() || placement.view) return;
   struct Use {
     ACAD_BLOCK* block;
-    int count = 0;
+    Inherited inherited;
   };
-  std::map<std::pair<const ACAD_BLOCK*, Inherited>, Use> uses;
+  std::vector<Use> often;  // in the order of their second use, so that a file does not depend on addresses
+  std::map<std::pair<const ACAD_BLOCK*, Inherited>, int> uses;
   for (POSITION at = dxf_.m_EntityList.GetHeadPosition(); at;) {
     auto& entity = *static_cast<ACAD_ENTITY*>(dxf_.m_EntityList.GetNext(at));
     if (entity.GetType() != ACAD_TYPE_INSERT || !is_exactly<ACAD_INSERT>(entity)) continue;
@@ -152,19 +153,16 @@ void Marks::keep_figures(const Placement& placement) {
     const Inherited inherited =
         looks_.inherited(looks_.attributes(insert, insert.m_szLayer, "BYLAYER", insert.m_nColor), frozen);
     if (frozen) continue;
-    Use& use = uses[{block, inherited}];
-    use.block = block;
-    ++use.count;
+    if (++uses[{block, inherited}] == 2) often.push_back({block, inherited});
   }
-  for (const auto& [key, use] : uses) {
-    if (use.count < 2 || kept_.contains(key)) continue;
-    kept_[key] = canvas_.begin_figure();
+  for (const Use& use : often) {
+    kept_[{use.block, use.inherited}] = canvas_.begin_figure();
     Placement own = placement;
     own.x = use.block->m_Base.x;
     own.y = use.block->m_Base.y;
     own.at = {};
     own.window = {-kFarthest, -kFarthest, kFarthest, kFarthest};
-    draw_list(use.block->m_EntityList, own, &key.second);
+    draw_list(use.block->m_EntityList, own, &use.inherited);
     flush_fills();
     canvas_.end_figure();
   }
