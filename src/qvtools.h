@@ -15,6 +15,7 @@
 #include "qvtools/engineering/field.h"
 #include "qvtools/engineering/field_locator.h"
 #include "qvtools/engineering/materials.h"
+#include "qvtools/fonts/shape_file.h"
 #include "qvtools/fonts/shx.h"
 #include "qvtools/geometry/domains/domain.h"
 #include "qvtools/geometry/domains/prepared_domain.h"

@@ -3,6 +3,7 @@
 /// What the commands are asked for, and the commands themselves. Each throws `UsageError` when what it is asked for
 /// makes no sense, and `std::runtime_error`, with one line for the user, when it fails.
 
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -73,6 +74,14 @@ struct SlidesRequest {
   CSize size{1200, 900};  ///< its width is that of the picture
 };
 void run_slides(const SlidesRequest& request);
+
+struct FontsRequest {
+  std::string font;  ///< a shape file of any kind
+  std::string out;   ///< the font made plain, or a picture of its shapes; empty: describe it
+  bool big = false;  ///< of a Unifont the characters of two bytes
+  std::optional<qv::CodePage> page;
+};
+void run_fonts(const FontsRequest& request);
 
 struct DatabaseRequest {
   std::string database;

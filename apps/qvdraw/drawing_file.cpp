@@ -23,22 +23,50 @@ std::runtime_error failure(const std::string& path) {
   return std::runtime_error(path + ": " + kReasons[static_cast<int>(qvapps::diagnose(path))]);
 }
 
+Lettering g_lettering;
+
+/// Reads the file; throws when it cannot be read.
+void import_file(const std::string& path, DXF& dxf, const qv::ImportOptions& options, qv::ImportReport& report) {
+  const Progress progress("reading " + path);
+  if (qv::Import(path.c_str(), dxf, options, report)) return;
+  const bool sheet = !options.layout.empty() && !report.layouts.empty();
+  if (!sheet) throw failure(path);
+  std::string names;
+  for (const std::string& name : report.layouts) names += (names.empty() ? "" : ", ") + name;
+  throw std::runtime_error(path + ": has no sheet \"" + options.layout + "\", but " + names);
+}
+
+/// Loads the fonts that the drawing's styles name, and says which are replaced. True when others are loaded now: texts
+/// have other widths then.
+bool suit_fonts(const std::string& path, DXF& dxf) {
+  std::vector<std::string> replaced;
+  const qvapps::FontFiles fonts = qvapps::fonts_for(dxf, g_lettering.fonts, replaced);
+  const bool others = g_lettering.byDrawing && fonts != g_lettering.fonts && qvapps::change_fonts(fonts);
+  if (others) g_lettering.fonts = fonts;
+  g_lettering.byDrawing = false;  // what is drawn together has one pair of fonts
+  std::string names;
+  for (const std::string& name : replaced) names += (names.empty() ? "" : ", ") + name;
+  if (!names.empty())
+    std::fprintf(stderr, "qvdraw: %s: its texts are drawn in other fonts than %s\n", path.c_str(), names.c_str());
+  return others;
+}
+
 }  // namespace
+
+void set_lettering(Lettering lettering) {
+  g_lettering = std::move(lettering);
+}
 
 std::unique_ptr<DXF> load_drawing(const std::string& path, const qv::ImportOptions& options, qv::ImportReport& report) {
   auto dxf = std::make_unique<DXF>();
   dxf->New_MemDxf();
   if (qv::path_kind(path.c_str()) != qv::PathKind::File) throw failure(path);
-  {
-    const Progress progress("reading " + path);
-    if (!qv::Import(path.c_str(), *dxf, options, report)) {
-      const bool sheet = !options.layout.empty() && !report.layouts.empty();
-      if (!sheet) throw failure(path);
-      std::string names;
-      for (const std::string& name : report.layouts) names += (names.empty() ? "" : ", ") + name;
-      throw std::runtime_error(path + ": has no sheet \"" + options.layout + "\", but " + names);
-    }
-  }
+  qv::ImportOptions found = options;
+  found.shapeFolders = g_lettering.folders;
+  const std::size_t slash = path.find_last_of("/\\");
+  found.shapeFolders.insert(found.shapeFolders.begin(), slash == path.npos ? "" : path.substr(0, slash + 1));
+  import_file(path, *dxf, found, report);
+  if (suit_fonts(path, *dxf)) import_file(path, *dxf, found, report);
   if (const std::string summary = report.summary(); !summary.empty())
     std::fprintf(stderr, "qvdraw: %s: %s\n", path.c_str(), summary.c_str());
   return dxf;

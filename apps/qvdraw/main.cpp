@@ -12,11 +12,11 @@
 #include <numbers>
 
 #include "commands.h"
-#include "common/fonts.h"
 #include "common/naming_host.h"
 #include "common/picture_file.h"
 #include "common/plotting.h"
 #include "common/system.h"
+#include "drawing_file.h"
 
 namespace {
 
@@ -75,18 +75,22 @@ void define(CLI::App& command, qvdraw::DemoRequest& request) {
   add_text(command, "--out", request.directory, "DIR", "where to, made when it is not there")->required();
 }
 
-/// What is read of a drawing, and how.
-void add_import(CLI::App& command, qv::ImportOptions& options) {
-  add_text(command, "--layout", options.layout, "NAME", "a sheet of the drawing; model space where none is named");
+void add_encoding(CLI::App& command, std::optional<qv::CodePage>& page, const char* summary) {
   command
       .add_option_function<std::string>(
           "--encoding",
-          [&options](const std::string& name) {
-            options.encoding = qv::code_page_named(name);
-            if (!options.encoding) throw UsageError("--encoding \"" + name + "\" is not known");
+          [&page](const std::string& name) {
+            page = qv::code_page_named(name);
+            if (!page) throw UsageError("--encoding \"" + name + "\" is not known");
           },
-          "the code page of its texts, where the file tells none or the wrong one")
+          summary)
       ->type_name("NAME");
+}
+
+/// What is read of a drawing, and how.
+void add_import(CLI::App& command, qv::ImportOptions& options) {
+  add_text(command, "--layout", options.layout, "NAME", "a sheet of the drawing; model space where none is named");
+  add_encoding(command, options.encoding, "the code page of its texts, where the file tells none or the wrong one");
 }
 
 void define(CLI::App& command, qvdraw::ConvertRequest& request) {
@@ -229,6 +233,14 @@ void define(CLI::App& command, qvdraw::SlidesRequest& request) {
   add_text(command, "--extract", request.directory, "DIR", "where to write each slide as a file");
 }
 
+void define(CLI::App& command, qvdraw::FontsRequest& request) {
+  add_text(command, "FONT.shx", request.font, "", "a shape file of any kind; described where nothing else is asked")
+      ->required();
+  add_text(command, "-o,--out", request.out, "OUT", "the font made plain (.shx), or a picture of all its shapes");
+  command.add_flag("--bigfont", request.big, "of a Unifont the Chinese characters; else those of single bytes");
+  add_encoding(command, request.page, "the code page of a big font's codes, or of a Unifont's single bytes");
+}
+
 void define(CLI::App& command, qvdraw::DatabaseRequest& request) {
   add_text(command, "IN", request.database, "", "the database")->required();
   add_text(command, "SEGMENT", request.segment, "", "list its items");
@@ -262,6 +274,7 @@ template <class Request>
 void add_command(CLI::App& program, const char* name, const char* summary, void (*run)(const Request&)) {
   const auto request = std::make_shared<Request>();
   CLI::App* const command = program.add_subcommand(name, summary);
+  command->fallthrough();  // the program's options may stand behind the command
   define(*command, *request);
   command->callback([request, run] { run(*request); });
 }
@@ -275,6 +288,7 @@ void add_commands(CLI::App& program) {
   add_command(program, "info", "tell a drawing's tables, entities and extent", run_info);
   add_command(program, "slide", "show or convert a slide, from its file or a library", run_slide);
   add_command(program, "slides", "list a slide library, show all its slides, or extract them", run_slides);
+  add_command(program, "fonts", "tell what a shape font is, show its shapes, or make it plain", run_fonts);
   add_command(program, "db", "list a database's segments or a segment's items, or show an item's value", run_db);
   add_command(program, "materials", "show the concrete and reinforcement grades, with the user's own", run_materials);
   add_command(program, "contour", "show a field as a colour contour with its legend", run_contour);
@@ -305,10 +319,16 @@ int main(int argc, char** argv) {
   program.allow_windows_style_options(false);  // what begins with a slash is a path
   program.require_subcommand(0, 1);
   add_commands(program);
+  std::string fonts;
+  add_text(program, "--font", fonts, "TXT.shx[,BIG.shx]",
+           "shape fonts to draw texts with; else those that the first drawing names, in the folder QVTOOLS_FONTS, or "
+           "the free ones");
   // Runs before the command does.
   program.parse_complete_callback([&] {
     if (program.get_subcommands().empty()) throw UsageError("a command is missing");
-    qvapps::load_fonts("qvdraw", system.program_directory());
+    const std::string directory = system.program_directory();
+    const qvapps::FontFiles files = qvapps::load_fonts("qvdraw", directory, fonts);
+    qvdraw::set_lettering({files, fonts.empty(), qvapps::font_folders(directory)});
   });
   try {
     program.parse(argc, argv);

@@ -1,14 +1,35 @@
-// Font files of any bytes: load, measure, draw. The first byte chooses the kind of font.
+// Font files of any bytes: load, measure, draw; take apart, make plain. The first byte chooses the kind of font.
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
+#include <utility>
 
 #include "../memory_file.h"
-#include "qvtools/fonts/shx.h"
+#include "qvtools/fonts/shape_file.h"
 #include "qvtools/platform/bitmap/bitmap_dc.h"
+
+namespace {
+
+/// What is made plain is a plain font that loads.
+void make_plain(const std::string& bytes) {
+  qv::ShapeFile file;
+  if (!file.Load(bytes)) return;
+  for (const qv::ShapeFile::Shape& shape : file.shapes()) file.outline(shape, 0.1);
+  for (const auto& [plain, big] : {std::pair{qv::plain_text_font(file), false}, {qv::plain_big_font(file), true}}) {
+    qv::ShapeFile made;
+    if (plain.bytes.empty()) continue;
+    if (!made.Load(plain.bytes) || !made.is_plain() || static_cast<int>(made.shapes().size()) > plain.taken)
+      __builtin_trap();
+    if ((made.kind() == qv::ShapeFile::Kind::BigFont) != big) __builtin_trap();
+  }
+}
+
+}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size == 0) return 0;
+  make_plain({reinterpret_cast<const char*>(data + 1), size - 1});
   const MemoryFile file(data + 1, size - 1);
   if (!file.good()) return 0;
   CShx font;

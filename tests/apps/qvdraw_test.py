@@ -122,12 +122,32 @@ class Demo(unittest.TestCase):
             with open(slide + ".scr", encoding="ascii") as file:
                 self.assertTrue(file.read().startswith(script))
 
+    def test_fonts_are_described_shown_made_plain_and_chosen(self):
+        font = os.path.join(os.path.dirname(QVDRAW[-1]), "fonts", "txt.shx")
+        with tempfile.TemporaryDirectory() as fonts:
+            path = lambda name: os.path.join(fonts, name)
+            self.assertIn("a text font", run("fonts", font).stdout)
+            self.assertRegex(run("fonts", font, "-o", path("Mine.SHX")).stdout, "2[0-9][0-9] characters")
+            run("fonts", font, "-o", path("shapes.png"))
+            self.assertGreater(os.path.getsize(path("shapes.png")), 5000)
+            # Made plain, it draws the same strokes; a drawing finds it by the name in its style.
+            words = ("0 SECTION 2 TABLES 0 TABLE 2 STYLE 0 STYLE 2 S 70 0 3 mine 0 ENDTAB 0 ENDSEC 0 SECTION 2 ENTITIES "
+                     "0 TEXT 8 0 10 0 20 0 40 5 1 Bar3%%c25 7 S 0 ENDSEC 0 EOF")
+            with open(path("texts.dxf"), "w", encoding="ascii") as file:
+                file.write(words.replace(" ", "\n"))
+            said = [run("render", path("texts.dxf"), "-o", path(name), QVTOOLS_FONTS=folder).stderr
+                    for name, folder in (("a.svg", fonts), ("b.svg", ""))]
+            self.assertEqual(said, ["", f"qvdraw: {path('texts.dxf')}: its texts are drawn in other fonts than mine.shx\n"])
+            with open(path("a.svg"), encoding="utf-8") as a, open(path("b.svg"), encoding="utf-8") as b:
+                self.assertEqual(a.read(), b.read())
+            self.assertIn("it is no shape file", run("fonts", path("texts.dxf")).stderr)
+
     def test_a_font_that_cannot_be_used_is_told(self):
         with tempfile.TemporaryDirectory() as fonts:
             with open(os.path.join(fonts, "txt.shx"), "wb") as file:
                 file.write(b"AutoCAD-86 unifont 1.0\r\n\x1a" + bytes(60))
             said = run("info", self.drawings[0], QVTOOLS_FONTS=fonts).stderr
-        self.assertIn('it is of the kind "unifont" where shapes is needed', said)
+        self.assertIn('it is no shape font where a text font is needed', said)
 
     def pixels_of(self, lines):
         words = " ".join(lines).split()

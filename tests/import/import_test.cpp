@@ -10,6 +10,7 @@
 #include "qvtools/text/code_page.h"
 #include "qvtools/text/numbers.h"
 #include "support/failing_allocations.h"
+#include "support/font_files.h"
 #include "support/recording_host.h"
 #include "support/temporary_directory.h"
 
@@ -430,6 +431,21 @@ TEST_F(Import, TraditionalLettersAreDrawnSimplified) {
             "1 times a letter is shown in its simplified form; 1 times a character that the fonts lack");
   EXPECT_EQ(qv::drawn_text("\\U+9580\xB4\xB0\\U+3400"), "\xC3\xC5\xB4\xB0\xA1\xF5");
   EXPECT_EQ(qv::drawn_text("\\U+4E1F\\U+9F9C"), "\xB6\xAA\xB9\xEA") << "the first and the last of the table";
+}
+
+TEST_F(Import, ShapesAreDrawnFromTheirFiles) {
+  const qvtest::TemporaryDirectory folder;
+  std::string file = "AutoCAD-86 shapes 1.0\r\n\x1a";
+  for (const int v : {0, 5, 2, 0, 2, 5, 13}) qvtest::put(file, static_cast<std::size_t>(v), 2);
+  file += std::string("x\0", 2) + "BRACKET" + qvtest::codes({0, 0x40, 0x24, 2, 0x10, 0});
+  folder.write("marks.shx", file);
+  options.shapeFolders = {folder.path("")};
+  const std::string drawing = groups(
+      "0 SECTION/2 TABLES/0 TABLE/2 STYLE/0 STYLE/2 /70 1/3 C:\\fonts\\MARKS/0 ENDTAB/0 ENDSEC/0 SECTION/2 ENTITIES/"
+      "0 SHAPE/8 0/10 1/20 1/40 2/2 bracket/50 90/0 SHAPE/8 0/10 0/20 0/40 1/2 OTHER/0 ENDSEC/0 EOF");
+  ASSERT_EQ(import(drawing), 1);
+  EXPECT_EQ(words(dxf.m_EntityList), "POLYLINE 1,1 1,9 -3,9");
+  EXPECT_EQ(report.summary(), "1 SHAPE converted; 1 SHAPE left out");
 }
 
 TEST_F(Import, LineTypesBeyondTheTableAreDrawnAsDashes) {

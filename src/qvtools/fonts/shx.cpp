@@ -6,6 +6,7 @@
 #include <cstring>
 #include <memory>
 #include <new>
+#include <vector>
 
 #include "qvtools/display/safe_dc.h"
 #include "qvtools/fonts/internal/byte_cursor.h"
@@ -162,7 +163,7 @@ int CShx::SetHzFont(const char* dir, const char* name) {
   return m_pHzIndex ? 0 : load([&] { return adopt_hz(read_file(dir, name)); });
 }
 
-int CShx::adopt_txt(const std::vector<unsigned char>& file) {
+int CShx::adopt_txt(std::span<const unsigned char> file) {
   ByteCursor cursor(file.data(), file.size());
   std::uint32_t count = 0;
   std::uint32_t above = 0;
@@ -204,7 +205,7 @@ int CShx::adopt_txt(const std::vector<unsigned char>& file) {
   return 1;
 }
 
-int CShx::adopt_hz(const std::vector<unsigned char>& file) {
+int CShx::adopt_hz(std::span<const unsigned char> file) {
   const std::size_t size = file.size();
   ByteCursor cursor(file.data(), size);
   std::uint32_t count = 0;

@@ -4,9 +4,21 @@
 /// big font the two-byte characters of GB2312.
 
 #include <memory>
-#include <vector>
+#include <span>
 
 #include "qvtools/platform/device.h"
+
+class CShx;
+
+namespace qv {
+
+/// Loads the text font or the big font of a shape file of any kind into `font`; what is not plain is made plain
+/// (`plain_text_font` and `plain_big_font` in shape_file.h). Returns 1, or 0 when the font has one already, or the file
+/// has no characters for it; then the font is as it was.
+QV_API int LoadTextFont(CShx& font, const char* path);
+QV_API int LoadBigFont(CShx& font, const char* path);
+
+}  // namespace qv
 
 /// A text font and a big font. Copies share the loaded fonts; the buffers live until the last copy is gone. Texts are
 /// GBK bytes; null texts count as empty.
@@ -63,8 +75,10 @@ class QV_API CShx {
   float GetWidth(const unsigned char* shape);
 
  private:
-  int adopt_txt(const std::vector<unsigned char>& file);
-  int adopt_hz(const std::vector<unsigned char>& file);
+  friend QV_API int qv::LoadTextFont(CShx& font, const char* path);
+  friend QV_API int qv::LoadBigFont(CShx& font, const char* path);
+  int adopt_txt(std::span<const unsigned char> file);
+  int adopt_hz(std::span<const unsigned char> file);
   std::shared_ptr<void> txtBlock_;  // the loaded fonts, with what is known of their shapes
   std::shared_ptr<void> hzBlock_;
   const double* txtAdvances_ = nullptr;  // of each byte's shape, in shape units

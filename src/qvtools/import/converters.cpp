@@ -49,7 +49,7 @@ constexpr Row kRows[] = {
     {"OLEFRAME", convert_ole_frame},
     {"OLE2FRAME", convert_ole_frame},
     {"VIEWPORT", convert_viewport},
-    {"SHAPE", leave_out_shape},
+    {"SHAPE", convert_shape},
     {"ACAD_PROXY_ENTITY", convert_proxy},
     {"REGION", convert_body},
     {"BODY", convert_body},
@@ -67,10 +67,6 @@ constexpr Row kRows[] = {
 Converter converter_of(std::string_view name) {
   const auto found = std::ranges::find(kRows, name, &Row::kind);
   return found == std::end(kRows) ? convert_unknown : found->converter;
-}
-
-Outcome leave_out_shape(Job&, const Record&) {
-  return left_out("a shape, whose font file is not read");
 }
 
 }  // namespace qv::importing

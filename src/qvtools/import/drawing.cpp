@@ -11,6 +11,35 @@
 
 namespace qv::importing {
 
+namespace {
+
+/// Whether all bytes are ASCII.
+bool is_ascii(std::string_view text) {
+  std::uint64_t any = 0;
+  std::size_t i = 0;
+  for (std::uint64_t words[8]; i + sizeof words <= text.size(); i += sizeof words) {
+    std::memcpy(words, text.data() + i, sizeof words);
+    for (const std::uint64_t word : words) any |= word;
+  }
+  for (; i < text.size(); ++i) any |= static_cast<unsigned char>(text[i]);
+  return (any & 0x8080808080808080) == 0;
+}
+
+/// Reads all of the file, and looks at each stretch while it is near.
+bool read_whole(std::FILE* stream, SourceFile& file) {
+  constexpr std::size_t kStretch = 256 * 1024;
+  for (std::size_t at = 0; at < file.size;) {
+    const std::size_t size = std::min(kStretch, file.size - at);
+    char* const stretch = file.bytes.get() + at;
+    if (std::fread(stretch, 1, size, stream) != size) return false;
+    if (file.ascii == at && is_ascii({stretch, size})) file.ascii += size;
+    at += size;
+  }
+  return true;
+}
+
+}  // namespace
+
 bool load_file(const char* path, SourceFile& file) {
   constexpr std::size_t kSlack = 128;  // a line feed at the end, and what readers may look at behind it
   std::FILE* const stream = open_text(path, "rb");
@@ -22,7 +51,7 @@ bool load_file(const char* path, SourceFile& file) {
     file.bytes.reset(new (std::nothrow) char[file.size + kSlack]);
     detail::wish_large_pages(file.bytes.get(), file.bytes ? file.size : 0);
     std::rewind(stream);
-    whole = file.bytes && std::fread(file.bytes.get(), 1, file.size, stream) == file.size;
+    whole = file.bytes && read_whole(stream, file);
   }
   std::fclose(stream);
   if (size >= 0 && !file.bytes) throw std::bad_alloc();
@@ -197,18 +226,11 @@ bool is_grade_sign(unsigned char c) {
   return c == 0x82 || c == 0x83 || c == 0x85 || c == 0x8B;
 }
 
-Bytes look_at(std::string_view file) {
+Bytes look_at(const SourceFile& source) {
   Bytes bytes;
-  constexpr std::uint64_t kHighBits = 0x8080808080808080;
-  std::size_t from = 0;
-  for (std::uint64_t words[8]; from + sizeof words <= file.size(); from += sizeof words) {
-    std::memcpy(words, file.data() + from, sizeof words);
-    std::uint64_t any = 0;
-    for (const std::uint64_t word : words) any |= word;
-    if (any & kHighBits) break;
-  }
-  bytes.utf8 = is_utf8(file.substr(from));
-  for (std::size_t i = from; i < file.size(); ++i) {
+  const std::string_view file = source.text();
+  bytes.utf8 = is_utf8(file.substr(source.ascii));
+  for (std::size_t i = source.ascii; i < file.size(); ++i) {
     const auto c = static_cast<unsigned char>(file[i]);
     if (c < 0x80) continue;
     bytes.high = true;
@@ -234,7 +256,7 @@ void Drawing::choose_encoding(const ImportOptions& options) {
   const std::optional<CodePage> named = code_page_named(header.codePage);
   const bool unicode = header.release >= "AC1021";
   const bool text = in.form() == Form::Text;
-  const Bytes bytes = text ? look_at(source_.text()) : Bytes();
+  const Bytes bytes = text ? look_at(source_) : Bytes();
   if (unicode && (bytes.utf8 || !bytes.high)) return choose(CodePage::Utf8, "by the release");
   if (bytes.high && bytes.utf8 && (bytes.chinese || !named)) return choose(CodePage::Utf8, "by the bytes");
   if (named) return choose(*named, "by the header");

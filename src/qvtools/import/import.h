@@ -45,6 +45,8 @@ struct ImportOptions {
   /// left out and told.
   int mostOfReference = 500000;
   int mostOfHatch = 200000;
+  /// Where the files of shapes (.shx) lie that the drawing names, each with a separator at its end.
+  std::vector<std::string> shapeFolders;
 };
 
 /// What flat records cannot hold, for what draws them. A record's colour is the true colour noted for it, else its own

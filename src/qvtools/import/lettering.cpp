@@ -105,6 +105,10 @@ char32_t special_sign(char32_t letter) {
 
 std::vector<Run> parse_line(std::u32string_view text) {
   std::vector<Run> runs(1);
+  if (text.find_first_of(U"%^") == text.npos) {  // as most texts are
+    runs[0].text = text;
+    return runs;
+  }
   const auto toggle = [&](bool Run::*stroke) {
     Run next;
     next.under = runs.back().under;

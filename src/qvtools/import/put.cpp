@@ -185,6 +185,7 @@ bool put_text(Job& job, const Matrix& frame, const Lettering& text) {
       text.codes ? parse_line(text.text) : std::vector<Run>{{text.text, text.under, text.over, text.strike}};
   const bool wideSigns = job.file.decoder.page == CodePage::Gbk;
   std::vector<FontText> letters;
+  letters.reserve(runs.size());
   std::string bytes;
   bool chinese = false;
   bool foreign = false;
@@ -261,7 +262,7 @@ bool put_text(Job& job, const Matrix& frame, const Lettering& text) {
     line.align = own.origin + normal * left.y;
   }
   bool good = true;
-  line.bytes = bytes;
+  line.bytes = std::move(bytes);
   good = job.out.text(line);
   Vec from = line.at;
   for (std::size_t i = 0; i < runs.size() && good && measured; ++i) {

@@ -38,6 +38,9 @@ FileLineType line_type_of(const Record& r, const Decoder& decoder) {
   return type;
 }
 
+/// The flag of a style that is no text style: it names a file of shapes.
+constexpr int kOfShapes = 1;
+
 FileStyle style_of(const Record& r, const Decoder& decoder) {
   FileStyle style;
   style.name = decoder.gbk(r.word(2));
@@ -78,7 +81,9 @@ void Drawing::read_table_record(const Record& r) {
     add(layers, layerNames, layer_of(r, decoder));
   else if (r.name == "LTYPE")
     add(lineTypes, lineTypeNames, line_type_of(r, decoder));
-  else if (r.name == "STYLE" && (r.integer(70) & 1) == 0)
+  else if (r.name == "STYLE" && (r.integer(70) & kOfShapes) != 0)
+    shapeFonts.push_back(decoder.gbk(r.word(3)));
+  else if (r.name == "STYLE")
     add(styles, styleNames, style_of(r, decoder));
   else if (r.name == "DIMSTYLE")
     add(dimStyles, dimStyleNames, dim_style_of(r));

@@ -9,7 +9,6 @@
 #include <limits>
 
 #include "qvtools/dxf/io/internal/line_index.h"
-#include "qvtools/text/internal/fixed2.h"
 #include "qvtools/text/numbers.h"
 
 namespace qv::importing {
@@ -28,15 +27,6 @@ double parse_unusual(std::string_view text) {
   return qv::parse_real(text);
 }
 
-double parse_real(std::string_view text) {
-  if (text == "0.00") return 0;
-  bool negative;
-  std::int32_t hundredths;
-  if (!detail::parse_hundredths(text, negative, hundredths)) return parse_unusual(text);
-  const double magnitude = hundredths / 100.0;
-  return negative ? -magnitude : magnitude;
-}
-
 }  // namespace
 
 std::string_view trimmed(std::string_view text) {
@@ -45,8 +35,8 @@ std::string_view trimmed(std::string_view text) {
   return text;
 }
 
-double real_of(const Tag& tag) {
-  return tag.binaryNumber ? tag.number : parse_real(tag.text);
+double unusual_real_of(const Tag& tag) {
+  return tag.binaryNumber ? tag.number : parse_unusual(tag.text);
 }
 
 int integer_of(const Tag& tag) {

@@ -34,6 +34,6 @@ Outcome convert_viewport(Job& job, const Record& record);
 Outcome convert_proxy(Job& job, const Record& record);
 Outcome convert_unknown(Job& job, const Record& record);
 Outcome convert_body(Job& job, const Record& record);
-Outcome leave_out_shape(Job& job, const Record& record);
+Outcome convert_shape(Job& job, const Record& record);
 
 }  // namespace qv::importing

@@ -21,6 +21,7 @@ namespace qv::importing {
 struct SourceFile {
   std::unique_ptr<char[]> bytes;
   std::size_t size = 0;
+  std::size_t ascii = 0;  // so many bytes at least, from the first on, are ASCII
 
   std::string_view text() const { return {bytes.get(), size}; }
 };
@@ -183,6 +184,7 @@ class Drawing {
   NameIndex lineTypeNames;
   std::vector<FileStyle> styles;
   NameIndex styleNames;
+  std::vector<std::string> shapeFonts;  // files of shapes, as styles name them
   std::vector<DimStyle> dimStyles;
   NameIndex dimStyleNames;
   std::vector<FileBlock> blocks;

@@ -2,6 +2,9 @@
 
 /// One import at work: what converters of entities are given.
 
+#include <map>
+
+#include "qvtools/fonts/shape_file.h"
 #include "qvtools/import/internal/curves.h"
 #include "qvtools/import/internal/lettering.h"
 #include "qvtools/import/internal/output.h"
@@ -86,6 +89,8 @@ class Job {
   /// which.
   void convert_all(Span span, Space space, const std::function<bool(double)>& progress = nullptr);
   bool cancelled = false;
+
+  std::map<std::string, ShapeFile> shapeFiles;  // by their names in the drawing; those that are not there are empty
 
   /// The sheet that is read has windows on model space: their records, kept until the sheet is done.
   bool onSheet = false;

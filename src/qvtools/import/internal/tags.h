@@ -5,7 +5,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string_view>
+
+#include "qvtools/text/internal/fixed2.h"
 
 namespace qv::importing {
 
@@ -17,8 +20,17 @@ struct Tag {
   std::string_view text;
 };
 
+double unusual_real_of(const Tag& tag);
+
 /// The value as a number; 0 for what is none. Blanks before it and anything behind it are passed over.
-double real_of(const Tag& tag);
+inline double real_of(const Tag& tag) {
+  bool negative;
+  std::int32_t hundredths;
+  if (tag.text.size() == 4 && std::memcmp(tag.text.data(), "0.00", 4) == 0) return 0;  // as most Z coordinates are
+  if (!detail::parse_hundredths(tag.text, negative, hundredths)) return unusual_real_of(tag);
+  const double magnitude = hundredths * 0.01;
+  return negative ? -magnitude : magnitude;
+}
 int integer_of(const Tag& tag);
 std::uint64_t handle_of(const Tag& tag);
 /// The value without blanks around it.
