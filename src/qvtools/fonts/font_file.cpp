@@ -8,6 +8,12 @@ void put(std::string& out, std::size_t value, int bytes) {
   for (int i = 0; i < bytes; ++i) out += static_cast<char>(value >> (8 * i) & 255);
 }
 
+std::string first_line(std::string_view mark) {
+  std::string line(mark);
+  for (const char c : {'0', '\r', '\n', '\x1a'}) line += c;
+  return line;
+}
+
 std::string joined_records(const std::vector<FontShape>& shapes) {
   std::string records;
   for (const FontShape& shape : shapes) records += shape.record;
@@ -17,7 +23,7 @@ std::string joined_records(const std::vector<FontShape>& shapes) {
 }  // namespace
 
 std::string text_font_file(const std::vector<FontShape>& shapes) {
-  std::string file = std::string(kShapesMark) + "0\r\n\x1a";
+  std::string file = first_line(kShapesMark);
   put(file, static_cast<std::size_t>(shapes.front().code), 2);
   put(file, static_cast<std::size_t>(shapes.back().code), 2);
   put(file, shapes.size(), 2);
@@ -31,7 +37,7 @@ std::string text_font_file(const std::vector<FontShape>& shapes) {
 std::string big_font_file(const std::vector<FontShape>& shapes, int firstLead, int lastLead) {
   constexpr std::size_t kEntrySize = 8;
   constexpr std::size_t kEntries = 35;  // where they begin
-  std::string file = std::string(kBigFontMark) + "0\r\n\x1a";
+  std::string file = first_line(kBigFontMark);
   put(file, kEntrySize, 2);
   put(file, shapes.size(), 2);
   put(file, 1, 2);
