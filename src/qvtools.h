@@ -4,6 +4,7 @@
 
 #include "qvtools/api.h"  // first: it says what is missing when the compiler is set to an older standard
 
+#include "qvtools/compare/compare.h"
 #include "qvtools/display/safe_dc.h"
 #include "qvtools/drawing/base_sgt.h"
 #include "qvtools/dxf/model/document.h"
