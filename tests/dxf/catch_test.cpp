@@ -234,7 +234,7 @@ TEST_F(Catching, HostileNumbersAreNotCaught) {
     EXPECT_TRUE(std::isfinite(c.at.x) && std::isfinite(c.at.y));
 }
 
-TEST(Measure, LengthsAndAreasCountArcsAsArcs) {
+TEST(EntityMeasures, LengthsAndAreasCountArcsAsArcs) {
   constexpr double kPi = 3.14159265358979;
   DXF dxf;
   dxf.New_MemDxf();
