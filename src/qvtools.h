@@ -4,10 +4,12 @@
 
 #include "qvtools/api.h"  // first: it says what is missing when the compiler is set to an older standard
 
+#include "qvtools/compare/compare.h"
 #include "qvtools/display/safe_dc.h"
 #include "qvtools/drawing/base_sgt.h"
 #include "qvtools/dxf/model/document.h"
 #include "qvtools/dxf/model/visit.h"
+#include "qvtools/dxf/view/measure.h"
 #include "qvtools/dxf/view/prepared_drawing.h"
 #include "qvtools/engineering/base_data.h"
 #include "qvtools/engineering/component.h"
@@ -30,6 +32,7 @@
 #include "qvtools/geometry/values/region.h"
 #include "qvtools/geometry/values/shape.h"
 #include "qvtools/import/import.h"
+#include "qvtools/navigation/catch_tool.h"
 #include "qvtools/navigation/draw_tool.h"
 #include "qvtools/platform/bitmap/bitmap_dc.h"
 #include "qvtools/platform/console/console_host.h"

@@ -60,6 +60,18 @@ struct InfoRequest {
 };
 void run_info(const InfoRequest& request);
 
+struct DiffRequest {
+  std::string before;
+  std::string after;
+  std::string out;  ///< a picture, a .pdf or a .dxf; empty for none
+  qv::ImportOptions import;
+  PictureOptions options;
+  double tolerance = 0.01;
+  bool json = false;
+};
+/// 0 when the drawings are the same, 1 when they differ.
+int run_diff(const DiffRequest& request);
+
 struct SlideRequest {
   std::string slide;  ///< a file, or LIBRARY.NAME
   std::string out;    ///< a picture, or a file that ends in .dxf or .scr

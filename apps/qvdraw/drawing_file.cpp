@@ -1,6 +1,7 @@
 #include "drawing_file.h"
 
 #include <cstdio>
+#include <iterator>
 #include <stdexcept>
 
 #include "common/unreadable.h"
@@ -55,6 +56,16 @@ bool suit_fonts(const std::string& path, DXF& dxf) {
 
 void set_lettering(Lettering lettering) {
   g_lettering = std::move(lettering);
+}
+
+const char* kind_name(ACAD_ENTITY& entity) {
+  static constexpr const char* kNames[] = {
+#define QV_KIND(KEYWORD, member) #KEYWORD,
+      QV_FOR_EACH_ENTITY_KIND(QV_KIND)
+#undef QV_KIND
+  };
+  const int type = entity.GetType();
+  return type >= 0 && type < static_cast<int>(std::size(kNames)) ? kNames[type] : "OWN";
 }
 
 std::unique_ptr<DXF> load_drawing(const std::string& path, const qv::ImportOptions& options, qv::ImportReport& report) {

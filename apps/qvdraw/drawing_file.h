@@ -29,6 +29,9 @@ void set_lettering(Lettering lettering);
 /// report has all of it. Throws `std::runtime_error` with one line that says what is wrong.
 std::unique_ptr<DXF> load_drawing(const std::string& path, const qv::ImportOptions& options, qv::ImportReport& report);
 
+/// The word for an entity's kind in files.
+const char* kind_name(ACAD_ENTITY& entity);
+
 using qvapps::to_utf8;
 
 }  // namespace qvdraw

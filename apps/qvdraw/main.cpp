@@ -1,6 +1,7 @@
 /// qvdraw: draws, shows and describes drawings from the command line.
 ///
-/// Exit codes: 0 done; 1 failed, with one line on standard error; 2 the call's words are off.
+/// Exit codes: 0 done; 1 failed, with one line on standard error; 2 the call's words are off. Of `diff`: 0 the same, 1
+/// different, 2 failed.
 
 #include <CLI/CLI.hpp>
 #include <array>
@@ -118,6 +119,14 @@ void define(CLI::App& command, qvdraw::ConvertRequest& request) {
                    "write signs of the fonts as %%130 and its kin, and a header with the code page");
 }
 
+void add_background(CLI::App& command, qvdraw::PictureOptions& options) {
+  command
+      .add_option_function<std::string>(
+          "--background", [&options](const std::string& name) { options.white = name == "white"; },
+          "white (where none is given) or black")
+      ->check(CLI::IsMember({"white", "black"}));
+}
+
 void define(CLI::App& command, qvdraw::RenderRequest& request) {
   add_text(command, "IN.dxf", request.drawing, "", "the drawing")->required();
   add_import(command, request.import);
@@ -134,11 +143,7 @@ void define(CLI::App& command, qvdraw::RenderRequest& request) {
     options.viewA = static_cast<float>(v[0] * std::numbers::pi / 180);
     options.viewB = static_cast<float>(v[1] * std::numbers::pi / 180);
   });
-  command
-      .add_option_function<std::string>(
-          "--background", [&options](const std::string& name) { options.white = name == "white"; },
-          "white (where none is given) or black")
-      ->check(CLI::IsMember({"white", "black"}));
+  add_background(command, options);
 }
 
 /// "1:50", "2:1" or "fit".
@@ -220,6 +225,20 @@ void define(CLI::App& command, qvdraw::InfoRequest& request) {
   command.add_flag("--json", request.json, "as JSON");
 }
 
+void define(CLI::App& command, qvdraw::DiffRequest& request) {
+  add_text(command, "OLD.dxf", request.before, "", "the drawing as it was")->required();
+  add_text(command, "NEW.dxf", request.after, "", "the drawing as it is")->required();
+  add_text(command, "-o,--out", request.out, "OUT",
+           "both over each other: a picture, or a file that ends in .dxf or .pdf");
+  command.add_flag("--json", request.json, "tell the differences as JSON");
+  command.add_option("--tolerance", request.tolerance, "how far coordinates may differ, in drawing units")
+      ->check(CLI::Range(1e-6, 1e6))
+      ->type_name("T");
+  add_size(command, request.options.size, [&request] { request.options.fixedSize = true; });
+  add_background(command, request.options);
+  add_import(command, request.import);
+}
+
 void define(CLI::App& command, qvdraw::SlideRequest& request) {
   add_text(command, "SLIDE", request.slide, "", "IN.sld, or LIBRARY.NAME for a slide of a library")->required();
   add_text(command, "-o,--out", request.out, "OUT", "a picture, or a file that ends in .dxf or .scr")->required();
@@ -271,21 +290,31 @@ void define(CLI::App& command, qvdraw::ValueRequest& request) {
 }
 
 template <class Request>
-void add_command(CLI::App& program, const char* name, const char* summary, void (*run)(const Request&)) {
-  const auto request = std::make_shared<Request>();
+CLI::App& add_request(CLI::App& program, const char* name, const char* summary, const std::shared_ptr<Request>& request) {
   CLI::App* const command = program.add_subcommand(name, summary);
   command->fallthrough();  // the program's options may stand behind the command
   define(*command, *request);
-  command->callback([request, run] { run(*request); });
+  return *command;
 }
 
-void add_commands(CLI::App& program) {
+template <class Request>
+void add_command(CLI::App& program, const char* name, const char* summary, void (*run)(const Request&)) {
+  const auto request = std::make_shared<Request>();
+  add_request(program, name, summary, request).callback([request, run] { run(*request); });
+}
+
+/// `answer` becomes the exit code of a command that answers a question.
+void add_commands(CLI::App& program, int& answer) {
   using namespace qvdraw;
   add_command(program, "demo", "draw the sample drawings into a directory", run_demo);
   add_command(program, "convert", "make a flat drawing, which old programs open, of any drawing", run_convert);
   add_command(program, "render", "show a drawing, or a window of it, as a picture", run_render);
   add_command(program, "plot", "plot drawings to scale, with pens, as PDF, SVG or PNG", run_plot);
   add_command(program, "info", "tell a drawing's tables, entities and extent", run_info);
+  const auto diff = std::make_shared<DiffRequest>();
+  add_request(program, "diff", "tell and draw what differs between two drawings; exit code 0: nothing, 1: something",
+              diff)
+      .callback([diff, &answer] { answer = run_diff(*diff); });
   add_command(program, "slide", "show or convert a slide, from its file or a library", run_slide);
   add_command(program, "slides", "list a slide library, show all its slides, or extract them", run_slides);
   add_command(program, "fonts", "tell what a shape font is, show its shapes, or make it plain", run_fonts);
@@ -302,8 +331,8 @@ void add_commands(CLI::App& program) {
 
 int complain(const CLI::App& program, const char* message, bool usage) {
   std::fprintf(stderr, "qvdraw: %s\n", message);
-  if (!usage) return 1;
   const auto commands = program.get_subcommands();
+  if (!usage) return !commands.empty() && commands[0]->get_name() == "diff" ? 2 : 1;
   std::fprintf(stderr, "see qvdraw %s--help\n", commands.empty() ? "" : (commands[0]->get_name() + ' ').c_str());
   return 2;
 }
@@ -318,7 +347,8 @@ int main(int argc, char** argv) {
   program.set_version_flag("--version", "qvdraw " QVDRAW_VERSION);
   program.allow_windows_style_options(false);  // what begins with a slash is a path
   program.require_subcommand(0, 1);
-  add_commands(program);
+  int answer = 0;
+  add_commands(program, answer);
   std::string fonts;
   add_text(program, "--font", fonts, "TXT.shx[,BIG.shx]",
            "shape fonts to draw texts with; else those that the first drawing names, in the folder QVTOOLS_FONTS, or "
@@ -341,5 +371,5 @@ int main(int argc, char** argv) {
   } catch (const std::exception& error) {
     return complain(program, error.what(), false);
   }
-  return 0;
+  return answer;
 }

@@ -12,9 +12,6 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-constexpr const char* kKindNames[] = {"POINT",    "LINE",  "TEXT",   "CIRCLE", "ARC",
-                                      "POLYLINE", "SOLID", "3DFACE", "INSERT"};
-
 /// What is told of a drawing.
 struct Summary {
   std::vector<std::string> ltypes;
@@ -42,7 +39,7 @@ Summary summarize(DXF& dxf) {
     s.blocks.emplace_back(to_utf8(block.m_szName), block.m_EntityList.GetCount());
   });
   for_each<ACAD_ENTITY>(dxf.m_EntityList, [&](ACAD_ENTITY& entity) {
-    ++s.kinds[kKindNames[entity.GetType()]];
+    ++s.kinds[kind_name(entity)];
     ++s.perLayer[to_utf8(layer_of(entity))];
   });
   s.extent = dxf.GetFRect();

@@ -86,6 +86,29 @@ class Demo(unittest.TestCase):
                 self.assertGreater(os.path.getsize(out), 100)
                 os.remove(out)
 
+    def test_diff_tells_and_draws_what_differs(self):
+        old, new = self.drawings[0], os.path.join(self.out, "revised.dxf")
+        with open(old, "rb") as file:
+            content = file.read()
+        circle = b"  0\r\nCIRCLE\r\n  8\r\n0\r\n 10\r\n500.00\r\n 20\r\n700.00\r\n 30\r\n0.00\r\n 40\r\n90.00\r\n"
+        at = content.index(b"  0", content.index(b"ENTITIES"))
+        with open(new, "wb") as file:
+            file.write(content[:at] + circle + content[at:])
+        same = run("diff", old, old)
+        self.assertEqual((same.returncode, same.stdout), (0, ""))
+        for ending in (*PICTURES, ".dxf"):
+            out = os.path.join(self.out, "both" + ending)
+            result = run("diff", old, new, "--json", "-o", out)
+            self.assertEqual((result.returncode, result.stderr), (1, ""))
+            self.assertGreater(os.path.getsize(out), 1000)
+            os.remove(out)
+        told = json.loads(result.stdout)
+        self.assertEqual([(d["change"], d["new"]["kind"], d["box"]) for d in told["differences"]],
+                         [("added", "CIRCLE", [410, 610, 590, 790])])
+        self.assertIn("removed CIRCLE 1 on 0", run("diff", new, old).stdout)
+        self.assertEqual(run("diff", old, "none.dxf").returncode, 2)
+        os.remove(new)
+
     def test_slides_are_listed_shown_and_converted(self):
         library = os.path.join(self.out, "details.slb")
         listing = run("slides", library).stdout.splitlines()

@@ -256,6 +256,17 @@ void PreparedDrawing::Draw(CDC* dc, CFCoor* coor, const Appearance& appearance) 
                  });
 }
 
+std::vector<const PreparedDrawing::Item*> PreparedDrawing::items_in(const Box& window) {
+  std::vector<const Item*> items;
+  for_each_shown(
+      [&](const Box& b) {
+        return std::max(b.x1, b.x2) < window.x1 || std::min(b.x1, b.x2) > window.x2 ||
+               std::max(b.y1, b.y2) < window.y1 || std::min(b.y1, b.y2) > window.y2;
+      },
+      [&](const Item& item) { items.push_back(&item); });
+  return items;
+}
+
 bool PreparedDrawing::picks(const Item& item, const CFRegion& region, int mode) const {
   if (item.kind != Kind::Insert) return item.entity->HitTest(region, mode, a_, b_) != 0;
   ACAD_BLOCK& block = *blocks_[static_cast<std::size_t>(item.index)];
@@ -269,15 +280,10 @@ std::vector<ACAD_ENTITY*> PreparedDrawing::Pick(const CFRect& rect, int mode) {
   add_point(reach, {rect.x1, rect.y1});
   add_point(reach, {rect.x2, rect.y2});
   widen(reach, 0);
-  for_each_shown(
-      [&](const Box& b) {
-        return std::max(b.x1, b.x2) < reach.x1 || std::min(b.x1, b.x2) > reach.x2 || std::max(b.y1, b.y2) < reach.y1 ||
-               std::min(b.y1, b.y2) > reach.y2;
-      },
-      [&](const Item& item) {
-        const bool within = item.kind == Kind::Line && lies_within(item.box, rect);
-        if (within || picks(item, region, mode)) taken.push_back(item.entity);
-      });
+  for (const Item* const item : items_in(reach)) {
+    const bool within = item->kind == Kind::Line && lies_within(item->box, rect);
+    if (within || picks(*item, region, mode)) taken.push_back(item->entity);
+  }
   return taken;
 }
 

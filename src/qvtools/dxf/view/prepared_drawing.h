@@ -6,6 +6,7 @@
 
 #include "qvtools/dxf/model/document.h"
 #include "qvtools/dxf/view/box_grid.h"
+#include "qvtools/dxf/view/catch.h"
 
 namespace qv {
 
@@ -30,6 +31,11 @@ class QV_API PreparedDrawing {
   /// The entities that a pick takes, in drawing order: those wholly in the rectangle, and with a mode other than 0
   /// those that cross its border as well. The rectangle lies in the plane of the view.
   std::vector<ACAD_ENTITY*> Pick(const CFRect& rect, int mode);
+  /// The points that a pointer catches: those within its reach first, the nearest before the others, then those that a
+  /// curve within its reach has elsewhere (its centre, the foot of a perpendicular), then points of curves. None comes
+  /// twice. Inserts show what their blocks have; texts are caught by their insertion points. In a projected view what
+  /// is seen counts. A program's own kinds are not caught. Empty also when memory runs out (report 301).
+  std::vector<CaughtPoint> Catch(const CatchQuery& query);
   /// Chooses what is drawn and picked from now on (at first everything): calls `shown` for each entity of the drawing,
   /// inserts among them.
   void Show(const std::function<bool(ACAD_ENTITY&)>& shown);
@@ -60,6 +66,8 @@ class QV_API PreparedDrawing {
   void for_each_shown(const Misses& misses, const F& f);
   template <class Misses, class F>
   void for_each_in_cells(const std::vector<std::uint32_t>& cells, const Misses& misses, const F& f);
+  /// What is shown and may lie in a window, in drawing order.
+  std::vector<const Item*> items_in(const Box& window);
   bool picks(const Item& item, const CFRegion& region, int mode) const;
 
   bool plan_;
