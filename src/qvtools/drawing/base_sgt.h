@@ -7,6 +7,51 @@
 /// Lengths are model units of the drawing. Sheet sizes (pen widths, text heights, symbol sizes) are drawing millimetres
 /// times the scale denominator: at the default scale 100 a text of 2.5 mm is 250 units high. Angles are degrees,
 /// counter-clockwise, unless a call says radians. No primitive reports failure; over-long texts are ignored.
+///
+/// Every setting after `SetBiLiChi(s)`, in model units, so that "2.5 s" is 2.5 mm on paper; b is `m_fBaseBiKuan` (0.65
+/// mm). A value without s is NOT scaled: it has to be set by hand for another scale.
+///
+///   setting              value          what uses it
+///   m_fBiLiChi           s              sizes that have no member: title blocks, axis bubbles (4 s), elevation marks
+///                                       (3 s), circles of bar numbers (3 s), curved arrows (6 s), gaps of 1 s
+///   m_fBaseBiKuan        0.65           mm, not scaled; the next `SetBiLiChi` makes the pens of it
+///   m_fBiKuan[0..2]      b s, 0.5 b s, 0.35 b s    nothing of the composer's: for callers
+///   m_fZiGao[0..5]       2.5, 3.5, 5, 7, 10, 14 s  captions of the title block ([3]), elevation marks ([0])
+///   m_fZiKuan[0..5]      1.8, 2.5, 3.5, 5, 7, 10 s nothing of the composer's: for callers
+///   m_fZiGao[6], m_fZiKuan[6]  0        never set: derived programs'
+///   m_nDimTextFit        0              dimensions: where a text goes that does not fit; 0 lets it stand out
+///   m_fDimOffset         100            NOT scaled. Dimensions: from the measured points to the dimension line; on a
+///                                       sheet of 1:50 it is 2 mm. Set it before every dimension (or use
+///                                       `qv::DrawDimensionChain`, which takes the place of the line)
+///   m_fDimPolarA, B      20 s           dimensions: the long ends of the two extension lines; usually too long
+///   m_fDimExt            2.5 s          dimensions: the short ends
+///   m_fDimTick           2 s            dimensions and leaders: the oblique stroke
+///   m_fDimLineWidth      b s            dimensions: the width of the stroke; times `m_fWidthFactor`
+///   m_fDimTextHeight     2.5 s          dimensions, elevation marks, bar labels, axis bubbles
+///   m_nDimDecimals       0              dimensions: decimals of the values, in model units
+///   m_fTextGap           0.5 s          dimensions, elevation marks, bar labels, titles: between a line and its text
+///   m_fCutSymA, B, C     2.5, 4, 0.75 s break line
+///   m_fPouXianLen        10 s           section mark: bar; m_fPouXianWidth b s (times `m_fWidthFactor`),
+///                                       m_fPouXianText 5 s
+///   m_fTuMingText        7 s            drawing title; m_fTuMingWidth b s, its thick line. The lines are as long as
+///                                       the text's bytes times half the height, whatever the text measures
+///   m_fGJLineWidth       b s            bars, stirrups, ties. Times `m_fWidthFactor` for a bar between two points,
+///                                       times `m_fLenFactor` for bars through n points, stirrups and ties
+///   m_fGJDotWidth        1.5 b s        bars in section: diameter; hooks, ties; times `m_fLenFactor`
+///   m_fArrowLen, Width   2.5, 0.8 s     arrowheads; times `m_fLenFactor`, but for angle dimensions
+///   m_nAxisXFormat, Y    2              chart axes: decimals of the labels
+///   m_fPenX, Y           0              the pen of MoveTo and LineTo
+///   m_fOut2Para1..5      as they were   `Set_Para_Draw_Out_2PraLine` sets them
+/// Not touched by `SetBiLiChi`: current colour, layer, style, line type, the placement, `m_bRectSide`, symbol colours.
+///
+/// What draws in which colour:
+///   m_szCurColor         primitives, frame, title and countersign block, drawing titles, section marks, break lines,
+///                        ground, arrows, `Draw_DoNut`, `Draw_YuanDian`, `Draw_Rect_*_CutL`, the outline of
+///                        `Draw_Liang_Section`, the frame, labels and titles of charts
+///   m_szGJColor ("1")    bars, stirrups, ties, bars in section
+///   m_szBZColor ("4")    dimensions, angles, elevation marks, axis bubbles with their lines, leaders, labels, numbers
+///   8                    the grid of charts
+/// All are drawn on the current layer with the current line type.
 
 #include "qvtools/dxf/model/document.h"
 
@@ -30,7 +75,7 @@ struct QV_API SgtEnvironment {
   int m_nDimTextFit = 0;     ///< where a dimension text goes that does not fit: 1 left, 2 right, 4 above, 8 below
   int m_nDimPara1 = 1;       ///< saved for derived programs only
   int m_nDimPara2 = 1;
-  float m_fDimOffset = 0;  ///< from the measured points to the dimension line
+  float m_fDimOffset = 0;  ///< from the measured points to the dimension line; 100 at every scale
   float m_fDimPolarA = 0;  ///< long ends of the two extension lines
   float m_fDimPolarB = 0;
   float m_fDimTick = 0;  ///< length of the oblique tick
