@@ -5,27 +5,15 @@
 
 #include "drawing/golden_list.h"
 #include "qvtools/dxf/model/visit.h"
-#include "qvtools/fonts/shx.h"
-#include "support/font_files.h"
+#include "support/even_text_font.h"
 #include "support/temporary_directory.h"
 
 using qvtest::drawn;
 
 namespace {
 
-/// Composers whose text font gives every byte the same width: 0.75 of its height.
 class Symbols : public testing::Test {
  protected:
-  void SetUp() override {
-    qvtest::Shapes shapes;
-    for (int c = 32; c < 256; ++c) shapes.push_back({c, qvtest::codes({2, 8, 6, 0})});
-    const qvtest::TemporaryDirectory directory;
-    directory.write("test.shx", qvtest::text_font(shapes, 6));
-    G_ShapeFont = CShx();
-    ASSERT_EQ(G_ShapeFont.SetTxtFont(directory.prefix().c_str(), "test.shx"), 1);
-  }
-  void TearDown() override { G_ShapeFont = before_; }
-
   /// Everything that a placement does to what is drawn differs from the default.
   static std::unique_ptr<CBase_SGT> placed() {
     std::unique_ptr<CBase_SGT> sgt(NewMemDxf());
@@ -40,7 +28,7 @@ class Symbols : public testing::Test {
   }
 
  private:
-  CShx before_ = G_ShapeFont;
+  qvtest::EvenTextFont font_;
 };
 
 constexpr float kX[] = {0, 900, 1800};

@@ -1,22 +1,10 @@
-#include <algorithm>
-
 #include "qvtools/drawing/internal/placing.h"
+#include "qvtools/drawing/sheet_frame.h"
 #include "qvtools/services/captions.h"
 
 using namespace qv::detail;
 
 namespace {
-
-constexpr double kBinding = 25;  // binding margin, drawing mm
-
-/// The standard sheets, drawing mm.
-const struct Sheet {
-  double longSide;
-  double shortSide;
-  double margin;
-  double frameWidth;
-  double titleWidth;
-} kSheets[] = {{1189, 841, 10, 2.4, 0.7}, {841, 594, 10, 2.4, 0.7}, {594, 420, 10, 1.0, 0.7}, {420, 297, 5, 1.0, 0.7}};
 
 /// The captions of the title block by their cells: eighths of the width from the left, rows from the bottom.
 const struct TitleCell {
@@ -32,25 +20,17 @@ const struct TitleCell {
 }  // namespace
 
 void CBase_SGT::Draw_TuKuang(float x, float y, int size, int extra, int portrait) {
-  const Sheet& sheet = kSheets[std::clamp(size, 0, 3)];
-  const auto scaled = [&](double mm) { return static_cast<float>(mm * m_fBiLiChi); };
-  const float longSide = scaled(sheet.longSide + extra);
-  const float shortSide = scaled(sheet.shortSide);
-  const float m = scaled(sheet.margin);
-  const float b = scaled(kBinding);
-  const float frameWidth = scaled(sheet.frameWidth);
-  const float titleWidth = scaled(sheet.titleWidth);
-  if (portrait) {
-    Draw_Rect_LB(shortSide, longSide, x, y, 0);
-    Draw_Rect_LB(shortSide - 2 * m, longSide - b - m, x + m, y + m, 0, frameWidth);
-    Draw_BiaoTiLan(x + shortSide - m, y + m, titleWidth);
-    Draw_HuiQianLan(x + shortSide - m, y + longSide - b, 0);
-  } else {
-    Draw_Rect_LB(longSide, shortSide, x, y, 0);
-    Draw_Rect_LB(longSide - b - m, shortSide - 2 * m, x + b, y + m, 0, frameWidth);
-    Draw_BiaoTiLan(x + longSide - m, y + m, titleWidth);
-    Draw_HuiQianLan(x + b, y + shortSide - m, -90);
-  }
+  const qv::SheetFrame sheet(*this, x, y, size, extra, portrait);
+  const auto draw = [&](const CFRect& r, auto... width) {
+    Draw_Rect_LB(r.Width(), r.Height(), r.x1, r.y1, 0, width...);
+  };
+  draw(sheet.paper);
+  draw(sheet.inside, sheet.frameWidth);
+  Draw_BiaoTiLan(sheet.title.x2, sheet.title.y1, sheet.titleWidth);
+  if (portrait)
+    Draw_HuiQianLan(sheet.countersign.x2, sheet.countersign.y1, 0);
+  else
+    Draw_HuiQianLan(sheet.countersign.x2, sheet.countersign.y2, -90);
 }
 
 void CBase_SGT::Draw_BiaoTiLan(float x, float y, float width) {

@@ -55,4 +55,32 @@ inline constexpr char kProjectName[] =  // 工程名称
 inline constexpr char kDrawingName[] =  // 图名
     "\xCD\xBC\xC3\xFB";
 
+// The counter-sign block, notes, tables of bars.
+inline constexpr char kProfession[] =  // 专业
+    "\xD7\xA8\xD2\xB5";
+inline constexpr char kPerson[] =  // 姓名
+    "\xD0\xD5\xC3\xFB";
+inline constexpr char kNotes[] =  // 说明
+    "\xCB\xB5\xC3\xF7";
+inline constexpr char kBarList[] =  // 钢筋表
+    "\xB8\xD6\xBD\xEE\xB1\xED";
+inline constexpr char kBarMark[] =  // 编号
+    "\xB1\xE0\xBA\xC5";
+inline constexpr char kBarShape[] =  // 简图
+    "\xBC\xF2\xCD\xBC";
+inline constexpr char kBarSize[] =  // 规格
+    "\xB9\xE6\xB8\xF1";
+inline constexpr char kBarLength[] =  // 长度(mm)
+    "\xB3\xA4\xB6\xC8(mm)";
+inline constexpr char kBarCount[] =  // 根数
+    "\xB8\xF9\xCA\xFD";
+inline constexpr char kTotalLength[] =  // 总长(m)
+    "\xD7\xDC\xB3\xA4(m)";
+inline constexpr char kTotalMass[] =  // 重量(kg)
+    "\xD6\xD8\xC1\xBF(kg)";
+inline constexpr char kUnitMass[] =  // 单重(kg/m)
+    "\xB5\xA5\xD6\xD8(kg/m)";
+inline constexpr char kSum[] =  // 合计
+    "\xBA\xCF\xBC\xC6";
+
 }  // namespace qv::captions
