@@ -18,7 +18,7 @@ struct System::Parts {
 System::System(int& argc, char** argv) : parts_(std::make_unique<Parts>(argc, argv)) {}
 System::~System() = default;
 
-std::string System::program_directory() const {
+std::string System::program_directory() {
   return QCoreApplication::applicationDirPath().toStdString();
 }
 

@@ -14,7 +14,7 @@ class System {
   System& operator=(const System&) = delete;
 
   /// Where the program's file lies, without a separator at the end.
-  std::string program_directory() const;
+  static std::string program_directory();
 
  private:
   struct Parts;

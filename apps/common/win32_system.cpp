@@ -24,7 +24,7 @@ System::~System() {
   SetConsoleOutputCP(parts_->outputPage);
 }
 
-std::string System::program_directory() const {
+std::string System::program_directory() {
   std::string path(MAX_PATH, '\0');
   path.resize(GetModuleFileNameA(nullptr, path.data(), MAX_PATH));
   return path.substr(0, path.find_last_of("\\/"));

@@ -19,6 +19,7 @@ class UsageError : public std::runtime_error {
 
 struct DemoRequest {
   std::string directory;
+  std::string samples;  ///< where the data of the sheets lies
 };
 void run_demo(const DemoRequest& request);
 

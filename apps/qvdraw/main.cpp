@@ -74,6 +74,7 @@ CLI::Option* add_picture(CLI::App& command, std::string& path) {
 
 void define(CLI::App& command, qvdraw::DemoRequest& request) {
   add_text(command, "--out", request.directory, "DIR", "where to, made when it is not there")->required();
+  add_text(command, "--samples", request.samples, "DIR", "data of the sheets; the program's own where none is named");
 }
 
 void add_encoding(CLI::App& command, std::optional<qv::CodePage>& page, const char* summary) {

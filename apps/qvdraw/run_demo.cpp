@@ -1,11 +1,14 @@
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <stdexcept>
 
 #include "commands.h"
 #include "common/picture_file.h"
-#include "demo.h"
+#include "common/system.h"
+#include "demo/demo.h"
 #include "picture.h"
+#include "qvtools/system/filesystem.h"
 #include "slab_sample.h"
 #include "slide_samples.h"
 
@@ -40,6 +43,13 @@ void write_in_every_form(DXF& drawing, const std::string& name, const std::strin
       save_picture(drawing, base + format.ending, options);
 }
 
+/// Where the data of the sheets lies: beside the program, or where an installation has it.
+std::string samples_directory() {
+  const std::string program = qvapps::System::program_directory();
+  const std::string beside = program + "/samples";
+  return qv::path_kind(beside.c_str()) == qv::PathKind::Directory ? beside : program + "/../share/qvtools/samples";
+}
+
 }  // namespace
 
 void run_demo(const DemoRequest& request) {
@@ -47,18 +57,30 @@ void run_demo(const DemoRequest& request) {
   std::error_code error;
   std::filesystem::create_directories(directory, error);
   if (!std::filesystem::is_directory(directory)) throw std::runtime_error(directory + ": cannot be made a directory");
+  const std::string samples = request.samples.empty() ? samples_directory() : request.samples;
+  const auto sample = [&](const char* name) { return Sample(samples + "/" + name + ".txt"); };
+  const Sample project = sample("project");
   const struct {
     const char* name;
-    std::unique_ptr<CBase_SGT> (*compose)();
-    float x;  // where it stands in the drawing of all sheets
-  } sheets[] = {{"plan", compose_plan, 0}, {"beam", compose_beam, 90000}, {"calc", compose_calculation, 125000}};
+    std::function<Sheet()> compose;
+  } sheets[] = {{"notes", [&] { return compose_notes(project, sample("notes")); }},
+                {"footing", [&] { return compose_footing(project, sample("footing")); }},
+                {"plan", [&] { return compose_plan(project, sample("storey")); }},
+                {"slabs", [&] { return compose_slab(project, sample("slab"), sample("storey")); }},
+                {"columns", [&] { return compose_columns(project, sample("columns")); }},
+                {"beam", [&] { return compose_beam(project, sample("beam")); }},
+                {"stair", [&] { return compose_stair(project, sample("stair")); }},
+                {"calc", [&] { return compose_calculation(project, sample("calculation")); }}};
+  constexpr float kGap = 5000;  // between the sheets in the drawing of all
+  float x = 0;
   DXF all;
   all.New_MemDxf();
   all.m_bCodePageHeader = 1;
-  for (const auto& sheet : sheets) {
-    const std::unique_ptr<CBase_SGT> sgt = sheet.compose();
-    if (!sgt || !all.InsertDxf(sgt.get(), sheet.x, 0, 0)) throw std::runtime_error("not enough memory");
-    write_in_every_form(*sgt, sheet.name, directory);
+  for (const auto& [name, compose] : sheets) {
+    const Sheet sheet = compose();
+    if (!all.InsertDxf(sheet.sgt.get(), x, 0, 0)) throw std::runtime_error("not enough memory");
+    x += sheet.frame.paper.Width() + kGap;
+    write_in_every_form(*sheet.sgt, name, directory);
   }
   write_in_every_form(all, "sheets", directory);
   write_sample_library(directory + "/details.slb");

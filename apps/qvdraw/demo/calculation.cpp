@@ -2,9 +2,10 @@
 #include <cmath>
 #include <vector>
 
-#include "demo.h"
-#include "demo_captions.h"
-#include "demo_sheet.h"
+#include "demo/demo.h"
+#include "qvtools/drawing/fitted_text.h"
+#include "qvtools/engineering/bars.h"
+#include "qvtools/text/numbers.h"
 
 namespace qvdraw {
 
@@ -44,7 +45,11 @@ float steel_area(float moment) {
   return static_cast<float>(strength / 360 * (depth - std::sqrt(depth * depth - 2 * m / strength)));
 }
 
-void draw_moments(CBase_SGT& sgt, const Beam& full, const Beam& half) {
+void word(CBase_SGT& sgt, const Sample& data, float x, float y, float height, const char* key) {
+  qv::DrawSheetText(sgt, x, y, height, data.text("words", key).c_str());
+}
+
+void draw_moments(CBase_SGT& sgt, const Sample& data, const Beam& full, const Beam& half) {
   std::vector<float> x;
   std::vector<float> both;
   std::vector<float> one;
@@ -54,27 +59,27 @@ void draw_moments(CBase_SGT& sgt, const Beam& full, const Beam& half) {
     one.push_back(half.moment(x.back()));
   }
   sgt.Draw_Curve2(60, 180, static_cast<int>(x.size()), x.data(), both.data(), one.data(), 0, 2 * kSpan, -250, 150, 150,
-                  80, 7, 8, captions::kMomentTitle, captions::kMoment, 5, 0, 0);
+                  80, 7, 8, data.text("words", "moments").c_str(), data.text("words", "moment").c_str(), 5, 0, 0);
   use_pen(sgt, "TEXT", "7");
-  draw_text(sgt, 60, 166, 3, captions::kLegendFull);
-  draw_text(sgt, 105, 166, 3, captions::kLegendHalf);
-  draw_text(sgt, 178, 166, 3, captions::kAlongBeam);
+  word(sgt, data, 60, 166, 3, "full");
+  word(sgt, data, 105, 166, 3, "half");
+  word(sgt, data, 178, 166, 3, "along");
 }
 
-void draw_shear_forces(CBase_SGT& sgt, const Beam& full) {
+void draw_shear_forces(CBase_SGT& sgt, const Sample& data, const Beam& full) {
   CBase_SGT::CURVEINFO info;
   info.x0 = 260;
   info.y0 = 180;
   info.width = 145;
-  info.height = 80;
+  info.height = 84;
   info.xmin = -1;
   info.xmax = 2 * kSpan + 1;
   info.ymin = -200;
   info.ymax = 200;
   info.nx = 7;
   info.ny = 8;
-  info.xTitle = captions::kShearTitle;
-  info.yTitle = captions::kShear;
+  info.xTitle = data.text("words", "shear forces").c_str();
+  info.yTitle = data.text("words", "shear").c_str();
   info.color = 5;
   info.values = 1;
   CArray<float, float> x;
@@ -85,10 +90,10 @@ void draw_shear_forces(CBase_SGT& sgt, const Beam& full) {
     y.Add(full.shear(at[i], i < 2));
   }
   sgt.Draw_XY(info, x, y);
-  draw_text(sgt, 373, 166, 3, captions::kAlongBeam);
+  word(sgt, data, 373, 166, 3, "along");
 }
 
-void draw_steel(CBase_SGT& sgt, const Beam& full) {
+void draw_steel(CBase_SGT& sgt, const Sample& data, const Beam& full) {
   std::vector<float> x;
   std::vector<float> area;
   for (int i = 0; i <= kPoints; ++i) {
@@ -97,23 +102,21 @@ void draw_steel(CBase_SGT& sgt, const Beam& full) {
   }
   sgt.m_nAxisYFormat = 0;
   sgt.Draw_Curve(60, 60, static_cast<int>(x.size()), x.data(), area.data(), 0, 2 * kSpan, 0, 1000, 150, 75, 7, 8,
-                 captions::kSteelTitle, captions::kSteelArea, 1, 0, 1);
+                 data.text("words", "steel").c_str(), data.text("words", "area").c_str(), 1, 0, 1);
   sgt.m_nAxisYFormat = 2;
-  draw_text(sgt, 178, 47, 3, captions::kAlongBeam);
+  word(sgt, data, 178, 47, 3, "along");
 }
 
-void draw_results(CBase_SGT& sgt, const Beam& full, const Beam& half) {
+void draw_results(CBase_SGT& sgt, const Sample& data, const Beam& full, const Beam& half) {
   use_pen(sgt, "TEXT", "7");
   sgt.m_fTuMingText = sgt.m_fZiGao[2];
-  sgt.Draw_TuMing(320, 140, captions::kCalculation, 1, 1);
+  draw_title(sgt, 320, 140, data.text("words", "title"), "");
   float y = 128;
   const auto line = [&](const std::string& text) {
-    draw_text(sgt, 245, y, 3.5F, text);
+    qv::DrawSheetText(sgt, 245, y, 3.5F, text.c_str());
     y -= 8;
   };
-  line(captions::kGivenBeam);
-  line(captions::kGivenMaterial);
-  line(captions::kGivenLoad);
+  for (const std::string& given : data.lines("given")) line(given);
   char text[100];
   const auto result = [&](const char* format, float value) {
     qv::format_text(text, sizeof text, format, static_cast<double>(value));
@@ -125,25 +128,25 @@ void draw_results(CBase_SGT& sgt, const Beam& full, const Beam& half) {
   result("Mmax = %.1f kN\xA1\xA4m", most);
   result("VB = %.1f kN", full.shear(kSpan, true));
   result("As,B = %.0f mm2", steel_area(full.inner_moment()));
-  line(std::string("2") + kGrade3 + "25+2" + kGrade3 + "22:  As = 1742 mm2");
+  const std::string bars = bar_text("2C25+2C22") + ":  As = %.0f mm2";
+  result(bars.c_str(), static_cast<float>(qv::BarArea(25, 2) + qv::BarArea(22, 2)));
 }
 
 }  // namespace
 
-std::unique_ptr<CBase_SGT> compose_calculation() {
+Sheet compose_calculation(const Sample& project, const Sample& data) {
   constexpr float kShortDash = 1;  // curves are chains of lines a few millimetres long
-  std::unique_ptr<CBase_SGT> sgt =
-      new_sheet(3, 1, {captions::kCalculationName, captions::kCalculationNumber}, kShortDash);
-  if (!sgt) return nullptr;
+  Sheet sheet = new_sheet(project, data, kShortDash);
+  CBase_SGT& sgt = *sheet.sgt;
   const Beam full{kPermanent + kVariable, kPermanent + kVariable};
   const Beam half{kPermanent + kVariable, kPermanent};
-  use_pen(*sgt, "CHART", "7");
-  draw_moments(*sgt, full, half);
-  use_pen(*sgt, "CHART", "7");
-  draw_shear_forces(*sgt, full);
-  draw_steel(*sgt, full);
-  draw_results(*sgt, full, half);
-  return sgt;
+  use_pen(sgt, "CHART", "7");
+  draw_moments(sgt, data, full, half);
+  use_pen(sgt, "CHART", "7");
+  draw_shear_forces(sgt, data, full);
+  draw_steel(sgt, data, full);
+  draw_results(sgt, data, full, half);
+  return sheet;
 }
 
 }  // namespace qvdraw
