@@ -120,7 +120,7 @@ bool runs_through(const Line& line, const Text& text, double margin) {
   const auto clip = [&](double from, double to, double low, double high) {
     const double d = to - from;
     if (d == 0) return from > low && from < high;
-    const auto [near, far] = std::minmax((low - from) / d, (high - from) / d);
+    const auto [near, far] = std::minmax({(low - from) / d, (high - from) / d});
     enter = std::max(enter, near);
     leave = std::min(leave, far);
     return true;

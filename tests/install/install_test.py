@@ -60,6 +60,22 @@ def check_program(prefix, folder):
     assert (place / "beam.dxf").stat().st_size > 1000
 
 
+def check_schedule(prefix, folder):
+    """The host program under examples/: what it writes is a checked schedule on a sheet."""
+    shutil.copytree(pathlib.Path(source, "examples/beam_schedule"), folder)
+    build_example(folder, prefix)
+    program = folder / "build/beam_schedule"
+    words = [program]
+    if system:
+        words = [emulator, shutil.copy(program.with_suffix(".exe"), prefix / "bin")]
+    assert "5 of 5 beams are safe" in output(*words, "beams.txt", cwd=folder)
+    assert (folder / "beams.dxf").stat().st_size > 50000
+    assert (folder / "beams.pdf").read_bytes().startswith(b"%PDF")
+    (folder / "bad.txt").write_text("KL-1 300 700\n")
+    told = subprocess.run([*words, "bad.txt"], cwd=folder, capture_output=True, text=True, timeout=60)
+    assert told.returncode == 1 and "is no beam" in told.stderr, told.stderr
+
+
 def check_pkg_config(prefix, folder):
     """The prefix is where the files lie, wherever that is."""
     moved = prefix.rename(prefix.with_name("moved"))
@@ -107,6 +123,8 @@ def main():
             with_qt = example_in(folder / "with_qt", '#include "qvtools/platform/qt/qt_context.h"\n' + code,
                                  "COMPONENTS qt", "qvtools::qt")
             build_example(with_qt, prefix)
+        if list(prefix.rglob("qvtools-plot-targets.cmake")):
+            check_schedule(prefix, folder / "schedule")
         qvdraw = prefix / "bin/qvdraw"
         if qvdraw.exists():
             # The library and the fonts are found from where the program is.

@@ -88,11 +88,11 @@ class Plot(unittest.TestCase):
     def test_many_sheets_and_drawings_become_one_file(self):
         pdf = self.at("set.pdf")
         told, _ = self.plot(self.at("sheets.dxf"), self.at("beam.dxf"), "-o", pdf)
-        self.assertEqual(told.count(" at 1:"), 4)
+        self.assertEqual(told.count(" at 1:"), 9)
         sizes = re.findall(r"size: +([\d.]+) x", run("pdfinfo", "-f", 1, "-l", 9, pdf).stdout.decode())
-        self.assertEqual(sorted(round(float(v) * POINT) for v in sizes), [420, 594, 594, 841])
+        self.assertEqual(sorted(round(float(v) * POINT) for v in sizes), [420] + 6 * [594] + 2 * [841])
         outline = run("qpdf", "--json", "--json-key=outlines", pdf).stdout.decode()
-        self.assertEqual(outline.count('"title"'), 6)  # two files and four sheets
+        self.assertEqual(outline.count('"title"'), 11)  # two files and nine sheets
         again = self.at("again.pdf")
         self.plot(self.at("sheets.dxf"), self.at("beam.dxf"), "-o", again)
         self.assertTrue(filecmp.cmp(pdf, again, shallow=False))

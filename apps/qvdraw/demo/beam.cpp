@@ -72,7 +72,9 @@ void draw_concrete(CBase_SGT& sgt, const Beam& beam) {
   sgt.m_fDimTextHeight = sgt.m_fZiGao[1];
   for (std::size_t i = 0; i < beam.axes.size(); ++i) {
     use_pen(sgt, "AXIS", "1", "DASHDOT");
-    sgt.Draw_Line(beam.axes[i], high + 300, beam.axes[i], beam.bottom() - 2150);
+    sgt.Draw_Line(beam.axes[i], high + 300, beam.axes[i],
+                  beam.bottom() - 1050);  // open where the column's width stands
+    sgt.Draw_Line(beam.axes[i], beam.bottom() - 1250, beam.axes[i], beam.bottom() - 2150);
     use_pen(sgt, "AXIS", "1");
     sgt.Draw_ZhouFu(beam.axes[i], beam.bottom() - 2150, beam.axes[i], beam.bottom() - 2300,
                     std::to_string(i + 1).c_str());

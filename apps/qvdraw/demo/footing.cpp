@@ -87,8 +87,7 @@ void draw_plan(CBase_SGT& sgt, const Footing& footing) {
   labels.Add(left + 460, low + 0.9F * reach, footing.bar("bars y").text, footing.bar("bars y").mark);
   labels.Draw(sgt);
   use_pen(sgt, "DIM", "7");
-  const float cut = b / 4 + 100;
-  sgt.Draw_PouXian(x - a / 2 - 9 * s, y + cut, x + a / 2 + 9 * s, y + cut, "A", 1, 1);
+  sgt.Draw_PouXian(x - a / 2 - 12 * s, y - 150, x + a / 2 + 12 * s, y - 150, "A", 1, 1);
 }
 
 /// The section, its base at (x, y) in the middle.

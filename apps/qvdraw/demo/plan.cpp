@@ -96,7 +96,8 @@ void draw_section(CBase_SGT& sgt, const Storey& storey, CFPoint place) {
     sgt.m_fDimTextHeight = sgt.m_fZiGao[1];
     for (std::size_t j = 0; j < y.size(); ++j) {
       use_pen(sgt, "AXIS", "1", "DASHDOT");
-      sgt.Draw_Line(at(y[j]), 400, at(y[j]), -2100);
+      sgt.Draw_Line(at(y[j]), 400, at(y[j]), -1150);  // open where the width of the beam stands
+      sgt.Draw_Line(at(y[j]), -1430, at(y[j]), -2100);
       use_pen(sgt, "AXIS", "1");
       sgt.Draw_ZhouFu(at(y[j]), -2100, at(y[j]), -2300, storey.grid.yNames[j].c_str());
     }

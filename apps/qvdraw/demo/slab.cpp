@@ -32,7 +32,7 @@ void label(CBase_SGT& sgt, const Kind& kind, float x1, float y1, float x2, float
   const float u = (x2 - x1) / length;
   const float v = (y2 - y1) / length;
   const float h = sgt.m_fZiGao[0];
-  const float off = 1.4F * sgt.m_fBiLiChi;
+  const float off = 2.2F * sgt.m_fBiLiChi;
   if (marked)
     sgt.Draw_GJH_And_Text_Along_Line(x1 + along * u, y1 + along * v, x2, y2, 1, 0, kind.mark, kind.text.c_str(), h,
                                      off);
@@ -67,13 +67,13 @@ struct Places {
   float width;
   float height;
   bool narrow = width < 5000;
-  float bottom = 0.62F * height;                    // of the bottom bar along x
-  float top = 0.76F * height;                       // of the top bars over the axis on the left
-  float topAtEnd = 0.74F * height;                  // of those at an edge on the right
+  bool low = height < 3500;
+  float bottom = 0.55F * height;                    // of the bottom bar along x
+  float top = 0.72F * height;                       // of the top bars over the axis on the left
   float upright = (narrow ? 0.6F : 0.33F) * width;  // of the bottom bar along y
   float across = (narrow ? 0.85F : 0.72F) * width;  // of the top bars along y
   float bottomLabel = narrow ? 450 : 0.5F * width;
-  static constexpr float kOffAxis = 500;  // from the axis of a beam to the middle of a mark beside it
+  static constexpr float kOffAxis = 480;  // from the axis of a beam to the middle of a mark beside it
 };
 
 void draw_panels(CBase_SGT& sgt, const Storey& storey, const Sample& slab) {
@@ -90,14 +90,19 @@ void draw_panels(CBase_SGT& sgt, const Storey& storey, const Sample& slab) {
     draw_top_bar(sgt, x1, y1, x2, y2, 1.5F * s);
     label(sgt, kind, x1, y1, x2, y2, mark, marked);
   };
+  const auto places = [&](std::size_t i, float height) {
+    return Places{i + 1 < x.size() ? x[i + 1] - x[i] : 0, height};
+  };
+  const auto is_narrow = [&](std::size_t i) { return places(i, 0).narrow; };
   for (std::size_t b = 0; b < bands.size(); ++b) {
     const auto& [low, high, row] = bands[b];
     for (std::size_t i = 0; i < x.size(); ++i) {
       const bool open = i + 1 == x.size() || storey.is_stair(i, row);
       const bool openBefore = i == 0 || storey.is_stair(i - 1, row);
-      const Places at{i + 1 < x.size() ? x[i + 1] - x[i] : 0, high - low};
-      if (open && !openBefore) {
-        const float level = low + at.topAtEnd;
+      const Places at = places(i, high - low);
+      // A narrow bay's bars reach from side to side.
+      if (open && !openBefore && !is_narrow(i - 1)) {
+        const float level = low + at.top;
         top(edgeX, x[i] - edgeX.reach, level, x[i] + kIntoBeam, level, 0, false);
       }
       if (open) continue;
@@ -105,12 +110,14 @@ void draw_panels(CBase_SGT& sgt, const Storey& storey, const Sample& slab) {
       if (openBefore) {
         top(edgeX, x[i] - kIntoBeam, level, x[i] + edgeX.reach, level, kIntoBeam + Places::kOffAxis);
       } else {
-        top(topX, x[i] - topX.reach, level, x[i] + topX.reach, level, topX.reach + Places::kOffAxis);
+        const float end = at.narrow ? at.width + kIntoBeam : topX.reach;
+        top(topX, x[i] - topX.reach, level, x[i] + end, level, topX.reach + Places::kOffAxis);
         use_pen(sgt, "TEXT", "7");
         const std::string reach = std::to_string(static_cast<int>(topX.reach));
         for (const float side : {-0.55F, 0.55F})
-          qv::DrawSheetText(sgt, x[i] + side * topX.reach, level - 3.6F * s, sgt.m_fZiGao[0], reach.c_str(),
-                            qv::Across::Center);
+          if (side < 0 || !at.narrow)
+            qv::DrawSheetText(sgt, x[i] + side * topX.reach, level - 3.6F * s, sgt.m_fZiGao[0], reach.c_str(),
+                              qv::Across::Center);
       }
       // At the bottom, between the beams' middles.
       const float right = x[i + 1] - kIntoBeam;
@@ -120,16 +127,16 @@ void draw_panels(CBase_SGT& sgt, const Storey& storey, const Sample& slab) {
       const float upright = x[i] + at.upright;
       use_pen(sgt, "STEEL", "1");
       draw_bottom_bar(sgt, upright, low + kIntoBeam, upright, high - kIntoBeam, hook);
-      label(sgt, alongY, upright, low, upright, high, Places::kOffAxis, true);
+      label(sgt, alongY, upright, low, upright, high, Places::kOffAxis, !at.low);
       // Over the beam below this band, and at the upper edge of the storey or of the stair.
       const float across = x[i] + at.across;
       const bool hasBelow = b > 0 && !storey.is_stair(i, bands[b - 1].row);
       const bool hasAbove = b + 1 < bands.size() && !storey.is_stair(i, bands[b + 1].row);
       if (hasBelow)
-        top(topY, across, low - topY.reach, across, low + topY.reach, topY.reach + Places::kOffAxis);
+        top(topY, across, low - topY.reach, across, low + topY.reach, topY.reach + Places::kOffAxis, !at.low);
       else
-        top(edgeY, across, low - kIntoBeam, across, low + edgeY.reach, kIntoBeam + Places::kOffAxis);
-      if (!hasAbove) top(edgeY, across, high - edgeY.reach, across, high + kIntoBeam, edgeY.reach - 600, false);
+        top(edgeY, across, low - kIntoBeam, across, low + edgeY.reach, kIntoBeam + Places::kOffAxis, !at.low);
+      if (!hasAbove) top(edgeY, across, high - edgeY.reach, across, high + kIntoBeam, edgeY.reach - 500, false);
     }
   }
 }
@@ -183,8 +190,8 @@ void draw_section(CBase_SGT& sgt, const Storey& storey, const Sample& slab, CFPo
         if (middle + off > 0 && middle + off < to) sgt.Draw_YuanDianGangJin(middle + off, high, 0, -1.9F);
     use_pen(sgt, "DIM", "5");
     above.Add(500, high, edge.text, edge.mark);
-    above.Add(kSpan - 450, high, top.text, top.mark);
-    above.Add(kSpan + 600, high - 12, spread.text, spread.mark);
+    above.Add(kSpan - 250, high, top.text, top.mark);
+    above.Add(kSpan + 900, high - 12, spread.text, spread.mark);
     above.Add(2 * kSpan + 450, high, top.text, top.mark);
     above.Draw(sgt);
     below.Add(1400, low, bottom.text, bottom.mark);

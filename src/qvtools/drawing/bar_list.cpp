@@ -36,11 +36,13 @@ std::string size_text(int grade, int diameter) {
   return std::string(text).substr(text[0] == '\0' ? 0 : 1);  // without the count
 }
 
+constexpr int kMostPoints = 9;
+
 /// A picture in its cell: a bar of a few points, and the lengths of its legs beside them. Shares of the cell's room.
 struct Picture {
   int n;
-  double x[8];
-  double y[8];
+  double x[kMostPoints];
+  double y[kMostPoints];
   struct Leg {
     double BarList::Bar::*value;
     double x;  // middle of the text, its base line
@@ -69,9 +71,9 @@ constexpr Picture kPictures[] = {
      {0.85, 0.85, 0.2, 0.2, 0.85, 0.85},
      3,
      {{&Bar::a, 0.5, 0.28, Across::Center}, {&Bar::b, 0.26, 0.25, Across::Right}, {&Bar::c, 0.84, 0.42, Across::Left}}},
-    {7,
-     {0.5, 0.42, 0.42, 0.74, 0.74, 0.42, 0.5},
-     {0.6, 0.85, 0.15, 0.15, 0.85, 0.85, 0.7},
+    {9,
+     {0.504, 0.444, 0.42, 0.42, 0.74, 0.74, 0.42, 0.42, 0.48},
+     {0.623, 0.85, 0.85, 0.15, 0.15, 0.85, 0.85, 0.76, 0.533},
      2,
      {{&Bar::a, 0.58, 0.22, Across::Center}, {&Bar::b, 0.4, 0.32, Across::Right}}},
     {4, {0.2, 0.1, 0.9, 0.8}, {0.55, 0.3, 0.3, 0.55}, 1, {{&Bar::a, 0.5, 0.38, Across::Center}}},
@@ -83,8 +85,8 @@ const Picture& picture_of(BarShape shape) {
 
 void draw_picture(CBase_SGT& sgt, const Bar& bar, const CFRect& cell) {
   const Picture& picture = picture_of(bar.shape);
-  float x[8];
-  float y[8];
+  float x[kMostPoints];
+  float y[kMostPoints];
   for (int i = 0; i < picture.n; ++i) {
     x[i] = cell.x1 + static_cast<float>(picture.x[i]) * cell.Width();
     y[i] = cell.y1 + static_cast<float>(picture.y[i]) * cell.Height();

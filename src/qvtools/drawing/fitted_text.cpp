@@ -46,6 +46,7 @@ float SheetTextWidth(const char* text, float height) {
 }
 
 void DrawSheetText(CBase_SGT& sgt, float x, float y, float height, const char* text, Across across, float angle) {
+  if (*text == '\0') return;
   const SymbolEnvironment environment(sgt);
   sgt.SetCurStyle(kSheetStyle);
   const Place at = Frame(x, y, angle).at(-share_before(across) * SheetTextWidth(text, height), 0);
@@ -56,7 +57,7 @@ void DrawFittedText(CBase_SGT& sgt, const CFRect& box, Across across, float heig
                     bool upright) {
   const float room = (upright ? box.Height() : box.Width()) - 2 * gap;
   const float wanted = SheetTextWidth(text, height);
-  if (!(room > 0)) return;
+  if (!(room > 0) || *text == '\0') return;
   const float share = wanted > room ? room / wanted : 1;
   if (share < kLeastNarrowing) height *= share / kLeastNarrowing;
   const float width = std::min(wanted, room);

@@ -1,8 +1,8 @@
 #pragma once
 
 /// Texts that are placed by what they measure, in the style "HZ" (text font and big font), which `NewMemDxf` adds; in a
-/// document without it they are reported (301) and left out. Texts are GBK bytes. Nothing is measured while no font is
-/// loaded: texts then begin where their middle or end should be.
+/// document without it they are reported (301) and left out. Texts are GBK bytes; an empty one leaves no record.
+/// Nothing is measured while no font is loaded: texts then begin where their middle or end should be.
 
 #include "qvtools/drawing/base_sgt.h"
 
