@@ -178,8 +178,7 @@ int main(int argc, char** argv) {
   sgt->m_bCodePageHeader = 1;
   sgt->SetBiLiChi(50);
   sgt->Draw_TuKuang(0, 0, 2, 0, 0);
-  const qv::SheetFrame sheet(*sgt, 0, 0, 2);
-  const qv::TitleBlock block(sheet);
+  const qv::TitleBlock block(qv::SheetFrame(*sgt, 0, 0, 2));
   block.Fill(*sgt, qv::TitleEntry::Project, qv::to_gbk("滨江办公楼").c_str());
   block.Fill(*sgt, qv::TitleEntry::Drawing, qv::to_gbk("二层框架梁表").c_str());
   block.Fill(*sgt, qv::TitleEntry::Number, qv::to_gbk("结施-11").c_str());
