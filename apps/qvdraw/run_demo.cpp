@@ -2,6 +2,7 @@
 #include <functional>
 #include <optional>
 #include <stdexcept>
+#include <vector>
 
 #include "commands.h"
 #include "common/picture_file.h"
@@ -71,16 +72,19 @@ void run_demo(const DemoRequest& request) {
                 {"beam", [&] { return compose_beam(project, sample("beam")); }},
                 {"stair", [&] { return compose_stair(project, sample("stair")); }},
                 {"calc", [&] { return compose_calculation(project, sample("calculation")); }}};
+  // All are composed before the first is written: data that cannot be used leaves nothing behind.
+  std::vector<Sheet> composed;
+  for (const auto& sheet : sheets) composed.push_back(sheet.compose());
   constexpr float kGap = 5000;  // between the sheets in the drawing of all
   float x = 0;
   DXF all;
   all.New_MemDxf();
   all.m_bCodePageHeader = 1;
-  for (const auto& [name, compose] : sheets) {
-    const Sheet sheet = compose();
-    if (!all.InsertDxf(sheet.sgt.get(), x, 0, 0)) throw std::runtime_error("not enough memory");
-    x += sheet.frame.paper.Width() + kGap;
-    write_in_every_form(*sheet.sgt, name, directory);
+  for (std::size_t i = 0; i < composed.size(); ++i) {
+    CBase_SGT& sgt = *composed[i].sgt;
+    if (!all.InsertDxf(&sgt, x, 0, 0)) throw std::runtime_error("not enough memory");
+    x += composed[i].frame.paper.Width() + kGap;
+    write_in_every_form(sgt, sheets[i].name, directory);
   }
   write_in_every_form(all, "sheets", directory);
   write_sample_library(directory + "/details.slb");

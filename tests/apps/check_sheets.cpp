@@ -4,7 +4,11 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <functional>
+#include <memory>
+#include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "qvtools.h"
@@ -180,29 +184,19 @@ constexpr struct {
   const char* words;
   const char* reason;
 } kExceptions[] = {
-    {"calc", "line", "", "values stand at the points of their curve, and the curve leaves on both sides"},
+    {"calc", "line", "89.10", "a value stands over its point, which lies on an upright line of the chart's grid"},
+    {"calc", "line", "-89.10", "the same"},
 };
 
-int check(const std::string& path) {
-  DXF document;
-  document.Open_MemDxf();
-  if (!document.Read_FileDxf_To_Mem(path.c_str())) {
-    std::printf("%s cannot be read\n", path.c_str());
-    return 1;
-  }
-  const std::string name(qv::split_path(path.c_str()).base);
+using Tell = std::function<void(const char* kind, const std::string& words, const std::string& what)>;
+
+/// Tells what is wrong on the drawing's sheet; returns how much was looked at.
+std::string look_at(DXF& document, const Tell& tell) {
   const auto sheet = qv::SheetOf(document);
   if (!sheet) {
-    std::printf("%s has no sheet\n", name.c_str());
-    return 1;
+    tell("sheet", "", "there is none");
+    return "";
   }
-  int found = 0;
-  const auto tell = [&](const char* kind, const std::string& words, const std::string& what) {
-    for (const auto& e : kExceptions)
-      if (name == e.drawing && std::string(kind) == e.kind && words.starts_with(e.words)) return;
-    std::printf("%s: %s: %s: %s\n", name.c_str(), kind, words.c_str(), what.c_str());
-    ++found;
-  };
   Drawing drawing;
   for (POSITION at = document.m_EntityList.GetHeadPosition(); at;)
     add(drawing, *static_cast<ACAD_ENTITY*>(document.m_EntityList.GetNext(at)));
@@ -241,16 +235,54 @@ int check(const std::string& path) {
   };
   int outside = 0;
   for (const Point& p : drawing.points) outside += !is_inside(p) && !is_margin(p);
-  if (outside) tell("outside", name, std::to_string(outside) + " points");
+  if (outside) tell("outside", "", std::to_string(outside) + " points");
 
   std::vector<double> scales{s};
   for (const Text& text : drawing.texts)
     if (text.words.starts_with("1:")) scales.push_back(qv::parse_real(text.words.substr(2)));
   int dimensions = 0;
   check_dimensions(document, scales, s, tell, dimensions);
-  std::printf("%s: %zu texts, %zu lines, %d dimensions, %d findings\n", name.c_str(), drawing.texts.size(),
-              drawing.lines.size(), dimensions, found);
+  return std::to_string(drawing.texts.size()) + " texts, " + std::to_string(drawing.lines.size()) + " lines, " +
+         std::to_string(dimensions) + " dimensions";
+}
+
+int check(const std::string& path) {
+  DXF document;
+  document.Open_MemDxf();
+  if (!document.Read_FileDxf_To_Mem(path.c_str())) {
+    std::printf("%s cannot be read\n", path.c_str());
+    return 1;
+  }
+  const std::string name(qv::split_path(path.c_str()).base);
+  int found = 0;
+  const std::string seen = look_at(document, [&](const char* kind, const std::string& words, const std::string& what) {
+    for (const auto& e : kExceptions)
+      if (name == e.drawing && std::string(kind) == e.kind && words.starts_with(e.words)) return;
+    std::printf("%s: %s: %s: %s\n", name.c_str(), kind, words.c_str(), what.c_str());
+    ++found;
+  });
+  std::printf("%s: %s, %d findings\n", name.c_str(), seen.c_str(), found);
   return found ? 1 : 0;
+}
+
+/// Whether each kind of fault is found, once, on a sheet that has them.
+bool finds_faults() {
+  const std::unique_ptr<CBase_SGT> sgt(NewMemDxf());
+  sgt->SetBiLiChi(1);
+  sgt->Draw_TuKuang(0, 0, 3, 0, 0);
+  sgt->Draw_Text(100, 100, 2, 0, "small");
+  sgt->Draw_Text(100, 150, 5, 0, "ABCDEF");
+  sgt->Draw_Text(105, 152, 5, 30, "over");
+  sgt->Draw_Text(200, 150, 5, 0, "crossed");
+  sgt->Draw_Line(195, 151, 240, 154);
+  sgt->Draw_Line(416, 150, 419, 150);
+  sgt->m_fDimOffset = 10;
+  sgt->m_fDimPolarA = sgt->m_fDimPolarB = 5;
+  sgt->Draw_Dim_Polar(100, 200, 50, "50", 0, 1, 1);
+  sgt->Draw_Dim_Polar(100, 230, 50, "55", 0, 1, 1);
+  std::multiset<std::string> kinds;
+  look_at(*sgt, [&](const char* kind, const std::string&, const std::string&) { kinds.insert(kind); });
+  return kinds == std::multiset<std::string>{"dimension", "line", "outside", "small", "texts"};
 }
 
 }  // namespace
@@ -259,6 +291,10 @@ int main(int argc, char** argv) {
   const std::string fonts = argv[1];
   if (!G_ShapeFont.SetTxtFont(fonts.c_str(), "txt.shx")) return 2;
   G_ShapeFont.SetHzFont(fonts.c_str(), "hztxt.shx");
+  if (!finds_faults()) {
+    std::puts("the check itself is blind");
+    return 3;
+  }
   int result = 0;
   for (int i = 2; i < argc; ++i) result |= check(argv[i]);
   return result;

@@ -242,6 +242,26 @@ class Demo(unittest.TestCase):
         self.assertLess(float(told.stderr), share * width * height)
 
 
+class Samples(unittest.TestCase):
+    """Sheets of data that a user has changed."""
+
+    def test_changed_data_changes_the_sheets_and_bad_data_is_told(self):
+        samples = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../../apps/qvdraw/samples")
+        for old, new, told in ((b"office = ", b"office = XYZ", ""), (b"bay = 3600", b"bay = wide", '"wide" is no number'),
+                               (b"spans = 6600", b"spans = 900000*6600", "too many numbers"), (b"[bars]", b"[rods]", "no section [bars]")):
+            with tempfile.TemporaryDirectory() as folder:
+                for name in os.listdir(samples):
+                    with open(os.path.join(samples, name), "rb") as source, open(os.path.join(folder, name), "wb") as copy:
+                        copy.write(source.read().replace(old, new))
+                out = os.path.join(folder, "out")
+                result = run("demo", "--samples", folder, "--out", out)
+                self.assertIn(told, result.stderr)
+                self.assertEqual(result.returncode, 1 if told else 0)
+                if not told:
+                    with open(os.path.join(out, "beam.dxf"), "rb") as drawing:
+                        self.assertIn(b"XYZ", drawing.read())
+
+
 class BadCalls(unittest.TestCase):
     def expect(self, code, words, message):
         result = run(*words)
@@ -283,6 +303,7 @@ class BadCalls(unittest.TestCase):
                 (["slides", os.path.join(directory, "none.slb")], "no such file"),
                 (["render", good, "-o", os.path.join(directory, "none", "a.png")], "cannot be written"),
                 (["demo", "--out", os.path.join(good, "out")], "cannot be made a directory"),
+                (["demo", "--out", directory, "--samples", directory], "project.txt: no such file"),
             ):
                 self.expect(1, words, message)
                 self.assertEqual(run(*words).stderr.count("\n"), 1)

@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "demo/demo.h"
 #include "qvtools/drawing/fitted_text.h"
 #include "qvtools/drawing/note_block.h"

@@ -1,9 +1,11 @@
 #include "demo/sample.h"
 
+#include <cmath>
 #include <cstdio>
 #include <memory>
 #include <sstream>
 #include <stdexcept>
+#include <utility>
 
 #include "qvtools/system/textfile.h"
 #include "qvtools/text/code_page.h"
@@ -52,8 +54,14 @@ std::string contents(const std::string& path) {
   return all;
 }
 
+/// A length, a count or a level: what has digits, and is not beyond all measure.
 float to_number(const std::string& text) {
-  return static_cast<float>(qv::parse_real(text));
+  constexpr double kMost = 1e6;
+  const bool hasDigits =
+      text.find_first_of("0123456789") != text.npos && text.find_first_not_of("+-.0123456789") == text.npos;
+  const double value = hasDigits ? qv::parse_real(text) : 2 * kMost;
+  if (std::fabs(value) > kMost) throw std::runtime_error("\"" + text + "\" is no number for a drawing");
+  return static_cast<float>(value);
 }
 
 }  // namespace
@@ -112,11 +120,15 @@ const Sample::Row& Sample::row(const std::string& section, const std::string& ke
 }
 
 std::vector<float> Sample::numbers(const std::string& section, const std::string& key) const {
+  constexpr std::size_t kMost = 100;
   std::vector<float> numbers;
   for (const std::string& text : row(section, key).fields) {
     const std::size_t times = text.find('*');
-    const auto count = times == text.npos ? 1 : static_cast<int>(to_number(text.substr(0, times)));
-    for (int i = 0; i < count; ++i) numbers.push_back(to_number(times == text.npos ? text : text.substr(times + 1)));
+    const auto count =
+        times == text.npos ? std::size_t{1} : static_cast<std::size_t>(std::fabs(to_number(text.substr(0, times))));
+    if (count > kMost || numbers.size() > kMost) throw std::runtime_error("\"" + key + "\" has too many numbers");
+    for (std::size_t i = 0; i < count; ++i)
+      numbers.push_back(to_number(times == text.npos ? text : text.substr(times + 1)));
   }
   return numbers;
 }

@@ -27,7 +27,7 @@ class Sample {
   const Row& row(const std::string& section, const std::string& key) const;
   std::string text(const std::string& section, const std::string& key) const { return row(section, key).whole; }
   float number(const std::string& section, const std::string& key) const { return row(section, key).number(0); }
-  /// Numbers, of which "6*7800" stands for six.
+  /// At most some hundred numbers, of which "6*7800" stands for six.
   std::vector<float> numbers(const std::string& section, const std::string& key) const;
   /// The lines of a section as they are, for notes.
   std::vector<std::string> lines(const std::string& section) const;

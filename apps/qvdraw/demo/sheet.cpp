@@ -1,11 +1,12 @@
 #include "demo/sheet.h"
 
-#include <cmath>
 #include <stdexcept>
+#include <utility>
 
 #include "qvtools/drawing/fitted_text.h"
 #include "qvtools/drawing/note_block.h"
 #include "qvtools/drawing/title_block.h"
+#include "qvtools/geometry/numerics/numeric.h"
 #include "qvtools/text/gbk_text.h"
 
 namespace qvdraw {
@@ -66,6 +67,7 @@ Sheet new_sheet(const Sample& project, const Sample& sample, float dash) {
   std::unique_ptr<CBase_SGT> sgt(NewMemDxf());
   if (!sgt) throw std::runtime_error("not enough memory");
   const float scale = sample.number("sheet", "scale");
+  if (!(scale > 0)) throw std::runtime_error("a sheet has no scale");
   const int size = static_cast<int>(sample.number("sheet", "size"));
   sgt->m_bCodePageHeader = 1;
   add_line_types(*sgt, scale, dash);
@@ -91,7 +93,8 @@ void draw_title(CBase_SGT& sgt, float x, float y, const std::string& title, cons
   const float half = qv::SheetTextWidth(title.c_str(), height) / 2 + s;
   qv::DrawSheetText(sgt, x, y + s, height, title.c_str(), qv::Across::Center);
   sgt.Draw_Pline(x - half, y, x + half, y, sgt.m_fTuMingWidth, sgt.m_fTuMingWidth);
-  qv::DrawSheetText(sgt, x + half + 2 * s, y + s, 0.7F * height, scale.c_str());
+  // Other programs' fonts are wider than what is measured.
+  qv::DrawSheetText(sgt, x + 1.25F * half + 2 * s, y + s, 0.7F * height, scale.c_str());
 }
 
 float draw_notes(CBase_SGT& sgt, const Sample& sample, CFPoint place, double width) {
@@ -116,7 +119,7 @@ void fill(CBase_SGT& sgt, float x1, float y1, float x2, float y2) {
 }
 
 void draw_bottom_bar(CBase_SGT& sgt, float x1, float y1, float x2, float y2, float hook) {
-  const float length = std::hypot(x2 - x1, y2 - y1);
+  const float length = get_dist(x1, y1, x2, y2);
   const float u = (x2 - x1) / length;
   const float v = (y2 - y1) / length;
   float x[6], y[6];
@@ -136,7 +139,7 @@ void draw_bottom_bar(CBase_SGT& sgt, float x1, float y1, float x2, float y2, flo
 }
 
 void draw_top_bar(CBase_SGT& sgt, float x1, float y1, float x2, float y2, float hook) {
-  const float length = std::hypot(x2 - x1, y2 - y1);
+  const float length = get_dist(x1, y1, x2, y2);
   const float dx = (y2 - y1) / length * hook;
   const float dy = -(x2 - x1) / length * hook;
   const float x[] = {x1 + dx, x1, x2, x2 + dx};

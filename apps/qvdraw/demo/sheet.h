@@ -4,6 +4,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "demo/sample.h"
 #include "qvtools/drawing/sheet_frame.h"

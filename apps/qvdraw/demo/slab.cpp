@@ -1,11 +1,10 @@
-#include <cmath>
-
 #include "demo/demo.h"
 #include "demo/storey.h"
 #include "qvtools/drawing/dimension_chain.h"
 #include "qvtools/drawing/fitted_text.h"
 #include "qvtools/drawing/leaders.h"
 #include "qvtools/drawing/second_scale.h"
+#include "qvtools/geometry/numerics/numeric.h"
 #include "qvtools/text/numbers.h"
 
 namespace qvdraw {
@@ -28,7 +27,7 @@ struct Kind {
 /// The mark, and with it the text, on the left of a bar that runs from (x1, y1) to (x2, y2), at a distance along it.
 void label(CBase_SGT& sgt, const Kind& kind, float x1, float y1, float x2, float y2, float along, bool marked) {
   use_pen(sgt, "DIM", "5");
-  const float length = std::hypot(x2 - x1, y2 - y1);
+  const float length = get_dist(x1, y1, x2, y2);
   const float u = (x2 - x1) / length;
   const float v = (y2 - y1) / length;
   const float h = sgt.m_fZiGao[0];
@@ -72,7 +71,7 @@ struct Places {
   float top = 0.72F * height;                       // of the top bars over the axis on the left
   float upright = (narrow ? 0.6F : 0.33F) * width;  // of the bottom bar along y
   float across = (narrow ? 0.85F : 0.72F) * width;  // of the top bars along y
-  float bottomLabel = narrow ? 450 : 0.5F * width;
+  float bottomLabel = narrow ? 1000 : 0.5F * width;
   static constexpr float kOffAxis = 480;  // from the axis of a beam to the middle of a mark beside it
 };
 

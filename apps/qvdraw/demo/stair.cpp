@@ -1,10 +1,11 @@
-#include <cmath>
+#include <utility>
 
 #include "demo/demo.h"
 #include "qvtools/drawing/dimension_chain.h"
 #include "qvtools/drawing/fitted_text.h"
 #include "qvtools/drawing/leaders.h"
 #include "qvtools/drawing/second_scale.h"
+#include "qvtools/geometry/numerics/numeric.h"
 
 namespace qvdraw {
 
@@ -101,7 +102,7 @@ void draw_flight(CBase_SGT& sgt, const Stair& stair, float x, float y, float ste
     sgt.LineTo_Relative(0, stair.riser);
     if (i < stair.steps) sgt.LineTo_Relative(step, 0);
   }
-  const float slope = std::hypot(stair.tread, stair.riser);
+  const float slope = get_dist(0.0F, 0.0F, stair.tread, stair.riser);
   const float under = stair.slab * slope / stair.tread;  // upright, below the inner corners of the steps
   const float rise = static_cast<float>(stair.steps) * stair.riser;
   sgt.Draw_Line(x, y - under, x + static_cast<float>(stair.steps) * step, y + rise - under);
@@ -189,7 +190,7 @@ void draw_slab(CBase_SGT& sgt, const Stair& stair, float x, float y) {
   const auto bar = [&](const char* name) { return stair.data.row("bars", name); };
   const qv::SecondScale detail(sgt, x, y, 25);
   const float rise = static_cast<float>(stair.steps) * stair.riser;
-  const float slope = std::hypot(stair.tread, stair.riser);
+  const float slope = get_dist(0.0F, 0.0F, stair.tread, stair.riser);
   const float u = stair.tread / slope;
   const float v = stair.riser / slope;
   const float under = stair.slab / u;

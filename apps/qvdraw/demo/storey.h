@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "demo/sample.h"
 #include "qvtools/drawing/axis_grid.h"
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <string_view>
 
 #include "qvtools/drawing/dimension_chain.h"
 #include "qvtools/drawing/internal/placing.h"

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <numbers>
+#include <utility>
 
 #include "qvtools/drawing/internal/placing.h"
 #include "qvtools/engineering/bars.h"

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <numeric>
+#include <utility>
 
 #include "qvtools/drawing/fitted_text.h"
 #include "qvtools/drawing/internal/placing.h"

@@ -3,6 +3,7 @@
 /// Bar labels that make room for each other.
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "qvtools/drawing/base_sgt.h"

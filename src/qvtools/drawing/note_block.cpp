@@ -1,6 +1,7 @@
 #include "qvtools/drawing/note_block.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "qvtools/text/gbk_text.h"
 

@@ -3,6 +3,7 @@
 /// A table on a sheet: schedules, bar lists, drawing lists.
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "qvtools/drawing/fitted_text.h"

@@ -1,7 +1,11 @@
 #include "qvtools/drawing/underlay.h"
 
+#include <cstring>
 #include <map>
+#include <memory>
+#include <new>
 #include <set>
+#include <utility>
 
 #include "qvtools/dxf/model/visit.h"
 #include "qvtools/import/internal/float_steps.h"

@@ -1,6 +1,7 @@
 #include "qvtools/engineering/bars.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace qv {
 
