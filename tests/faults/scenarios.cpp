@@ -263,13 +263,11 @@ std::string text_of(const CChang& field) {
   return text;
 }
 
-/// What is written to a stream of the host's.
+/// What is written to a stream.
 Case saves_stream(std::function<bool(std::FILE*)> save) {
   return saves([save = std::move(save)] {
-    std::FILE* const file = qv::open_text("out", "wt");
-    if (!file) return false;
-    const bool good = save(file) && !std::ferror(file);
-    return std::fclose(file) == 0 && good;
+    qv::SavedFile file("out", qv::SavedFile::Lines::CrLf);
+    return file.is_open() && save(file.stream()) && file.commit();
   });
 }
 
@@ -374,7 +372,7 @@ std::vector<Scenario> make_scenarios() {
                int count = 0;
                while (r.dxf.Read_One_Entity() < ACAD_TYPE_NONE) ++count;
                r.found = qv::FormattedText<16>("%d", count);
-               return true;
+               return r.dxf.IsComplete();
              },
              [](Reader& r) { return r.found; });
        }},

@@ -11,6 +11,7 @@
 #include "qvtools/dxf/model/internal/points.h"
 #include "qvtools/dxf/view/internal/draw.h"
 #include "qvtools/dxf/view/internal/pick.h"
+#include "qvtools/services/internal/out_of_memory.h"
 #include "qvtools/system/internal/prefetch.h"
 
 namespace qv {
@@ -188,15 +189,23 @@ struct PreparedDrawing::Builder {
 };
 
 PreparedDrawing::PreparedDrawing(DXF& dxf) : plan_(true), a_(0), b_(HALF_PI_F) {
-  Builder builder{*this, dxf, Plane()};
-  builder.add_items();
-  builder.add_grid();
+  prepare(dxf, Plane());
 }
 
 PreparedDrawing::PreparedDrawing(DXF& dxf, float a, float b) : plan_(false), a_(a), b_(b) {
-  Builder builder{*this, dxf, Plane(a, b)};
-  builder.add_items();
-  builder.add_grid();
+  prepare(dxf, Plane(a, b));
+}
+
+void PreparedDrawing::prepare(DXF& dxf, const Plane& plane) {
+  const auto build = [&] {
+    Builder builder{*this, dxf, plane};
+    builder.add_items();
+    builder.add_grid();
+    return true;
+  };
+  if (detail::unless_out_of_memory(build, false)) return;
+  items_.clear();
+  grid_ = {};
 }
 
 template <class Misses, class F>
@@ -232,6 +241,10 @@ void PreparedDrawing::for_each_shown(const Misses& misses, const F& f) {
 }
 
 void PreparedDrawing::Draw(CDC* dc, CFCoor* coor, const Appearance& appearance) {
+  detail::unless_out_of_memory([&] { draw(dc, coor, appearance); });
+}
+
+void PreparedDrawing::draw(CDC* dc, CFCoor* coor, const Appearance& appearance) {
   detail::DrawingContext to = detail::drawing_context(dc, *coor, appearance);
   dc->SetBkMode(BackgroundMode::Transparent);
   const Plane plane = plan_ ? Plane() : Plane(a_, b_);
@@ -275,16 +288,33 @@ bool PreparedDrawing::picks(const Item& item, const CFRegion& region, int mode) 
 
 std::vector<ACAD_ENTITY*> PreparedDrawing::Pick(const CFRect& rect, int mode) {
   std::vector<ACAD_ENTITY*> taken;
+  if (!detail::unless_out_of_memory([&] { return pick(rect, mode, taken), true; }, false)) taken.clear();
+  return taken;
+}
+
+void PreparedDrawing::pick(const CFRect& rect, int mode, std::vector<ACAD_ENTITY*>& taken) {
   const CFRegion region{CFRect(rect)};
   Box reach;
   add_point(reach, {rect.x1, rect.y1});
   add_point(reach, {rect.x2, rect.y2});
   widen(reach, 0);
+<<<<<<< HEAD
   for (const Item* const item : items_in(reach)) {
     const bool within = item->kind == Kind::Line && lies_within(item->box, rect);
     if (within || picks(*item, region, mode)) taken.push_back(item->entity);
   }
   return taken;
+=======
+  for_each_shown(
+      [&](const Box& b) {
+        return std::max(b.x1, b.x2) < reach.x1 || std::min(b.x1, b.x2) > reach.x2 || std::max(b.y1, b.y2) < reach.y1 ||
+               std::min(b.y1, b.y2) > reach.y2;
+      },
+      [&](const Item& item) {
+        const bool within = item.kind == Kind::Line && lies_within(item.box, rect);
+        if (within || picks(item, region, mode)) taken.push_back(item.entity);
+      });
+>>>>>>> a5ae327 (Every writer replaces its file whole, memory that runs out and disks that fail give the documented result)
 }
 
 void PreparedDrawing::Show(const std::function<bool(ACAD_ENTITY&)>& shown) {

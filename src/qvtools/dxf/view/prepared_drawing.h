@@ -10,12 +10,17 @@
 
 namespace qv {
 
+namespace detail {
+class Plane;
+}  // namespace detail
+
 /// An in-memory drawing made ready to be drawn and picked many times: it knows where every entity lies, in plan or
 /// projected for two view angles, and looks only at those that a window can show. Making it takes about as long as
 /// drawing everything once, and some 50 bytes an entity, a text 20 more.
 ///
 /// It stands on the document, which must outlive it. When the document's entities or blocks, or the shape fonts,
-/// change, it is to be made anew. An entity of a program's own kind is always drawn.
+/// change, it is to be made anew. An entity of a program's own kind is always drawn. When memory runs out, report 301:
+/// one that is being made shows nothing then, and a pick takes nothing.
 class QV_API PreparedDrawing {
  public:
   /// In plan.
@@ -62,6 +67,9 @@ class QV_API PreparedDrawing {
   };
   struct Builder;
 
+  void draw(CDC* dc, CFCoor* coor, const Appearance& appearance);
+  void pick(const CFRect& rect, int mode, std::vector<ACAD_ENTITY*>& taken);
+  void prepare(DXF& dxf, const detail::Plane& plane);
   template <class Misses, class F>
   void for_each_shown(const Misses& misses, const F& f);
   template <class Misses, class F>
