@@ -61,6 +61,7 @@ Expected expected_of(const Scenario& scenario) {
 Verdict judge_answer(const Scenario& scenario, const Expected& expected, const Plan& plan, bool& struck) {
   Case made = scenario.make();
   made.prepare();
+  made.look();  // as the expected result was found: looking saves the object
   const int reports = told();
   arm(plan);
   bool success = made.act();

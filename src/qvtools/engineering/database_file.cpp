@@ -173,6 +173,18 @@ int CDataBaseFile::status() const {
   return m_Tables->writer.good() ? 1 : 0;
 }
 
+template <class Table, class Value>
+bool CDataBaseFile::added_to(Table& table, std::string_view key, const Value& value, std::string_view more) {
+  bool lost = true;
+  const auto add = [&] {
+    const bool added = table.add(key, value, more);
+    return lost = false, added;
+  };
+  const bool added = unless_out_of_memory(add, false);
+  if (lost) m_Tables->writer.fail();
+  return added;
+}
+
 void CDataBaseFile::Write_FileVersion(const char* text) {
   if (is_writing()) m_Tables->put_line(text);
 }
@@ -187,7 +199,7 @@ void CDataBaseFile::Begin_Segment(const char* format, ...) {
   if (!is_writing() || !is_name(name)) return;
   auto& writer = m_Tables->writer;
   const Tables::Range range = {writer.position(), writer.position()};
-  if (!unless_out_of_memory([&] { return m_Tables->segments.add(name, range); }, false)) return;
+  if (!added_to(m_Tables->segments, name, range)) return;
   m_Tables->items.clear();
   writer.take(append(append(append(append(writer.room(), "[ "), name), " ]"), kLineEnd));
   m_bSegment = true;
@@ -207,7 +219,7 @@ void CDataBaseFile::Add_Item(const char* key, const char* format, ...) {
   va_end(arguments);
   const std::string_view name = key;
   const Tables::Text text = {items.texts().size() + name.size(), static_cast<std::size_t>(length)};
-  unless_out_of_memory([&] { items.add(name, text, {value, text.length}); });
+  added_to(items, name, text, {value, text.length});
 }
 
 void CDataBaseFile::Add_Text_Item(const char* key, const char* value) {

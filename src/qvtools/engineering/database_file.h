@@ -15,8 +15,8 @@
 
 #include "qvtools/platform/framework.h"
 
-/// When the disk fails or memory runs out: report 301, and the result that says so; a call without one has done
-/// nothing.
+/// When the disk fails or memory runs out: report 301, and the result that says so; of a call that writes, that of all
+/// later ones too, up to `Close_File`, which then leaves a file of before.
 class QV_API CDataBaseFile : public CObject {
  public:
   enum IO_MODE { IO_READ = 0, IO_WRITE = 1 };
@@ -103,6 +103,9 @@ class QV_API CDataBaseFile : public CObject {
   bool is_reading() const { return m_pFile && m_Mode == IO_READ; }
   bool can_write_item() const { return m_bSegment && is_writing(); }
   int status() const;
+  /// Whether an entry was added that was not there; where memory runs out, nothing that is written from then on is good.
+  template <class Table, class Value>
+  bool added_to(Table& table, std::string_view key, const Value& value, std::string_view more = {});
   void end_segment();
 
   char m_szSegment[kNameSize] = "";

@@ -23,6 +23,8 @@ class QV_API BlockWriter {
   std::int64_t position() const { return flushed_ + static_cast<std::int64_t>(used_); }
   /// Whether all that left memory was written, and lies where a position of 12 digits and a `long` reach.
   bool good() const { return good_; }
+  /// Says that something is missing in what was written.
+  void fail() { good_ = false; }
 
   /// The place for at most `kRoom` bytes; `take` then says where they end.
   char* room() {
