@@ -198,7 +198,10 @@ void draw_entity(ACAD_ENTITY& entity, const Plane& plane, DrawingContext& to) {
 
 void draw_block(const ACAD_BLOCK& block, const ACAD_INSERT& insert, const Plane& plane, DrawingContext& to) {
   const Plane placed = plane.moved(displacement(block, insert));
-  walk_block(block, [&](ACAD_ENTITY& entity) { return draw_entity(entity, placed, to), false; });
+  walk_block(block, [&](ACAD_ENTITY& entity) {
+    draw_entity(entity, placed, to);
+    return to.is_given_up();
+  });
 }
 
 }  // namespace qv::detail
