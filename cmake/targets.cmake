@@ -3,11 +3,12 @@
 function(qvtools_target target)
   target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR}/src)
   set_target_properties(${target} PROPERTIES CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
+  target_compile_definitions(${target} PRIVATE QV_CHECK_FORMATS)
   if(MSVC)
     target_compile_options(${target} PRIVATE /W4 /WX /fp:precise /utf-8)
     target_compile_definitions(${target} PRIVATE NOMINMAX)
   else()
-    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror -ffp-contract=off)
+    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wformat-security -Wconversion -Wshadow -Werror -ffp-contract=off)
     # One compiler counts changes of sign among conversions, the other does not.
     target_compile_options(${target} PRIVATE -Wno-sign-conversion)
     if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")

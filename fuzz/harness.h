@@ -4,6 +4,7 @@
 
 #include "qvtools/platform/console/console_host.h"
 #include "qvtools/platform/host.h"
+#include "qvtools/system/saved_file.h"
 #include "support/temporary_directory.h"
 
 namespace qvfuzz {
@@ -11,6 +12,8 @@ namespace qvfuzz {
 /// A directory that lives as long as the process.
 inline const qvtest::TemporaryDirectory& scratch() {
   static const qvtest::TemporaryDirectory directory;
+  static const bool unflushed = (qv::SavedFile::SetFlushToDisk(false), true);
+  static_cast<void>(unflushed);
   return directory;
 }
 

@@ -1,6 +1,14 @@
 #pragma once
 
 /// The whole public interface.
+///
+/// Memory that runs out, and disks that fail. The library throws no exceptions. An interface that returns a code gives
+/// the code for failure; any other reports 301 (`tell_error`), leaves its object as it was and returns its empty value;
+/// one that draws may have drawn a part. Objects stay usable, documents are as they were or say that they are cut short
+/// (`DXF::IsComplete`), files are the old ones or whole new ones (`qv::SavedFile`), and nothing leaks. What host
+/// programs themselves do with the containers that the interface names (`CString`, `CArray`, those of the standard
+/// library) throws `std::bad_alloc` as the standard library does; exceptions of a host's own code pass through the
+/// library.
 
 #include "qvtools/api.h"  // first: it says what is missing when the compiler is set to an older standard
 

@@ -16,6 +16,7 @@ namespace {
 constexpr const char* kReasons[] = {
     "there is no such file",
     "is a directory",
+    "is a device or a pipe, no file",
     "cannot be opened",
     "is no DXF drawing",
 };

@@ -79,7 +79,7 @@ void run_db(const DatabaseRequest& request) {
     throw std::runtime_error(path + (std::filesystem::exists(path) ? ": is no database with an index at its end"
                                                                    : ": there is no such file"));
   if (request.segment.empty()) return print_segments(file, request.json);
-  if (!file.Read_Segment("%s", request.segment.c_str()))
+  if (!file.Read_Named_Segment(request.segment.c_str()))
     throw std::runtime_error(request.segment + ": there is no such segment");
   if (request.key.empty()) return print_items(file, request.json);
   const std::string value = item_value(file, request.key.c_str());

@@ -72,10 +72,9 @@ void write_sample_slab(const std::string& directory) {
   CChang slab;
   make_sample_slab(slab);
   const std::string path = directory + "/slab.field";
-  std::FILE* file = qv::open_text(path.c_str(), "wt");
-  const bool written = file && slab.SaveData(file);
-  if (file) std::fclose(file);
-  file = written ? qv::open_text(path.c_str(), "rt") : nullptr;
+  qv::SavedFile saved(path.c_str(), qv::SavedFile::Lines::CrLf);
+  const bool written = saved.is_open() && slab.SaveData(saved.stream()) && saved.commit();
+  std::FILE* const file = written ? qv::open_text(path.c_str(), "rt") : nullptr;
   if (!file) throw std::runtime_error(path + ": cannot be written");
   // The picture shows what the file holds: six decimals.
   CChang field;

@@ -66,7 +66,7 @@ struct FileDialog {
 };
 
 Text reason_of(qvapps::Unreadable why) {
-  constexpr Text kReasons[] = {Text::Missing, Text::IsDirectory, Text::NotOpened, Text::NoEntities};
+  constexpr Text kReasons[] = {Text::Missing, Text::IsDirectory, Text::NotOpened, Text::NotOpened, Text::NoEntities};
   return kReasons[static_cast<int>(why)];
 }
 

@@ -46,14 +46,19 @@ bool read_file(const std::string& path, std::string& bytes) {
   return file.is_open();
 }
 
-/// Writes the file; one that could not be written whole is removed, unless it is a device.
+/// Writes the file whole or not at all: beside its place, and renamed; a device is written in place.
 bool write_file(const std::string& path, const std::string& bytes) {
-  std::ofstream file(path, std::ios::binary);
+  std::error_code error;
+  const bool inPlace = std::filesystem::exists(path, error) && !std::filesystem::is_regular_file(path, error);
+  const std::string written = inPlace ? path : path + ".tmp";
+  std::ofstream file(written, std::ios::binary);
   file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
   file.close();
-  if (file.good()) return true;
+  if (!file.fail() && inPlace) return true;
+  if (!file.fail()) std::filesystem::rename(written, path, error);
+  if (!file.fail() && !error) return true;
   std::error_code ignored;
-  if (std::filesystem::is_regular_file(path, ignored)) std::filesystem::remove(path, ignored);
+  if (!inPlace) std::filesystem::remove(written, ignored);
   return false;
 }
 

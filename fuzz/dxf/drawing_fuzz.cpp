@@ -5,6 +5,9 @@
 #include <cstdint>
 
 #include "qvtools/dxf/model/document.h"
+#include "qvtools/dxf/view/prepared_drawing.h"
+#include "qvtools/fonts/shx.h"
+#include "qvtools/geometry/values/constants.h"
 #include "qvtools/platform/bitmap/bitmap_dc.h"
 #include "qvtools/platform/console/console_host.h"
 #include "scratch_file.h"
@@ -12,6 +15,8 @@
 namespace {
 
 using qvfuzz::require;
+
+constexpr COLORREF kGround = 0x123456;  // of no line
 
 /// A page that sees every coordinate that the drawing hands on.
 class CheckingContext : public CDC {
@@ -27,6 +32,52 @@ class CheckingContext : public CDC {
  private:
   static void check(int x, int y) { require(std::abs(x) <= 32767 && std::abs(y) <= 32767); }
 };
+
+/// Whether each pixel that is set in one picture has one beside it, or at its place, in the other.
+bool lies_in(const qv::BitmapContext& picture, const qv::BitmapContext& other) {
+  const auto is_set = [](const qv::BitmapContext& bitmap, int x, int y) {
+    return x < 0 || y < 0 || x >= bitmap.Width() || y >= bitmap.Height() || bitmap.GetPixel(x, y) != kGround;
+  };
+  for (int y = 0; y < picture.Height(); ++y) {
+    for (int x = 0; x < picture.Width(); ++x) {
+      bool found = !is_set(picture, x, y);
+      for (int i = 0; i < 9 && !found; ++i) found = is_set(other, x + i % 3 - 1, y + i / 3 - 1);
+      if (!found) return false;
+    }
+  }
+  return true;
+}
+
+/// The prepared drawing has the picture of the direct one, to a pixel, and just its picks.
+void look_prepared(DXF& dxf, const CFRect& extent, CFCoor& whole, CFCoor& near) {
+  const qv::LinePatterns patterns = qv::PatternsOf(dxf);
+  const qv::Appearance appearance{nullptr, &patterns};
+  const float x = (extent.x1 + extent.x2) / 2;
+  const float y = (extent.y1 + extent.y2) / 2;
+  for (const bool plan : {true, false}) {
+    const float a = plan ? 0 : 0.5F;
+    const float b = plan ? HALF_PI_F : 0.7F;
+    qv::PreparedDrawing prepared = plan ? qv::PreparedDrawing(dxf) : qv::PreparedDrawing(dxf, a, b);
+    for (CFCoor* const coor : {&whole, &near}) {
+      qv::BitmapContext direct(300, 200, kGround);
+      qv::BitmapContext own(300, 200, kGround);
+      plan ? dxf.Draw(&direct, coor, appearance) : dxf.Draw3D(&direct, coor, a, b, appearance);
+      prepared.Draw(&own, coor, appearance);
+      require(lies_in(direct, own) && lies_in(own, direct));
+    }
+    for (const CFRect& rect : {extent, CFRect(extent.x1, extent.y1, x, y), CFRect(0, 0, 10, 10)}) {
+      for (const int mode : {0, 1}) {
+        const int first = dxf.HitTest(rect, mode, a, b);
+        const std::vector<ACAD_ENTITY*> taken = prepared.Pick(rect, mode);
+        require(taken.empty() == (first == 0));
+        if (first == 0) continue;
+        POSITION at = dxf.m_EntityList.GetHeadPosition();
+        for (int i = 1; i < first; ++i) dxf.m_EntityList.GetNext(at);
+        require(taken[0] == dxf.m_EntityList.GetAt(at));
+      }
+    }
+  }
+}
 
 void look_at(DXF& dxf) {
   const CFRect extent = dxf.GetFRect();
@@ -44,6 +95,7 @@ void look_at(DXF& dxf) {
     dxf.Draw(dc, &near);
     dxf.Draw3D(dc, &whole, 0.5F, 0.7F);
   }
+  look_prepared(dxf, extent, whole, near);
 }
 
 /// The bytes of the drawing as saved under the name; empty when it has no tables to save.
@@ -64,6 +116,8 @@ std::string saved_again(const char* from, const char* name) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   static qvfuzz::QuietHost host;
   qv::SetHost(&host);
+  static const int font = G_ShapeFont.SetTxtFont(QV_FONTS, "txt.shx");
+  require(font == 1);
   QV_ERROR_CODE = 0;
   DXF dxf;
   dxf.New_MemDxf();

@@ -1,5 +1,6 @@
 // Slides and slide libraries of any bytes: read, measure, draw, convert. The first byte chooses which.
 
+#include "../harness.h"
 #include "../memory_file.h"
 #include "qvtools/dxf/model/document.h"
 #include "qvtools/platform/bitmap/bitmap_dc.h"
@@ -20,6 +21,8 @@ void use(CWxSlide& slide) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  static qvfuzz::QuietHost host;
+  qv::SetHost(&host);
   if (size == 0) return 0;
   const MemoryFile file(data + 1, size - 1);
   if (!file.good()) return 0;
@@ -32,6 +35,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   if (!library.Open_SLB(file.path().c_str())) return 0;
   for (int i = 0; i < library.m_nCount && i < 16; ++i) library.Read_SLD(i, &slide);
   library.Read_SLD("DOOR", &slide);
+  if (library.m_nCount < 16) library.SLB2SLD(qvfuzz::scratch().prefix().c_str());
   use(slide);
   return 0;
 }

@@ -296,14 +296,18 @@ TEST(DxfReading, AFileCutAnywhereKeepsWhatWasRead) {
   const TemporaryDirectory directory;
   RecordingHost host;
   int last = 0;
+  std::size_t complete = 0;
   for (std::size_t size = 0; size <= whole.size(); ++size) {
     DXF dxf;
     dxf.New_MemDxf();
     dxf.Read_FileDxf_To_Mem(directory.write("cut.dxf", std::string_view(whole).substr(0, size)).c_str());
     EXPECT_GE(dxf.m_EntityList.GetCount(), last) << size;
+    EXPECT_FALSE(dxf.IsCutShort());
+    if (dxf.m_EntityList.GetCount() > 0) complete += dxf.IsComplete();
     last = dxf.m_EntityList.GetCount();
   }
   EXPECT_EQ(last, 10);
+  EXPECT_EQ(complete, whole.size() - whole.rfind("ENDSEC") - 7) << "from the line end behind the last ENDSEC on";
 }
 
 TEST(DxfReading, TellsHowFarItIsAndCanBeGivenUp) {
@@ -323,6 +327,7 @@ TEST(DxfReading, TellsHowFarItIsAndCanBeGivenUp) {
   part.New_MemDxf();
   EXPECT_EQ(part.Read_FileDxf_To_Mem(path.c_str(), [](double) { return false; }), 0);
   EXPECT_EQ(part.m_EntityList.GetCount(), 4096);
+  EXPECT_TRUE(whole.m_EntityList.GetCount() > 0 && !part.IsComplete() && !part.IsCutShort());
 }
 
 TEST(DxfInserting, EntitiesAreTransformedAndTablesMerged) {

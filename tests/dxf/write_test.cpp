@@ -234,6 +234,11 @@ TEST(DxfWriting, UnusualCoordinatesAreWrittenAsPrintfDoes) {
                  "BYLAYER");
   EXPECT_THAT(saved(dxf), HasSubstr(on_disk(" 62\n0\n 10\n1000000015047466219876688855040.00\n 20\n-0.00\n 30\n0.12\n"
                                             " 11\ninf\n 21\nnan\n 31\n-1000000000.00\n")));
+  const TemporaryDirectory directory;
+  qvtest::RecordingHost host;
+  dxf.Write_Point(std::nanf(""), 0, 0, "0");
+  EXPECT_EQ(dxf.Write_MemDxf_To_File(directory.path("a.dxf").c_str()), 1);
+  EXPECT_EQ(host.MessageText(), "A Coordinate Is Not A Finite Number !\r\n");
 }
 
 TEST(DxfWriting, AFileIsReplacedOnlyByACompleteOne) {

@@ -235,7 +235,7 @@ TEST_F(Database, SkipsBadIndexEntries) {
   open();
   EXPECT_EQ(file.Get_SegmentCount(), 2);
   for (const char* name : {"A", "K"}) {
-    EXPECT_EQ(file.Read_Segment(name), 1);
+    EXPECT_EQ(file.Read_Named_Segment(name), 1);
     EXPECT_EQ(value("a"), "1\n");
   }
 }

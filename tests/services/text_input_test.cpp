@@ -104,6 +104,10 @@ TEST(SscanfNext, ReadsFieldByField) {
   EXPECT_EQ(sscanf_next("5 6", "%*", nullptr), 1);
   EXPECT_EQ(sscanf_next("5 6", "%x", nullptr), 1);
   EXPECT_EQ(host.box(), "ssanf_next not support this type in This Version !");
+  const std::string shorter = "1";
+  sscanf_next_begin();
+  for (int i = 0; i < 3; ++i) sscanf_next("first line of many", "%s", word);
+  EXPECT_EQ(sscanf_next(shorter.c_str(), "%s", word), 0) << "the position lies behind its end";
 }
 
 TEST(Vsscanf, LetsTheLastLetterDecide) {

@@ -189,20 +189,24 @@ TEST(SlideLibraries, SlidesAreFoundByNameAndIndex) {
   const std::string a = level2() + bytes("xFF01 xFC00");
   const std::string b = level2() + bytes("xFF02 xFF03 xFC00");
   const TemporaryDirectory directory;
-  const std::string path = directory.write("lib.slb", library({{"DOOR", a}, {std::string(32, 'W'), b}, {"../X", a}}));
+  const std::string path = directory.write(
+      "lib.slb", library({{"DOOR", a}, {std::string(32, 'W'), b}, {"../X", a}, {"a\nb", a}, {"Com1", a}}));
   CWxSlideLib lib;
   ASSERT_EQ(lib.Open_SLB(path.c_str()), 1);
-  EXPECT_EQ(lib.m_nCount, 3);
+  EXPECT_EQ(lib.m_nCount, 5);
   CWxSlide slide;
   EXPECT_EQ(lib.Read_SLD("door", &slide), 1);
   EXPECT_EQ(items(slide), "1;");
   EXPECT_EQ(lib.Read_SLD(1, &slide), 1);
   EXPECT_EQ(lib.Read_SLD(std::string(32, 'w').c_str(), &slide), 1);
   EXPECT_EQ(items(slide), "1;2;3;2;3;");
-  EXPECT_EQ(lib.Read_SLD("none", &slide) + lib.Read_SLD(3, &slide) + lib.Read_SLD(-1, &slide), 0);
+  EXPECT_EQ(lib.Read_SLD("none", &slide) + lib.Read_SLD(5, &slide) + lib.Read_SLD(-1, &slide), 0);
   EXPECT_EQ(lib.Pick_SLD("Door", directory.prefix().c_str()), 1);
   EXPECT_EQ(directory.read("DOOR.SLD"), a);
-  EXPECT_EQ(lib.Pick_SLD(2, directory.prefix().c_str()), 0) << "a name that leaves the directory";
+  for (const int refused : {2, 3, 4}) EXPECT_EQ(lib.Pick_SLD(refused, directory.prefix().c_str()), 0) << refused;
+  qvtest::RecordingHost host;
+  EXPECT_EQ(lib.Pick_SLD("Door", directory.path("no/such/").c_str()), 1);
+  EXPECT_EQ(host.boxes.size(), 1U) << "what cannot be written is told";
   EXPECT_EQ(lib.SLB2SLD(directory.prefix().c_str()), 1);
   EXPECT_EQ(directory.read(std::string(32, 'W') + ".SLD"), b);
 

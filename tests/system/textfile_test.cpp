@@ -4,6 +4,10 @@
 
 #include <filesystem>
 
+#if !defined(_WIN32)
+#include <sys/stat.h>
+#endif
+
 #include "qvtools/system/filesystem.h"
 #include "qvtools/system/saved_file.h"
 #include "support/full_disk.h"
@@ -110,14 +114,35 @@ TEST(SavedFile, ReplacesOnlyOnCommit) {
   EXPECT_EQ(qv::list_matches(directory.prefix() + "*").size(), 1u);
 }
 
-TEST(SavedFile, IsWrittenInPlaceWhereNoFileFitsBeside) {
+TEST(SavedFile, ReplacesFilesOfTheLongestNamesToo) {
   const TemporaryDirectory directory;
-  const std::string name(254, 'n');  // the longest name less one
-  directory.write(name, "old");
-  qv::SavedFile file(directory.path(name).c_str());
-  ASSERT_TRUE(file.write("new", 3));
-  EXPECT_TRUE(file.commit());
-  EXPECT_EQ(directory.read(name), "new");
+  for (const char last : {'a', 'b'}) {
+    const std::string name = std::string(254, 'n') + last;
+    directory.write(name, "old");
+    {
+      qv::SavedFile file(directory.path(name).c_str());
+      ASSERT_TRUE(file.write("lost", 4));
+    }
+    EXPECT_EQ(directory.read(name), "old");
+    qv::SavedFile file(directory.path(name).c_str(), qv::SavedFile::Lines::CrLf);
+    std::fputs("new\n", file.stream());
+    EXPECT_TRUE(file.commit());
+    EXPECT_EQ(directory.read(name), "new\r\n");
+  }
+}
+
+TEST(SavedFile, RemovesWhatAKilledProgramLeftButNothingInUse) {
+  const TemporaryDirectory directory;
+  const std::string path = directory.path("e.txt");
+  for (const char* const left : {"e.txt.qv0.tmp", "e.txt.qv1.tmp", "e.txt.qv2.tmp"}) directory.write(left, "half");
+  qv::SavedFile first(path.c_str());
+  qv::SavedFile second(path.c_str());
+  EXPECT_EQ(qv::list_matches(directory.prefix() + "*").size(), 2u);
+  EXPECT_TRUE(first.write("1", 1) && second.write("2", 1));
+  EXPECT_TRUE(second.commit());
+  EXPECT_TRUE(first.commit());
+  EXPECT_EQ(directory.read("e.txt"), "1");
+  EXPECT_EQ(qv::list_matches(directory.prefix() + "*").size(), 1u);
 }
 
 TEST(SavedFile, FailsWhereNothingCanBeWritten) {
@@ -140,6 +165,24 @@ TEST(SavedFile, KeepsLinksAndPermissions) {
   EXPECT_TRUE(fs::is_symlink(directory.path("link.txt")));
   EXPECT_EQ(directory.read("real.txt"), "new");
   EXPECT_EQ(fs::status(path).permissions(), fs::perms(0640));
+  qv::SavedFile other(directory.path("link.txt").c_str(), qv::SavedFile::Lines::AsWritten,
+                      qv::SavedFile::Links::Replaced);
+  other.write("own", 3);
+  ASSERT_TRUE(other.commit());
+  EXPECT_FALSE(fs::is_symlink(directory.path("link.txt")));
+  EXPECT_EQ(directory.read("real.txt"), "new");
+}
+
+TEST(OpenText, ReadsNoDevicesAndPipes) {
+  const TemporaryDirectory directory;
+  ASSERT_EQ(mkfifo(directory.path("pipe").c_str(), 0600), 0);
+  const std::string pipe = directory.path("pipe");
+  for (const char* const path : {pipe.c_str(), "/dev/zero"}) {
+    EXPECT_FALSE(qv::open_text(path, "rt"));
+    EXPECT_FALSE(qv::open_text_to_read(path));
+    EXPECT_EQ(qv::path_kind(path), qv::PathKind::Other);
+    EXPECT_FALSE(qv::copy_file(path, directory.path("copy").c_str(), true));
+  }
 }
 #endif
 

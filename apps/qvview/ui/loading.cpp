@@ -12,7 +12,7 @@ namespace qvview {
 namespace {
 
 Text reason_of(qvapps::Unreadable why) {
-  static constexpr Text kReasons[] = {Text::Missing, Text::IsDirectory, Text::NotOpened, Text::NoEntities};
+  static constexpr Text kReasons[] = {Text::Missing, Text::IsDirectory, Text::NotOpened, Text::NotOpened, Text::NoEntities};
   return kReasons[static_cast<int>(why)];
 }
 

@@ -2,6 +2,7 @@
 #include <vector>
 
 #include "qvtools/drawing/internal/placing.h"
+#include "qvtools/services/internal/out_of_memory.h"
 #include "qvtools/text/numbers.h"
 
 using namespace qv::detail;
@@ -80,26 +81,28 @@ void CBase_SGT::Draw_GangJin_BiaoZhu(float x, float y, float x2, float y2, float
 
 void CBase_SGT::Draw_GangJin_BiaoZhu(float x, float y, int n, const float* xs, const float* ys, float len, int number,
                                      int side, int flag, const char* text) {
-  const SymbolEnvironment environment(*this, m_szBZColor);
-  Convert_XY(x, y);
-  std::vector<Place> bars;
-  for (int i = 0; i < n; ++i) {
-    bars.push_back({xs[i], ys[i]});
-    Convert_XY(bars.back().x, bars.back().y);
-  }
-  environment.anchor_all();
-  const float run = side ? -len : len;
-  auto [left, right] = std::minmax({x, x + run});
-  for (const Place& bar : bars) {
-    if (flag == 1)
-      Draw_Line_BiaoZhu(bar.x, bar.y, bar.x, y);
-    else
-      Draw_Line(bar.x, bar.y, bar.x, y);
-    left = std::min(left, bar.x);
-    right = std::max(right, bar.x);
-  }
-  Draw_Line(left, y, right, y);
-  draw_label(*this, {x, y}, run, number, text);
+  unless_out_of_memory([&] {
+    const SymbolEnvironment environment(*this, m_szBZColor);
+    Convert_XY(x, y);
+    std::vector<Place> bars;
+    for (int i = 0; i < n; ++i) {
+      bars.push_back({xs[i], ys[i]});
+      Convert_XY(bars.back().x, bars.back().y);
+    }
+    environment.anchor_all();
+    const float run = side ? -len : len;
+    auto [left, right] = std::minmax({x, x + run});
+    for (const Place& bar : bars) {
+      if (flag == 1)
+        Draw_Line_BiaoZhu(bar.x, bar.y, bar.x, y);
+      else
+        Draw_Line(bar.x, bar.y, bar.x, y);
+      left = std::min(left, bar.x);
+      right = std::max(right, bar.x);
+    }
+    Draw_Line(left, y, right, y);
+    draw_label(*this, {x, y}, run, number, text);
+  });
 }
 
 void CBase_SGT::Draw_GJH(float x, float y, float h, int number) {

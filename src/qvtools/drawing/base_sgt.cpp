@@ -1,18 +1,20 @@
 #include "qvtools/drawing/base_sgt.h"
 
 #include <iterator>
+#include <memory>
+
+#include "qvtools/services/internal/out_of_memory.h"
 
 const float CBase_SGT::m_fGF_BiKuan[6] = {0.35F, 0.5F, 0.7F, 1.0F, 1.4F, 2.0F};
 const float CBase_SGT::m_fGF_ZiGao[7] = {2.5F, 3.5F, 5.0F, 7.0F, 10.0F, 14.0F, 20.0F};
 const float CBase_SGT::m_fGF_ZiKuan[7] = {1.8F, 2.5F, 3.5F, 5.0F, 7.0F, 10.0F, 14.0F};
 
 CBase_SGT* NewMemDxf() {
-  auto* composer = new (std::nothrow) CBase_SGT;
-  if (!composer) return nullptr;
-  composer->New_MemDxf();
-  composer->Add_STyle("HZ", "txt", "hztxt");
+  std::unique_ptr<CBase_SGT> composer(new (std::nothrow) CBase_SGT);
+  if (!composer) return qv::detail::tell_out_of_memory(), nullptr;
+  if (!composer->New_MemDxf() || !composer->Add_STyle("HZ", "txt", "hztxt")) return nullptr;
   composer->Write_Tables();
-  return composer;
+  return composer.release();
 }
 
 CBase_SGT::CBase_SGT() {

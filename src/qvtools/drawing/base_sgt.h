@@ -6,7 +6,8 @@
 ///
 /// Lengths are model units of the drawing. Sheet sizes (pen widths, text heights, symbol sizes) are drawing millimetres
 /// times the scale denominator: at the default scale 100 a text of 2.5 mm is 250 units high. Angles are degrees,
-/// counter-clockwise, unless a call says radians. No primitive reports failure; over-long texts are ignored.
+/// counter-clockwise, unless a call says radians. No call returns a failure; one for which memory runs out reports it
+/// (code 301) and may leave a part. Over-long texts are ignored.
 ///
 /// Every setting after `SetBiLiChi(s)`, in model units, so that "2.5 s" is 2.5 mm on paper; b is `m_fBaseBiKuan` (0.65
 /// mm). A value without s is NOT scaled: it has to be set by hand for another scale.

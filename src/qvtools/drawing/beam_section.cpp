@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "qvtools/drawing/internal/placing.h"
+#include "qvtools/services/internal/out_of_memory.h"
 
 using namespace qv::detail;
 
@@ -133,22 +134,24 @@ std::vector<Label> rows_of(const Section& section, int n, const CBase_SGT::CLian
 
 void CBase_SGT::Draw_Liang_Section(float x, float y, float w, float h, float cover, int n, const CLiangZongJin* bars,
                                    const CLiangGuJin& stirrup, int number) {
-  const Section section{x, y, w, h, cover, m_fGJDotWidth, m_fGJLineWidth};
-  Draw_Rect_LB(w, h, x, y, 0);
-  draw_stirrups(*this, section, std::min(stirrup.legs, kMostBars));
-  std::vector<Label> labels = rows_of(section, n, bars, number);
-  for (const Label& row : labels) {
-    for (int i = 0; i < row.bars; ++i) {
-      const Place at = section.bar(row.row, i, row.bars);
-      Draw_YuanDianGangJin(at.x, at.y, 0, 0);
+  unless_out_of_memory([&] {
+    const Section section{x, y, w, h, cover, m_fGJDotWidth, m_fGJLineWidth};
+    Draw_Rect_LB(w, h, x, y, 0);
+    draw_stirrups(*this, section, std::min(stirrup.legs, kMostBars));
+    std::vector<Label> labels = rows_of(section, n, bars, number);
+    for (const Label& row : labels) {
+      for (int i = 0; i < row.bars; ++i) {
+        const Place at = section.bar(row.row, i, row.bars);
+        Draw_YuanDianGangJin(at.x, at.y, 0, 0);
+      }
     }
-  }
-  char text[64] = "";
-  FormString_GJ_qdas(text, stirrup.grade, stirrup.diameter, stirrup.spacing);
-  labels.push_back(
-      {kStirrupOrder, 0, 0, text + ("(" + std::to_string(stirrup.legs) + ")"), number > 0 ? number + n : 0, y + h / 2});
-  std::sort(labels.begin(), labels.end(), [](const Label& a, const Label& b) { return a.order < b.order; });
-  const float millimetre = m_fBiLiChi / m_fLenFactor;
-  spread(labels, 7 * millimetre);
-  for (const Label& label : labels) draw_label(*this, section, label, millimetre);
+    char text[64] = "";
+    FormString_GJ_qdas(text, stirrup.grade, stirrup.diameter, stirrup.spacing);
+    labels.push_back({kStirrupOrder, 0, 0, text + ("(" + std::to_string(stirrup.legs) + ")"),
+                      number > 0 ? number + n : 0, y + h / 2});
+    std::sort(labels.begin(), labels.end(), [](const Label& a, const Label& b) { return a.order < b.order; });
+    const float millimetre = m_fBiLiChi / m_fLenFactor;
+    spread(labels, 7 * millimetre);
+    for (const Label& label : labels) draw_label(*this, section, label, millimetre);
+  });
 }

@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "qvtools/drawing/internal/placing.h"
+#include "qvtools/services/internal/out_of_memory.h"
 #include "qvtools/text/numbers.h"
 
 using namespace qv::detail;
@@ -54,7 +55,7 @@ struct Axes {
 };
 
 qv::FormattedText<400> tick_label(int format, const int (&decimals)[6], double value) {
-  return {"%.*f", format >= 0 && format <= 5 ? decimals[format] : 2, value};
+  return qv::FormattedText<400>("%.*f", format >= 0 && format <= 5 ? decimals[format] : 2, value);
 }
 
 constexpr int kXDecimals[6] = {0, 1, 2, 3, 4, 5};
@@ -102,7 +103,7 @@ void draw_axis(CBase_SGT& sgt, const CBase_SGT::CURVEINFO& box) {
 
 void set_line_type(CBase_SGT& sgt, int index) {
   const char* name = index >= 0 && index <= 3 ? kLineTypes[index] : kLineTypes[0];
-  for (int i = 0; i < sgt.m_nLType; ++i)
+  for (int i = 0; sgt.m_pLType && i < sgt.m_nLType; ++i)
     if (std::strcmp(sgt.m_pLType[static_cast<std::size_t>(i)].m_szName, name) == 0) return sgt.SetCurLType(name);
   sgt.SetCurLType("BYLAYER");
 }
@@ -147,27 +148,34 @@ void draw_curve(CBase_SGT& sgt, const CBase_SGT::CURVEINFO& info, int n, const f
 
 void CBase_SGT::Draw_Axis(float x0, float y0, float xmin, float xmax, float ymin, float ymax, float width, float height,
                           int nx, int ny, const char* xTitle, const char* yTitle) {
-  draw_axis(*this, {x0, y0, width, height, xmin, xmax, ymin, ymax, nx, ny, xTitle, yTitle, 0, 0, 0, 0});
+  unless_out_of_memory([&] {
+    draw_axis(*this, {x0, y0, width, height, xmin, xmax, ymin, ymax, nx, ny, xTitle, yTitle, 0, 0, 0, 0});
+  });
 }
 
 void CBase_SGT::Draw_Curve(float x0, float y0, int n, const float* x, const float* y, float xmin, float xmax,
                            float ymin, float ymax, float width, float height, int nx, int ny, const char* xTitle,
                            const char* yTitle, int color, int ltype, int marker) {
-  const CURVEINFO info{x0, y0, width, height, xmin, xmax, ymin, ymax, nx, ny, xTitle, yTitle, color, ltype, marker, 0};
-  draw_axis(*this, info);
-  draw_curve(*this, info, n, x, y);
+  unless_out_of_memory([&] {
+    const CURVEINFO info{x0, y0, width,  height, xmin,  xmax,  ymin,   ymax,
+                         nx, ny, xTitle, yTitle, color, ltype, marker, 0};
+    draw_axis(*this, info);
+    draw_curve(*this, info, n, x, y);
+  });
 }
 
 void CBase_SGT::Draw_Curve2(float x0, float y0, int n, const float* x, const float* y, const float* y2, float xmin,
                             float xmax, float ymin, float ymax, float width, float height, int nx, int ny,
                             const char* xTitle, const char* yTitle, int color, int ltype, int marker) {
-  CURVEINFO info{x0, y0, width, height, xmin, xmax, ymin, ymax, nx, ny, xTitle, yTitle, color, ltype, marker, 0};
-  draw_axis(*this, info);
-  draw_curve(*this, info, n, x, y);
-  info.color = color % 7 + 1;
-  info.ltype = ltype % 4 + 1;  // behind the last comes the first
-  info.marker = marker == 0 ? 0 : marker % kMarkers + 1;
-  draw_curve(*this, info, n, x, y2);
+  unless_out_of_memory([&] {
+    CURVEINFO info{x0, y0, width, height, xmin, xmax, ymin, ymax, nx, ny, xTitle, yTitle, color, ltype, marker, 0};
+    draw_axis(*this, info);
+    draw_curve(*this, info, n, x, y);
+    info.color = color % 7 + 1;
+    info.ltype = ltype % 4 + 1;  // behind the last comes the first
+    info.marker = marker == 0 ? 0 : marker % kMarkers + 1;
+    draw_curve(*this, info, n, x, y2);
+  });
 }
 
 int CBase_SGT::Draw_XY(CURVEINFO info, const CArray<float, float>& x, const CArray<float, float>& y) {

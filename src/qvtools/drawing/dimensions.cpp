@@ -13,7 +13,7 @@ constexpr double kLeastMeasure = 0.0001;
 
 /// A measure with the decimals of dimension values: a float of 39 digits and 20 decimals at most.
 qv::FormattedText<400> measure(const CBase_SGT& sgt, double value) {
-  return {"%.*f", std::clamp(sgt.m_nDimDecimals, 0, 20), value};
+  return qv::FormattedText<400>("%.*f", std::clamp(sgt.m_nDimDecimals, 0, 20), value);
 }
 
 /// An angle in [0, 360).
@@ -105,12 +105,13 @@ void CBase_SGT::Draw_DimJiaoDu(float x, float y, float r, float angle, const cha
   DrawArrow(start.x, start.y, from - 90);
   DrawArrow(end.x, end.y, to + 90);
 
-  const std::string label = text && *text ? text : std::string(measure(*this, std::fabs(sweep))) + kDegreeSign;
+  const qv::FormattedText<420> degrees("%s%c", measure(*this, std::fabs(sweep)).text, kDegreeSign);
+  const char* const label = text && *text ? text : degrees.text;
   const float h = m_fDimTextHeight * m_fTextFactor;
   m_fTextFactor = 1;  // so that the text is centred by the width that it has
   // The text's own direction, a quarter turn further than its place, has to lie in one turn to be read from below.
   const float half = std::fabs(sweep) / 2;
   const float middle = within_a_turn(from + half + 90) - 90;
   Draw_Text_Along_Arc(x, y, r, static_cast<float>((middle - half) * kRadian),
-                      static_cast<float>((middle + half) * kRadian), 2, 1, label.c_str(), h, -m_fTextGap - h);
+                      static_cast<float>((middle + half) * kRadian), 2, 1, label, h, -m_fTextGap - h);
 }

@@ -3,6 +3,7 @@
 
 #include "qvtools/drawing/internal/placing.h"
 #include "qvtools/geometry/numerics/numeric.h"
+#include "qvtools/services/internal/out_of_memory.h"
 
 using namespace qv::detail;
 
@@ -62,8 +63,10 @@ void CBase_SGT::Draw_Pline(int n, float* x, float* y, const float* bulge, int cl
     w1[i] *= m_fLenFactor;
     w2[i] *= m_fLenFactor;
   }
-  const std::vector<float> z(static_cast<std::size_t>(n));
-  Write_Pline(n, x, y, z.data(), bulge, closed, w1, w2, m_szCurLayer, m_szCurColor, m_szCurLType);
+  unless_out_of_memory([&] {
+    const std::vector<float> z(static_cast<std::size_t>(n));
+    Write_Pline(n, x, y, z.data(), bulge, closed, w1, w2, m_szCurLayer, m_szCurColor, m_szCurLType);
+  });
 }
 
 void CBase_SGT::Draw_PArc(float cx, float cy, float r, float a1, float a2, float w1, float w2) {

@@ -6,6 +6,7 @@
 #include "qvtools/platform/host.h"
 #include "qvtools/services/captions.h"
 #include "qvtools/services/files.h"
+#include "qvtools/services/internal/out_of_memory.h"
 #include "qvtools/system/filesystem.h"
 #include "qvtools/system/textfile.h"
 #include "qvtools/text/gbk_text.h"
@@ -34,18 +35,20 @@ bool next_line(std::FILE* fp, std::string& line) {
 
 }  // namespace
 
-CQvBaseData::CQvBaseData() : m_strFile("NONAME") {
-  m_strQuery[0] = qv::captions::kQueryContent;
-  m_strDxf[0] = "NONAME.DXF";
-  m_strRtf[0] = "NONAME.RTF";
+CQvBaseData::CQvBaseData() {
+  qv::detail::unless_out_of_memory([this] {
+    m_strFile = "NONAME";
+    m_strDxf[0] = "NONAME.DXF";
+    m_strRtf[0] = "NONAME.RTF";
+    m_strQuery[0] = qv::captions::kQueryContent;
+  });
 }
 
 CQvBaseData::~CQvBaseData() = default;
 
 int CQvBaseData::SetFileName(const char* path) {
-  const std::string base(qv::split_path(path).base);
-  SetFileName(CString(base));
-  return 1;
+  return qv::detail::unless_out_of_memory(
+      [&] { return SetFileName(CString(std::string(qv::split_path(path).base))), 1; }, 0);
 }
 
 int CQvBaseData::SetBiaoShi(std::FILE* fp, const char* mark) {
@@ -68,15 +71,20 @@ int CQvBaseData::SaveData(std::FILE* fp) {
 }
 
 int CQvBaseData::LoadData(std::FILE* fp) {
-  std::rewind(fp);
-  m_strName.Empty();
-  for (std::string line; next_line(fp, line);) {
-    if (line.find("##Name") == std::string::npos) continue;
-    if (line.back() == '\n') line.pop_back();
-    if (line.size() > kNameColumn) m_strName = CString(line.substr(kNameColumn));
-    break;
-  }
-  return 1;
+  const auto load = [&] {
+    CString name;
+    std::rewind(fp);
+    for (std::string line; next_line(fp, line);) {
+      if (line.find("##Name") == std::string::npos) continue;
+      if (line.back() == '\n') line.pop_back();
+      if (line.size() > kNameColumn) name = CString(line.substr(kNameColumn));
+      break;
+    }
+    if (std::ferror(fp)) return tell_error(301, "Read Error in Base Data !"), 0;
+    std::swap(m_strName, name);
+    return 1;
+  };
+  return qv::detail::unless_out_of_memory(load, 0);
 }
 
 int CQvBaseData::Remove_Result_Files() {

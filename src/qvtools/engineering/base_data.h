@@ -9,7 +9,8 @@
 #include "qvtools/platform/framework.h"
 
 /// The name and the queries are kept as comment lines of the module's data file: "##Name NAME", and for each query
-/// "##ChaXun CAPTION DRAWING REPORT". Lines are written to a stream as the host opened it.
+/// "##ChaXun CAPTION DRAWING REPORT". Lines are written to a stream as the host opened it
+/// (that of a `qv::SavedFile` for a file that is whole or absent).
 class QV_API CQvBaseData {
  public:
   static constexpr int kQueries = 30;
@@ -29,7 +30,8 @@ class QV_API CQvBaseData {
 
   /// Stores the module's file names from a base name. Does nothing and returns 0 here.
   virtual int SetFileName(CString /*base*/) { return 0; }
-  /// Calls the virtual one with the base name of a path, without drive, directory and extension. Returns 1.
+  /// Calls the virtual one with the base name of a path, without drive, directory and extension. Returns 1, or 0 when
+  /// memory runs out.
   int SetFileName(const char* path);
 
   /// Writes the marker line "##MARK". Returns 1, or 0 when the write failed.
@@ -39,7 +41,8 @@ class QV_API CQvBaseData {
   /// Writes the name and the queries. Returns 1, or 0 when a write failed.
   int SaveData(std::FILE* fp);
   /// Reads the name from the first line, from the start of the file on, that contains "##Name": what stands from its
-  /// eighth byte to its end. It is empty when there is no such line. Queries are not read. Returns 1.
+  /// eighth byte to its end. It is empty when there is no such line. Queries are not read. Returns 1; 0, after report
+  /// 301 and with the name as it was, when the disk fails or memory runs out.
   int LoadData(std::FILE* fp);
 
   /// The drawing and the report of query i, which is taken within 0 to the last query in use.

@@ -3,12 +3,17 @@
 #include <charconv>
 #include <cstdarg>
 #include <cstring>
-#include <new>
+#include <memory>
 
 #include "qvtools/engineering/internal/database_tables.h"
+#include "qvtools/services/captions.h"
 #include "qvtools/services/files.h"
+#include "qvtools/services/internal/out_of_memory.h"
+#include "qvtools/services/internal/work_files.h"
 #include "qvtools/text/gbk_text.h"
 #include "qvtools/text/numbers.h"
+
+using qv::detail::unless_out_of_memory;
 
 namespace {
 
@@ -88,7 +93,9 @@ bool is_name(std::string_view name) {
 }  // namespace
 
 // Without memory for its tables the object opens no file.
-CDataBaseFile::CDataBaseFile() : m_Tables(new (std::nothrow) Tables) {}
+CDataBaseFile::CDataBaseFile() {
+  unless_out_of_memory([this] { m_Tables = std::make_unique<Tables>(); });
+}
 
 CDataBaseFile::~CDataBaseFile() {
   Close_File();
@@ -102,22 +109,46 @@ int CDataBaseFile::Open_File(const char* name, IO_MODE mode) {
   m_Mode = mode;
   m_bSegment = false;
   m_nPosition = 0;
-  // Both modes are binary: line ends are written here, so that positions are known without asking the stream.
-  m_pFile = mode == IO_READ ? open_file_no_comment(name, "rb") : open_file(name, "wb");
+  return unless_out_of_memory([&] { return mode == IO_READ ? open_to_read(name) : open_to_write(name); }, 0);
+}
+
+// Both ways are binary: line ends are written here, so that positions are known without asking the stream.
+
+int CDataBaseFile::open_to_read(const char* name) {
+  m_pFile = open_file_no_comment(name, "rb");
   if (!m_pFile) return 0;
-  if (mode == IO_READ) return m_Tables->window.attach(m_pFile), m_Tables->read_index();
-  m_Tables->writer.attach(m_pFile);
+  m_Tables->window.attach(m_pFile);
+  const bool read = m_Tables->read_index();
+  if (!m_Tables->window.failed()) return read;
+  m_Tables->segments.clear();
+  return 0;
+}
+
+int CDataBaseFile::open_to_write(const char* name) {
+  auto& file = m_Tables->saved.emplace(qv::detail::in_work_path(name));
+  if (!file.is_open() || !m_Tables->writer.attach(file.stream())) {
+    m_Tables->saved.reset();
+    tell_error1(301, qv::captions::kCannotOpenFile, name);
+    return 0;
+  }
+  m_pFile = file.stream();
+  qv::detail::count_opened_file();
   return 1;
 }
 
 int CDataBaseFile::Close_File() {
   if (!m_pFile) return m_Mode == IO_READ;
-  const int written = m_Mode == IO_READ || m_Tables->put_index();
-  const bool closed = std::fclose(m_pFile) == 0;
+  bool good = true;
+  if (m_Mode == IO_READ) {
+    std::fclose(m_pFile);
+  } else {
+    good = m_Tables->put_index() && m_Tables->saved->commit();
+    m_Tables->saved.reset();
+  }
   m_pFile = nullptr;
   --std::atomic_ref(QV_OpenFileNum);
   m_bSegment = false;
-  return written && (closed || m_Mode == IO_READ);
+  return good;
 }
 
 void CDataBaseFile::Tables::put_line(std::string_view text) {
@@ -142,6 +173,18 @@ int CDataBaseFile::status() const {
   return m_Tables->writer.good() ? 1 : 0;
 }
 
+template <class Table, class Value>
+bool CDataBaseFile::added_to(Table& table, std::string_view key, const Value& value, std::string_view more) {
+  bool lost = true;
+  const auto add = [&] {
+    const bool added = table.add(key, value, more);
+    return lost = false, added;
+  };
+  const bool added = unless_out_of_memory(add, false);
+  if (lost) m_Tables->writer.fail();
+  return added;
+}
+
 void CDataBaseFile::Write_FileVersion(const char* text) {
   if (is_writing()) m_Tables->put_line(text);
 }
@@ -155,10 +198,15 @@ void CDataBaseFile::Begin_Segment(const char* format, ...) {
   const std::string_view name(m_szSegment, static_cast<std::size_t>(length));
   if (!is_writing() || !is_name(name)) return;
   auto& writer = m_Tables->writer;
-  if (!m_Tables->segments.add(name, {writer.position(), writer.position()})) return;
+  const Tables::Range range = {writer.position(), writer.position()};
+  if (!added_to(m_Tables->segments, name, range)) return;
   m_Tables->items.clear();
   writer.take(append(append(append(append(writer.room(), "[ "), name), " ]"), kLineEnd));
   m_bSegment = true;
+}
+
+void CDataBaseFile::Begin_Named_Segment(const char* name) {
+  Begin_Segment("%s", name);
 }
 
 void CDataBaseFile::Add_Item(const char* key, const char* format, ...) {
@@ -171,7 +219,11 @@ void CDataBaseFile::Add_Item(const char* key, const char* format, ...) {
   va_end(arguments);
   const std::string_view name = key;
   const Tables::Text text = {items.texts().size() + name.size(), static_cast<std::size_t>(length)};
-  if (items.add(name, text)) items.texts().append(value, text.length);
+  added_to(items, name, text, {value, text.length});
+}
+
+void CDataBaseFile::Add_Text_Item(const char* key, const char* value) {
+  Add_Item(key, "%s", value);
 }
 
 int CDataBaseFile::Write_Segment() {
@@ -212,6 +264,10 @@ int CDataBaseFile::Write_Line(const char* format, ...) {
   va_end(arguments);
   m_Tables->put_line({line, static_cast<std::size_t>(length)});
   return status();
+}
+
+int CDataBaseFile::Write_Text_Line(const char* text) {
+  return Write_Line("%s", text);
 }
 
 void CDataBaseFile::end_segment() {

@@ -97,10 +97,14 @@ void CDataBaseFile::Tables::read_index_entry(std::string_view line) {
 
 int CDataBaseFile::Check_FileVersion(const char* text) {
   if (!is_reading()) return 0;
-  std::string_view line = m_Tables->window.view(m_nPosition, m_nPosition + kVersionLine);
-  line = line.substr(0, line.find('\n'));
-  m_nPosition += static_cast<std::int64_t>(line.size()) + 1;
-  return line.find(text) != std::string_view::npos;
+  const auto check = [&] {
+    std::string_view line = m_Tables->window.view(m_nPosition, m_nPosition + kVersionLine);
+    if (m_Tables->window.failed()) return false;
+    line = line.substr(0, line.find('\n'));
+    m_nPosition += static_cast<std::int64_t>(line.size()) + 1;
+    return line.find(text) != std::string_view::npos;
+  };
+  return qv::detail::unless_out_of_memory(check, false);
 }
 
 int CDataBaseFile::Read_Segment(const char* format, ...) {
@@ -117,6 +121,7 @@ int CDataBaseFile::Read_Segment(const char* format, ...) {
   if (!range) return 0;
   const auto take = [&] {
     std::string_view text = m_Tables->window.view(range->start, range->end);
+    if (m_Tables->window.failed()) return false;
     text.remove_prefix(std::min(text.find('\n'), text.size() - 1) + 1);
     return m_Tables->read_items(text), true;
   };
@@ -147,6 +152,10 @@ void CDataBaseFile::Tables::read_item(std::string_view key, std::string_view val
   items.add_placed(static_cast<std::size_t>(key.data() - texts), key.size(), {offset, length});
 }
 
+int CDataBaseFile::Read_Named_Segment(const char* name) {
+  return Read_Segment("%s", name);
+}
+
 int CDataBaseFile::Get_Item(const char* key, char* out) {
   const Tables::Text* const text = m_Tables ? m_Tables->items.find(key) : nullptr;
   const std::size_t length = text ? text->length : 0;
@@ -162,13 +171,21 @@ char* CDataBaseFile::Get_Item(const char* key) {
   return found ? m_szItem : nullptr;
 }
 
+namespace {
+
+CString text_of(std::string_view text) {
+  return qv::detail::unless_out_of_memory([&] { return CString(std::string(text)); }, CString());
+}
+
+}  // namespace
+
 int CDataBaseFile::Get_SegmentCount() const {
   return m_Tables ? static_cast<int>(m_Tables->segments.size()) : 0;
 }
 
 CString CDataBaseFile::Get_SegmentName(int i) const {
   if (i < 0 || i >= Get_SegmentCount()) return {};
-  return CString(std::string(m_Tables->segments.key(static_cast<std::size_t>(i))));
+  return text_of(m_Tables->segments.key(static_cast<std::size_t>(i)));
 }
 
 int CDataBaseFile::Get_ItemCount() const {
@@ -177,5 +194,5 @@ int CDataBaseFile::Get_ItemCount() const {
 
 CString CDataBaseFile::Get_ItemKey(int i) const {
   if (i < 0 || i >= Get_ItemCount()) return {};
-  return CString(std::string(m_Tables->items.key(static_cast<std::size_t>(i))));
+  return text_of(m_Tables->items.key(static_cast<std::size_t>(i)));
 }

@@ -1,6 +1,7 @@
 #include "qvtools/engineering/field.h"
 
 #include "qvtools/engineering/internal/field_mesh.h"
+#include "qvtools/services/internal/out_of_memory.h"
 #include "qvtools/system/textfile.h"
 #include "qvtools/text/numbers.h"
 
@@ -64,9 +65,15 @@ int CChang::LoadData(std::FILE* fp) {
   int nodes = 0;
   int tris = 0;
   if (qv::read_line(line, kLine, fp)) qv::vsscanf(line, "%d,%d", &nodes, &tris);
-  load_records(m_Nodes, nodes, fp);
-  load_records(m_Tris, tris, fp);
-  return 1;
+  const int nodesBefore = m_Nodes.GetSize();
+  const int trisBefore = m_Tris.GetSize();
+  const auto load = [&] { return load_records(m_Nodes, nodes, fp), load_records(m_Tris, tris, fp), true; };
+  const bool loaded = unless_out_of_memory(load, false);
+  if (loaded && !std::ferror(fp)) return 1;
+  if (loaded) tell_error(301, "Read Error in Field !");
+  m_Nodes.SetSize(nodesBefore);
+  m_Tris.SetSize(trisBefore);
+  return 0;
 }
 
 int CChang::SaveData(std::FILE* fp) const {

@@ -50,16 +50,18 @@ class QV_API CChang {
   virtual ~CChang();
 
   /// Reads a field and appends it; the numbers in its triangles count from the first node of all. A file that ends
-  /// before its counts gives what is there. Returns 1.
+  /// before its counts gives what is there. Returns 1; 0, after report 301 and with the field as it was, when the disk
+  /// fails or memory runs out.
   int LoadData(std::FILE* fp);
-  /// Writes the field; the host opens the stream. Returns 1, or 0 when a write failed.
+  /// Writes the field; the host opens the stream (that of a `qv::SavedFile` for a file that is whole or absent).
+  /// Returns 1, or 0 when a write failed.
   int SaveData(std::FILE* fp) const;
   /// Empties the field and frees its memory.
   void Clear();
 
-  /// The value at a point: that of the first node nearer than 0.0001; else, in the first triangle that contains the point
-  /// (edges do not), that of the plane through its nodes; else that of the nearest node; 0 without nodes. Looks at all
-  /// nodes and triangles; for many points there is `qv::FieldLocator`.
+  /// The value at a point: that of the first node nearer than 0.0001; else, in the first triangle that contains the
+  /// point (edges do not), that of the plane through its nodes; else that of the nearest node; 0 without nodes. Looks
+  /// at all nodes and triangles; for many points there is `qv::FieldLocator`.
   float Get_Value(float x, float y) const;
   /// 1 when a node is nearer than 0.0001 or a triangle contains the point, else 0.
   int PointInChang(float x, float y) const;
@@ -69,6 +71,7 @@ class QV_API CChang {
   /// of triangles included. Only triangles that turn clockwise on a device whose y runs down, so counter-clockwise ones
   /// in a transform that reverses y, are seen. Colours run from red at the least value to magenta at the largest; where
   /// all values are equal, all is red. A triangle that shrinks to a line takes the mean value of its nodes. The legend
-  /// has the least value at its top, and both values beside it in white (black when printing). Returns 1.
+  /// has the least value at its top, and both values beside it in white (black when printing). Returns 1; 0, after
+  /// report 301 and with nothing painted, when memory runs out.
   virtual int Draw_CaiSeTu(CDC* dc, CRect* r, CFCoor* coor);
 };

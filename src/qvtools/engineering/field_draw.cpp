@@ -5,6 +5,7 @@
 #include "qvtools/engineering/internal/field_mesh.h"
 #include "qvtools/fonts/shx.h"
 #include "qvtools/platform/host.h"
+#include "qvtools/services/internal/out_of_memory.h"
 #include "qvtools/text/numbers.h"
 
 namespace {
@@ -171,7 +172,9 @@ int CChang::Draw_CaiSeTu(CDC* dc, CRect* r, CFCoor* coor) {
     size = dc->GetResolution();
     factor = static_cast<float>(size.cy) / static_cast<float>(std::max(qv::CurrentHost().ScreenSize().cy, 1));
   }
-  const std::vector<DeviceNode> nodes = to_device(*this, k, range, *coor);
+  std::vector<DeviceNode> nodes;
+  const auto place = [&] { return nodes = to_device(*this, k, range, *coor), true; };
+  if (!qv::detail::unless_out_of_memory(place, false)) return 0;
   const Ramp ramp;
   const auto corner = [&nodes](int number) -> const DeviceNode& { return nodes[static_cast<std::size_t>(number - 1)]; };
   for (const CChangTri& tri : m_Tris) {

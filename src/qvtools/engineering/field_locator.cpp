@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "qvtools/engineering/internal/field_mesh.h"
+#include "qvtools/services/internal/out_of_memory.h"
 #include "qvtools/system/internal/prefetch.h"
 
 namespace qv {
@@ -21,6 +22,10 @@ bool is_finite(const CChangNode& node) {
 }  // namespace
 
 FieldLocator::FieldLocator(const CChang& field) : field_(field) {
+  ready_ = detail::unless_out_of_memory([&] { return sort(field), true; }, false);
+}
+
+void FieldLocator::sort(const CChang& field) {
   lay_grid();
   nodes_ = sort_into_cells(field.m_Nodes.GetSize(), [&](int i) -> Cells {
     const CChangNode& node = field.m_Nodes[i];
@@ -189,6 +194,7 @@ int FieldLocator::nearest_node(float x, float y) const {
 }
 
 float FieldLocator::Value(float x, float y) const {
+  if (!ready_) return field_.Get_Value(x, y);
   const int k = detail::value_index(field_);
   // The nodes are looked at first, mostly without result; meanwhile this comes from memory.
   detail::prefetch(&triangles_.start[cell(column(x), row(y))]);
@@ -201,6 +207,7 @@ float FieldLocator::Value(float x, float y) const {
 }
 
 int FieldLocator::Contains(float x, float y) const {
+  if (!ready_) return field_.PointInChang(x, y);
   return first_node_at(x, y) >= 0 || first_triangle_at(x, y) >= 0 ? 1 : 0;
 }
 

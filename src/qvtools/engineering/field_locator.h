@@ -13,6 +13,7 @@ class QV_API FieldLocator {
  public:
   /// Sorts the mesh into a grid. The field is not owned; it must live, with its mesh unchanged, while it is asked.
   /// Takes some 30 bytes a triangle where they are of about one size, and never more than 300.
+  /// When memory runs out, report 301, and every answer is the field's own, as slow as that is.
   explicit FieldLocator(const CChang& field);
 
   /// What `CChang::Get_Value` and `CChang::PointInChang` answer. Triangles much larger than the others are looked at
@@ -21,6 +22,7 @@ class QV_API FieldLocator {
   int Contains(float x, float y) const;
 
  private:
+  void sort(const CChang& field);
   /// The numbers of what lies in each cell, cell after cell, in ascending order.
   struct Bins {
     std::vector<std::size_t> start;
@@ -48,6 +50,7 @@ class QV_API FieldLocator {
   void scan_for_nearest(std::size_t at, float x, float y, float& least, int& nearest) const;
 
   const CChang& field_;
+  bool ready_ = false;
   double left_ = 0;
   double top_ = 0;
   double cellsPerUnit_ = 1;

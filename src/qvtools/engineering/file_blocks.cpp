@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <climits>
 #include <cstring>
+#include <new>
+
+#include "qvtools/services/messages.h"
 
 namespace qv::detail {
 
@@ -16,12 +19,13 @@ constexpr std::int64_t kAlone = 1 << 12;
 
 }  // namespace
 
-void BlockWriter::attach(std::FILE* file) {
+bool BlockWriter::attach(std::FILE* file) {
   file_ = file;
-  if (!block_) block_ = std::make_unique_for_overwrite<char[]>(kBlock + kRoom);
+  if (!block_) block_.reset(new (std::nothrow) char[kBlock + kRoom]);
   used_ = 0;
   flushed_ = std::max(std::ftell(file), 0L);
   good_ = true;
+  return block_ != nullptr;
 }
 
 void BlockWriter::put(std::string_view text) {
@@ -51,6 +55,7 @@ void FileWindow::attach(std::FILE* file) {
   file_ = file;
   used_ = 0;
   start_ = 0;
+  failed_ = false;
   size_ = std::fseek(file, 0, SEEK_END) == 0 ? std::max(std::ftell(file), 0L) : 0;
 }
 
@@ -74,7 +79,15 @@ void FileWindow::load(std::int64_t start, std::int64_t size) {
     capacity_ = wanted;
   }
   start_ = start;
-  used_ = std::fseek(file_, static_cast<long>(start), SEEK_SET) == 0 ? std::fread(block_.get(), 1, wanted, file_) : 0;
+  used_ = 0;
+  std::clearerr(file_);
+  const bool there = std::fseek(file_, static_cast<long>(start), SEEK_SET) == 0;
+  const std::size_t got = there ? std::fread(block_.get(), 1, wanted, file_) : 0;
+  failed_ = !there || std::ferror(file_);
+  if (failed_)
+    tell_error(301, "Read Error in Data Base !");
+  else
+    used_ = got;
 }
 
 }  // namespace qv::detail

@@ -6,6 +6,8 @@
 
 #include "qvtools/services/captions.h"
 #include "qvtools/services/files.h"
+#include "qvtools/services/internal/out_of_memory.h"
+#include "qvtools/services/messages.h"
 #include "qvtools/services/text_input.h"
 #include "qvtools/system/saved_file.h"
 #include "qvtools/system/textfile.h"
@@ -13,6 +15,8 @@
 
 CUserOpt G_UserOpt;
 int G_bUserOptRead = 0;
+
+using qv::detail::unless_out_of_memory;
 
 namespace {
 
@@ -52,6 +56,10 @@ std::string options_path() {
   return (G_strExePath + "UserOpt.dat").str();
 }
 
+std::FILE* open_options() {
+  return unless_out_of_memory([] { return qv::open_text(options_path().c_str(), "rt"); }, nullptr);
+}
+
 const CUserOpt& user_options() {
   if (!G_bUserOptRead) G_UserOpt.ReadData();
   G_bUserOptRead = 1;
@@ -82,41 +90,48 @@ int CUserOpt::GetRein(int code, Rein_Prop* out) const {
 }
 
 int CUserOpt::ReadData() {
-  std::FILE* const file = qv::open_text(options_path().c_str(), "rt");
+  std::FILE* const file = open_options();
   if (!file) return 0;
+  CUserOpt read = *this;
   char line[kLine];
   fgets_skip_comment(line, kLine, file);
-  for (Con_Prop& c : m_Con) {
+  for (Con_Prop& c : read.m_Con) {
     fgets_skip_comment(line, kLine, file);
     qv::vsscanf(line, "%*,%*,%.3f,%.3f,%.3f,%.3f,%.3f,%.3f,%.3f,%.3f,%.3f,%.3f\n", &c.fc, &c.fcm, &c.ft, &c.fck,
                 &c.fcmk, &c.ftk, &c.Ec, &c.Gc, &c.nu, &c.alpha);
   }
   fgets_skip_comment(line, kLine, file);
-  for (Rein_Prop& r : m_Rein) {
+  for (Rein_Prop& r : read.m_Rein) {
     fgets_skip_comment(line, kLine, file);
     qv::vsscanf(line, "%*,%*,%.3f,%.3f,%.3f,%.3f\n", &r.fy, &r.fy2, &r.fyk, &r.Es);
   }
+  const bool good = !std::ferror(file);
   std::fclose(file);
-  return 1;
+  if (good) *this = read;
+  if (!good) tell_error(301, "Read Error in UserOpt.dat !");
+  return good;
 }
 
 int CUserOpt::SaveData() const {
-  std::string text = std::string(qv::captions::kUserConcrete) + "\r\n";
-  const auto add_line = [&](const char* name, int slot, std::initializer_list<float> values) {
-    text += qv::FormattedText<64>("%d,%s%d", slot, name, -slot);
-    for (const float value : values) text += qv::FormattedText<64>(",%.3f", static_cast<double>(value));
-    text += "\r\n";
+  const auto save = [this] {
+    std::string text = std::string(qv::captions::kUserConcrete) + "\r\n";
+    const auto add_line = [&](const char* name, int slot, std::initializer_list<float> values) {
+      text += qv::FormattedText<64>("%d,%s%d", slot, name, -slot);
+      for (const float value : values) text += qv::FormattedText<64>(",%.3f", static_cast<double>(value));
+      text += "\r\n";
+    };
+    for (int i = 0; i < kSlots; ++i) {
+      const Con_Prop& c = m_Con[i];
+      add_line("UC", i + 1, {c.fc, c.fcm, c.ft, c.fck, c.fcmk, c.ftk, c.Ec, c.Gc, c.nu, c.alpha});
+    }
+    text += std::string(qv::captions::kUserReinforcement) + "\r\n";
+    for (int i = 0; i < kSlots; ++i) {
+      const Rein_Prop& r = m_Rein[i];
+      add_line("UG", i + 1, {r.fy, r.fy2, r.fyk, r.Es});
+    }
+    return int{qv::save_bytes(options_path().c_str(), text.data(), text.size())};
   };
-  for (int i = 0; i < kSlots; ++i) {
-    const Con_Prop& c = m_Con[i];
-    add_line("UC", i + 1, {c.fc, c.fcm, c.ft, c.fck, c.fcmk, c.ftk, c.Ec, c.Gc, c.nu, c.alpha});
-  }
-  text += std::string(qv::captions::kUserReinforcement) + "\r\n";
-  for (int i = 0; i < kSlots; ++i) {
-    const Rein_Prop& r = m_Rein[i];
-    add_line("UG", i + 1, {r.fy, r.fy2, r.fyk, r.Es});
-  }
-  return qv::save_bytes(options_path().c_str(), text.data(), text.size());
+  return unless_out_of_memory(save, 0);
 }
 
 int get_rc_property(int code, Con_Prop* out) {

@@ -45,7 +45,8 @@ class QV_API CUserOpt {
   int GetRc(int code, Con_Prop* out) const;
   int GetRein(int code, Rein_Prop* out) const;
 
-  /// Reads the file; codes stay as they are, missing lines and fields are 0. Returns 1, or 0 without the file.
+  /// Reads the file; codes stay as they are, missing lines and fields are 0. Returns 1; 0, with the grades as they
+  /// were, without the file, and, after report 301, when the disk fails or memory runs out.
   int ReadData();
   /// Writes the file. Returns 1; 0 when it cannot be written, and an old file is then as it was.
   int SaveData() const;

@@ -12,6 +12,7 @@
 #include "qvtools/fonts/internal/byte_cursor.h"
 #include "qvtools/fonts/internal/text_drawing.h"
 #include "qvtools/fonts/internal/text_run.h"
+#include "qvtools/system/internal/out_of_memory.h"
 #include "qvtools/system/textfile.h"
 #include "qvtools/text/numbers.h"
 
@@ -44,15 +45,6 @@ std::vector<unsigned char> read_file(const char* dir, const char* name) {
   std::rewind(file);
   if (std::fread(bytes.data(), 1, bytes.size(), file) != bytes.size()) bytes.clear();
   return bytes;
-}
-
-/// What f returns; 0, without a message, when memory runs out.
-int load(const auto& f) {
-  try {
-    return f();
-  } catch (const std::bad_alloc&) {
-    return 0;
-  }
 }
 
 /// Memory of so many bytes, all 0, for copies of a font to share.
@@ -156,11 +148,11 @@ CShx& CShx::operator=(const CShx& other) = default;
 CShx::~CShx() = default;
 
 int CShx::SetTxtFont(const char* dir, const char* name) {
-  return m_pTxtIndex ? 0 : load([&] { return adopt_txt(read_file(dir, name)); });
+  return m_pTxtIndex ? 0 : unless_silently_out_of_memory([&] { return adopt_txt(read_file(dir, name)); }, 0);
 }
 
 int CShx::SetHzFont(const char* dir, const char* name) {
-  return m_pHzIndex ? 0 : load([&] { return adopt_hz(read_file(dir, name)); });
+  return m_pHzIndex ? 0 : unless_silently_out_of_memory([&] { return adopt_hz(read_file(dir, name)); }, 0);
 }
 
 int CShx::adopt_txt(std::span<const unsigned char> file) {

@@ -4,7 +4,9 @@
 #include <climits>
 #include <cmath>
 #include <cstdlib>
+#include <new>
 
+#include "qvtools/display/internal/dash_pattern.h"
 #include "qvtools/text/code_page.h"
 
 namespace qv::detail {
@@ -58,6 +60,7 @@ Looks::Looks(const DXF& dxf, const DrawingNotes* notes, const LookOptions& optio
       dxf_(dxf),
       layer_names_(static_cast<std::size_t>(dxf.m_nLayer)),
       ltype_names_(static_cast<std::size_t>(dxf.m_nLType)) {
+  if (!layer_names_.is_ready() || !ltype_names_.is_ready()) throw std::bad_alloc();
   for (int i = 0; dxf.m_pLayer && i < dxf.m_nLayer; ++i) {
     ACAD_LAYER& record = dxf.m_pLayer[static_cast<std::size_t>(i)];
     layer_names_.add(record);
@@ -69,19 +72,19 @@ Looks::Looks(const DXF& dxf, const DrawingNotes* notes, const LookOptions& optio
     layer.frozen = (record.m_nFlags & kFrozen) != 0;
   }
   layers_.emplace_back().name = "0";
-  const LinePatterns patterns = PatternsOf(dxf);
   for (int i = 0; dxf.m_pLType && i < dxf.m_nLType; ++i) {
     ACAD_LTYPE& record = dxf.m_pLType[static_cast<std::size_t>(i)];
     ltype_names_.add(record);
     DashPattern& pattern = patterns_.emplace_back();
-    const DashPattern* const own = patterns.find(record.m_szName);
-    if (!own || !(options.shortestPattern > 0)) continue;
-    if (own->length * options.scale < options.shortestPattern) {
+    const int elements = std::clamp(record.m_nElements, 0, kMaxPatternElements);
+    const DashPattern own = dash_pattern({record.m_fElement, static_cast<std::size_t>(elements)});
+    if (own.length == 0 || !(options.shortestPattern > 0)) continue;
+    if (own.length * options.scale < options.shortestPattern) {
       ++short_patterns_;
       continue;
     }
-    for (const double element : own->elements) pattern.elements.push_back(element * options.scale);
-    pattern.length = own->length * options.scale;
+    for (const double element : own.elements) pattern.elements.push_back(element * options.scale);
+    pattern.length = own.length * options.scale;
   }
   if (notes) take_notes(notes->layers);
   if (!options.shows) return;

@@ -2,7 +2,8 @@
 
 /// Command-script lines for a CAD system that replays them, appended to an open text stream. Each function writes one
 /// command line, in which a blank stands for the Enter key. Coordinates are in drawing units with two decimals, angles
-/// in degrees. The stream stays the caller's, and is not checked unless stated.
+/// in degrees. The stream stays the caller's, and is not checked unless stated; that of a
+/// `qv::SavedFile`, made for CR LF, gives a file that is whole or absent.
 
 #include <cstdio>
 

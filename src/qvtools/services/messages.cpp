@@ -9,7 +9,8 @@
 
 #include "qvtools/platform/host.h"
 #include "qvtools/system/filesystem.h"
-#include "qvtools/system/textfile.h"
+#include "qvtools/system/internal/out_of_memory.h"
+#include "qvtools/system/internal/text_stream.h"
 #include "qvtools/text/numbers.h"
 
 int QV_ERROR_CODE = 0;
@@ -122,13 +123,24 @@ void tell_error1(int code, const char* format, ...) {
   tell_error(code, text);
 }
 
+namespace {
+
+/// Others may have put a link to somewhere else there.
+std::FILE* open_log(const char* mode) {
+  return qv::detail::unless_silently_out_of_memory(
+      [mode] { return qv::detail::open_crlf_stream_nowhere_else(qv::scratch_path("wx_temp.txt").c_str(), mode); },
+      nullptr);
+}
+
+}  // namespace
+
 void tell_error2(int code, const char* format, ...) {
   char text[kTextSize];
   std::va_list arguments;
   va_start(arguments, format);
   qv::format_list(text, sizeof text, format, arguments);
   va_end(arguments);
-  std::FILE* const log = qv::open_text(qv::scratch_path("wx_temp.txt").c_str(), code == 0 ? "wt" : "at");
+  std::FILE* const log = open_log(code == 0 ? "wt" : "at");
   if (!log) return;
   std::fprintf(log, "[%4d]  %s", code, text);
   std::fclose(log);

@@ -26,10 +26,11 @@ extern QV_API int QV_ERROR_CODE;
 /// keeps some 400 lines: beyond that the oldest 50 are dropped. Texts are GBK bytes; null is the empty text.
 QV_API void tell_error(int code, const char* text);
 
-/// `tell_error` with a text made as `printf` makes it, cut at 599 bytes between characters.
-QV_API void tell_error1(int code, const char* format, ...);
+/// `tell_error` with a text made as `printf` makes it, cut at 599 bytes between characters. A text that is no format,
+/// such as a name from a file, goes to `tell_error`.
+QV_API void tell_error1(int code, const char* format, ...) QV_FORMAT(2, 3);
 
 /// Appends "[code]  text", made as `printf` makes it and cut at 599 bytes, to the log file wx_temp.txt at the root of
 /// drive C (elsewhere in the temporary directory); code 0 starts a new log. No line end is added. Nothing happens when
-/// the file cannot be written.
-QV_API void tell_error2(int code, const char* format, ...);
+/// the file cannot be written, or something else than a file, a link too, stands at its place.
+QV_API void tell_error2(int code, const char* format, ...) QV_FORMAT(2, 3);

@@ -9,6 +9,7 @@
 
 #include "qvtools/platform/host.h"
 #include "qvtools/services/captions.h"
+#include "qvtools/services/internal/out_of_memory.h"
 #include "qvtools/services/messages.h"
 #include "qvtools/system/textfile.h"
 #include "qvtools/text/gbk_text.h"
@@ -168,6 +169,8 @@ void sscanf_next_begin() {
 
 int sscanf_next(const char* text, const char* format, ...) {
   const char letter = next_conversion(format);
+  // The position may be that of a longer text before this one.
+  if (text && g_scanPosition != kExhausted && std::memchr(text, '\0', g_scanPosition)) g_scanPosition = kExhausted;
   const Token token = text ? next_token(text, g_scanPosition) : Token{};
   Targets targets;
   va_start(targets.list, format);
@@ -214,9 +217,9 @@ std::pair<int, int> parse_range(char* token) {
 
 /// The numbers of a list, as far as the limit allows; tells whether there was room for all of them.
 bool read_list(const char* text, std::vector<int>& numbers) {
-  sscanf_next_begin();
-  char token[kTokenSize];
-  while (sscanf_next(text, "%s", token)) {
+  std::uint32_t position = 0;
+  for (Token field; (field = next_token(text, position)).found;) {
+    char* const token = field.text;
     const bool range = std::strchr(token, '~') != nullptr;
     const int number = range ? 0 : qv::parse_int(token);
     const auto [first, last] = range ? parse_range(token) : std::pair(number, number);
@@ -231,11 +234,16 @@ bool read_list(const char* text, std::vector<int>& numbers) {
 }  // namespace
 
 void FenXi_String1(const char* text, CArray<int, int>* out) {
-  std::vector<int> numbers;
-  const bool complete = read_list(text, numbers);
-  const int start = out->GetSize();
-  out->SetSize(start + static_cast<int>(numbers.size()));
-  std::copy(numbers.begin(), numbers.end(), out->begin() + start);
+  sscanf_next_begin();
+  const auto read = [&] {
+    std::vector<int> numbers;
+    const bool complete = read_list(text ? text : "", numbers);
+    const int start = out->GetSize();
+    out->SetSize(start + static_cast<int>(numbers.size()));
+    std::copy(numbers.begin(), numbers.end(), out->begin() + start);
+    return complete;
+  };
+  const bool complete = qv::detail::unless_out_of_memory(read, true);
   if (!complete) tell_error(301, qv::captions::kTooManyNumbers);
 }
 

@@ -27,7 +27,8 @@ QV_API void sscanf_next_begin();
 /// conversion of `format` counts, and its last letter decides: s copies to a `char*` of 100 bytes, d reads an int, l a
 /// long, f a float, g a double; * skips a field and takes no argument. Fields end at a comma, a blank or a tab; blanks
 /// and tabs before them are skipped, so "1,,2" has an empty field (it reads as 0) and "1  2" has none. Returns 1, or 0
-/// when no field is left: numbers are then 0 and a text is "\n".
+/// when no field is left, or the text ends before the position (that of a longer text before it): numbers are then 0
+/// and a text is "\n".
 QV_API int sscanf_next(const char* text, const char* format, ...);
 
 /// Appends a list of integers such as "1 3~5,8" to `out`; a tilde gives every number from the one to the other.

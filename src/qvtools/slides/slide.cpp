@@ -5,8 +5,11 @@
 
 #include "qvtools/dxf/model/document.h"
 #include "qvtools/geometry/numerics/numeric.h"
-#include "qvtools/system/textfile.h"
+#include "qvtools/services/internal/out_of_memory.h"
+#include "qvtools/system/saved_file.h"
 #include "qvtools/text/numbers.h"
+
+using qv::detail::unless_out_of_memory;
 
 namespace {
 
@@ -22,8 +25,9 @@ int absolute_color(unsigned char color) {
 }  // namespace
 
 int CWxSlide::Form_SCR(const char* path) {
-  std::FILE* file = qv::open_text(path, "wt");
-  if (!file) return 0;
+  qv::SavedFile saved(path, qv::SavedFile::Lines::CrLf);
+  if (!saved.is_open()) return 0;
+  std::FILE* const file = saved.stream();
   using Line = qv::FormattedText<512>;
   for (const CSlideItem& item : m_Items) {
     const auto x = [&](int i) { return static_cast<double>(item.m_fX[i]); };
@@ -37,8 +41,7 @@ int CWxSlide::Form_SCR(const char* path) {
     else
       std::fputs(Line("color %d\n", absolute_color(item.m_byKind)), file);
   }
-  const bool good = !std::ferror(file);
-  return std::fclose(file) == 0 && good ? 1 : 0;
+  return saved.commit() ? 1 : 0;
 }
 
 CRect CWxSlide::GetRect() const {
@@ -109,22 +112,34 @@ void CWxSlide::Draw(CDC* dc, const CRect* rect) {
   dc->SelectObject(before);
 }
 
+void CWxSlide::add(const CSlideItem& item) {
+  unless_out_of_memory([&] { m_Items.push_back(item); });
+}
+
+void CWxSlide::SetColor(int color) {
+  CSlideItem item;
+  item.m_byKind = static_cast<unsigned char>(color & 255);
+  add(item);
+}
+
 void CWxSlide::add_vector(float x1, float y1, float x2, float y2) {
-  CSlideItem& item = m_Items.emplace_back();
+  CSlideItem item;
   item.m_byKind = CSlideItem::kVector;
   item.m_fX[0] = x1;
   item.m_fY[0] = y1;
   item.m_fX[1] = x2;
   item.m_fY[1] = y2;
+  add(item);
 }
 
 void CWxSlide::Draw_Solid(float x1, float y1, float x2, float y2, float x3, float y3, float x4, float y4) {
-  CSlideItem& item = m_Items.emplace_back();
+  CSlideItem item;
   item.m_byKind = CSlideItem::kSolid;
   const float x[] = {x1, x2, x3, x4};
   const float y[] = {y1, y2, y3, y4};
   std::copy_n(x, 4, item.m_fX);
   std::copy_n(y, 4, item.m_fY);
+  add(item);
 }
 
 void CWxSlide::Draw_Pline(float x1, float y1, float x2, float y2, float w1, float w2) {

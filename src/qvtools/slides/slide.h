@@ -24,10 +24,12 @@ class QV_API CSlideItem : public CObject {
 /// A slide: it is read from a file or filled by drawing calls, and draws itself or becomes a script.
 class QV_API CWxSlide {
  public:
-  /// Reads the slide file and appends its items to those already there. 0 when it cannot be opened or is no slide.
+  /// Reads the slide file and appends its items to those already there. 0 when it cannot be opened or is no slide, and,
+  /// after report 301 and with the items as they were, when the disk fails or memory runs out.
   int Read_SLD(const char* path);
   /// Reads one slide from the stream's position, and leaves the stream after what was read. 0 when no slide begins
-  /// there, else 1: a slide that breaks off, or has a record that is not known, gives what was read.
+  /// there, when the disk fails or memory runs out, else 1: a slide that breaks off, or has a record that is not known,
+  /// gives what was read.
   int Read_SLD(std::FILE* file);
   /// The record readers; `m_nRecord` is the record's first word, which has been read.
   void Read_Line(std::FILE* file);
@@ -36,7 +38,7 @@ class QV_API CWxSlide {
   void Read_Common_Pt(std::FILE* file);
   void Change_Color(std::FILE* file);
 
-  /// Writes the items as script lines; 0 when the file cannot be written.
+  /// Writes the items as script lines; 0 when the file cannot be written, and an old one is then as it was.
   /// Quirk: a colour above 127 becomes 256 minus itself; scripts of old slides were made so.
   int Form_SCR(const char* path);
   /// The box of all points of lines and solids, rounded; the empty rectangle when there are none.
@@ -52,8 +54,8 @@ class QV_API CWxSlide {
   void Draw(CDC* dc, const CRect* rect);
   void Clear() { m_Items.clear(); }
 
-  /// The drawing calls; they append items.
-  void SetColor(int color) { m_Items.emplace_back().m_byKind = static_cast<unsigned char>(color & 255); }
+  /// The drawing calls; they append items, or, after report 301, none when memory runs out.
+  void SetColor(int color);
   void Draw_Line(float x1, float y1, float x2, float y2) { add_vector(x1, y1, x2, y2); }
   void Draw_Solid(float x1, float y1, float x2, float y2, float x3, float y3, float x4, float y4);
   /// Quirk: the solid of a wide segment lies around the origin, not along the segment; callers place it themselves.
@@ -100,6 +102,7 @@ class QV_API CWxSlide {
   template <class Source>
   void read_common_point(Source&& in);
   void change_color();
+  void add(const CSlideItem& item);
   void add_vector(float x1, float y1, float x2, float y2);
 };
 

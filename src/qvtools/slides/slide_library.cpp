@@ -4,11 +4,16 @@
 #include <cstring>
 #include <string>
 
+#include "qvtools/services/captions.h"
+#include "qvtools/services/internal/out_of_memory.h"
+#include "qvtools/system/saved_file.h"
 #include "qvtools/system/textfile.h"
 #include "qvtools/text/gbk_text.h"
 
 // Format: 32 bytes of identification; entries of a name (32 bytes) and an offset (32-bit, little-endian), an empty one
 // last; then the slides.
+
+using qv::detail::unless_out_of_memory;
 
 namespace {
 
@@ -21,6 +26,32 @@ constexpr std::uint32_t kEntrySize = 36;
 bool seek_to(std::FILE* file, std::uint32_t offset) {
   const auto at = static_cast<long>(offset);
   return at >= 0 && std::fseek(file, at, SEEK_SET) == 0;
+}
+
+bool same_but_for_case(const char* a, const char* b) {
+  const auto upper = [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; };
+  for (;; ++a, ++b) {
+    const bool pair = qv::char_length(a) == 2;  // a letter in its second byte is none
+    if (pair ? std::strncmp(a, b, 2) != 0 : upper(*a) != upper(*b)) return false;
+    if (*a == '\0') return true;
+    a += pair;
+    b += pair;
+  }
+}
+
+/// Whether a file may have the name on every system: no separators or control characters, and none that Windows
+/// reserves for devices, whatever follows a dot in it.
+bool is_file_name(const char* name) {
+  const std::string_view stem = std::string_view(name).substr(0, std::strcspn(name, ". "));
+  const auto is = [&](std::string_view device) {
+    return stem.size() == device.size() && std::equal(stem.begin(), stem.end(), device.begin(), [](char a, char d) {
+             return d == '9' ? a >= '1' && a <= '9' : (a & ~0x20) == d;
+           });
+  };
+  for (const char* const device : {"CON", "PRN", "AUX", "NUL", "COM9", "LPT9"})
+    if (is(device)) return false;
+  return *name && std::none_of(name, name + std::strlen(name),
+                               [](char c) { return static_cast<unsigned char>(c) < 32 || std::strchr("/\\:", c); });
 }
 
 }  // namespace
@@ -39,7 +70,10 @@ void CWxSlideLib::close() {
 int CWxSlideLib::Open_SLB(const char* path) {
   close();
   m_fp = qv::open_text(path, "rb");
-  if (m_fp && read_directory()) return 1;
+  const bool read = m_fp && unless_out_of_memory([this] { return read_directory(); }, false);
+  const bool failed = m_fp && std::ferror(m_fp);
+  if (read && !failed) return 1;
+  if (failed) tell_error(301, "Read Error in Slide Library !");
   close();
   return 0;
 }
@@ -78,14 +112,8 @@ bool CWxSlideLib::read_directory() {
 }
 
 int CWxSlideLib::find(const char* name) const {
-  const auto upper = [](const char* text) {
-    std::string copy(text);
-    qv::upper_case(copy.data());
-    return copy;
-  };
-  const std::string wanted = upper(name);
   const auto found = std::find_if(m_Directory.begin(), m_Directory.end(),
-                                  [&](const Entry& entry) { return upper(entry.m_szName) == wanted; });
+                                  [name](const Entry& entry) { return same_but_for_case(entry.m_szName, name); });
   return found == m_Directory.end() ? -1 : static_cast<int>(found - m_Directory.begin());
 }
 
@@ -97,19 +125,27 @@ int CWxSlideLib::Read_SLD(int index, CWxSlide* slide) {
 int CWxSlideLib::Pick_SLD(int index, const char* dir) {
   if (index < 0 || index >= m_nCount) return 0;
   const Entry& entry = m_Directory[static_cast<std::size_t>(index)];
-  if (std::strpbrk(entry.m_szName, "/\\:") || *entry.m_szName == '\0') return 0;
-  if (!seek_to(m_fp, entry.m_nOffset)) return 0;
-  std::FILE* out = qv::open_text((std::string(dir) + entry.m_szName + ".SLD").c_str(), "wb");
-  if (!out) return 1;
+  if (!is_file_name(entry.m_szName) || !seek_to(m_fp, entry.m_nOffset)) return 0;
+  const auto extract = [&] {
+    if (copy_slide(entry, std::string(dir) + entry.m_szName + ".SLD")) return true;
+    tell_error1(301, qv::captions::kCannotMakeFile, entry.m_szName);
+    return true;
+  };
+  unless_out_of_memory(extract, false);
+  return 1;
+}
+
+bool CWxSlideLib::copy_slide(const Entry& entry, const std::string& path) {
+  qv::SavedFile out(path.c_str(), qv::SavedFile::Lines::AsWritten, qv::SavedFile::Links::Replaced);
+  std::clearerr(m_fp);
   char block[4096];
   for (std::size_t left = entry.m_nLength; left > 0;) {
     const std::size_t got = std::fread(block, 1, std::min(left, sizeof block), m_fp);
     if (got == 0) break;
-    std::fwrite(block, 1, got, out);
+    if (!out.write(block, got)) return false;
     left -= got;
   }
-  std::fclose(out);
-  return 1;
+  return !std::ferror(m_fp) && out.commit();
 }
 
 int CWxSlideLib::SLB2SLD(const char* dir) {
@@ -121,6 +157,6 @@ int CWxSlideLib::Read_SLB_SLD(const CString& name, CWxSlide* slide) {
   const std::string& text = name.str();
   const std::size_t dot = text.rfind('.');
   if (dot == std::string::npos) return 0;
-  if (!Open_SLB((text.substr(0, dot) + ".slb").c_str())) return 0;
-  return Read_SLD(text.c_str() + dot + 1, slide);
+  const auto open = [&] { return Open_SLB((text.substr(0, dot) + ".slb").c_str()); };
+  return unless_out_of_memory(open, 0) ? Read_SLD(text.c_str() + dot + 1, slide) : 0;
 }

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <string>
 #include <vector>
 
 #include "qvtools/slides/slide.h"
@@ -23,15 +24,15 @@ class QV_API CWxSlideLib {
   CWxSlideLib& operator=(const CWxSlideLib&) = delete;
 
   /// Opens a library instead of the present one and reads its directory. 0 when it cannot be opened or is
-  /// no library.
+  /// no library, and, after report 301, when the disk fails or memory runs out.
   int Open_SLB(const char* path);
   /// Reads a slide, by its index or name, and appends its items to those of `slide`. 0 when the library has no such
   /// slide, or its bytes are no slide.
   int Read_SLD(int index, CWxSlide* slide);
   int Read_SLD(const char* name, CWxSlide* slide) { return Read_SLD(find(name), slide); }
-  /// Writes a slide's bytes to the file named by dir, its name and ".SLD", where dir is a prefix. 0 for an index or
-  /// name that is not there, and for a name with a path separator in it, else 1: whether the file could be written is
-  /// not told.
+  /// Writes a slide's bytes to the file named by dir, its name and ".SLD", where dir is a prefix: whole or, after
+  /// report 301, not at all; a link at its place is replaced. 0 for an index or name that is not there, and for a name
+  /// that no file may have: with a separator or a control character, or one that Windows reserves; else 1.
   int Pick_SLD(int index, const char* dir);
   int Pick_SLD(const char* name, const char* dir) { return Pick_SLD(find(name), dir); }
   /// Extracts every slide in this way. 0 when the library has no slides.
@@ -48,4 +49,5 @@ class QV_API CWxSlideLib {
   void close();
   bool read_directory();
   int find(const char* name) const;
+  bool copy_slide(const Entry& entry, const std::string& path);
 };

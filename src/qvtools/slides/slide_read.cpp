@@ -3,6 +3,7 @@
 #include <memory>
 #include <new>
 
+#include "qvtools/services/internal/out_of_memory.h"
 #include "qvtools/slides/slide.h"
 #include "qvtools/system/textfile.h"
 
@@ -37,6 +38,8 @@ class BlockSource {
   ~BlockSource() {
     if (at_ < size_) std::fseek(file_, -static_cast<long>(size_ - at_), SEEK_CUR);
   }
+  /// False without memory.
+  bool is_ready() const { return block_ != nullptr; }
   BlockSource(const BlockSource&) = delete;
   BlockSource& operator=(const BlockSource&) = delete;
 
@@ -97,10 +100,20 @@ int CWxSlide::Read_SLD(const char* path) {
 }
 
 int CWxSlide::Read_SLD(std::FILE* file) {
+  const std::size_t before = m_Items.size();
   BlockSource in(file);
-  if (!read_header(in)) return 0;
-  read_records(in);
-  return 1;
+  bool slide = false;
+  const auto read = [&] {
+    if (!in.is_ready()) throw std::bad_alloc();
+    slide = read_header(in);
+    if (slide) read_records(in);
+    return true;
+  };
+  const bool whole = qv::detail::unless_out_of_memory(read, false);
+  if (whole && !std::ferror(file)) return slide ? 1 : 0;
+  if (whole) tell_error(301, "Read Error in Slide !");
+  m_Items.resize(before);
+  return 0;
 }
 
 template <class Source>
@@ -203,12 +216,12 @@ void CWxSlide::read_solid(Source&& in) {
     item.m_fX[3] = item.m_fX[2];
     item.m_fY[3] = item.m_fY[2];
   }
-  m_Items.push_back(item);
+  add(item);
 }
 
 void CWxSlide::change_color() {
   const auto color = static_cast<unsigned char>(m_nRecord & 255);
-  m_Items.emplace_back().m_byKind = color == 0 ? 7 : color;
+  SetColor(color == 0 ? 7 : color);
 }
 
 void CWxSlide::Read_Line(std::FILE* file) {

@@ -1,6 +1,7 @@
 #pragma once
 
-/// Files and directories by their paths, which are GBK bytes on Windows and whatever the system takes elsewhere.
+/// Files and directories by their paths, which are GBK bytes on Windows and whatever the system takes elsewhere. The
+/// one header whose functions throw: what returns names, when memory runs out. The library catches it.
 
 #include <string>
 #include <string_view>
@@ -20,9 +21,10 @@ struct PathParts {
 };
 QV_API PathParts split_path(const char* path);
 
-enum class PathKind { Absent, File, Directory };
+/// `Other` are devices, pipes and the like.
+enum class PathKind { Absent, File, Directory, Other };
 
-/// What lies at the path; whatever is there and no directory counts as a file.
+/// What lies at the path.
 QV_API PathKind path_kind(const char* path);
 
 /// The bare names in a directory that match a pattern, sorted; `pattern` is the directory, ended by its separator or
@@ -31,7 +33,8 @@ QV_API PathKind path_kind(const char* path);
 QV_API std::vector<std::string> list_matches(const std::string& pattern);
 
 /// Copies a file. An existing target is replaced, by a complete copy only, or is a failure when `replace` is false.
-/// Returns false, with the target as it was, when the source is no file that can be read, or is the target itself.
+/// Returns false, with the target as it was, when the source is no file that can be read, or is the target itself, and
+/// when memory runs out.
 QV_API bool copy_file(const char* from, const char* to, bool replace);
 
 /// Renames; false when the target exists already or anything else stands against it.

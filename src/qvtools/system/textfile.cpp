@@ -9,12 +9,13 @@
 namespace qv {
 namespace {
 
-/// The file, unless it is a directory: some systems open one and fail only when it is read.
-std::FILE* no_directory(std::FILE* file, const char* path) {
-  if (!file || path_kind(path) != PathKind::Directory) return file;
-  std::fclose(file);
-  errno = EISDIR;
-  return nullptr;
+/// Whether the path names what a text can be read from or written to: a pipe would keep its reader waiting, and a
+/// device may never end. Some systems open a directory and fail only when it is read.
+bool is_open_to(const char* path, bool reads) {
+  const PathKind kind = path_kind(path);
+  const bool refused = kind == PathKind::Directory || (reads && kind == PathKind::Other);
+  if (refused) errno = kind == PathKind::Directory ? EISDIR : EINVAL;
+  return !refused;
 }
 
 std::FILE* open_binary(const char* path, const char* mode) {
@@ -25,7 +26,7 @@ std::FILE* open_binary(const char* path, const char* mode) {
   }
   binary[n++] = 'b';
   binary[n] = '\0';
-  return no_directory(std::fopen(path, binary), path);
+  return std::fopen(path, binary);
 }
 
 }  // namespace
@@ -33,11 +34,12 @@ std::FILE* open_binary(const char* path, const char* mode) {
 std::FILE* open_text(const char* path, const char* mode) {
   const bool writes = mode[0] == 'w' || mode[0] == 'a' || std::strchr(mode, '+');
   if (!std::strchr("rwa", mode[0]) || !mode[0]) return errno = EINVAL, nullptr;
+  if (!is_open_to(path, mode[0] == 'r')) return nullptr;
   return writes && !std::strchr(mode, 'b') ? detail::open_crlf_stream(path, mode) : open_binary(path, mode);
 }
 
 std::FILE* open_text_to_read(const char* path) {
-  return no_directory(detail::open_lf_stream(path), path);
+  return is_open_to(path, true) ? detail::open_lf_stream(path) : nullptr;
 }
 
 char* read_line(char* buffer, int size, std::FILE* file) {

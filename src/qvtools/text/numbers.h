@@ -40,15 +40,20 @@ QV_API char* format_int(char* out, int v);
 /// Formats as `vsnprintf` does in the "C" locale, whatever the locale is; the text is cut to size - 1 bytes, never
 /// within a two-byte character, and terminated. Returns the length of the text that is in `out`. Conversions: all of C
 /// but %n, which is passed over.
-QV_API int format_list(char* out, std::size_t size, const char* format, std::va_list arguments);
-QV_API int format_text(char* out, std::size_t size, const char* format, ...);
+QV_API int format_list(char* out, std::size_t size, const char* format, std::va_list arguments) QV_FORMAT(3, 0);
+QV_API int format_text(char* out, std::size_t size, const char* format, ...) QV_FORMAT(3, 4);
 
 /// A text of less than `size` bytes, formatted likewise.
 template <std::size_t size>
 struct FormattedText {
   char text[size];
   int length;
-  FormattedText(const char* format, auto... values) : length(format_text(text, size, format, values...)) {}
+  explicit FormattedText(const char* format, ...) QV_FORMAT(2, 3) {
+    std::va_list values;
+    va_start(values, format);
+    length = format_list(text, size, format, values);
+    va_end(values);
+  }
   operator const char*() const { return text; }
 };
 

@@ -3,8 +3,10 @@
 /// What one call of drawing works with: made for the call from what the caller gave, and handed down to everything that
 /// is drawn by it. Nothing of it outlives the call.
 
+#include <climits>
 #include <cmath>
 #include <cstring>
+#include <functional>
 
 #include "qvtools/display/appearance.h"
 #include "qvtools/display/safe_dc.h"
@@ -33,6 +35,20 @@ class DrawingContext {
   CDC* dc() const { return dc_; }
   CSafeDC& safe() { return safe_; }
   const CFCoor& coor() const { return coor_; }
+
+  const Appearance& appearance() const { return appearance_; }
+
+  /// Asks `goesOn` now and then, by `is_given_up`.
+  void ask(const std::function<bool()>& goesOn) { goesOn_ = &goesOn; }
+  /// Whether the drawing was given up; to be called for each entity.
+  bool is_given_up() {
+    constexpr unsigned kBetween = 1024;
+    if (goesOn_ && !givenUp_ && ++unasked_ >= kBetween) {
+      unasked_ = 0;
+      if (!(*goesOn_)()) givenUp_ = true;
+    }
+    return givenUp_;
+  }
 
   /// The colour in which a colour number is drawn.
   COLORREF ink(int color) const {
@@ -64,6 +80,15 @@ class DrawingContext {
     if (!before_) before_ = replaced;
   }
 
+  /// Selects a solid pen of a colour.
+  void select_ink(COLORREF ink) {
+    if (before_ && color_ == kNoNumber && pen_.color == ink) return;
+    pen_ = {PenStyle::Solid, 1, ink};
+    color_ = kNoNumber;
+    const CPen* const replaced = dc_->SelectObject(&pen_);
+    if (!before_) before_ = replaced;
+  }
+
   /// A line between two points of the plane, with a pen selected only for what can be seen.
   void draw_line(const CFPoint& start, const CFPoint& end, PenStyle style, int color) {
     const CPoint from = coor_.FPtoDP(start);
@@ -75,6 +100,7 @@ class DrawingContext {
   }
 
  private:
+  static constexpr int kNoNumber = INT_MIN;
   CDC* dc_;
   CSafeDC safe_;
   const CFCoor& coor_;
@@ -86,6 +112,9 @@ class DrawingContext {
   const char* ltype_ = nullptr;  // the last one that was asked for, and its pattern
   const DashPattern* pattern_ = nullptr;
   const CPen* before_ = nullptr;  // the caller's pen, once another is selected
+  const std::function<bool()>* goesOn_ = nullptr;
+  unsigned unasked_ = 0;
+  bool givenUp_ = false;
 };
 
 }  // namespace qv::detail

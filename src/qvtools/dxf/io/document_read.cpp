@@ -3,7 +3,9 @@
 #include "qvtools/dxf/io/internal/record_reader.h"
 #include "qvtools/dxf/model/document.h"
 #include "qvtools/services/captions.h"
+#include "qvtools/services/internal/out_of_memory.h"
 #include "qvtools/services/services.h"
+#include "qvtools/system/internal/file_calls.h"
 #include "qvtools/system/textfile.h"
 
 using namespace qv::detail;
@@ -13,13 +15,25 @@ int DXF::open_to_read(const char* fileName) {
   qv::copy_text(m_szFileName, fileName);
   m_fp = qv::open_text(fileName, "rb");
   if (!m_fp) return 0;
-  reader_.reset(new (std::nothrow) GroupReader(m_fp, GroupReader::Stream::Own));
-  if (reader_ && reader_->is_ready()) {
+  end_ = End::Whole;
+  const bool named = unless_out_of_memory([&] { return source_ = link_target(fileName), true; }, false);
+  reader_.reset(named ? new (std::nothrow) GroupReader(m_fp, GroupReader::Stream::Own) : nullptr);
+  if (reader_ && !reader_->failed()) {
     m_nOpenMode = 1;
     return 1;
   }
+  if (named) tell_out_of_memory();
   close_file();
   return 0;
+}
+
+/// Takes notice of a disk that failed, or of memory that ran out, while the file was read.
+void DXF::note_end() {
+  if (reader_ && reader_->failed()) end_ = End::CutShort;
+}
+
+bool DXF::is_cut_short_of(const char* fileName) const {
+  return IsCutShort() && unless_out_of_memory([&] { return is_same_file(source_.c_str(), fileName); }, true);
 }
 
 void DXF::close_file() {
@@ -30,15 +44,12 @@ void DXF::close_file() {
 
 int DXF::Open(const char* fileName) {
   if (!open_to_read(fileName)) return 0;
-  if (!Read_Tables()) {
-    tell_error(301, qv::captions::kReadingTables);
-    return 0;
-  }
-  if (!Find_Start_Entities()) {
-    tell_error(301, qv::captions::kNoEntitySection);
-    return 0;
-  }
-  return 1;
+  const bool tables = Read_Tables() != 0;
+  const bool entities = tables && Find_Start_Entities();
+  note_end();
+  if (!tables) tell_error(301, qv::captions::kReadingTables);
+  if (tables && !entities) tell_error(301, qv::captions::kNoEntitySection);
+  return entities && !IsCutShort();
 }
 
 int DXF::find_section(std::string_view keyword) {
@@ -118,6 +129,7 @@ bool DXF::read_table(std::unique_ptr<Entry[]>& table, int& count, int& capacity,
   }
   std::unique_ptr<Entry[]> entries(new (std::nothrow) Entry[static_cast<std::size_t>(declared)]);
   if (!entries) {
+    reader_->fail();
     tell_error(301, memoryMessage);
     return false;
   }
@@ -134,15 +146,18 @@ int DXF::Read_One_Block() {
     if (in.at(0, "ENDSEC") || in.at(0, "EOF") || in.at(0, "ENDBLK")) return 0;
     if (!in.at(0, "BLOCK")) continue;
     in.unread();
-    return read_record(in, m_Block);
+    const int read = read_record(in, m_Block);
+    return note_end(), read;
   }
-  return 0;
+  return note_end(), 0;
 }
 
 ACAD_Entity_Type DXF::Read_One_Entity() {
   if (m_nOpenMode != 1) return ACAD_TYPE_NONE;
   if (!reader_) return ACAD_TYPE_END;
   const ACAD_Entity_Type type = read_entity(*reader_, *this, Within::Document);
+  if (reader_->failed()) return note_end(), ACAD_TYPE_NONE;
+  if (type == ACAD_TYPE_END && !reader_->at(0, "ENDSEC") && !reader_->at(0, "EOF")) end_ = End::Early;
   if (type == ACAD_TYPE_TEXT && !m_Text.m_bWidthGiven) {
     const ACAD_STYLE* style = find_style(m_Text.m_szStyle);
     if (style) m_Text.m_fWidthFactor = style->m_fWidthFactor;
@@ -179,9 +194,14 @@ void DXF::load_blocks() {
     auto* block = new (std::nothrow) ACAD_BLOCK;
     if (!block || !block->Copy(&m_Block) || !m_BlockList.AddTail(block)) {
       delete block;
-      break;
+      return out_of_memory();
     }
   }
+}
+
+void DXF::out_of_memory() {
+  reader_->fail();
+  tell_out_of_memory();
 }
 
 bool DXF::load_entities(const std::function<bool(double share)>& progress) {
@@ -192,7 +212,7 @@ bool DXF::load_entities(const std::function<bool(double share)>& progress) {
     ACAD_ENTITY* copy = take(*this, type);
     if (!copy || !m_EntityList.AddTail(copy)) {
       delete copy;
-      break;
+      return out_of_memory(), false;
     }
     if (!progress || ++unreported < kBetweenReports) continue;
     unreported = 0;
@@ -206,8 +226,13 @@ int DXF::Read_FileDxf_To_Mem(const char* fileName, const std::function<bool(doub
   if (!open_to_read(fileName)) return 0;
   Read_Tables();
   load_blocks();
-  if (!Find_Start_Entities()) return close_file(), 0;
-  const bool whole = load_entities(progress);
+  bool loaded = !reader_->failed() && Find_Start_Entities();
+  if (loaded && !load_entities(progress)) {
+    end_ = End::Early;
+    loaded = false;
+  }
+  loaded = loaded && !reader_->failed();
+  note_end();
   close_file();
-  return whole ? 1 : 0;
+  return loaded ? 1 : 0;
 }

@@ -138,6 +138,10 @@ void report_section_names(const DXF& dxf) {
 
 int DXF::Write_MemDxf_To_File(const char* fileName) {
   if (!m_nMemFlag) return 0;
+  if (is_cut_short_of(fileName)) {
+    tell_error(301, "The Drawing Was Not Read To Its End: Its File Is Kept !");
+    return 0;
+  }
   report_section_names(*this);
   qv::copy_text(m_szFileName, fileName);
   qv::SavedFile file(fileName);
@@ -155,7 +159,9 @@ int DXF::Write_MemDxf_To_File(const char* fileName) {
   writer.lines(kEntities);
   walk(m_EntityList, [&](ACAD_ENTITY& entity) { write_any(writer, entity); });
   writer.lines(kEnd);
-  return writer.flush() && file.commit() ? 1 : 0;
+  const bool saved = writer.flush() && file.commit();
+  if (writer.any_not_finite()) tell_error(20, "A Coordinate Is Not A Finite Number !");
+  return saved ? 1 : 0;
 }
 
 namespace {
@@ -194,10 +200,10 @@ int DXF::put(Record& record) {
     if (!m_fp || std::ferror(m_fp)) return 0;
     return write_record<LineEnd::CrLf>(m_fp, record);
   }
-  ACAD_ENTITY* copy = qv::CloneEntity(record);
-  if (!copy) return 0;
-  if (m_EntityList.AddTail(copy)) return 1;
+  ACAD_ENTITY* const copy = qv::CloneEntity(record);
+  if (copy && m_EntityList.AddTail(copy)) return 1;
   delete copy;
+  tell_out_of_memory();
   return 0;
 }
 

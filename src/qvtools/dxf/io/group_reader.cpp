@@ -2,6 +2,8 @@
 
 #include <new>
 
+#include "qvtools/services/messages.h"
+
 namespace qv::detail {
 
 namespace {
@@ -15,6 +17,7 @@ std::string_view without_return(std::string_view text) {
 GroupReader::GroupReader(std::FILE* file, Stream kind) : file_(file), kind_(kind), atEnd_(true) {
   if (kind == Stream::Host) return;
   memory_.reset(new (std::nothrow) Memory);
+  failed_ = !memory_;
   start();
 }
 
@@ -35,9 +38,16 @@ void GroupReader::refill() {
   const std::size_t size = left + std::fread(memory_->text + left, 1, kBlock - left, file_);
   end_ = memory_->text + size;
   atEnd_ = size < kBlock;
+  if (atEnd_) check_stream();
   std::uint16_t* const feeds = index_line_feeds(memory_->text, size, memory_->feeds);
   feeds[0] = feeds[1] = kNoFeed;
   at_ = {memory_->text, memory_->feeds};
+}
+
+void GroupReader::check_stream() {
+  if (failed_ || !std::ferror(file_)) return;
+  failed_ = true;
+  tell_error(301, "Read Error in DXF File !");
 }
 
 Line GroupReader::take_line() {
@@ -86,7 +96,7 @@ void GroupReader::unread() {
 }
 
 bool GroupReader::take_host_line(char (&buffer)[kMaxLine + 1], Line& line) {
-  if (!std::fgets(buffer, sizeof buffer, file_)) return false;
+  if (!std::fgets(buffer, sizeof buffer, file_)) return check_stream(), false;
   std::string_view text(buffer);
   line.ended = !text.empty() && text.back() == '\n';
   if (line.ended) text.remove_suffix(1);

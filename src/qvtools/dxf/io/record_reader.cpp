@@ -90,6 +90,7 @@ bool read_rest(GroupReader& in, ACAD_POLYLINE& polyline) {
     return true;
   };
   const bool good = unless_out_of_memory(read, false);
+  if (!good) in.fail();
   if (!good || vertices.capacity() > kKept) std::vector<ACAD_VERTEX>().swap(vertices);
   return good;
 }
@@ -103,6 +104,7 @@ bool read_rest(GroupReader& in, ACAD_BLOCK& block) {
     ACAD_ENTITY* copy = CloneEntity(*block.Of(type));
     if (!copy || !block.m_EntityList.AddTail(copy)) {
       delete copy;
+      in.fail();
       tell_error(301, "Out of memery When Read Block!");
       return false;
     }

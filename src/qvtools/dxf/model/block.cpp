@@ -17,6 +17,11 @@ void delete_entities(CPtrList& list) {
   list.RemoveAll();
 }
 
+void delete_blocks(CPtrList& list) {
+  for (POSITION at = list.GetHeadPosition(); at;) delete static_cast<ACAD_BLOCK*>(list.GetNext(at));
+  list.RemoveAll();
+}
+
 }  // namespace detail
 
 ACAD_ENTITY* WorkingRecords::Of(ACAD_Entity_Type type) {

@@ -8,6 +8,8 @@ namespace qv::detail {
 class GroupReader;
 /// Deletes the entities of a list and empties it.
 void delete_entities(CPtrList& list);
+/// The same for blocks.
+void delete_blocks(CPtrList& list);
 }  // namespace qv::detail
 
 namespace qv {

@@ -41,6 +41,9 @@ int DXF::create_tables() {
   m_pStyle.reset(new (std::nothrow) ACAD_STYLE[static_cast<std::size_t>(m_nMaxStyle)]);
   if (m_pLType && m_pLayer && m_pStyle) return 1;
   tell_error(301, "Out of memery in New DXF File !");
+  m_pLType.reset();
+  m_pLayer.reset();
+  m_pStyle.reset();
   m_nOpenMode = -1;
   return 0;
 }
@@ -55,8 +58,13 @@ void DXF::delete_drawing() {
   m_pLayer.reset();
   m_pStyle.reset();
   qv::detail::delete_entities(m_EntityList);
-  for (POSITION at = m_BlockList.GetHeadPosition(); at;) delete static_cast<ACAD_BLOCK*>(m_BlockList.GetNext(at));
-  m_BlockList.RemoveAll();
+  qv::detail::delete_blocks(m_BlockList);
+  TakeAsComplete();
+}
+
+void DXF::TakeAsComplete() {
+  end_ = End::Whole;
+  source_.clear();
 }
 
 namespace {

@@ -17,6 +17,7 @@
 
 #include <functional>
 #include <memory>
+#include <string>
 #include <string_view>
 
 #include "qvtools/display/appearance.h"
@@ -44,7 +45,8 @@ class QV_API DXF : public qv::WorkingRecords {
 
   /// Sets the capacities of the tables, before the first open only. A capacity below 1 is reported and becomes 1.
   int Set_MaxNum_of_Tables(long ltypes, long layers, long styles);
-  /// Creates the file, with tables that hold "CONTINUOUS", "0" and "STANDARD". An open document is closed first.
+  /// Creates the file, with tables that hold "CONTINUOUS", "0" and "STANDARD". An open document is closed first. What
+  /// is streamed goes to the file of this name at once: when the program stops, a part of the drawing is there.
   int New(const char* fileName);
   /// The same in memory.
   int New_MemDxf();
@@ -117,18 +119,28 @@ class QV_API DXF : public qv::WorkingRecords {
   /// its style's.
   ACAD_Entity_Type Read_One_Entity();
   /// Loads a whole drawing file into this in-memory document: its tables replace the present ones (also where the
-  /// result is 0 because no entities follow them), its blocks and entities are appended. An entity that cannot be read
-  /// ends the loading; what was read is kept, and the result is 1.
+  /// result is 0 because no entities follow them), its blocks and entities are appended. A file whose entities end
+  /// early is loaded as far as it goes, with the result 1. When the disk fails or memory runs out, what was read is
+  /// kept, and the result is 0 after report 301. `IsComplete` tells all of these from a whole drawing.
   int Read_FileDxf_To_Mem(const char* fileName) { return Read_FileDxf_To_Mem(fileName, nullptr); }
   /// The same, telling every few thousand entities what share of the file has been read, 0 to 1. When `progress`
   /// returns false the loading is given up: what was read is kept, and the result is 0.
   int Read_FileDxf_To_Mem(const char* fileName, const std::function<bool(double share)>& progress);
 
+  /// Whether all was read of what was read last: false when the file's entities end without their ENDSEC, when
+  /// `progress` gave the loading up, and when the disk failed or memory ran out.
+  bool IsComplete() const { return end_ == End::Whole; }
+  /// Whether the disk failed or memory ran out. Until the document is made anew or `TakeAsComplete` is called, it is
+  /// not saved over the file that it came from.
+  bool IsCutShort() const { return end_ == End::CutShort; }
+  /// Takes what was read for the whole drawing.
+  void TakeAsComplete();
+
   /// Appends the other document's drawing, turned by an angle in degrees and then shifted; or transformed by a matrix
   /// (nine floats, row by row) and then an offset (three floats), either of which may be null. Table entries and blocks
   /// are merged by name, present names win; entities are copied whole. Text and insert rotations turn with the drawing,
-  /// radii, heights and widths stay. Returns 1, or 0 when memory runs out: no
-  /// entity was appended then.
+  /// radii, heights and widths stay. A program's own kinds of entities are passed over, as in saved files. Returns 1,
+  /// or 0, after report 301 and with the document as it was, when memory runs out.
   int InsertDxf(DXF* other, float dx, float dy, float angle);
   int InsertDxf(DXF* other, const float* offset, const float* matrix);
 
@@ -136,10 +148,11 @@ class QV_API DXF : public qv::WorkingRecords {
   /// deletes tables, entities and blocks. The counts stay as they are, but nothing is found in the tables any more.
   /// Returns 0 when the stream failed.
   int Close();
-  /// Saves an in-memory document. An existing file is replaced only by a complete one; 0 when anything could not be
-  /// written.
-  /// A layer, line type, style or block called TABLES, BLOCKS or ENTITIES, which flat readers take for that section, is
-  /// reported once, with code 20.
+  /// Saves an in-memory document. An existing file is replaced only by a complete one, see `qv::SavedFile`; 0 when
+  /// anything could not be written, and, after report 301, when the document was cut short (`IsCutShort`) while it was
+  /// read from this file. Coordinates that are no finite numbers are written as they are and reported once, with
+  /// code 20. A layer, line type, style or block called TABLES, BLOCKS or ENTITIES, which flat readers take for that
+  /// section, is reported once, with code 20.
   int Write_MemDxf_To_File(const char* fileName);
 
   /// Draws an in-memory document in plan. The transform is remembered (not owned) for the next call without one.
@@ -201,9 +214,8 @@ class QV_API DXF : public qv::WorkingRecords {
   bool read_table(std::unique_ptr<Entry[]>& table, int& count, int& capacity, const char* countMessage,
                   const char* memoryMessage);
   template <class Entry>
-  bool merge_table(std::unique_ptr<Entry[]>& table, int& count, int& room, const Entry* other, int otherCount,
-                   const char* overflow);
-  bool merge_blocks(const DXF& other);
+  struct MergedTable;
+  bool copy_blocks(const DXF& other, CPtrList& copies) const;
   int find_section(std::string_view keyword);
   void load_blocks();
   bool load_entities(const std::function<bool(double share)>& progress);
@@ -214,6 +226,13 @@ class QV_API DXF : public qv::WorkingRecords {
   template <class Compose>
   int write_frame(const Compose& compose);
 
+  bool is_cut_short_of(const char* fileName) const;
+  void note_end();
+  void out_of_memory();
+
+  enum class End : char { Whole, Early, CutShort };
+  End end_ = End::Whole;                  // of what was read
+  std::string source_;                    // the file that is or was read
   bool toldNotOpen_ = false;              // since the last open
   std::unique_ptr<char[]> streamBuffer_;  // of a file that is being written
   // Entries that the present tables have room for.

@@ -2,10 +2,11 @@
 #include <memory>
 
 #include "qvtools/dxf/model/internal/name_index.h"
+#include "qvtools/services/internal/out_of_memory.h"
 #include "qvtools/services/services.h"
 #include "qvtools/text/gbk_text.h"
 
-using qv::detail::NameIndex;
+using namespace qv::detail;
 
 int DXF::InsertDxf(DXF* other, float dx, float dy, float angle) {
   constexpr double kNothing = 0.00001;
@@ -18,90 +19,103 @@ int DXF::InsertDxf(DXF* other, float dx, float dy, float angle) {
   return InsertDxf(other, shifted ? offset : nullptr, std::fabs(angle) >= kNothing ? matrix : nullptr);
 }
 
-namespace {
-
-/// Makes room for as many entries; false when memory runs out.
+/// A table with another one's entries that it has not: made aside, and taken when all of a drawing can come in. A read
+/// document's table becomes as large as needed; a written one's keeps its capacity, and what is over is reported.
 template <class Entry>
-bool grow(std::unique_ptr<Entry[]>& table, int count, int& room, int wanted) {
-  std::unique_ptr<Entry[]> larger(new (std::nothrow) Entry[static_cast<std::size_t>(wanted)]);
-  if (!larger) return false;
-  if (table) std::copy_n(table.get(), count, larger.get());
-  table = std::move(larger);
-  room = wanted;
-  return true;
-}
+struct DXF::MergedTable {
+  std::unique_ptr<Entry[]> table;  // null: the present one is large enough
+  int room;
+  std::unique_ptr<bool[]> missing;  // of the other table's entries, those to be added
 
-}  // namespace
-
-/// A read document's table becomes as large as needed; a written one's keeps its capacity, and what is over is
-/// reported.
-template <class Entry>
-bool DXF::merge_table(std::unique_ptr<Entry[]>& table, int& count, int& room, const Entry* other, int otherCount,
-                      const char* overflow) {
-  if (!table) count = room = 0;
-  NameIndex<const Entry> present(static_cast<std::size_t>(count) + static_cast<std::size_t>(otherCount));
-  if (!present.is_ready()) return false;
-  for (int i = 0; i < count; ++i) present.add(table[static_cast<std::size_t>(i)]);
-  const std::unique_ptr<bool[]> missing(new (std::nothrow) bool[static_cast<std::size_t>(otherCount)]);
-  if (!missing) return false;
-  int wanted = count;
-  for (int i = 0; i < otherCount; ++i) {
-    const bool added = present.add(other[i]);
-    missing[static_cast<std::size_t>(i)] = added;
-    wanted += added;
+  bool merge(const Entry* present, int count, const Entry* other, int otherCount, bool grows) {
+    NameIndex<const Entry> names(static_cast<std::size_t>(count) + static_cast<std::size_t>(otherCount));
+    missing.reset(new (std::nothrow) bool[static_cast<std::size_t>(otherCount)]);
+    if (!names.is_ready() || !missing) return false;
+    for (int i = 0; i < count; ++i) names.add(present[i]);
+    int wanted = count;
+    for (int i = 0; i < otherCount; ++i) wanted += missing[static_cast<std::size_t>(i)] = names.add(other[i]);
+    if (!grows || wanted <= room) return true;
+    table.reset(new (std::nothrow) Entry[static_cast<std::size_t>(wanted)]);
+    room = wanted;
+    if (table) std::copy_n(present, count, table.get());
+    return table != nullptr;
   }
-  if (m_nOpenMode == 1 && wanted > room && !grow(table, count, room, wanted)) return false;
-  for (int i = 0; i < otherCount; ++i) {
-    if (!missing[static_cast<std::size_t>(i)]) continue;
-    if (count < room)
-      table[static_cast<std::size_t>(count++)] = other[i];
-    else
-      tell_error(301, overflow);
+  void take(std::unique_ptr<Entry[]>& into, int& count, int& intoRoom, const Entry* other, int otherCount,
+            const char* overflow) {
+    if (table) into = std::move(table);
+    intoRoom = room;
+    for (int i = 0; i < otherCount; ++i) {
+      if (!missing[static_cast<std::size_t>(i)]) continue;
+      if (count < room)
+        into[static_cast<std::size_t>(count++)] = other[i];
+      else
+        tell_error(301, overflow);
+    }
   }
-  return true;
-}
+};
 
-bool DXF::merge_blocks(const DXF& other) {
+bool DXF::copy_blocks(const DXF& other, CPtrList& copies) const {
   const int n = other.m_BlockList.GetCount();
   NameIndex<const ACAD_BLOCK> present(static_cast<std::size_t>(m_BlockList.GetCount()) + static_cast<std::size_t>(n));
   if (!present.is_ready()) return false;
   for (POSITION at = m_BlockList.GetHeadPosition(); at;)
     present.add(*static_cast<const ACAD_BLOCK*>(m_BlockList.GetNext(at)));
-  POSITION at = other.m_BlockList.GetHeadPosition();
-  for (int i = 0; i < n; ++i) {
+  for (POSITION at = other.m_BlockList.GetHeadPosition(); at;) {
     const auto& block = *static_cast<const ACAD_BLOCK*>(other.m_BlockList.GetNext(at));
     if (!present.add(block)) continue;
     std::unique_ptr<ACAD_BLOCK> copy(new (std::nothrow) ACAD_BLOCK);
-    if (!copy || !copy->Copy(&block)) return false;
-    if (!m_BlockList.AddTail(copy.get())) return false;
+    if (!copy || !copy->Copy(&block) || !copies.AddTail(copy.get())) return false;
     copy.release();
   }
   return true;
 }
 
-int DXF::InsertDxf(DXF* other, const float* offset, const float* matrix) {
-  if (!m_nMemFlag || !other->m_nMemFlag) return 0;
-  if (other != this) {
-    const bool merged = merge_table(m_pLType, m_nLType, roomLType_, other->m_pLType.get(),
-                                    other->m_pLType ? other->m_nLType : 0, "Num_LType Over Flow !") &&
-                        merge_table(m_pLayer, m_nLayer, roomLayer_, other->m_pLayer.get(),
-                                    other->m_pLayer ? other->m_nLayer : 0, "Num_Layer Over Flow !") &&
-                        merge_table(m_pStyle, m_nStyle, roomStyle_, other->m_pStyle.get(),
-                                    other->m_pStyle ? other->m_nStyle : 0, "Num_Style Over Flow !") &&
-                        merge_blocks(*other);
-    if (!merged) return 0;
-  }
-  // The copies come in together, or, when memory runs out, none of them.
-  CPtrList copies(kListBlock);
-  for (POSITION at = other->m_EntityList.GetHeadPosition(); at;) {
-    ACAD_ENTITY* const copy = qv::CloneEntity(*static_cast<ACAD_ENTITY*>(other->m_EntityList.GetNext(at)));
-    if (!copy || !copies.AddTail(copy)) {
-      delete copy;
-      qv::detail::delete_entities(copies);
-      return 0;
-    }
+namespace {
+
+bool copy_entities(const CPtrList& entities, const float* offset, const float* matrix, CPtrList& copies) {
+  for (POSITION at = entities.GetHeadPosition(); at;) {
+    auto& entity = *static_cast<ACAD_ENTITY*>(entities.GetNext(at));
+    if (entity.GetType() > ACAD_TYPE_INSERT) continue;
+    ACAD_ENTITY* const copy = qv::CloneEntity(entity);
+    if (!copy || !copies.AddTail(copy)) return delete copy, false;
     copy->Transfer(matrix, offset);
   }
-  m_EntityList.TakeAll(copies);
+  return true;
+}
+
+}  // namespace
+
+int DXF::InsertDxf(DXF* other, const float* offset, const float* matrix) {
+  if (!m_nMemFlag || !other->m_nMemFlag) return 0;
+  const bool grows = m_nOpenMode == 1;
+  const auto count = [](const auto& table, int n) { return table ? n : 0; };
+  const int ltypes = other == this ? 0 : count(other->m_pLType, other->m_nLType);
+  const int layers = other == this ? 0 : count(other->m_pLayer, other->m_nLayer);
+  const int styles = other == this ? 0 : count(other->m_pStyle, other->m_nStyle);
+  if (!m_pLType) m_nLType = roomLType_ = 0;
+  if (!m_pLayer) m_nLayer = roomLayer_ = 0;
+  if (!m_pStyle) m_nStyle = roomStyle_ = 0;
+  // Everything comes in together, or, when memory runs out, nothing.
+  MergedTable<ACAD_LTYPE> ltype{nullptr, roomLType_, nullptr};
+  MergedTable<ACAD_LAYER> layer{nullptr, roomLayer_, nullptr};
+  MergedTable<ACAD_STYLE> style{nullptr, roomStyle_, nullptr};
+  CPtrList blocks;
+  CPtrList entities(kListBlock);
+  const bool copied = ltype.merge(m_pLType.get(), m_nLType, other->m_pLType.get(), ltypes, grows) &&
+                      layer.merge(m_pLayer.get(), m_nLayer, other->m_pLayer.get(), layers, grows) &&
+                      style.merge(m_pStyle.get(), m_nStyle, other->m_pStyle.get(), styles, grows) &&
+                      (other == this || copy_blocks(*other, blocks)) &&
+                      copy_entities(other->m_EntityList, offset, matrix, entities);
+  if (!copied) {
+    delete_blocks(blocks);
+    delete_entities(entities);
+    tell_out_of_memory();
+    return 0;
+  }
+  ltype.take(m_pLType, m_nLType, roomLType_, other->m_pLType.get(), ltypes, "Num_LType Over Flow !");
+  layer.take(m_pLayer, m_nLayer, roomLayer_, other->m_pLayer.get(), layers, "Num_Layer Over Flow !");
+  style.take(m_pStyle, m_nStyle, roomStyle_, other->m_pStyle.get(), styles, "Num_Style Over Flow !");
+  m_BlockList.TakeAll(blocks);
+  m_EntityList.TakeAll(entities);
   return 1;
 }

@@ -4,17 +4,22 @@
 #include "qvtools/dxf/model/internal/name_index.h"
 #include "qvtools/dxf/model/internal/walk.h"
 #include "qvtools/dxf/view/internal/draw.h"
+#include "qvtools/services/internal/out_of_memory.h"
 
 using namespace qv::detail;
 
 void ACAD_BLOCK::Draw(CDC* dc, CFCoor* coor, ACAD_INSERT* insert) {
-  DrawingContext to = drawing_context(dc, *coor);
-  draw_block(*this, *insert, Plane(), to);
+  unless_out_of_memory([&] {
+    DrawingContext to = drawing_context(dc, *coor);
+    draw_block(*this, *insert, Plane(), to);
+  });
 }
 
 void ACAD_BLOCK::Draw3D(CDC* dc, CFCoor* coor, float a, float b, ACAD_INSERT* insert) {
-  DrawingContext to = drawing_context(dc, *coor);
-  draw_block(*this, *insert, Plane(a, b), to);
+  unless_out_of_memory([&] {
+    DrawingContext to = drawing_context(dc, *coor);
+    draw_block(*this, *insert, Plane(a, b), to);
+  });
 }
 
 namespace {
@@ -47,15 +52,19 @@ void draw_document(DXF& dxf, const Plane& plane, DrawingContext& to) {
 void DXF::Draw(CDC* dc, CFCoor* coor, const qv::Appearance& appearance) {
   m_pCoor = coor;
   if (!m_nMemFlag) return;
-  DrawingContext to = drawing_context(dc, *coor, appearance);
-  draw_document(*this, Plane(), to);
+  unless_out_of_memory([&] {
+    DrawingContext to = drawing_context(dc, *coor, appearance);
+    draw_document(*this, Plane(), to);
+  });
 }
 
 void DXF::Draw3D(CDC* dc, CFCoor* coor, float a, float b, const qv::Appearance& appearance) {
   m_pCoor = coor;
   if (!m_nMemFlag) return;
-  DrawingContext to = drawing_context(dc, *coor, appearance);
-  draw_document(*this, Plane(a, b), to);
+  unless_out_of_memory([&] {
+    DrawingContext to = drawing_context(dc, *coor, appearance);
+    draw_document(*this, Plane(a, b), to);
+  });
 }
 
 namespace qv {

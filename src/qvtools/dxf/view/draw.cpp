@@ -4,7 +4,6 @@
 #include <numbers>
 
 #include "qvtools/fonts/internal/text_drawing.h"
-#include "qvtools/services/internal/out_of_memory.h"
 
 namespace qv::detail {
 
@@ -67,27 +66,22 @@ PathRect seen_by(DrawingContext& to) {
 bool draw_dashes(const Path& path, const char* ltype, DrawingContext& to) {
   const DashPattern* const pattern = to.pattern(ltype);
   if (!pattern) return false;
-  return unless_out_of_memory(
-      [&] {
-        Path dashes;
-        // A dot is a pixel.
-        dash(path, *pattern, 1 / std::fabs(double{to.coor().GetScale()}), seen_by(to), dashes);
-        CFPoint from;
-        for (const Path::Piece& piece : dashes.pieces()) {
-          const CFPoint until(static_cast<float>(piece.to.x), static_cast<float>(piece.to.y));
-          if (piece.kind == Path::Kind::Line) draw_straight(from, until, to);
-          if (piece.kind == Path::Kind::Arc) {
-            const CFPoint center(static_cast<float>(piece.center.x), static_cast<float>(piece.center.y));
-            const auto radius = static_cast<float>(distance(piece.to, piece.center));
-            draw_shape(
-                {center, radius, std::atan2(from.y - center.y, from.x - center.x), static_cast<float>(piece.sweep)},
-                from, until, to);
-          }
-          from = until;
-        }
-        return true;
-      },
-      true);
+  Path dashes;
+  // A dot is a pixel.
+  dash(path, *pattern, 1 / std::fabs(double{to.coor().GetScale()}), seen_by(to), dashes);
+  CFPoint from;
+  for (const Path::Piece& piece : dashes.pieces()) {
+    const CFPoint until(static_cast<float>(piece.to.x), static_cast<float>(piece.to.y));
+    if (piece.kind == Path::Kind::Line) draw_straight(from, until, to);
+    if (piece.kind == Path::Kind::Arc) {
+      const CFPoint center(static_cast<float>(piece.center.x), static_cast<float>(piece.center.y));
+      const auto radius = static_cast<float>(distance(piece.to, piece.center));
+      draw_shape({center, radius, std::atan2(from.y - center.y, from.x - center.x), static_cast<float>(piece.sweep)},
+                 from, until, to);
+    }
+    from = until;
+  }
+  return true;
 }
 
 bool draw_dashed(const ACAD_LINE& r, const Plane& plane, DrawingContext& to) {
@@ -204,7 +198,10 @@ void draw_entity(ACAD_ENTITY& entity, const Plane& plane, DrawingContext& to) {
 
 void draw_block(const ACAD_BLOCK& block, const ACAD_INSERT& insert, const Plane& plane, DrawingContext& to) {
   const Plane placed = plane.moved(displacement(block, insert));
-  walk_block(block, [&](ACAD_ENTITY& entity) { return draw_entity(entity, placed, to), false; });
+  walk_block(block, [&](ACAD_ENTITY& entity) {
+    draw_entity(entity, placed, to);
+    return to.is_given_up();
+  });
 }
 
 }  // namespace qv::detail

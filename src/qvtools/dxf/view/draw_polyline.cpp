@@ -1,9 +1,9 @@
 #include <algorithm>
 #include <cmath>
+#include <new>
 #include <vector>
 
 #include "qvtools/dxf/view/internal/draw.h"
-#include "qvtools/services/internal/out_of_memory.h"
 #include "qvtools/text/numbers.h"
 
 namespace qv::detail {
@@ -155,7 +155,10 @@ std::vector<CPoint> cut_to_limits(const CPoint* points, int n, CRect limits) {
 
 void fill_region(const CPoint* points, int n, COLORREF color, DrawingContext& to) {
   CRgn region;
-  if (!region.CreatePolygonRgn(points, n, FillRule::Winding)) return;
+  if (!region.CreatePolygonRgn(points, n, FillRule::Winding)) {
+    if (n >= 3) throw std::bad_alloc();  // the whole drawing is given up, see its entry
+    return;
+  }
   const CBrush brush{color};
   to.safe().FillRgn(&region, &brush);
 }
@@ -194,10 +197,8 @@ void fill(const CPoint* points, int n, COLORREF color, DrawingContext& to) {
            p.y <= CSafeDC::kFillReach;
   };
   if (to.dc()->IsMetafile() || std::all_of(points, points + n, within)) return fill_region(points, n, color, to);
-  unless_out_of_memory([&] {
-    const std::vector<CPoint> visible = cut_to_limits(points, n, to.safe().Limits());
-    fill_region(visible.data(), static_cast<int>(visible.size()), color, to);
-  });
+  const std::vector<CPoint> visible = cut_to_limits(points, n, to.safe().Limits());
+  fill_region(visible.data(), static_cast<int>(visible.size()), color, to);
 }
 
 void fill_wide(const Segment* segments, int n, bool closed, COLORREF color, DrawingContext& to) {
@@ -235,21 +236,19 @@ void draw(const ACAD_POLYLINE& r, const Plane& plane, DrawingContext& to) {
   for_each_segment(r, plane, [&](const Segment& s) { wide = wide || is_wide(std::max(s.startWidth, s.endWidth), to); });
   if (!wide && to.has_patterns() && to.pattern(r.m_szLType)) {
     Path path;
-    if (unless_out_of_memory([&] { return append_segments(r, plane, path), true; }, false))
-      draw_dashes(path, r.m_szLType, to);
+    append_segments(r, plane, path);
+    draw_dashes(path, r.m_szLType, to);
     return;
   }
   if (!wide) {
     for_each_segment(r, plane, [&](const Segment& s) { draw_shape(s.shape(), s.from, s.to, to); });
     return;
   }
-  unless_out_of_memory([&] {
-    std::vector<Segment> segments;
-    for_each_segment(r, plane, [&](const Segment& s) {
-      if (!s.is_point()) segments.push_back(s);
-    });
-    draw_segments(segments, (r.m_nFlags & 1) != 0, to.ink(r.m_nColor), to);
+  std::vector<Segment> segments;
+  for_each_segment(r, plane, [&](const Segment& s) {
+    if (!s.is_point()) segments.push_back(s);
   });
+  draw_segments(segments, (r.m_nFlags & 1) != 0, to.ink(r.m_nColor), to);
 }
 
 }  // namespace qv::detail

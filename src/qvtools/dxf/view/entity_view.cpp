@@ -14,12 +14,16 @@ using namespace qv::detail;
     return extent(*this, Plane(a, b));                                                       \
   }                                                                                          \
   void ACAD_##KEYWORD::Draw(CDC* dc, CFCoor* coor, float dx, float dy) {                     \
-    DrawingContext to = drawing_context(dc, *coor);                                          \
-    draw(*this, Plane().moved({dx, dy, 0}), to);                                             \
+    unless_out_of_memory([&] {                                                               \
+      DrawingContext to = drawing_context(dc, *coor);                                        \
+      draw(*this, Plane().moved({dx, dy, 0}), to);                                           \
+    });                                                                                      \
   }                                                                                          \
   void ACAD_##KEYWORD::Draw3D(CDC* dc, CFCoor* coor, float a, float b) {                     \
-    DrawingContext to = drawing_context(dc, *coor);                                          \
-    draw(*this, Plane(a, b), to);                                                            \
+    unless_out_of_memory([&] {                                                               \
+      DrawingContext to = drawing_context(dc, *coor);                                        \
+      draw(*this, Plane(a, b), to);                                                          \
+    });                                                                                      \
   }                                                                                          \
   int ACAD_##KEYWORD::HitTest(const CFRegion& region, int mode, float a, float b) {          \
     const Pick pick(region, mode);                                                           \

@@ -10,12 +10,19 @@
 
 namespace qv {
 
+namespace detail {
+class DrawingContext;
+class Plane;
+}  // namespace detail
+
 /// An in-memory drawing made ready to be drawn and picked many times: it knows where every entity lies, in plan or
 /// projected for two view angles, and looks only at those that a window can show. Making it takes about as long as
-/// drawing everything once, and some 50 bytes an entity, a text 20 more.
+/// drawing everything once, and some 50 bytes an entity, a text 20 more. A block of many entities that is drawn several
+/// times on a screen or a bitmap is drawn once, and its pixels are copied.
 ///
 /// It stands on the document, which must outlive it. When the document's entities or blocks, or the shape fonts,
-/// change, it is to be made anew. An entity of a program's own kind is always drawn.
+/// change, it is to be made anew. An entity of a program's own kind is always drawn. When memory runs out, report 301:
+/// one that is being made shows nothing then, and a pick takes nothing.
 class QV_API PreparedDrawing {
  public:
   /// In plan.
@@ -24,10 +31,13 @@ class QV_API PreparedDrawing {
   PreparedDrawing(DXF& dxf, float a, float b);
 
   /// Draws what `DXF::Draw` (or `DXF::Draw3D`) draws, in the same order: the same picture, but for where the dashes of
-  /// joined dashed lines begin.
+  /// joined dashed lines begin, and but for blocks that are copied, which may lie a pixel beside it.
   void Draw(CDC* dc, CFCoor* coor) { Draw(dc, coor, {}); }
   /// The same, shown as the appearance says.
-  void Draw(CDC* dc, CFCoor* coor, const Appearance& appearance);
+  void Draw(CDC* dc, CFCoor* coor, const Appearance& appearance) { Draw(dc, coor, appearance, nullptr); }
+  /// The same, asking `goesOn` (null: never) after every thousand entities or so. Returns false when its answer was no,
+  /// and the drawing was given up, or when memory ran out.
+  bool Draw(CDC* dc, CFCoor* coor, const Appearance& appearance, const std::function<bool()>& goesOn);
   /// The entities that a pick takes, in drawing order: those wholly in the rectangle, and with a mode other than 0
   /// those that cross its border as well. The rectangle lies in the plane of the view.
   std::vector<ACAD_ENTITY*> Pick(const CFRect& rect, int mode);
@@ -60,8 +70,18 @@ class QV_API PreparedDrawing {
     Box ends;
     float height;
   };
+  /// A block that is inserted: how far it reaches where no insert has moved it, and what it holds.
+  struct Block {
+    ACAD_BLOCK* block;
+    Box reach;
+    int entities;
+  };
   struct Builder;
+  class Blocks;
 
+  void draw(CFCoor* coor, detail::DrawingContext& to);
+  void pick(const CFRect& rect, int mode, std::vector<ACAD_ENTITY*>& taken);
+  void prepare(DXF& dxf, const detail::Plane& plane);
   template <class Misses, class F>
   void for_each_shown(const Misses& misses, const F& f);
   template <class Misses, class F>
@@ -74,8 +94,9 @@ class QV_API PreparedDrawing {
   float a_;
   float b_;
   float longestText_ = 0;  // in its heights
+  float highest_ = 0;      // of all Z coordinates, without their signs
   std::vector<Item> items_;
-  std::vector<ACAD_BLOCK*> blocks_;
+  std::vector<Block> blocks_;
   std::vector<BaseLine> baseLines_;
   int readable_ = 0;
   detail::BoxGrid grid_;              // over the items

@@ -2,9 +2,12 @@
 
 /// What a database keeps while it is open: its segments, the items of the present one, and the bytes of the file.
 
+#include <optional>
+
 #include "qvtools/engineering/database_file.h"
 #include "qvtools/engineering/internal/file_blocks.h"
 #include "qvtools/engineering/internal/key_table.h"
+#include "qvtools/system/saved_file.h"
 
 struct CDataBaseFile::Tables {
   /// Where a segment begins and ends in the file.
@@ -20,6 +23,7 @@ struct CDataBaseFile::Tables {
 
   qv::detail::KeyTable<Range> segments;
   qv::detail::KeyTable<Text> items;
+  std::optional<qv::SavedFile> saved;  // the file that is written
   qv::detail::BlockWriter writer;
   qv::detail::FileWindow window;
 

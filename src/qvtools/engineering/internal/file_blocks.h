@@ -17,12 +17,14 @@ class QV_API BlockWriter {
   /// The bytes that `room` offers at least.
   static constexpr std::size_t kRoom = 1 << 14;
 
-  /// Writes to the stream, which it does not own, from where that stands.
-  void attach(std::FILE* file);
+  /// Writes to the stream, which it does not own, from where that stands; false without memory.
+  bool attach(std::FILE* file);
   /// Where the next byte goes in the file.
   std::int64_t position() const { return flushed_ + static_cast<std::int64_t>(used_); }
   /// Whether all that left memory was written, and lies where a position of 12 digits and a `long` reach.
   bool good() const { return good_; }
+  /// Says that something is missing in what was written.
+  void fail() { good_ = false; }
 
   /// The place for at most `kRoom` bytes; `take` then says where they end.
   char* room() {
@@ -52,6 +54,8 @@ class QV_API FileWindow {
   /// Reads from the stream, which it does not own.
   void attach(std::FILE* file);
   std::int64_t size() const { return size_; }
+  /// Whether the disk failed when the last view was read (told with report 301); the view is empty then.
+  bool failed() const { return failed_; }
   /// The bytes of the file from start to end, less when it ends before; valid until the next call.
   std::string_view view(std::int64_t start, std::int64_t end);
 
@@ -64,6 +68,7 @@ class QV_API FileWindow {
   std::size_t used_ = 0;
   std::int64_t start_ = 0;
   std::int64_t size_ = 0;
+  bool failed_ = false;
 };
 
 }  // namespace qv::detail

@@ -22,7 +22,8 @@ class KeyTable {
     Value value;
   };
 
-  /// Forgets all entries and texts and keeps the memory.
+  KeyTable() : slots_(kFewest) {}
+  /// Forgets all entries and texts and keeps the memory. It needs none.
   void clear() {
     entries_.clear();
     texts_.clear();
@@ -46,18 +47,21 @@ class KeyTable {
   /// entries in their order gets each without hashing: the one after the last found is tried first.
   const Value* find(std::string_view key) {
     if (next_ >= entries_.size() || !are_equal(this->key(next_), key)) {
-      const std::uint32_t number = slots_.empty() ? 0 : slots_[place(key, hash_of(key))].number;
+      const std::uint32_t number = slots_[place(key, hash_of(key))].number;
       if (!number) return nullptr;
       next_ = number - 1;
     }
     return &entries_[next_++].value;
   }
 
-  /// Adds an entry; false, with nothing changed, when the key is present.
-  bool add(std::string_view key, const Value& value) {
-    if (!add_entry(key, texts_.size(), value)) return false;
-    texts_.append(key);
-    return true;
+  /// Adds an entry, whose key stands in `texts` with more text behind it then; false, with nothing changed, when the
+  /// key is present. When memory runs out the entries are as they were.
+  bool add(std::string_view key, const Value& value, std::string_view more = {}) {
+    const std::size_t offset = texts_.size();
+    texts_.append(key).append(more);
+    if (add_placed(offset, key.size(), value)) return true;
+    texts_.resize(offset);
+    return false;
   }
   /// The same for a key that stands in `texts` already.
   bool add_placed(std::size_t offset, std::size_t length, const Value& value) {
@@ -124,7 +128,7 @@ class KeyTable {
     return at;
   }
   bool add_entry(std::string_view key, std::size_t offset, const Value& value) {
-    if (2 * entries_.size() >= slots_.size()) resize(slots_.empty() ? kFewest : 4 * slots_.size());
+    if (2 * entries_.size() >= slots_.size()) resize(4 * slots_.size());
     const std::uint32_t hash = hash_of(key);
     Slot& slot = slots_[place(key, hash)];
     if (slot.number) return false;

@@ -5,6 +5,7 @@
 #include "qvtools/geometry/domains/internal/domain_edge.h"
 #include "qvtools/geometry/domains/internal/lanes.h"
 #include "qvtools/geometry/functions/jh.h"
+#include "qvtools/services/internal/out_of_memory.h"
 
 using namespace qv::detail;
 
@@ -61,7 +62,7 @@ struct Answer {
 }  // namespace
 
 int Region_To_Domain(const CFRegion& region, CArray<CDomainEdge, CDomainEdge&>& edges) {
-  edges.SetSize(region.GetSize());
+  if (!unless_out_of_memory([&] { return edges.SetSize(region.GetSize()), true; }, false)) return 0;
   for (int i = 0; i < region.GetSize(); ++i) {
     const CFShoot& v = region[i];
     const CFShape shape = region.GetEdge(i);

@@ -1,5 +1,6 @@
 #include "qvtools/geometry/domains/domain.h"
 #include "qvtools/geometry/domains/internal/domain_edge.h"
+#include "qvtools/services/internal/out_of_memory.h"
 
 // The crossing count as it is defined: edges broken at the test line, sides given to the pieces, changes of side
 // counted. The pieces are taken one after the other; no list of them is kept.
@@ -129,9 +130,13 @@ void CPointInDomain::Find_SegmentPosition(CDomainEdge& edge, const CDomainEdge& 
 int CPointInDomain::Break_The_Edge(CArray<CDomainEdge, CDomainEdge&>& edges, int index) const {
   CDomainEdge pieces[kMostSplits];
   const int count = split(edges[index], after(edges.GetData(), edges.GetSize(), index), pieces);
+  const int before = edges.GetSize();
   for (int i = 0; i < count; ++i) {
     const CDomainEdge& p = pieces[i];
     Add_OneBian_AfterPosition(edges, index + i, p.isArc, p.x, p.y, p.cx, p.cy, p.side, p.ccw);
+    if (edges.GetSize() == before + i + 1) continue;
+    edges.RemoveAt(index + 1, i);  // memory ran out
+    return 0;
   }
   return count;
 }
@@ -139,5 +144,5 @@ int CPointInDomain::Break_The_Edge(CArray<CDomainEdge, CDomainEdge&>& edges, int
 void CPointInDomain::Add_OneBian_AfterPosition(CArray<CDomainEdge, CDomainEdge&>& edges, int index, int isArc, float x,
                                                float y, float cx, float cy, int side, int ccw) const {
   const CDomainEdge edge{.side = side, .isArc = isArc, .x = x, .y = y, .cx = cx, .cy = cy, .ccw = ccw};
-  edges.InsertAt(index + 1, edge);
+  unless_out_of_memory([&] { edges.InsertAt(index + 1, edge); });
 }

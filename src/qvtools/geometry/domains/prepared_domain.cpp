@@ -1,6 +1,7 @@
 #include "qvtools/geometry/domains/prepared_domain.h"
 
 #include "qvtools/geometry/domains/internal/domain_edge.h"
+#include "qvtools/services/internal/out_of_memory.h"
 
 using namespace qv::detail;
 
@@ -177,6 +178,13 @@ struct CPreparedDomain::Builder {
 
 CPreparedDomain::CPreparedDomain(int n, const CDomainEdge* edges) {
   if (n < 1) return;
+  const bool prepared = unless_out_of_memory([&] { return prepare(n, edges), true; }, false);
+  if (prepared) return;
+  edges_.clear();
+  cells_.clear();
+}
+
+void CPreparedDomain::prepare(int n, const CDomainEdge* edges) {
   edges_.assign(edges, edges + n);
   edges_.push_back(edges[0]);
   float x1, y1, x2, y2;

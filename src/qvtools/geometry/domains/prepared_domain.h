@@ -12,6 +12,7 @@
 /// a long one, and about the time of a thousand queries without it.
 class QV_API CPreparedDomain {
  public:
+  /// When memory runs out, report 301, and a domain without points.
   CPreparedDomain(int n, const CDomainEdge* edges);
 
   /// The answer of `CPointInDomain::Point_In_Domain`: 1 when the point is inside or within tol of the outline, else 0.
@@ -38,6 +39,7 @@ class QV_API CPreparedDomain {
   };
   struct Builder;
 
+  void prepare(int n, const CDomainEdge* edges);
   bool on_any(int row1, int row2, int column1, int column2, float px, float py, float tol) const;
 
   std::vector<CDomainEdge> edges_;      // with the first one repeated at the end

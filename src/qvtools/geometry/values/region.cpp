@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "qvtools/geometry/values/internal/edge.h"
+#include "qvtools/services/internal/out_of_memory.h"
 
 using namespace qv::detail;
 
@@ -135,12 +136,12 @@ CFRegion::CFRegion(const CFRect& r) {
 }
 
 CFRegion& CFRegion::operator=(const CFRegion& other) {
-  CArray::operator=(other);
+  unless_out_of_memory([&] { CArray::operator=(other); });
   return *this;
 }
 
 void CFRegion::Init(const CFPoint* points, int n) {
-  SetSize(n);
+  if (!unless_out_of_memory([&] { return SetSize(n), true; }, false)) return;
   for (int i = 0; i < n; ++i) (*this)[i] = CFShoot(points[i]);
 }
 
@@ -195,11 +196,14 @@ int CFRegion::HitShape(const CFShape& shape, int mode) const {
     return any_edge(*this, [&](const CFShape& edge) { return meet(shape, edge); }) || InRegion(shape.GetMiddlePoint());
   if (!box.FpInFRect(from, tol) || !box.FpInFRect(to, tol)) return 0;
   if (shape.IsPoint()) return inside_or_on(*this, shape, tol);
-  const std::vector<double> parameters = cuts(*this, shape, tol);
-  for (std::size_t i = 0; i + 1 < parameters.size(); ++i) {
-    if (!inside_or_on(*this, point_at(shape, (parameters[i] + parameters[i + 1]) / 2), tol)) return 0;
-  }
-  return 1;
+  const auto all_parts_inside = [&] {
+    const std::vector<double> parameters = cuts(*this, shape, tol);
+    for (std::size_t i = 0; i + 1 < parameters.size(); ++i) {
+      if (!inside_or_on(*this, point_at(shape, (parameters[i] + parameters[i + 1]) / 2), tol)) return 0;
+    }
+    return 1;
+  };
+  return unless_out_of_memory(all_parts_inside, 0);
 }
 
 int CFRegion::Contain(const CFPoint& p1, const CFPoint& p2) const {
@@ -272,17 +276,21 @@ CFRegion& CFRegion::Stretch(const CFPoint& c, double k) {
 
 void CFRegion::Serialize(CArchive& archive) {
   if (archive.IsStoring()) {
-    archive << static_cast<std::uint32_t>(GetSize());
-    for (CFShoot& v : *this) v.Serialize(archive);
+    unless_out_of_memory([&] {
+      archive << static_cast<std::uint32_t>(GetSize());
+      for (CFShoot& v : *this) v.Serialize(archive);
+    });
     return;
   }
   std::uint32_t count = 0;
   archive >> count;
-  CFRegion loaded;
-  for (std::uint32_t i = 0; i < count && !archive.Failed(); ++i) {
-    CFShoot v;
-    v.Serialize(archive);
-    loaded.Add(v);
-  }
-  if (!archive.Failed()) *this = loaded;
+  unless_out_of_memory([&] {
+    CFRegion loaded;
+    for (std::uint32_t i = 0; i < count && !archive.Failed(); ++i) {
+      CFShoot v;
+      v.Serialize(archive);
+      loaded.Add(v);
+    }
+    if (!archive.Failed()) Swap(loaded);
+  });
 }

@@ -15,7 +15,7 @@ class QV_API CFRegion : public CArray<CFShoot, const CFShoot&> {
   CFRegion(const CFPoint* points, int n) { Init(points, n); }
   /// The four corners of a rectangle, counter-clockwise from the smallest.
   CFRegion(const CFRect& r);
-  CFRegion(const CFRegion& other) : CArray(other) {}
+  CFRegion(const CFRegion& other) : CArray() { *this = other; }
   CFRegion& operator=(const CFRegion& other);
 
   void Init(const CFPoint* points, int n);

@@ -134,6 +134,26 @@ int line_seek(void* cookie, off64_t* offset, int whence) {
   return 0;
 }
 
+/// The stream on an open file, with a mode that `fopencookie` knows; null, with the file as it is, without memory.
+std::FILE* crlf_stream(int fd, const char* mode) {
+  std::unique_ptr<Translator> translator(new (std::nothrow) Translator);
+  if (!translator) return nullptr;
+  translator->fd = fd;
+  std::FILE* const file =
+      fopencookie(translator.get(), mode, {cookie_read, cookie_write, cookie_seek, close_file<Translator>});
+  if (file) translator.release();
+  return file;
+}
+
+std::FILE* open_crlf_stream(const char* path, const char* mode, int flags) {
+  const int fd = ::open(path, open_flags(mode) | O_CLOEXEC | flags, 0666);
+  if (fd < 0) return nullptr;
+  const char plain[] = {mode[0], std::strchr(mode, '+') ? '+' : '\0', '\0'};
+  std::FILE* const file = crlf_stream(fd, plain);
+  if (!file) ::close(fd), errno = ENOMEM;
+  return file;
+}
+
 }  // namespace
 
 std::FILE* open_lf_stream(const char* path) {
@@ -148,20 +168,19 @@ std::FILE* open_lf_stream(const char* path) {
   return file;
 }
 
-std::FILE* open_crlf_stream(const char* path, const char* mode) {
-  std::unique_ptr<Translator> translator(new (std::nothrow) Translator);
-  if (!translator) return errno = ENOMEM, nullptr;
-  translator->fd = ::open(path, open_flags(mode) | O_CLOEXEC, 0666);
-  if (translator->fd < 0) return nullptr;
-  const char plain[] = {mode[0], std::strchr(mode, '+') ? '+' : '\0', '\0'};
-  std::FILE* const file =
-      fopencookie(translator.get(), plain, {cookie_read, cookie_write, cookie_seek, close_file<Translator>});
-  if (file) {
-    translator.release();
-  } else {
-    ::close(translator->fd);
-  }
+std::FILE* stream_of(int fd, bool crLf) {
+  if (fd < 0) return nullptr;
+  std::FILE* const file = crLf ? crlf_stream(fd, "w") : ::fdopen(fd, "wb");
+  if (!file) ::close(fd), errno = ENOMEM;
   return file;
+}
+
+std::FILE* open_crlf_stream(const char* path, const char* mode) {
+  return open_crlf_stream(path, mode, 0);
+}
+
+std::FILE* open_crlf_stream_nowhere_else(const char* path, const char* mode) {
+  return open_crlf_stream(path, mode, O_NOFOLLOW | O_NONBLOCK);
 }
 
 }  // namespace qv::detail

@@ -1,11 +1,11 @@
 #include <fcntl.h>
 #include <io.h>
-#include <process.h>
 #include <sys/stat.h>
 #include <windows.h>
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <iterator>
 
 #include "qvtools/system/filesystem.h"
@@ -21,9 +21,9 @@ std::string full_path(const char* path) {
 }
 
 /// Whether the path names a device such as NUL. Its attributes can be those of a file: only an open one tells.
-bool is_device(const std::string& path) {
+bool is_device(const char* path) {
   constexpr DWORD kShared = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-  const HANDLE file = CreateFileA(path.c_str(), 0, kShared, nullptr, OPEN_EXISTING, 0, nullptr);
+  const HANDLE file = CreateFileA(path, 0, kShared, nullptr, OPEN_EXISTING, 0, nullptr);
   if (file == INVALID_HANDLE_VALUE) return false;
   const DWORD type = GetFileType(file);
   CloseHandle(file);
@@ -35,7 +35,8 @@ bool is_device(const std::string& path) {
 PathKind path_kind(const char* path) {
   const DWORD attributes = GetFileAttributesA(path);
   if (attributes == INVALID_FILE_ATTRIBUTES) return PathKind::Absent;
-  return attributes & FILE_ATTRIBUTE_DIRECTORY ? PathKind::Directory : PathKind::File;
+  if (attributes & FILE_ATTRIBUTE_DIRECTORY) return PathKind::Directory;
+  return is_device(path) ? PathKind::Other : PathKind::File;
 }
 
 bool remove_file(const char* path) {
@@ -69,11 +70,17 @@ bool is_same_file(const char* a, const char* b) {
 }
 
 std::string link_target(const char* path) {
-  return path;
+  return full_path(path);
 }
 
-bool is_replaceable(const std::string& path) {
-  return path_kind(path.c_str()) != PathKind::Directory && !is_device(path);
+bool is_link(const char* path) {
+  const DWORD attributes = GetFileAttributesA(path);
+  return attributes != INVALID_FILE_ATTRIBUTES && attributes & FILE_ATTRIBUTE_REPARSE_POINT;
+}
+
+bool is_ordinary(const std::string& path) {
+  const PathKind kind = path_kind(path.c_str());
+  return kind == PathKind::File || (kind == PathKind::Absent && !is_device(path.c_str()));
 }
 
 bool is_writable(const std::string& path) {
@@ -81,9 +88,26 @@ bool is_writable(const std::string& path) {
   return attributes == INVALID_FILE_ATTRIBUTES || !(attributes & FILE_ATTRIBUTE_READONLY);
 }
 
-std::FILE* create_new(const std::string& path, const std::string&) {
-  const int fd = _open(path.c_str(), _O_WRONLY | _O_CREAT | _O_EXCL | _O_BINARY, _S_IREAD | _S_IWRITE);
-  return fd < 0 ? nullptr : _fdopen(fd, "wb");
+namespace {
+
+constexpr int kPermissions = _S_IREAD | _S_IWRITE;
+
+}  // namespace
+
+// A file that is open cannot be removed: no other mark of use is needed.
+bool remove_left(const std::string& path) {
+  return DeleteFileA(path.c_str()) != 0;
+}
+
+int create_new(const std::string& path, const std::string&) {
+  constexpr int kFlags = _O_WRONLY | _O_CREAT | _O_EXCL | _O_BINARY | _O_NOINHERIT;
+  const int fd = _open(path.c_str(), kFlags, kPermissions);
+  if (fd >= 0 || errno != EEXIST) return fd;
+  return remove_left(path) ? _open(path.c_str(), kFlags, kPermissions) : (errno = EEXIST, -1);
+}
+
+int open_in_place(const std::string& path) {
+  return _open(path.c_str(), _O_WRONLY | _O_CREAT | _O_TRUNC | _O_BINARY | _O_NOINHERIT, kPermissions);
 }
 
 // A name that is too long can be answered with "not found".
@@ -93,12 +117,23 @@ bool is_creation_refused() {
   return std::find(std::begin(kRefusals), std::end(kRefusals), _doserrno) != std::end(kRefusals);
 }
 
-bool replace_file(const std::string& from, const std::string& to) {
-  return MoveFileExA(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING) != 0;
+// A file is renamed when it is closed.
+int hold(int) {
+  return -1;
 }
 
-int process_id() {
-  return _getpid();
+void let_go(int) {}
+
+bool flush_to_disk(int file) {
+  const auto handle = reinterpret_cast<HANDLE>(_get_osfhandle(file));
+  return FlushFileBuffers(handle) || GetFileType(handle) != FILE_TYPE_DISK;
+}
+
+// The system writes the names of a folder with the file.
+void flush_folder_of(const char*) {}
+
+bool replace_file(const std::string& from, const std::string& to) {
+  return MoveFileExA(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING) != 0;
 }
 
 }  // namespace detail

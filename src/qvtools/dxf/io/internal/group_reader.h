@@ -58,8 +58,11 @@ class GroupReader {
   enum class Stream { Own, Host };
   GroupReader(std::FILE* file, Stream kind);
 
-  /// False when memory for the blocks ran out: then every read is at the end of the file.
-  bool is_ready() const { return kind_ == Stream::Host || memory_; }
+  /// Whether the disk failed (told once) or memory ran out: what is read from then on is at the end of the file, or may
+  /// lack a part.
+  bool failed() const { return failed_; }
+  /// Says that memory ran out for what was read.
+  void fail() { failed_ = true; }
 
   /// Reads the next pair; false at the end of the file.
   bool next() {
@@ -149,10 +152,13 @@ class GroupReader {
   }
   void start();
   void refill();
+  /// Tells of a disk that failed.
+  void check_stream();
 
   std::FILE* file_;
   Stream kind_;
   bool atEnd_ = false;
+  bool failed_ = false;
   int code_ = kUnknownCode;
   Line value_;
   Position at_;

@@ -4,6 +4,8 @@
 /// copied whole, and nothing is formatted by the C library.
 
 #include <algorithm>
+#include <bit>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <functional>
@@ -86,6 +88,9 @@ class GroupWriter {
     return good_;
   }
 
+  /// Whether a real was written that is no finite number.
+  bool any_not_finite() const { return notFinite_; }
+
   // Groups: each begins with the end of the line before it; behind the last, that end is written by itself.
   void end_groups() { at_ = put(at_, kLineFeed); }
   template <int code>
@@ -98,6 +103,8 @@ class GroupWriter {
   template <int code>
   void real(float value) {
     at_ = put_fixed2(put(at_, kCodeLine<end, code>), value);
+    constexpr std::uint32_t kExponent = 0x7F800000;  // all ones where there is no finite number
+    notFinite_ |= (std::bit_cast<std::uint32_t>(value) & kExponent) == kExponent;
   }
   template <int code>
   void real(float value, int) {
@@ -160,6 +167,7 @@ class GroupWriter {
   char* at_;
   Output output_;
   bool good_ = true;
+  bool notFinite_ = false;
 };
 
 template <LineEnd end>

@@ -117,7 +117,7 @@ bool read_groups(GroupReader& in, auto& record) {
 }
 
 /// What a record needs beside its own groups: nothing, its vertices, its entities, or a name and a count put right.
-/// False, after report 301, when memory runs out.
+/// False, after report 301 and with the reader failed, when memory runs out.
 template <class Record>
 bool read_rest(GroupReader&, Record&) {
   return true;
@@ -139,11 +139,11 @@ inline void reset(ACAD_BLOCK& block) {
   block.Ini();
 }
 
-/// Reads a record whose opening pair has gone by; false when it cannot take a pair or memory runs out.
+/// Reads a record whose opening pair has gone by; false when it cannot take a pair, the disk fails or memory runs out.
 bool read_opened(GroupReader& in, auto& record) {
   reset(record);
   const bool good = read_groups(in, record);
-  return read_rest(in, record) && good;
+  return read_rest(in, record) && good && !in.failed();
 }
 
 /// Reads a whole record: 0 when the next pair does not open one, or when it cannot take a pair, else 1.
