@@ -7,7 +7,9 @@
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QMenu>
 #include <QtWidgets/QMenuBar>
+#include <QtWidgets/QLineEdit>
 #include <QtWidgets/QPushButton>
+#include <QtWidgets/QTabWidget>
 #include <QtWidgets/QTreeWidget>
 
 #include "common/fonts.h"
@@ -40,7 +42,7 @@ class MainWindowTest : public testing::Test {
       if (action->text() == caption) return action;
     return nullptr;
   }
-  Canvas& canvas() const { return *static_cast<Canvas*>(window_->centralWidget()); }
+  Canvas& canvas() const { return window_->canvas(); }
   /// How many pixels of the drawing have a colour.
   int pixels(QRgb colour) const {
     const QImage image = canvas().grab().toImage();
@@ -108,9 +110,44 @@ TEST_F(MainWindowTest, LayersAreSwitchedAndTheBackgroundTurnsDark) {
   EXPECT_EQ(pixels(0xFF0000), 0);
   action("Dark background")->trigger();
   EXPECT_NEAR(pixels(0xFFFFFF), black, 3);
-  window_->findChildren<QPushButton*>().last()->click();  // the other way round
+  for (QPushButton* const button : window_->findChildren<QPushButton*>())
+    if (button->text() == "Invert") button->click();
   EXPECT_NEAR(pixels(0xFF0000), red, 3);
   EXPECT_EQ(pixels(0xFFFFFF), 0);
+}
+
+TEST_F(MainWindowTest, TextsAreFoundTwoDrawingsComparedAndTabsRemembered) {
+  DXF dxf;
+  dxf.New_MemDxf();
+  dxf.Write_Line(0, 100, 0, 100, 0, 0, "0", "BYLAYER", "BYLAYER");
+  dxf.Write_Text(10, 10, 0, 1, 0, "KL-7", "STANDARD", "0", "BYLAYER", "BYLAYER");
+  const QString other = QString::fromStdString(directory_.path("other.dxf"));
+  dxf.Write_MemDxf_To_File(other.toStdString().c_str());
+  window_->open(path_);
+  window_->open(other);
+  EXPECT_EQ(window_->findChild<QTabWidget*>()->count(), 2);
+  action("Find text…")->trigger();
+  auto* const find = window_->findChild<QLineEdit*>("find");
+  find->setText("kl");
+  EXPECT_EQ(window_->findChild<QTreeWidget*>("found")->topLevelItemCount(), 1);
+  const float before = canvas().view().CurrentView().GetScale();
+  emit find->returnPressed();
+  EXPECT_GT(canvas().view().CurrentView().GetScale(), before);
+  const CFRect seen = canvas().view().seen();
+  window_->compare(path_, other);
+  EXPECT_EQ(window_->findChild<QTabWidget*>()->count(), 3);
+  auto* const places = window_->findChild<QTreeWidget*>("places");
+  EXPECT_GT(places->topLevelItemCount(), 0);
+  EXPECT_GT(pixels(0xFF0000), 20) << "what only the old one has is red";
+  action("Next place")->trigger();
+  EXPECT_TRUE(places->currentItem());
+  action("Swap old and new")->trigger();
+  EXPECT_EQ(window_->windowTitle(), "other.dxf ↔ two.dxf - qvview");
+  action("Close the drawing")->trigger();
+  action("Close the drawing")->trigger();
+  EXPECT_EQ(window_->findChild<QTabWidget*>()->count(), 1);
+  window_->open(other);
+  EXPECT_NEAR(canvas().view().seen().x1, seen.x1, 0.5) << "it is shown as it was left";
 }
 
 TEST(ViewerFonts, AFileThatIsNoFontChangesNothing) {

@@ -3,6 +3,7 @@
 /// A drawing as the viewer shows it: the document with its layers switched on and off and its colours resolved for the
 /// background. Nothing here needs a screen.
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -50,6 +51,18 @@ class Drawing {
   /// The colour that the document gives it; `qv::kByLayer` for its layer's.
   int own_color(int entity) const { return items_[static_cast<std::size_t>(entity)].ownColor; }
 
+  /// The line type that the document gives it; empty for a kind without any.
+  const std::string& own_line_type(int entity) const;
+  /// The entities of an insert's block; 0 for another kind.
+  int count_in_block(int entity) const;
+  /// Calls f with every text that an insert shows, and how far it is moved in the plane of the view.
+  void for_each_text_in(int insert, const ViewAngles& angles, const std::function<void(ACAD_TEXT&, CFPoint)>& f) const;
+  /// The entities as a drawing of their own, as they were loaded, with the tables and their blocks; null when memory
+  /// runs out.
+  std::unique_ptr<DXF> part(const std::vector<int>& entities);
+  /// What is shown, ready to be drawn, picked and caught from a direction; another one after any change.
+  qv::PreparedDrawing& prepared(const ViewAngles& angles);
+
   /// The extent of what is shown, or of one entity, seen from a direction.
   CFRect extent(const ViewAngles& angles);
   CFRect extent_of(int entity, const ViewAngles& angles);
@@ -86,6 +99,7 @@ class Drawing {
     std::size_t layer;
     int ownColor = qv::kByLayer;
     int ownLineType = -1;  // an index of `lineTypes_`; -1 for a kind without any
+    bool shown = true;
   };
   /// A point to be drawn in its layer's colour: the library draws points black.
   struct Mark {
@@ -102,10 +116,9 @@ class Drawing {
   void resolve();
   void recolor(std::vector<Item>& items);
   void rebuild();
-  bool is_seen_in_block(const Item& item) const;
+  bool is_seen_in_block(const Item& item, bool insertOn) const;
+  void show_insert(Item& item, const ACAD_INSERT& insert);
   void collect_marks();
-  /// What is shown, ready to be drawn and picked from a direction.
-  qv::PreparedDrawing& prepared(const ViewAngles& angles);
   void draw_marks(CDC& dc, const CFCoor& coor, const ViewAngles& angles);
   void draw_entity(ACAD_ENTITY& entity, CDC& dc, CFCoor& coor, const ViewAngles& angles) const;
 

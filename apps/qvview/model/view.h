@@ -8,14 +8,17 @@
 #include <vector>
 
 #include "model/drawing.h"
-#include "qvtools/navigation/draw_tool.h"
+#include "model/find.h"
+#include "model/measuring.h"
+#include "qvtools/navigation/catch_tool.h"
 
 namespace qvview {
 
-/// What the left button does: picks, gives the corners of a window to be fitted, or drags the drawing.
-enum class Mode { Pick, WindowZoom, Hand };
+/// What the left button does: picks, gives the corners of a window to be fitted, drags the drawing, or gives the points
+/// of a measurement.
+enum class Mode { Pick, WindowZoom, Hand, Measure };
 
-class View : public CDrawTool {
+class View : public qv::CatchTool {
  public:
   /// Is told of changes.
   class Listener {
@@ -24,6 +27,7 @@ class View : public CDrawTool {
     virtual void on_view_changed() = 0;
     virtual void on_picks_changed() = 0;
     virtual void on_mode_changed() = 0;
+    virtual void on_measures_changed() {}
   };
 
   View(qv::Window& window, Listener& listener);
@@ -37,6 +41,9 @@ class View : public CDrawTool {
 
   /// Draws the client area, whose background is there, and what the pointer shows on it.
   void paint(CDC& dc);
+  /// Draws over the picture what is not part of it: measurements, the mark of what is caught, the frame of what was
+  /// found. Cheap, so windows draw it on whatever they show; `labels` get the texts.
+  void paint_overlay(CDC& dc, std::vector<OverlayLabel>& labels) const;
   /// Draws what is seen fitted into a picture of a size; see `Drawing::draw`.
   void draw_into(CDC& dc, CSize size, bool everyLetter);
   /// The world rectangle that the window shows.
@@ -49,6 +56,18 @@ class View : public CDrawTool {
   void zoom_in();
   /// Brings one entity to the middle of the view.
   void show_entity(int entity);
+  /// Shows a part of the plane as it was seen before, with an empty history.
+  void restore(const CFRect& seen, const ViewAngles& angles);
+  /// Whether everything is fitted into the window.
+  bool shows_everything() const { return everything_; }
+  /// Switches the layers of what is picked: only they are on, or they are off.
+  void show_picked_layers(bool only);
+  void show_all_layers();
+  /// Shows a text so that it can be read, with a frame around it.
+  void show_hit(const Hit& hit);
+  /// Shows a place with some room about it, with a frame around it.
+  void show_place(const CFRect& box);
+  void unmark();
   /// Zooms about a point by steps of the wheel. Steps that continue each other make one entry in the history.
   void wheel(CPoint point, double steps, bool continues);
   /// Pans by a share of the window: (1, 0) shows what lies a window's width to the right.
@@ -58,6 +77,20 @@ class View : public CDrawTool {
 
   void set_mode(Mode mode);
   Mode mode() const { return mode_; }
+  /// Measures from now on; each click gives a point.
+  void begin_measure(MeasureKind kind);
+  const Measuring& measuring() const { return measuring_; }
+  void clear_measures();
+  /// Ends a chain or an outline; false when there was none.
+  bool finish_measure();
+  /// Takes the last point of it back.
+  void take_back_point();
+  /// The letter behind "s": only that kind of point is caught for the next point, "a" all kinds, "f" none. False for
+  /// another letter.
+  bool catch_by_letter(char letter);
+  /// The next of the points that can be caught here, when there are several.
+  void next_caught(int by);
+  void switch_catching();
   void set_light(bool light);
   bool is_light() const { return light_; }
   /// Layers of the drawing, or the fonts, have changed: picks that are no longer shown go.
@@ -89,8 +122,12 @@ class View : public CDrawTool {
   void PrepareDraw(const CPoint* from, const CPoint* to) override;
   void DrawCursor(CDC& dc, int show) override;
 
+ protected:
+  qv::PreparedDrawing* CaughtDrawing() override;
+
  private:
   static constexpr DRAWTYPE kHand = static_cast<DRAWTYPE>(kOwnStates);
+  static constexpr DRAWTYPE kLocating = static_cast<DRAWTYPE>(kOwnStates + 1);
   static constexpr unsigned int kChanged = 1;  // the message of every state
 
   void after_corner(bool hadCorner);
@@ -103,6 +140,11 @@ class View : public CDrawTool {
   bool pick_at(CPoint point);
   void take(std::vector<int> hits);
   void repaint();
+  /// Shows the picture again, with another overlay.
+  void refresh();
+  void measure_at(CPoint point);
+  std::optional<int> entity_at(CPoint point);
+  void draw_frame(CDC& dc) const;
   /// Everything fitted into the window, without an entry in the history.
   void fit();
   void measure();
@@ -123,6 +165,8 @@ class View : public CDrawTool {
   CPoint point_;
   std::optional<CPoint> dragFrom_;
   std::vector<int> picks_;
+  Measuring measuring_;
+  std::optional<CFRect> frame_;  // around what was found
 };
 
 }  // namespace qvview

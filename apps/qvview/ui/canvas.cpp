@@ -4,6 +4,8 @@
 #include <QtGui/QPainter>
 #include <QtGui/QWheelEvent>
 
+#include "qvtools/platform/qt/qt_context.h"
+
 namespace qvview {
 
 Canvas::Canvas(View::Listener& listener, const Words& words) : words_(words), view_(*this, listener) {
@@ -22,10 +24,81 @@ void Canvas::set_light(bool light) {
 
 void Canvas::paintEvent(QPaintEvent* event) {
   QtWindow::paintEvent(event);
-  if (view_.drawing()) return;
   QPainter painter(this);
+  if (view_.drawing()) return paint_overlay(painter);
   painter.setPen(Qt::gray);
   painter.drawText(rect(), Qt::AlignCenter | Qt::TextWordWrap, words_(Text::NoDrawing));
+}
+
+void Canvas::paint_overlay(QPainter& painter) {
+  std::vector<OverlayLabel> labels;
+  const CPoint shift = view_.dragged_by().value_or(CPoint());
+  painter.translate(FromPixel(shift));
+  painter.save();
+  const double ratio = devicePixelRatioF();
+  painter.scale(1 / ratio, 1 / ratio);
+  const CRect client = ClientRect();
+  {
+    qv::QtContext context(painter, qv::QtContext::Target::Vector, {client.Width(), client.Height()});
+    view_.paint_overlay(context, labels);
+  }
+  painter.restore();
+  for (const OverlayLabel& label : labels)
+    paint_label(painter, FromPixel(label.at), QString::fromStdString(label.text), false);
+  const qv::CaughtPoint* const caught = view_.Caught();
+  if (view_.mode() != Mode::Measure || !caught || !view_.pointer()) return;
+  const CFPoint at(static_cast<float>(caught->at.x), static_cast<float>(caught->at.y));
+  QString word = words_(static_cast<Text>(static_cast<int>(Text::CatchEnd) + static_cast<int>(caught->kind)));
+  if (view_.CaughtCount() > 1) word += QStringLiteral(" (Tab: %1)").arg(view_.CaughtCount());
+  paint_label(painter, FromPixel(view_.CurrentView().FPtoDP(at)), word, true);
+}
+
+void Canvas::paint_label(QPainter& painter, const QPointF& at, const QString& text, bool below) {
+  constexpr double kMargin = 3, kAway = 10;
+  QRectF box = QRectF(painter.fontMetrics().boundingRect(text)).adjusted(-kMargin, -kMargin, kMargin, kMargin);
+  box.moveTopLeft(below ? at + QPointF(kAway, kAway) : at + QPointF(kAway, -kAway - box.height()));
+  // Labels stay in the window as long as their points do.
+  if (rect().contains(at.toPoint())) {
+    if (box.right() > width()) box.moveRight(at.x() - kAway);
+    if (box.top() < 0) box.moveTop(at.y() + kAway);
+    if (box.bottom() > height()) box.moveBottom(at.y() - kAway);
+  }
+  const bool light = view_.is_light();
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(light ? QColor(255, 255, 235, 225) : QColor(40, 40, 40, 225));
+  painter.drawRoundedRect(box, kMargin, kMargin);
+  painter.setPen(light ? Qt::black : Qt::white);
+  painter.drawText(box, Qt::AlignCenter, text);
+}
+
+bool Canvas::event(QEvent* event) {
+  // While points are given, letters name the kinds of points and Tab goes through those that can be caught.
+  if (view_.mode() == Mode::Measure && view_.drawing()) {
+    if (event->type() == QEvent::ShortcutOverride) {
+      const auto* const key = static_cast<QKeyEvent*>(event);
+      const bool letter = key->modifiers() == Qt::NoModifier && (key->key() == Qt::Key_S || letterBefore_);
+      if (letter || key->key() == Qt::Key_Backspace) return event->accept(), true;
+    }
+    if (event->type() == QEvent::KeyPress) {
+      const auto* const key = static_cast<QKeyEvent*>(event);
+      if (key->key() == Qt::Key_Tab || key->key() == Qt::Key_Backtab)
+        return view_.next_caught(key->key() == Qt::Key_Tab ? 1 : -1), true;
+    }
+  }
+  return QtWindow::event(event);
+}
+
+void Canvas::keyPressEvent(QKeyEvent* event) {
+  if (view_.mode() != Mode::Measure) return QtWindow::keyPressEvent(event);
+  if (event->key() == Qt::Key_Backspace) return view_.take_back_point();
+  if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) return static_cast<void>(view_.cancel());
+  const bool before = std::exchange(letterBefore_, false);
+  if (before && event->key() >= Qt::Key_A && event->key() <= Qt::Key_Z)
+    view_.catch_by_letter(static_cast<char>('a' + event->key() - Qt::Key_A));
+  else if (event->key() == Qt::Key_S)
+    letterBefore_ = true;
+  else
+    QtWindow::keyPressEvent(event);
 }
 
 void Canvas::resizeEvent(QResizeEvent* event) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QtCore/QElapsedTimer>
+#include <QtGui/QPainter>
 
 #include "model/view.h"
 #include "qvtools/platform/qt/qt_window.h"
@@ -25,6 +26,8 @@ class Canvas : public qv::QtWindow {
  protected:
   void OnPaint(CDC& dc) override { view_.paint(dc); }
   void OnMessage(unsigned int message) override { view_.on_message(message); }
+  bool event(QEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
@@ -36,10 +39,13 @@ class Canvas : public qv::QtWindow {
 
  private:
   void pointer_changed();
+  void paint_overlay(QPainter& painter);
+  void paint_label(QPainter& painter, const QPointF& at, const QString& text, bool below);
 
   const Words& words_;
   View view_;
   QElapsedTimer sinceWheel_;
+  bool letterBefore_ = false;  // "s" was typed, the letter of a kind of points follows
 };
 
 }  // namespace qvview
