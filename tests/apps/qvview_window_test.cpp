@@ -13,6 +13,9 @@
 #include <QtWidgets/QTreeWidget>
 
 #include "common/fonts.h"
+#include "qvtools/widgets/qt/drawing_view.h"
+#include "qvtools/widgets/show_dxf.h"
+#include "support/recording_host.h"
 #include "support/temporary_directory.h"
 #include "ui/main_window.h"
 
@@ -130,10 +133,10 @@ TEST_F(MainWindowTest, TextsAreFoundTwoDrawingsComparedAndTabsRemembered) {
   auto* const find = window_->findChild<QLineEdit*>("find");
   find->setText("kl");
   EXPECT_EQ(window_->findChild<QTreeWidget*>("found")->topLevelItemCount(), 1);
-  const float before = canvas().view().CurrentView().GetScale();
+  const float before = canvas().View().CurrentView().GetScale();
   emit find->returnPressed();
-  EXPECT_GT(canvas().view().CurrentView().GetScale(), before);
-  const CFRect seen = canvas().view().seen();
+  EXPECT_GT(canvas().View().CurrentView().GetScale(), before);
+  const CFRect seen = canvas().View().seen();
   window_->compare(path_, other);
   EXPECT_EQ(window_->findChild<QTabWidget*>()->count(), 3);
   auto* const places = window_->findChild<QTreeWidget*>("places");
@@ -147,7 +150,37 @@ TEST_F(MainWindowTest, TextsAreFoundTwoDrawingsComparedAndTabsRemembered) {
   action("Close the drawing")->trigger();
   EXPECT_EQ(window_->findChild<QTabWidget*>()->count(), 1);
   window_->open(other);
-  EXPECT_NEAR(canvas().view().seen().x1, seen.x1, 0.5) << "it is shown as it was left";
+  EXPECT_NEAR(canvas().View().seen().x1, seen.x1, 0.5) << "it is shown as it was left";
+}
+
+/// What host programs call: a window at once, or until it is closed.
+TEST_F(MainWindowTest, OneCallShowsADrawing) {
+  const std::string path = path_.toStdString();
+  const auto shown = [] {
+    for (QWidget* const widget : QApplication::topLevelWidgets())
+      if (auto* const view = qobject_cast<qv::DrawingView*>(widget); view && view->isVisible()) return view;
+    return static_cast<qv::DrawingView*>(nullptr);
+  };
+  ASSERT_EQ(Show_DXF_Modaless(path.c_str()), 1);
+  qv::DrawingView* const view = shown();
+  ASSERT_TRUE(view);
+  EXPECT_EQ(view->EntityCount(), 2);
+  EXPECT_EQ(view->Layers(), QStringList({"0", "A"}));
+  view->SetLayerOn("A", false);
+  EXPECT_FALSE(view->IsLayerOn("A"));
+  int changes = 0;
+  QObject::connect(view, &qv::DrawingView::PicksChanged, [&] { ++changes; });
+  view->View().select_all();
+  EXPECT_EQ(changes, 1);
+  EXPECT_EQ(view->Picks().size(), 1U);
+  view->close();
+  QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  EXPECT_FALSE(shown());
+  QMetaObject::invokeMethod(
+      &*window_, [&] { shown()->close(); }, Qt::QueuedConnection);
+  EXPECT_EQ(Show_DXF(path.c_str()), 1);
+  qvtest::RecordingHost host;
+  EXPECT_EQ(Show_DXF((path + "x").c_str()) + Show_DXF_Modaless(nullptr), 0);
 }
 
 TEST(ViewerFonts, AFileThatIsNoFontChangesNothing) {

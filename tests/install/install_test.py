@@ -60,6 +60,15 @@ def check_program(prefix, folder):
     assert (place / "beam.dxf").stat().st_size > 1000
 
 
+def check_embedded_view(prefix, folder):
+    """The viewer in a window of a host's, and without a screen."""
+    shutil.copytree(pathlib.Path(source, "examples/embedded_view"), folder)
+    build_example(folder, prefix)
+    picture = folder / "window.png"
+    run(folder / "build/embedded_view", prefix / "share/qvtools/beam.dxf", picture, env={**os.environ, "QT_QPA_PLATFORM": "offscreen"})
+    assert picture.stat().st_size > 5000
+
+
 def check_pkg_config(prefix, folder):
     """The prefix is where the files lie, wherever that is."""
     moved = prefix.rename(prefix.with_name("moved"))
@@ -82,7 +91,7 @@ def check_static(folder, code):
     """The library alone, as a static one."""
     run("cmake", "-G", "Ninja", "-S", source, "-B", folder / "library", "-DBUILD_SHARED_LIBS=OFF", "-DQVTOOLS_QT=OFF", "-DQVTOOLS_PLOT=OFF",
         "-DQVTOOLS_TESTS=OFF", "-DCMAKE_BUILD_TYPE=None", "-DCMAKE_CXX_FLAGS=-O0", f"-DCMAKE_INSTALL_PREFIX={folder}/prefix")
-    run("cmake", "--build", folder / "library", "--target", "qvtools", "shpc", "fonts")
+    run("cmake", "--build", folder / "library", "--target", "qvtools", "qvtools_viewer", "shpc", "fonts")
     run("cmake", "--install", folder / "library")
     assert list((folder / "prefix").rglob("libqvtools.a")) and not list((folder / "prefix").rglob("libqvtools.so"))
     example = example_in(folder / "example", code)
@@ -106,6 +115,8 @@ def main():
             with_qt = example_in(folder / "with_qt", '#include "qvtools/platform/qt/qt_context.h"\n' + code,
                                  "COMPONENTS qt", "qvtools::qt")
             build_example(with_qt, prefix)
+        if list(prefix.rglob("qvtools-qt_widgets-targets.cmake")):
+            check_embedded_view(prefix, folder / "embedded_view")
         qvdraw = prefix / "bin/qvdraw"
         if qvdraw.exists():
             # The library and the fonts are found from where the program is.

@@ -9,6 +9,7 @@
 #include <atomic>
 
 #include "common/plotting.h"
+#include "common/records.h"
 #include "common/unreadable.h"
 #include "qvtools/platform/qt/qt_text.h"
 #include "qvtools/system/filesystem.h"

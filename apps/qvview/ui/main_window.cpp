@@ -72,17 +72,23 @@ MainWindow::MainWindow(Language language, const qvapps::FontFiles& usualFonts)
 
 MainWindow::~MainWindow() {
   book_->disconnect(this);
-  for (const auto& tab : tabs_) tab->canvas->on_pointer = nullptr;
+  for (const auto& tab : tabs_) tab->canvas->disconnect(this);
 }
 
 MainWindow::Tab& MainWindow::add_tab() {
   tabs_.push_back(std::make_unique<Tab>());
   Tab& tab = *tabs_.back();
-  tab.canvas = new Canvas(*this, words_);
-  tab.canvas->on_pointer = [this] { show_pointer(); };
+  tab.canvas = new Canvas;
+  tab.canvas->SetLanguage(words_.language());
+  tab.canvas->SetEmptyText(words_(Text::NoDrawing));
+  connect(tab.canvas, &Canvas::ViewChanged, this, [this] { on_view_changed(); });
+  connect(tab.canvas, &Canvas::PicksChanged, this, [this] { on_picks_changed(); });
+  connect(tab.canvas, &Canvas::ModeChanged, this, [this] { on_mode_changed(); });
+  connect(tab.canvas, &Canvas::MeasuresChanged, this, [this] { on_measures_changed(); });
+  connect(tab.canvas, &Canvas::PointerMoved, this, [this] { show_pointer(); });
   for (QAction* const action : canvasActions_) tab.canvas->addAction(action);
   tab.watch = std::make_unique<FileWatch>([this, &tab] { reload(tab, false); });
-  if (tab_) tab.canvas->set_light(view().is_light());
+  if (tab_) tab.canvas->SetLight(view().is_light());
   book_->addTab(tab.canvas, QString());
   book_->setCurrentIndex(book_->count() - 1);
   return tab;
@@ -105,7 +111,7 @@ void MainWindow::close_tab(int index) {
   // The window keeps one tab, empty then.
   if (tabs_.size() == 1) add_tab();
   const std::unique_ptr<Tab> closed = std::move(tabs_[static_cast<std::size_t>(index)]);
-  closed->canvas->on_pointer = nullptr;
+  closed->canvas->disconnect(this);
   tabs_.erase(tabs_.begin() + index);
   if (tab_ == closed.get()) tab_ = tabs_[std::min(static_cast<std::size_t>(index), tabs_.size() - 1)].get();
   picks_->set_view(view());
@@ -269,7 +275,7 @@ constexpr const char* kViewsKey = "views";
 }  // namespace
 
 void MainWindow::remember_view(const Tab& tab) const {
-  const View& shown = tab.canvas->view();
+  const View& shown = tab.canvas->View();
   if (tab.path.isEmpty() || tab.compared || !shown.drawing()) return;
   QSettings settings;
   QVariantMap kept, views = settings.value(kViewsKey).toMap();
@@ -286,7 +292,7 @@ void MainWindow::restore_view(Tab& tab) const {
   const QVariantList kept = QSettings().value(kViewsKey).toMap().value(tab.path).toList();
   if (kept.size() != 6) return;
   const auto number_at = [&](int i) { return kept[i].toFloat(); };
-  tab.canvas->view().restore(CFRect(number_at(0), number_at(1), number_at(2), number_at(3)),
+  tab.canvas->View().restore(CFRect(number_at(0), number_at(1), number_at(2), number_at(3)),
                              {number_at(4), number_at(5)});
 }
 
@@ -367,8 +373,8 @@ void MainWindow::reload(Tab& tab, bool asked) {
   const bool whole = loaded.drawing && (asked || loaded.report.complete);
   if (whole) {
     take_report(tab, loaded.report);
-    loaded.drawing->set_background(tab.canvas->view().is_light());
-    tab.canvas->view().reload(std::move(loaded.drawing));
+    loaded.drawing->set_background(tab.canvas->View().is_light());
+    tab.canvas->View().reload(std::move(loaded.drawing));
     if (&tab == tab_) refresh_panels();
     show_status();
     statusBar()->showMessage(words_(Text::Reloaded), kMessageTime);
@@ -426,7 +432,7 @@ void MainWindow::plot(bool toFile) {
 // ---------------------------------------------------------------- how it looks
 
 void MainWindow::set_dark(bool dark) {
-  for (const auto& tab : tabs_) tab->canvas->set_light(!dark);
+  for (const auto& tab : tabs_) tab->canvas->SetLight(!dark);
   setPalette(dark ? dark_palette() : QPalette());
 }
 
@@ -449,7 +455,7 @@ bool MainWindow::use_fonts(const qvapps::FontFiles& fonts) {
   };
   keep(kTextFontKey, fonts.text, usualFonts_.text);
   keep(kBigFontKey, fonts.big, usualFonts_.big);
-  for (const auto& tab : tabs_) tab->canvas->view().fonts_changed();
+  for (const auto& tab : tabs_) tab->canvas->View().fonts_changed();
   statusBar()->showMessage(words_(Text::FontChanged), kMessageTime);
   return true;
 }
@@ -474,6 +480,10 @@ void MainWindow::translate_dialogs() {
 
 void MainWindow::change_language(Language language) {
   words_.change(language);
+  for (const auto& tab : tabs_) {
+    tab->canvas->SetLanguage(language);
+    tab->canvas->SetEmptyText(words_(Text::NoDrawing));
+  }
   translate_dialogs();
   QSettings().setValue(kLanguageKey, language == Language::Chinese ? "zh" : "en");
   refresh_panels();
@@ -513,7 +523,7 @@ void MainWindow::on_mode_changed() {
   else if (view().mode() == Mode::Measure && !view().IsCatching())
     hint = words_(Text::CatchIsOff);
   hint_->setText(hint);
-  canvas().show_pointer_shape();
+  canvas().ShowPointerShape();
   update_commands();
 }
 

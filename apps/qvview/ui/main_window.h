@@ -22,7 +22,7 @@
 namespace qvview {
 
 /// The viewer's window: drawings in tabs in the middle, layers, picks and results beside them, and every command.
-class MainWindow : public QMainWindow, private View::Listener {
+class MainWindow : public QMainWindow {
  public:
   MainWindow(Language language, const qvapps::FontFiles& usualFonts);
   ~MainWindow() override;
@@ -75,15 +75,15 @@ class MainWindow : public QMainWindow, private View::Listener {
   void build_status_bar();
   void restore_settings();
 
-  void on_view_changed() override;
-  void on_picks_changed() override;
-  void on_mode_changed() override;
-  void on_measures_changed() override;
+  void on_view_changed();
+  void on_picks_changed();
+  void on_mode_changed();
+  void on_measures_changed();
   void show_pointer();
   void show_status();
   void update_commands();
 
-  View& view() const { return tab_->canvas->view(); }
+  View& view() const { return tab_->canvas->View(); }
   Tab& add_tab();
   void show_tab(int index);
   void close_tab(int index);

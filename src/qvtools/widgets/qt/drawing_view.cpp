@@ -1,36 +1,97 @@
-#include "ui/canvas.h"
+#include "qvtools/widgets/qt/drawing_view.h"
 
+#include <QtCore/QFile>
 #include <QtGui/QMouseEvent>
 #include <QtGui/QPainter>
 #include <QtGui/QWheelEvent>
 
 #include "qvtools/platform/qt/qt_context.h"
+#include "qvtools/platform/qt/qt_text.h"
 
-namespace qvview {
+namespace qv {
 
-Canvas::Canvas(View::Listener& listener, const Words& words) : words_(words), view_(*this, listener) {
+using viewer::Mode;
+using viewer::OverlayLabel;
+using viewer::Text;
+
+DrawingView::DrawingView(QWidget* parent) : QtWindow(parent), view_(*this, *this) {
   setMouseTracking(true);
   setFocusPolicy(Qt::StrongFocus);
   setMinimumSize(64, 64);
   pointer_changed();
 }
 
-Canvas::~Canvas() = default;
+DrawingView::~DrawingView() = default;
 
-void Canvas::set_light(bool light) {
+QString DrawingView::words(Text text) const {
+  return QString::fromUtf8(viewer::caption(text, language_));
+}
+
+bool DrawingView::Open(const QString& path) {
+  auto document = std::make_unique<DXF>();
+  document->New_MemDxf();
+  ImportReport report;
+  if (!Import(QFile::encodeName(path).constData(), *document, {}, report)) return false;
+  DrawingNotes notes = report.notes;
+  report_ = std::move(report);
+  SetDocument(std::move(document), std::move(notes));
+  return true;
+}
+
+void DrawingView::SetDocument(std::unique_ptr<DXF> document, DrawingNotes notes) {
+  view_.open(std::make_unique<viewer::Drawing>(std::move(document), view_.is_light(), std::move(notes)));
+}
+
+QStringList DrawingView::Layers() const {
+  QStringList names;
+  if (!view_.drawing()) return names;
+  for (const viewer::Layer& layer : view_.drawing()->layers()) names << qt_text(layer.name.c_str());
+  return names;
+}
+
+bool DrawingView::IsLayerOn(const QString& name) const {
+  const auto index = Layers().indexOf(name);
+  return index >= 0 && view_.drawing()->layers()[static_cast<std::size_t>(index)].on;
+}
+
+void DrawingView::SetLayerOn(const QString& name, bool on) {
+  const auto index = Layers().indexOf(name);
+  if (index < 0) return;
+  std::vector<bool> all;
+  for (const viewer::Layer& layer : view_.drawing()->layers()) all.push_back(layer.on);
+  all[static_cast<std::size_t>(index)] = on;
+  view_.drawing()->show_layers(all);
+  view_.drawing_changed();
+}
+
+void DrawingView::SetLanguage(viewer::Language language) {
+  language_ = language;
+  update();
+}
+
+void DrawingView::SetEmptyText(const QString& text) {
+  emptyText_ = text;
+  update();
+}
+
+QString DrawingView::Measurements() const {
+  return QString::fromStdString(view_.measuring().words(language_));
+}
+
+void DrawingView::SetLight(bool light) {
   SetBackground(light ? 0xFFFFFF : 0x000000);
   view_.set_light(light);
 }
 
-void Canvas::paintEvent(QPaintEvent* event) {
+void DrawingView::paintEvent(QPaintEvent* event) {
   QtWindow::paintEvent(event);
   QPainter painter(this);
   if (view_.drawing()) return paint_overlay(painter);
   painter.setPen(Qt::gray);
-  painter.drawText(rect(), Qt::AlignCenter | Qt::TextWordWrap, words_(Text::NoDrawing));
+  painter.drawText(rect(), Qt::AlignCenter | Qt::TextWordWrap, emptyText_);
 }
 
-void Canvas::paint_overlay(QPainter& painter) {
+void DrawingView::paint_overlay(QPainter& painter) {
   std::vector<OverlayLabel> labels;
   const CPoint shift = view_.dragged_by().value_or(CPoint());
   painter.translate(FromPixel(shift));
@@ -39,21 +100,21 @@ void Canvas::paint_overlay(QPainter& painter) {
   painter.scale(1 / ratio, 1 / ratio);
   const CRect client = ClientRect();
   {
-    qv::QtContext context(painter, qv::QtContext::Target::Vector, {client.Width(), client.Height()});
+    QtContext context(painter, QtContext::Target::Vector, {client.Width(), client.Height()});
     view_.paint_overlay(context, labels);
   }
   painter.restore();
   for (const OverlayLabel& label : labels)
     paint_label(painter, FromPixel(label.at), QString::fromStdString(label.text), false);
-  const qv::CaughtPoint* const caught = view_.Caught();
+  const CaughtPoint* const caught = view_.Caught();
   if (view_.mode() != Mode::Measure || !caught || !view_.pointer()) return;
   const CFPoint at(static_cast<float>(caught->at.x), static_cast<float>(caught->at.y));
-  QString word = words_(static_cast<Text>(static_cast<int>(Text::CatchEnd) + static_cast<int>(caught->kind)));
+  QString word = words(static_cast<Text>(static_cast<int>(Text::CatchEnd) + static_cast<int>(caught->kind)));
   if (view_.CaughtCount() > 1) word += QStringLiteral(" (Tab: %1)").arg(view_.CaughtCount());
   paint_label(painter, FromPixel(view_.CurrentView().FPtoDP(at)), word, true);
 }
 
-void Canvas::paint_label(QPainter& painter, const QPointF& at, const QString& text, bool below) {
+void DrawingView::paint_label(QPainter& painter, const QPointF& at, const QString& text, bool below) {
   constexpr double kMargin = 3, kAway = 10;
   QRectF box = QRectF(painter.fontMetrics().boundingRect(text)).adjusted(-kMargin, -kMargin, kMargin, kMargin);
   box.moveTopLeft(below ? at + QPointF(kAway, kAway) : at + QPointF(kAway, -kAway - box.height()));
@@ -71,7 +132,7 @@ void Canvas::paint_label(QPainter& painter, const QPointF& at, const QString& te
   painter.drawText(box, Qt::AlignCenter, text);
 }
 
-bool Canvas::event(QEvent* event) {
+bool DrawingView::event(QEvent* event) {
   // While points are given, letters name the kinds of points and Tab goes through those that can be caught.
   if (view_.mode() == Mode::Measure && view_.drawing()) {
     if (event->type() == QEvent::ShortcutOverride) {
@@ -88,7 +149,7 @@ bool Canvas::event(QEvent* event) {
   return QtWindow::event(event);
 }
 
-void Canvas::keyPressEvent(QKeyEvent* event) {
+void DrawingView::keyPressEvent(QKeyEvent* event) {
   if (view_.mode() != Mode::Measure) return QtWindow::keyPressEvent(event);
   if (event->key() == Qt::Key_Backspace) return view_.take_back_point();
   if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) return static_cast<void>(view_.cancel());
@@ -101,7 +162,7 @@ void Canvas::keyPressEvent(QKeyEvent* event) {
     QtWindow::keyPressEvent(event);
 }
 
-void Canvas::resizeEvent(QResizeEvent* event) {
+void DrawingView::resizeEvent(QResizeEvent* event) {
   QtWindow::resizeEvent(event);
   view_.resized();
 }
@@ -112,7 +173,7 @@ bool adds(const QMouseEvent& event) {
 }
 }  // namespace
 
-void Canvas::mousePressEvent(QMouseEvent* event) {
+void DrawingView::mousePressEvent(QMouseEvent* event) {
   const CPoint point = ToPixel(event->position());
   if (event->button() == Qt::LeftButton) view_.left_down(point, adds(*event));
   if (event->button() == Qt::MiddleButton) view_.middle_down(point);
@@ -120,30 +181,30 @@ void Canvas::mousePressEvent(QMouseEvent* event) {
   pointer_changed();
 }
 
-void Canvas::mouseReleaseEvent(QMouseEvent* event) {
+void DrawingView::mouseReleaseEvent(QMouseEvent* event) {
   const CPoint point = ToPixel(event->position());
   if (event->button() == Qt::LeftButton) view_.left_up(point, adds(*event));
   if (event->button() == Qt::MiddleButton) view_.middle_up(point);
   pointer_changed();
 }
 
-void Canvas::mouseDoubleClickEvent(QMouseEvent* event) {
+void DrawingView::mouseDoubleClickEvent(QMouseEvent* event) {
   if (event->button() == Qt::MiddleButton) return view_.show_all();
   mousePressEvent(event);
 }
 
-void Canvas::mouseMoveEvent(QMouseEvent* event) {
+void DrawingView::mouseMoveEvent(QMouseEvent* event) {
   view_.move(ToPixel(event->position()));
   if (const std::optional<CPoint> by = view_.dragged_by()) ShowShifted(*by);
   pointer_changed();
 }
 
-void Canvas::leaveEvent(QEvent*) {
+void DrawingView::leaveEvent(QEvent*) {
   view_.leave();
   pointer_changed();
 }
 
-void Canvas::wheelEvent(QWheelEvent* event) {
+void DrawingView::wheelEvent(QWheelEvent* event) {
   constexpr double kStep = 120;   // of the wheel, in the units of its events
   constexpr qint64 kPause = 800;  // milliseconds after which a new turn begins
   const double steps = event->angleDelta().y() / kStep;
@@ -154,7 +215,7 @@ void Canvas::wheelEvent(QWheelEvent* event) {
   pointer_changed();
 }
 
-void Canvas::show_pointer_shape() {
+void DrawingView::ShowPointerShape() {
   // Cross hairs are drawn in place of the system's pointer where corners are given.
   if (view_.dragged_by())
     setCursor(Qt::ClosedHandCursor);
@@ -162,10 +223,10 @@ void Canvas::show_pointer_shape() {
     setCursor(view_.mode() == Mode::Hand ? Qt::OpenHandCursor : Qt::BlankCursor);
 }
 
-void Canvas::pointer_changed() {
-  show_pointer_shape();
+void DrawingView::pointer_changed() {
+  ShowPointerShape();
   if (!view_.dragged_by()) ShowShifted({});
-  if (on_pointer) on_pointer();
+  emit PointerMoved();
 }
 
-}  // namespace qvview
+}  // namespace qv

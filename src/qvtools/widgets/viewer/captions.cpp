@@ -1,9 +1,9 @@
-#include "model/captions.h"
+#include "qvtools/widgets/viewer/captions.h"
 
 #include <cstddef>
 #include <iterator>
 
-namespace qvview {
+namespace qv::viewer {
 
 namespace {
 
@@ -312,4 +312,4 @@ std::string filled(Text text, Language language, std::initializer_list<std::stri
   return said;
 }
 
-}  // namespace qvview
+}  // namespace qv::viewer

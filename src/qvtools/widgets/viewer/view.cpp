@@ -1,10 +1,10 @@
-#include "model/view.h"
+#include "qvtools/widgets/viewer/view.h"
 
 #include <algorithm>
 #include <cmath>
 #include <iterator>
 
-namespace qvview {
+namespace qv::viewer {
 
 namespace {
 
@@ -65,7 +65,7 @@ void View::set_light(bool light) {
 
 void View::measure() {
   extentAngles_ = CurrentAngles();
-  extent_ = qvapps::with_margin(drawing_ ? drawing_->extent(extentAngles_) : CFRect());
+  extent_ = viewer::with_margin(drawing_ ? drawing_->extent(extentAngles_) : CFRect());
 }
 
 void View::repaint() {
@@ -142,7 +142,7 @@ void View::draw_into(CDC& dc, CSize size, bool everyLetter) {
   const CRect client = window_.ClientRect();
   if (size == CSize(client.Width(), client.Height()))
     return drawing_->draw(dc, CurrentView(), CurrentAngles(), everyLetter);
-  drawing_->draw(dc, qvapps::fitted(seen(), size), CurrentAngles(), everyLetter);
+  drawing_->draw(dc, viewer::fitted(seen(), size), CurrentAngles(), everyLetter);
 }
 
 // ---------------------------------------------------------------- navigation
@@ -210,7 +210,7 @@ void View::zoom_in() {
 
 void View::show_entity(int entity) {
   if (!drawing_) return;
-  const CFRect rect = qvapps::with_margin(drawing_->extent_of(entity, CurrentAngles()));
+  const CFRect rect = viewer::with_margin(drawing_->extent_of(entity, CurrentAngles()));
   ShowRect(rect.Nearest(), rect.Furthest());
 }
 
@@ -257,7 +257,7 @@ void View::show_place(const CFRect& box) {
   constexpr float kLeast = 1.0F / 20;  // of the drawing, so that one sees where it is
   if (!drawing_) return;
   frame_ = box;
-  CFRect room = qvapps::never_empty(box);
+  CFRect room = viewer::never_empty(box);
   const float least = kLeast * std::max(extent_.Width(), extent_.Height());
   const float x = std::max(kRoom * room.Width(), (least - room.Width()) / 2);
   const float y = std::max(kRoom * room.Height(), (least - room.Height()) / 2);
@@ -589,4 +589,4 @@ void View::clear_picks() {
   take({});
 }
 
-}  // namespace qvview
+}  // namespace qv::viewer

@@ -1,12 +1,12 @@
-#include "model/drawing.h"
+#include "qvtools/widgets/viewer/drawing.h"
 
 #include <algorithm>
 #include <unordered_map>
 #include <unordered_set>
 
-#include "model/highlight_context.h"
+#include "qvtools/widgets/viewer/highlight_context.h"
 
-namespace qvview {
+namespace qv::viewer {
 
 namespace {
 
@@ -37,7 +37,7 @@ class Drawing::Shown : public DXF {
  public:
   Shown() { New_MemDxf(); }
   ~Shown() override {
-    qvapps::for_each<ACAD_BLOCK>(m_BlockList, [](ACAD_BLOCK& block) { block.m_EntityList.RemoveAll(); });
+    viewer::for_each<ACAD_BLOCK>(m_BlockList, [](ACAD_BLOCK& block) { block.m_EntityList.RemoveAll(); });
     m_EntityList.RemoveAll();
   }
   /// An empty block in the place of another, for inserts that are on or off.
@@ -73,7 +73,7 @@ class Drawing::LayerIndex {
  public:
   LayerIndex(const DXF& document, std::vector<Layer>& layers, std::vector<std::string>& lineTypes)
       : layers_(layers), line_types_(lineTypes) {
-    const qvapps::LayerTable table(document);
+    const viewer::LayerTable table(document);
     for (int i = 0; document.m_pLayer && i < document.m_nLayer; ++i) {
       const ACAD_LAYER& layer = document.m_pLayer[static_cast<std::size_t>(i)];
       const bool off = layer.m_nColor < 0 || (layer.m_nFlags & kFrozen) != 0;
@@ -96,8 +96,8 @@ class Drawing::LayerIndex {
  private:
   std::vector<Layer>& layers_;
   std::vector<std::string>& line_types_;
-  qvapps::NameMap<std::size_t> indices_;
-  qvapps::NameMap<int> line_type_indices_;
+  viewer::NameMap<std::size_t> indices_;
+  viewer::NameMap<int> line_type_indices_;
   int last_ = -1;
 };
 
@@ -110,7 +110,7 @@ Drawing::Drawing(std::unique_ptr<DXF> document, bool lightBackground, qv::Drawin
   LayerIndex index(*document_, layers_, lineTypes_);
   items_ = take_items(document_->m_EntityList, index);
   for (const Item& item : items_) ++layers_[item.layer].entities;
-  qvapps::for_each<ACAD_BLOCK>(document_->m_BlockList,
+  viewer::for_each<ACAD_BLOCK>(document_->m_BlockList,
                                [&](ACAD_BLOCK& block) { blocks_.push_back(take_items(block.m_EntityList, index)); });
   resolve();
   rebuild();
@@ -121,8 +121,8 @@ Drawing::~Drawing() = default;
 std::vector<Drawing::Item> Drawing::take_items(const CPtrList& list, LayerIndex& index) {
   std::vector<Item> items;
   items.reserve(static_cast<std::size_t>(list.GetCount()));
-  qvapps::for_each<ACAD_ENTITY>(list, [&](ACAD_ENTITY& entity) {
-    Item item{&entity, index(qvapps::layer_of(entity))};
+  viewer::for_each<ACAD_ENTITY>(list, [&](ACAD_ENTITY& entity) {
+    Item item{&entity, index(viewer::layer_of(entity))};
     qv::visit_entity(entity, [&](auto& record) {
       if constexpr (requires { record.m_nColor; }) item.ownColor = record.m_nColor;
       if constexpr (requires { record.m_szLType; }) item.ownLineType = index.line_type(record.m_szLType);
@@ -139,10 +139,10 @@ void Drawing::for_each_item(const F& f) {
 }
 
 void Drawing::resolve() {
-  const qvapps::LayerTable table(*document_);
+  const viewer::LayerTable table(*document_);
   const auto tabled = static_cast<std::size_t>(document_->m_pLayer ? std::max(document_->m_nLayer, 0) : 0);
   for_each_item([&](const Item& item) {
-    qvapps::resolve(*item.record, item.layer < tabled ? static_cast<int>(item.layer) : -1, table, light_);
+    viewer::resolve(*item.record, item.layer < tabled ? static_cast<int>(item.layer) : -1, table, light_);
   });
 }
 
@@ -161,7 +161,7 @@ Drawing::AsLoaded::~AsLoaded() {
 }
 
 qv::PlotSource Drawing::AsLoaded::source(const std::string& name) const {
-  qvapps::NameMap<bool> on;
+  viewer::NameMap<bool> on;
   for (const Layer& layer : drawing_.layers_) on.emplace(layer.name, layer.on);
   return {drawing_.document_.get(), &drawing_.notes_, name, drawing_.unit_, [on = std::move(on)](const char* layer) {
             const auto found = on.find(std::string_view(layer));
@@ -173,7 +173,7 @@ void Drawing::recolor(std::vector<Item>& items) {
   for (const Item& item : items)
     qv::visit_entity(*item.record, [&](auto& record) {
       if constexpr (requires { record.m_nColor; })
-        record.m_nColor = qvapps::shown_color(item.ownColor, layers_[item.layer].color, light_);
+        record.m_nColor = viewer::shown_color(item.ownColor, layers_[item.layer].color, light_);
     });
 }
 
@@ -209,7 +209,7 @@ void Drawing::for_each_text_in(int i, const ViewAngles& angles,
   const qv::Point3 by = minus(insert->m_Insert, block->m_Base);
   CFPoint shift(by.x, by.y);
   if (!angles.is_plan()) TouYing3Dto2D(by.x, by.y, by.z, angles.a, angles.b, shift.x, shift.y);
-  qvapps::for_each<ACAD_ENTITY>(block->m_EntityList, [&](ACAD_ENTITY& part) {
+  viewer::for_each<ACAD_ENTITY>(block->m_EntityList, [&](ACAD_ENTITY& part) {
     if (part.GetType() == ACAD_TYPE_TEXT) f(static_cast<ACAD_TEXT&>(part), shift);
   });
 }
@@ -274,7 +274,7 @@ void Drawing::rebuild() {
   prepared_.reset();
   shown_ = std::make_unique<Shown>();
   auto block = blocks_.begin();
-  qvapps::for_each<ACAD_BLOCK>(document_->m_BlockList, [&](ACAD_BLOCK& from) {
+  viewer::for_each<ACAD_BLOCK>(document_->m_BlockList, [&](ACAD_BLOCK& from) {
     ACAD_BLOCK& to = shown_->add_block(from, true);
     ACAD_BLOCK* off = nullptr;
     for (const Item& item : *block++) {
@@ -306,7 +306,7 @@ void Drawing::show_insert(Item& item, const ACAD_INSERT& insert) {
 void Drawing::collect_marks() {
   std::unordered_map<std::string, std::vector<Mark>> ofBlocks;  // relative to the insert; only blocks that have any
   auto block = blocks_.begin();
-  qvapps::for_each<ACAD_BLOCK>(document_->m_BlockList, [&](ACAD_BLOCK& record) {
+  viewer::for_each<ACAD_BLOCK>(document_->m_BlockList, [&](ACAD_BLOCK& record) {
     std::vector<Mark> marks;
     for (const Item& item : *block++)
       if (const ACAD_POINT* const p = as_point(*item.record); p && is_seen_in_block(item, true))
@@ -344,7 +344,7 @@ void Drawing::draw(CDC& dc, const CFCoor& coor, const ViewAngles& angles, bool e
   constexpr int kReadable = 3;  // pixels
   CFCoor view = coor;
   prepared(angles).SetReadableHeight(everyLetter ? 0 : kReadable);
-  prepared(angles).Draw(&dc, &view, qvapps::appearance(patterns_));
+  prepared(angles).Draw(&dc, &view, viewer::appearance(patterns_));
   if (!dc.IsPrinting() && !dc.IsMetafile()) draw_marks(dc, view, angles);
 }
 
@@ -353,7 +353,7 @@ void Drawing::draw_marks(CDC& dc, const CFCoor& coor, const ViewAngles& angles) 
   for (const Mark& mark : marks_) {
     CFPoint p(mark.at.x, mark.at.y);
     if (!angles.is_plan()) TouYing3Dto2D(mark.at.x, mark.at.y, mark.at.z, angles.a, angles.b, p.x, p.y);
-    const int color = qvapps::shown_color(qv::kByLayer, layers_[mark.layer].color, light_);
+    const int color = viewer::shown_color(qv::kByLayer, layers_[mark.layer].color, light_);
     safe.SetPixel(coor.FPtoDP(p), ACAD_ENTITY::GetColor(color));
   }
 }
@@ -395,4 +395,4 @@ std::vector<int> Drawing::pick(const CFRect& rect, bool crossing, const ViewAngl
   return indices;
 }
 
-}  // namespace qvview
+}  // namespace qv::viewer
