@@ -1,22 +1,7 @@
 #pragma once
 
-/// Walking a drawing's records.
-
-#include "qvtools.h"
+#include "qvtools/widgets/viewer/records.h"
 
 namespace qvapps {
-
-/// Calls f with each record of a list.
-template <class Record, class F>
-void for_each(const CPtrList& list, const F& f) {
-  for (POSITION at = list.GetHeadPosition(); at;) f(*static_cast<Record*>(list.GetNext(at)));
+using namespace qv::viewer;
 }
-
-/// The layer of an entity.
-inline const char* layer_of(ACAD_ENTITY& entity) {
-  const char* layer = "";
-  qv::visit_entity(entity, [&](auto& record) { layer = record.m_szLayer; });
-  return layer;
-}
-
-}  // namespace qvapps

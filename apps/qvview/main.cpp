@@ -55,9 +55,12 @@ int main(int argc, char** argv) {
   parser.addVersionOption();
   const QCommandLineOption language("language", "The language of the captions: zh or en.", "zh|en");
   parser.addOption(language);
-  parser.addPositionalArgument("FILE.dxf", "The drawing to show.", "[FILE.dxf]");
+  const QCommandLineOption compare("compare", "Shows what differs between two drawings, the older one first.");
+  parser.addOption(compare);
+  parser.addPositionalArgument("FILE.dxf", "The drawings to show, each in a tab.", "[FILE.dxf...]");
   parser.process(*application);
 
+  if (parser.isSet(compare) && parser.positionalArguments().size() != 2) parser.showHelp(2);
   const InstalledHost host;
   const std::string directory = QApplication::applicationDirPath().toStdString();
   qvview::MainWindow window(language_of(parser.value(language)), qvapps::load_fonts("qvview", directory));
@@ -65,7 +68,13 @@ int main(int argc, char** argv) {
   if (!parser.positionalArguments().isEmpty()) {
     // The window is there first: a large drawing shows its progress over it.
     QMetaObject::invokeMethod(
-        &window, [&] { window.open(parser.positionalArguments().first()); }, Qt::QueuedConnection);
+        &window,
+        [&] {
+          const QStringList files = parser.positionalArguments();
+          if (parser.isSet(compare) && files.size() == 2) return window.compare(files[0], files[1]);
+          for (const QString& file : files) window.open(file);
+        },
+        Qt::QueuedConnection);
   }
   return QApplication::exec();
 }

@@ -398,4 +398,111 @@ TEST_F(ViewTest, WhatIsSeenFitsPicturesOfOtherSizes) {
   EXPECT_GT(red, 500);
 }
 
+// ---------------------------------------------------------------- measuring, finding, properties
+
+TEST_F(ViewTest, MeasuresChainsAnglesCirclesAndAreasAtCaughtPoints) {
+  using qvview::MeasureKind;
+  const auto give = [&](float x, float y) {
+    const CPoint at = pixel(x, y);
+    view.move({at.x + 3, at.y - 2});
+    view.left_down({at.x + 3, at.y - 2}, false);
+    view.left_up({at.x + 3, at.y - 2}, false);
+  };
+  view.begin_measure(MeasureKind::Distance);
+  give(0, 0), give(1000, 0), give(1000, 800);
+  EXPECT_TRUE(view.cancel()) << "the right button ends the chain";
+  view.begin_measure(MeasureKind::Angle);
+  give(0, 0), give(1000, 0), give(0, 800);
+  view.begin_measure(MeasureKind::Radius);
+  give(400, 300);
+  view.begin_measure(MeasureKind::Area);
+  give(0, 0), give(1000, 0), give(1000, 800), give(0, 800);
+  EXPECT_TRUE(view.finish_measure());
+  view.begin_measure(MeasureKind::ObjectArea);
+  give(300, 400);
+  const auto& results = view.measuring().results();
+  ASSERT_EQ(results.size(), 5U);
+  EXPECT_DOUBLE_EQ(results[0].sum(), 1800);
+  EXPECT_DOUBLE_EQ(results[1].degrees(), 90);
+  EXPECT_DOUBLE_EQ(results[2].leg(0), 100);
+  EXPECT_DOUBLE_EQ(results[3].enclosed(), 800000);
+  EXPECT_NEAR(results[4].enclosed(), 31415.93, 0.01);
+  EXPECT_NE(view.measuring().words(qvview::Language::English).find("distance 800   Δx 0   Δy 800   angle 90°   sum 1800"),
+            std::string::npos);
+  std::vector<qvview::OverlayLabel> labels;
+  view.paint_overlay(window.bitmap, labels);
+  EXPECT_GE(labels.size(), 6U);
+  view.clear_measures();
+  EXPECT_TRUE(view.cancel()) << "the mode";
+  EXPECT_EQ(view.mode(), Mode::Pick);
+}
+
+TEST_F(ViewTest, LettersChooseWhatIsCaughtNext) {
+  view.begin_measure(qvview::MeasureKind::Coordinates);
+  const CPoint at = pixel(390, 300);
+  view.move(at);
+  ASSERT_TRUE(view.Caught());
+  EXPECT_EQ(view.Caught()->kind, qv::CatchKind::Quadrant);
+  EXPECT_TRUE(view.catch_by_letter('c'));
+  ASSERT_TRUE(view.Caught());
+  EXPECT_EQ(view.Caught()->at, (qv::PlanePoint{300, 300}));
+  EXPECT_TRUE(view.catch_by_letter('f'));
+  EXPECT_FALSE(view.Caught());
+  EXPECT_FALSE(view.catch_by_letter('z'));
+}
+
+TEST(FindTexts, FindsTextsOfBlocksWholeWordsAndSignsHoweverTheyAreWritten) {
+  auto dxf = sample();
+  dxf->Write_Text(10, 20, 0, 30, 0, "KL-12(2)", "STANDARD", "0", "BYLAYER", "BYLAYER");
+  dxf->Write_Text(10, 90, 0, 30, 0, "4%%c25 kl-1", "STANDARD", "0", "BYLAYER", "BYLAYER");
+  auto* const text = new ACAD_TEXT;
+  qv::copy_text(text->m_szText, qv::to_gbk("梁ＫＬ-１").c_str());
+  static_cast<ACAD_BLOCK*>(dxf->m_BlockList.GetHead())->m_EntityList.AddTail(text);
+  Drawing drawing(std::move(dxf), true);
+  const auto found = [&](const char* words, bool matchCase = false, bool wholeWord = false) {
+    std::vector<int> entities;
+    for (const qvview::Hit& hit : qvview::find_texts(drawing, {words, matchCase, wholeWord}, {}))
+      entities.push_back(hit.entity);
+    return entities;
+  };
+  EXPECT_THAT(found("kl-1"), ElementsAre(7, 8, 9));
+  EXPECT_THAT(found("KL-1", true), ElementsAre(7, 8));
+  EXPECT_THAT(found("KL-1", false, true), ElementsAre(7, 9));
+  EXPECT_THAT(found("4Φ25"), ElementsAre(9));
+  EXPECT_THAT(found("梁"), ElementsAre(7));
+  EXPECT_THAT(found(""), IsEmpty());
+}
+
+/// CAD programs hide of a block what lies on layers that are off; the insert's own layer hides what lies on "0".
+TEST_F(ViewTest, AnInsertOnALayerThatIsOffShowsWhatLiesOnOthers) {
+  const auto switch_off = [&](const char* name) {
+    std::vector<bool> on;
+    for (const qvview::Layer& layer : view.drawing()->layers()) on.push_back(layer.name != name);
+    view.drawing()->show_layers(on);
+    view.drawing_changed();
+  };
+  switch_off("0");
+  EXPECT_TRUE(view.drawing()->is_shown(7));
+  EXPECT_THAT(view.drawing()->pick(CFRect(690, 590, 810, 610), true, {}), ElementsAre(7));
+  EXPECT_THAT(view.drawing()->pick(CFRect(740, 640, 760, 660), true, {}), IsEmpty()) << "the point is on layer 0";
+  switch_off("ELSEWHERE");
+  EXPECT_THAT(view.drawing()->pick(CFRect(690, 590, 810, 610), true, {}), IsEmpty());
+}
+
+TEST_F(ViewTest, PicksAreKeptAsADrawingOfTheirOwnAndTheirLayersAreSwitched) {
+  view.select_all();
+  const std::unique_ptr<DXF> part = view.drawing()->part({4, 7});
+  ASSERT_TRUE(part);
+  EXPECT_EQ(part->m_EntityList.GetCount(), 2);
+  EXPECT_EQ(part->m_BlockList.GetCount(), 1);
+  EXPECT_EQ(static_cast<ACAD_CIRCLE*>(part->m_EntityList.GetHead())->m_nColor, qv::kByLayer) << "as it was loaded";
+  click(pixel(400, 300));
+  ASSERT_THAT(view.picks(), ElementsAre(4));
+  view.show_picked_layers(true);
+  EXPECT_FALSE(view.drawing()->is_shown(0));
+  EXPECT_TRUE(view.drawing()->is_shown(4));
+  view.show_all_layers();
+  EXPECT_TRUE(view.drawing()->is_shown(5));
+}
+
 }  // namespace

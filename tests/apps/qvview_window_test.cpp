@@ -7,10 +7,15 @@
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QMenu>
 #include <QtWidgets/QMenuBar>
+#include <QtWidgets/QLineEdit>
 #include <QtWidgets/QPushButton>
+#include <QtWidgets/QTabWidget>
 #include <QtWidgets/QTreeWidget>
 
 #include "common/fonts.h"
+#include "qvtools/widgets/qt/drawing_view.h"
+#include "qvtools/widgets/show_dxf.h"
+#include "support/recording_host.h"
 #include "support/temporary_directory.h"
 #include "ui/main_window.h"
 
@@ -40,7 +45,7 @@ class MainWindowTest : public testing::Test {
       if (action->text() == caption) return action;
     return nullptr;
   }
-  Canvas& canvas() const { return *static_cast<Canvas*>(window_->centralWidget()); }
+  Canvas& canvas() const { return window_->canvas(); }
   /// How many pixels of the drawing have a colour.
   int pixels(QRgb colour) const {
     const QImage image = canvas().grab().toImage();
@@ -108,9 +113,74 @@ TEST_F(MainWindowTest, LayersAreSwitchedAndTheBackgroundTurnsDark) {
   EXPECT_EQ(pixels(0xFF0000), 0);
   action("Dark background")->trigger();
   EXPECT_NEAR(pixels(0xFFFFFF), black, 3);
-  window_->findChildren<QPushButton*>().last()->click();  // the other way round
+  for (QPushButton* const button : window_->findChildren<QPushButton*>())
+    if (button->text() == "Invert") button->click();
   EXPECT_NEAR(pixels(0xFF0000), red, 3);
   EXPECT_EQ(pixels(0xFFFFFF), 0);
+}
+
+TEST_F(MainWindowTest, TextsAreFoundTwoDrawingsComparedAndTabsRemembered) {
+  DXF dxf;
+  dxf.New_MemDxf();
+  dxf.Write_Line(0, 100, 0, 100, 0, 0, "0", "BYLAYER", "BYLAYER");
+  dxf.Write_Text(10, 10, 0, 1, 0, "KL-7", "STANDARD", "0", "BYLAYER", "BYLAYER");
+  const QString other = QString::fromStdString(directory_.path("other.dxf"));
+  dxf.Write_MemDxf_To_File(other.toStdString().c_str());
+  window_->open(path_);
+  window_->open(other);
+  EXPECT_EQ(window_->findChild<QTabWidget*>()->count(), 2);
+  action("Find text…")->trigger();
+  auto* const find = window_->findChild<QLineEdit*>("find");
+  find->setText("kl");
+  EXPECT_EQ(window_->findChild<QTreeWidget*>("found")->topLevelItemCount(), 1);
+  const float before = canvas().View().CurrentView().GetScale();
+  emit find->returnPressed();
+  EXPECT_GT(canvas().View().CurrentView().GetScale(), before);
+  const CFRect seen = canvas().View().seen();
+  window_->compare(path_, other);
+  EXPECT_EQ(window_->findChild<QTabWidget*>()->count(), 3);
+  auto* const places = window_->findChild<QTreeWidget*>("places");
+  EXPECT_GT(places->topLevelItemCount(), 0);
+  EXPECT_GT(pixels(0xFF0000), 20) << "what only the old one has is red";
+  action("Next place")->trigger();
+  EXPECT_TRUE(places->currentItem());
+  action("Swap old and new")->trigger();
+  EXPECT_EQ(window_->windowTitle(), "other.dxf ↔ two.dxf - qvview");
+  action("Close the drawing")->trigger();
+  action("Close the drawing")->trigger();
+  EXPECT_EQ(window_->findChild<QTabWidget*>()->count(), 1);
+  window_->open(other);
+  EXPECT_NEAR(canvas().View().seen().x1, seen.x1, 0.5) << "it is shown as it was left";
+}
+
+/// What host programs call: a window at once, or until it is closed.
+TEST_F(MainWindowTest, OneCallShowsADrawing) {
+  const std::string path = path_.toStdString();
+  const auto shown = [] {
+    for (QWidget* const widget : QApplication::topLevelWidgets())
+      if (auto* const view = qobject_cast<qv::DrawingView*>(widget); view && view->isVisible()) return view;
+    return static_cast<qv::DrawingView*>(nullptr);
+  };
+  ASSERT_EQ(Show_DXF_Modaless(path.c_str()), 1);
+  qv::DrawingView* const view = shown();
+  ASSERT_TRUE(view);
+  EXPECT_EQ(view->EntityCount(), 2);
+  EXPECT_EQ(view->Layers(), QStringList({"0", "A"}));
+  view->SetLayerOn("A", false);
+  EXPECT_FALSE(view->IsLayerOn("A"));
+  int changes = 0;
+  QObject::connect(view, &qv::DrawingView::PicksChanged, [&] { ++changes; });
+  view->View().select_all();
+  EXPECT_EQ(changes, 1);
+  EXPECT_EQ(view->Picks().size(), 1U);
+  view->close();
+  QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  EXPECT_FALSE(shown());
+  QMetaObject::invokeMethod(
+      &*window_, [&] { shown()->close(); }, Qt::QueuedConnection);
+  EXPECT_EQ(Show_DXF(path.c_str()), 1);
+  qvtest::RecordingHost host;
+  EXPECT_EQ(Show_DXF((path + "x").c_str()) + Show_DXF_Modaless(nullptr), 0);
 }
 
 TEST(ViewerFonts, AFileThatIsNoFontChangesNothing) {

@@ -76,6 +76,15 @@ def check_schedule(prefix, folder):
     assert told.returncode == 1 and "is no beam" in told.stderr, told.stderr
 
 
+def check_embedded_view(prefix, folder):
+    """The viewer in a window of a host's, and without a screen."""
+    shutil.copytree(pathlib.Path(source, "examples/embedded_view"), folder)
+    build_example(folder, prefix)
+    picture = folder / "window.png"
+    run(folder / "build/embedded_view", prefix / "share/qvtools/beam.dxf", picture, env={**os.environ, "QT_QPA_PLATFORM": "offscreen"})
+    assert picture.stat().st_size > 5000
+
+
 def check_pkg_config(prefix, folder):
     """The prefix is where the files lie, wherever that is."""
     moved = prefix.rename(prefix.with_name("moved"))
@@ -99,7 +108,7 @@ def check_static(folder, code):
     run("cmake", "-G", "Ninja", "-S", source, "-B", folder / "library", "-DBUILD_SHARED_LIBS=OFF", "-DQVTOOLS_QT=OFF", "-DQVTOOLS_PLOT=OFF",
         "-DQVTOOLS_TESTS=OFF", "-DCMAKE_BUILD_TYPE=None", "-DCMAKE_CXX_FLAGS=-O0",
         "-DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON", f"-DCMAKE_INSTALL_PREFIX={folder}/prefix")
-    run("cmake", "--build", folder / "library", "--target", "qvtools", "shpc", "fonts")
+    run("cmake", "--build", folder / "library", "--target", "qvtools", "qvtools_viewer", "shpc", "fonts")
     run("cmake", "--install", folder / "library")
     assert list((folder / "prefix").rglob("libqvtools.a")) and not list((folder / "prefix").rglob("libqvtools.so"))
     example = example_in(folder / "example", code)
@@ -125,6 +134,8 @@ def main():
             build_example(with_qt, prefix)
         if list(prefix.rglob("qvtools-plot-targets.cmake")):
             check_schedule(prefix, folder / "schedule")
+        if list(prefix.rglob("qvtools-qt_widgets-targets.cmake")):
+            check_embedded_view(prefix, folder / "embedded_view")
         qvdraw = prefix / "bin/qvdraw"
         if qvdraw.exists():
             # The library and the fonts are found from where the program is.

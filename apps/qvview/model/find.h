@@ -1,33 +1,7 @@
 #pragma once
 
-/// Finding texts in a drawing, those of blocks too. Nothing here needs a screen.
-
-#include <string>
-#include <vector>
-
-#include "model/drawing.h"
+#include "qvtools/widgets/viewer/find.h"
 
 namespace qvview {
-
-struct FindWhat {
-  std::string words;  ///< UTF-8
-  bool matchCase = false;
-  bool wholeWord = false;
-};
-
-struct Hit {
-  int entity;         ///< the text, or the insert that shows it
-  std::string words;  ///< the text's contents, UTF-8
-  std::string layer;  ///< the text's, GBK
-  CFRect box;         ///< where it is seen
-  double height;      ///< of its letters
-};
-
-/// The shown texts that hold the words, in drawing order. Full-width letters and digits count as their narrow ones, and
-/// the fonts' signs as what is typed for them ("%%c" and "Φ", "%%d" and "°", "%%p" and "±").
-std::vector<Hit> find_texts(Drawing& drawing, const FindWhat& what, const ViewAngles& angles);
-
-/// Whether a text, UTF-8, holds the words.
-bool holds_words(const std::string& text, const FindWhat& what);
-
-}  // namespace qvview
+using namespace qv::viewer;
+}

@@ -1,45 +1,8 @@
 #pragma once
 
-#include <QtCore/QElapsedTimer>
-
 #include "model/view.h"
-#include "qvtools/platform/qt/qt_window.h"
-#include "ui/words.h"
+#include "qvtools/widgets/qt/drawing_view.h"
 
 namespace qvview {
-
-/// The window of the drawing: hands what the pointer does to the view, and shows the picture shifted while it is
-/// dragged.
-class Canvas : public qv::QtWindow {
- public:
-  Canvas(View::Listener& listener, const Words& words);
-  ~Canvas() override;
-
-  View& view() { return view_; }
-  void set_light(bool light);
-  /// Gives the pointer the shape of what it does.
-  void show_pointer_shape();
-  /// Called when the pointer has moved or left.
-  std::function<void()> on_pointer;
-
- protected:
-  void OnPaint(CDC& dc) override { view_.paint(dc); }
-  void OnMessage(unsigned int message) override { view_.on_message(message); }
-  void paintEvent(QPaintEvent* event) override;
-  void resizeEvent(QResizeEvent* event) override;
-  void mousePressEvent(QMouseEvent* event) override;
-  void mouseReleaseEvent(QMouseEvent* event) override;
-  void mouseDoubleClickEvent(QMouseEvent* event) override;
-  void mouseMoveEvent(QMouseEvent* event) override;
-  void leaveEvent(QEvent* event) override;
-  void wheelEvent(QWheelEvent* event) override;
-
- private:
-  void pointer_changed();
-
-  const Words& words_;
-  View view_;
-  QElapsedTimer sinceWheel_;
-};
-
-}  // namespace qvview
+using Canvas = qv::DrawingView;
+}

@@ -18,6 +18,7 @@ constexpr unsigned kButton = 2;        // in the tool bar too
 constexpr unsigned kChecked = 4;       // on or off
 constexpr unsigned kNeedsDrawing = 8;  // of no use without one
 constexpr unsigned kCanvasKeys = 16;   // keys that tables use for themselves
+constexpr unsigned kNeedsComparison = 32;  // of use in a comparison alone
 
 constexpr double kIsometric = 35.26438968;  // degrees: all three axes look equally long
 
@@ -29,7 +30,14 @@ const std::vector<MainWindow::Menu>& MainWindow::menus() {
       {Text::FileMenu,
        {
            {Text::Open, "Ctrl+O", [](W& w) { w.choose_drawing(); }, kButton},
-           {Text::Reload, "F5", [](W& w) { w.reload(true); }, kNeedsDrawing},
+           {Text::Reload, "F5", [](W& w) { w.reload(*w.tab_, true); }, kNeedsDrawing},
+           {Text::CompareWith, "Ctrl+D", [](W& w) { w.compare_with_older(); }, kNeedsDrawing},
+           {Text::SwapSides, "Ctrl+Shift+D", [](W& w) { w.swap_sides(); }, kNeedsComparison},
+           {Text::NextPlace, "N", [](W& w) { w.compare_->go(1); }, kNeedsComparison},
+           {Text::PreviousPlace, "Shift+N", [](W& w) { w.compare_->go(-1); }, kNeedsComparison},
+           {Text::ImportReport, "Ctrl+I", [](W& w) { w.show_report(); }, kNeedsDrawing | kSeparated},
+           {Text::NextTab, "Ctrl+Tab", [](W& w) { w.book_->setCurrentIndex((w.book_->currentIndex() + 1) % w.book_->count()); }},
+           {Text::CloseTab, "Ctrl+W", [](W& w) { w.close_tab(w.book_->currentIndex()); }, kNeedsDrawing},
            {Text::Export, "Ctrl+E", [](W& w) { w.export_picture(); }, kSeparated | kNeedsDrawing | kButton},
            {Text::Plot, "Ctrl+Shift+P", [](W& w) { w.plot(true); }, kNeedsDrawing},
            {Text::Print, "Ctrl+P", [](W& w) { w.plot(false); }, kNeedsDrawing},
@@ -37,21 +45,21 @@ const std::vector<MainWindow::Menu>& MainWindow::menus() {
        }},
       {Text::ViewMenu,
        {
-           {Text::ShowAll, "Home F", [](W& w) { w.view_.show_all(); }, kNeedsDrawing | kButton | kSeparated},
-           {Text::ShowPrevious, "Backspace", [](W& w) { w.view_.ShowPre(); }, kButton},
-           {Text::WindowZoom, "Z", [](W& w) { w.view_.set_mode(Mode::WindowZoom); },
+           {Text::ShowAll, "Home F", [](W& w) { w.view().show_all(); }, kNeedsDrawing | kButton | kSeparated},
+           {Text::ShowPrevious, "Backspace", [](W& w) { w.view().ShowPre(); }, kButton},
+           {Text::WindowZoom, "Z", [](W& w) { w.view().set_mode(Mode::WindowZoom); },
             kNeedsDrawing | kButton | kChecked},
-           {Text::Enlarge, "+ =", [](W& w) { w.view_.zoom_out(); }, kNeedsDrawing | kButton},
-           {Text::Reduce, "-", [](W& w) { w.view_.zoom_in(); }, kNeedsDrawing | kButton},
-           {Text::Hand, "H", [](W& w) { w.view_.set_mode(Mode::Hand); }, kNeedsDrawing | kButton | kChecked},
-           {Text::DarkBackground, "B", [](W& w) { w.set_dark(w.view_.is_light()); }, kSeparated | kChecked},
+           {Text::Enlarge, "+ =", [](W& w) { w.view().zoom_out(); }, kNeedsDrawing | kButton},
+           {Text::Reduce, "-", [](W& w) { w.view().zoom_in(); }, kNeedsDrawing | kButton},
+           {Text::Hand, "H", [](W& w) { w.view().set_mode(Mode::Hand); }, kNeedsDrawing | kButton | kChecked},
+           {Text::DarkBackground, "B", [](W& w) { w.set_dark(w.view().is_light()); }, kSeparated | kChecked},
        }},
       {Text::PanMenu,
        {
-           {Text::PanLeft, "Left", [](W& w) { w.view_.pan_by(-0.1, 0); }, kNeedsDrawing | kCanvasKeys},
-           {Text::PanRight, "Right", [](W& w) { w.view_.pan_by(0.1, 0); }, kNeedsDrawing | kCanvasKeys},
-           {Text::PanUp, "Up", [](W& w) { w.view_.pan_by(0, 0.1); }, kNeedsDrawing | kCanvasKeys},
-           {Text::PanDown, "Down", [](W& w) { w.view_.pan_by(0, -0.1); }, kNeedsDrawing | kCanvasKeys},
+           {Text::PanLeft, "Left", [](W& w) { w.view().pan_by(-0.1, 0); }, kNeedsDrawing | kCanvasKeys},
+           {Text::PanRight, "Right", [](W& w) { w.view().pan_by(0.1, 0); }, kNeedsDrawing | kCanvasKeys},
+           {Text::PanUp, "Up", [](W& w) { w.view().pan_by(0, 0.1); }, kNeedsDrawing | kCanvasKeys},
+           {Text::PanDown, "Down", [](W& w) { w.view().pan_by(0, -0.1); }, kNeedsDrawing | kCanvasKeys},
        },
        true},
       {Text::DirectionMenu,
@@ -70,15 +78,42 @@ const std::vector<MainWindow::Menu>& MainWindow::menus() {
        true},
       {Text::PickMenu,
        {
-           {Text::PickEntities, "S", [](W& w) { w.view_.set_mode(Mode::Pick); }, kNeedsDrawing | kButton | kChecked},
-           {Text::SelectAll, "Ctrl+A", [](W& w) { w.view_.select_all(); }, kNeedsDrawing | kSeparated},
+           {Text::PickEntities, "S", [](W& w) { w.view().set_mode(Mode::Pick); }, kNeedsDrawing | kButton | kChecked},
+           {Text::SelectAll, "Ctrl+A", [](W& w) { w.view().select_all(); }, kNeedsDrawing | kSeparated},
            {Text::ClearPicks, "Esc",
             [](W& w) {
-              if (!w.view_.cancel()) w.view_.clear_picks();
+              if (!w.view().cancel()) w.view().clear_picks();
             }},
            {Text::ShowPicked, "G", [](W& w) { w.show_picked(); }, kNeedsDrawing},
-           {Text::CopyPicks, "Ctrl+C", [](W& w) { w.copy(w.picks_->as_text()); }, kNeedsDrawing | kSeparated},
+           {Text::FindTexts, "Ctrl+F", [](W& w) { w.find(); }, kNeedsDrawing | kSeparated | kButton},
+           {Text::OnlyPickedLayers, "L", [](W& w) { w.change_layers([](View& v) { v.show_picked_layers(true); }); },
+            kNeedsDrawing | kSeparated},
+           {Text::HidePickedLayers, "Shift+L",
+            [](W& w) { w.change_layers([](View& v) { v.show_picked_layers(false); }); }, kNeedsDrawing},
+           {Text::ShowAllLayers, "Ctrl+L", [](W& w) { w.change_layers([](View& v) { v.show_all_layers(); }); },
+            kNeedsDrawing},
+           {Text::SavePicks, "Ctrl+S", [](W& w) { w.save_picks(); }, kNeedsDrawing | kSeparated},
+           {Text::CopyPicks, "Ctrl+C", [](W& w) { w.copy(w.picks_->as_text()); }, kNeedsDrawing},
            {Text::CopyPoint, "Ctrl+Shift+C", [](W& w) { w.copy_point(); }, kNeedsDrawing},
+       }},
+      {Text::MeasureMenu,
+       {
+           {Text::MeasureDistance, "M I,P", [](W& w) { w.view().begin_measure(MeasureKind::Distance); },
+            kNeedsDrawing | kButton | kChecked},
+           {Text::MeasureAngle, "I,A", [](W& w) { w.view().begin_measure(MeasureKind::Angle); }, kNeedsDrawing | kChecked},
+           {Text::MeasureRadius, "I,D", [](W& w) { w.view().begin_measure(MeasureKind::Radius); },
+            kNeedsDrawing | kChecked},
+           {Text::MeasureArea, "I,R", [](W& w) { w.view().begin_measure(MeasureKind::Area); }, kNeedsDrawing | kChecked},
+           {Text::MeasureObjectArea, "I,E", [](W& w) { w.view().begin_measure(MeasureKind::ObjectArea); },
+            kNeedsDrawing | kChecked},
+           {Text::MeasureCoordinates, "I,C", [](W& w) { w.view().begin_measure(MeasureKind::Coordinates); },
+            kNeedsDrawing | kChecked},
+           {Text::FinishMeasure, "", [](W& w) { w.view().finish_measure(); }, kNeedsDrawing | kSeparated},
+           {Text::TakeBackPoint, "", [](W& w) { w.view().take_back_point(); }, kNeedsDrawing},
+           {Text::CopyMeasures, "Ctrl+M", [](W& w) { w.copy_measures(); }, kNeedsDrawing | kSeparated},
+           {Text::ClearMeasures, "Ctrl+Shift+M", [](W& w) { w.view().clear_measures(); }, kNeedsDrawing},
+           {Text::Catching, "F3", [](W& w) { w.view().switch_catching(); }, kSeparated | kChecked},
+           {Text::NextCaught, "", [](W& w) { w.view().next_caught(1); }, kNeedsDrawing},
        }},
       {Text::FontMenu,
        {
@@ -108,8 +143,9 @@ QAction* MainWindow::add_command(QMenu& menu, const Command& command) {
   action->setCheckable(command.options & kChecked);
   if (command.options & kCanvasKeys) {
     action->setShortcutContext(Qt::WidgetShortcut);
-    canvas_->addAction(action);
+    canvasActions_.push_back(action);
   }
+  if (command.options & kNeedsComparison) needComparison_.push_back(action);
   if (command.options & kNeedsDrawing) needDrawing_.push_back(action);
   connect(action, &QAction::triggered, this, [this, run = command.run] {
     run(*this);
@@ -170,13 +206,20 @@ void MainWindow::add_recent_menu(QMenu& menu) {
 }
 
 void MainWindow::update_commands() {
-  const bool drawing = view_.drawing() != nullptr;
+  if (!tab_) return;
+  const bool drawing = view().drawing() != nullptr;
   for (QAction* const action : needDrawing_) action->setEnabled(drawing);
-  action(Text::ShowPrevious)->setEnabled(view_.CanShowPre() != 0);
-  action(Text::PickEntities)->setChecked(view_.mode() == Mode::Pick);
-  action(Text::WindowZoom)->setChecked(view_.mode() == Mode::WindowZoom);
-  action(Text::Hand)->setChecked(view_.mode() == Mode::Hand);
-  action(Text::DarkBackground)->setChecked(!view_.is_light());
+  for (QAction* const action : needComparison_) action->setEnabled(tab_->compared != nullptr);
+  action(Text::NextTab)->setEnabled(tabs_.size() > 1);
+  action(Text::Catching)->setChecked(view().IsCatching());
+  for (int kind = 0; kind < 6; ++kind)
+    action(static_cast<Text>(static_cast<int>(Text::MeasureDistance) + kind))
+        ->setChecked(view().mode() == Mode::Measure && static_cast<int>(view().measuring().kind()) == kind);
+  action(Text::ShowPrevious)->setEnabled(view().CanShowPre() != 0);
+  action(Text::PickEntities)->setChecked(view().mode() == Mode::Pick);
+  action(Text::WindowZoom)->setChecked(view().mode() == Mode::WindowZoom);
+  action(Text::Hand)->setChecked(view().mode() == Mode::Hand);
+  action(Text::DarkBackground)->setChecked(!view().is_light());
 }
 
 }  // namespace qvview

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "common/records.h"
+#include "model/measuring.h"
 #include "qvtools/platform/qt/qt_text.h"
 
 namespace qvview {
@@ -67,10 +68,7 @@ QString describe_record(const ACAD_INSERT& r, const Words&) {
 }  // namespace
 
 QString number(double value) {
-  QString text = QString::number(value, 'f', 3);
-  while (text.endsWith(QLatin1Char('0'))) text.chop(1);
-  if (text.endsWith(QLatin1Char('.'))) text.chop(1);
-  return text == QLatin1String("-0") ? QStringLiteral("0") : text;
+  return QString::fromStdString(shown_number(value));
 }
 
 QString kind_of(ACAD_ENTITY& entity, const Words& words) {

@@ -30,6 +30,11 @@ void FileWatch::look() {
   // A file that was renamed over the old one is a new file to the watcher.
   if (!watcher_.files().contains(path_)) watcher_.addPath(path_);
   if (info.lastModified() == modified_ && info.size() == size_) return;
+  if (info.lastModified() != modifiedLast_ || info.size() != sizeLast_) {
+    modifiedLast_ = info.lastModified();
+    sizeLast_ = info.size();
+    return settled_.start();
+  }
   modified_ = info.lastModified();
   size_ = info.size();
   on_change_();

@@ -1,9 +1,12 @@
 #pragma once
 
 #include <QtWidgets/QWidget>
+#include <functional>
 #include <memory>
 
+#include "model/drawing.h"
 #include "qvtools.h"
+#include "ui/compare_panel.h"
 #include "ui/words.h"
 
 namespace qvview {
@@ -13,13 +16,25 @@ std::string native(const QString& path);
 
 /// A drawing read from a file, or the reason why it could not be read.
 struct Loaded {
-  std::unique_ptr<DXF> document;
+  std::unique_ptr<Drawing> drawing;
   Text reason = Text::GivenUp;
   qv::ImportReport report;
 };
 
-/// Reads a drawing, with a progress dialog over the parent when it takes long; the dialog's button gives the reading
-/// up.
-Loaded load_drawing(QWidget* parent, const Words& words, const QString& path);
+/// Reads a drawing and makes it ready to be shown, in a thread of its own, while the windows stay alive. When it takes
+/// long a dialog over the parent shows its progress; the dialog's button gives it up.
+Loaded load_drawing(QWidget* parent, const Words& words, const QString& path, bool lightBackground);
+
+/// A drawing of what differs between two, or the reason why one of them could not be read.
+struct LoadedComparison {
+  std::unique_ptr<Drawing> drawing;
+  std::unique_ptr<ComparedDrawings> compared;
+  Text reason = Text::GivenUp;
+  QString failed;  ///< the path of the one that could not be read
+};
+
+/// Reads and compares two drawings in the same way.
+LoadedComparison load_comparison(QWidget* parent, const Words& words, const QString& before, const QString& after,
+                                 bool lightBackground);
 
 }  // namespace qvview

@@ -4,26 +4,36 @@
 #include <QtWidgets/QDockWidget>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QMainWindow>
+#include <QtWidgets/QTabWidget>
 #include <vector>
 
 #include "common/fonts.h"
 #include "model/plot_setup.h"
 #include "ui/canvas.h"
+#include "ui/compare_panel.h"
 #include "ui/file_watch.h"
+#include "ui/find_panel.h"
 #include "ui/layers_panel.h"
 #include "ui/loading.h"
+#include "ui/measures_panel.h"
 #include "ui/picks_panel.h"
+#include "ui/properties_panel.h"
 
 namespace qvview {
 
-/// The viewer's window: the drawing in the middle, layers and picks beside it, and every command.
-class MainWindow : public QMainWindow, private View::Listener {
+/// The viewer's window: drawings in tabs in the middle, layers, picks and results beside them, and every command.
+class MainWindow : public QMainWindow {
  public:
   MainWindow(Language language, const qvapps::FontFiles& usualFonts);
   ~MainWindow() override;
 
-  /// Opens a drawing; one that does not load leaves the present one, and is told in a box.
+  /// Opens a drawing in a tab of its own, or shows the tab that has it; one that does not load leaves everything as it
+  /// was, and is told in a box.
   void open(const QString& path);
+  /// Shows what differs between an older drawing and a newer one, in a tab of its own.
+  void compare(const QString& before, const QString& after);
+  /// The canvas of the tab in front.
+  Canvas& canvas() const { return *tab_->canvas; }
 
  protected:
   void dragEnterEvent(QDragEnterEvent* event) override;
@@ -31,6 +41,17 @@ class MainWindow : public QMainWindow, private View::Listener {
   void closeEvent(QCloseEvent* event) override;
 
  private:
+  /// One drawing, or none yet.
+  struct Tab {
+    Canvas* canvas;
+    QString path;
+    QString summary;  // what was converted and left out; empty when nothing was
+    QString report;   // all of it
+    QPointF offset;   // that the drawing was moved by, to be put back on coordinates that are shown
+    std::unique_ptr<FileWatch> watch;
+    std::unique_ptr<ComparedDrawings> compared;
+    QString older;  // of a comparison
+  };
   /// What menus, keys and buttons offer.
   struct Command {
     Text caption;
@@ -50,22 +71,37 @@ class MainWindow : public QMainWindow, private View::Listener {
   void add_recent_menu(QMenu& menu);
   void build_language_menu();
   void build_panels();
-  QDockWidget* add_panel(Text caption, const char* name, QWidget* content);
+  QDockWidget* add_panel(Text caption, const char* name, QWidget* content, bool open);
   void build_status_bar();
   void restore_settings();
 
-  void on_view_changed() override;
-  void on_picks_changed() override;
-  void on_mode_changed() override;
+  void on_view_changed();
+  void on_picks_changed();
+  void on_mode_changed();
+  void on_measures_changed();
   void show_pointer();
   void show_status();
   void update_commands();
 
+  View& view() const { return tab_->canvas->View(); }
+  Tab& add_tab();
+  void show_tab(int index);
+  void close_tab(int index);
+  Tab& tab_for_opening();
+  void name_tab(const Tab& tab);
+  void remember_view(const Tab& tab) const;
+  void restore_view(Tab& tab) const;
+  void tell_failure(const QString& path, Text reason);
   Loaded load(const QString& path);
-  std::unique_ptr<Drawing> drawing_of(Loaded loaded) const;
-  void take_report(const qv::ImportReport& report);
+  void take_report(Tab& tab, const qv::ImportReport& report) const;
+  void show_report();
+  void compare_with_older();
+  void swap_sides();
+  void save_picks();
+  void find();
+  void refresh_panels();
   void choose_drawing();
-  void reload(bool asked);
+  void reload(Tab& tab, bool asked);
   void export_picture();
   void plot(bool toFile);
   void set_dark(bool dark);
@@ -76,6 +112,8 @@ class MainWindow : public QMainWindow, private View::Listener {
   void show_picked();
   void copy(const QString& text);
   void copy_point();
+  void copy_measures();
+  void change_layers(void (*change)(View&));
   void change_language(Language language);
   void translate_dialogs();
   CSize picture_size() const;
@@ -84,10 +122,15 @@ class MainWindow : public QMainWindow, private View::Listener {
   Words words_;
   qvapps::FontFiles usualFonts_;
   qvapps::FontFiles fonts_;
-  Canvas* canvas_;
-  View& view_;
+  QTabWidget* book_;
+  std::vector<std::unique_ptr<Tab>> tabs_;  // in the order of the book's
+  Tab* tab_ = nullptr;                      // the one in front
   LayersPanel* layers_ = nullptr;
   PicksPanel* picks_ = nullptr;
+  PropertiesPanel* properties_ = nullptr;
+  MeasuresPanel* measures_ = nullptr;
+  FindPanel* find_ = nullptr;
+  ComparePanel* compare_ = nullptr;
   QMenu* panelMenu_ = nullptr;
   QLabel* hint_ = nullptr;
   QLabel* import_ = nullptr;
@@ -96,12 +139,10 @@ class MainWindow : public QMainWindow, private View::Listener {
   QLabel* count_ = nullptr;
   std::vector<QAction*> actions_;  // by their captions
   std::vector<QAction*> needDrawing_;
-  QString path_;
-  QString report_;  // what was converted and left out; empty when nothing was
+  std::vector<QAction*> needComparison_;
+  std::vector<QAction*> canvasActions_;
   PlotSetup plotSetup_;
-  QPointF offset_;  // that the drawing was moved by, to be put back on coordinates that are shown
   bool loading_ = false;
-  FileWatch watch_;
   QTranslator dialogs_;
 };
 

@@ -17,7 +17,7 @@ int PicksModel::columnCount(const QModelIndex& parent) const {
 }
 
 QString PicksModel::cell(int entity, int column) const {
-  const Drawing& drawing = *view_.drawing();
+  const Drawing& drawing = *view_->drawing();
   switch (column) {
     case kNumber:
       return QString::number(entity + 1);
@@ -35,13 +35,13 @@ QString PicksModel::cell(int entity, int column) const {
 }
 
 QVariant PicksModel::data(const QModelIndex& index, int role) const {
-  if (!view_.drawing() || index.row() >= rows_) return {};
-  const int entity = view_.picks()[static_cast<std::size_t>(index.row())];
+  if (!view_ || !view_->drawing() || index.row() >= rows_) return {};
+  const int entity = view_->picks()[static_cast<std::size_t>(index.row())];
   if (role == Qt::DisplayRole) return cell(entity, index.column());
   if (role == Qt::ToolTipRole && index.column() == kCoordinates) return cell(entity, kCoordinates);
   if (role == Qt::DecorationRole && index.column() == kColor) {
-    const int own = view_.drawing()->own_color(entity);
-    return swatch(own < 0 ? view_.drawing()->layer_of(entity).color : own);
+    const int own = view_->drawing()->own_color(entity);
+    return swatch(own < 0 ? view_->drawing()->layer_of(entity).color : own);
   }
   return {};
 }
@@ -55,22 +55,21 @@ QVariant PicksModel::headerData(int section, Qt::Orientation orientation, int ro
 
 void PicksModel::refresh() {
   beginResetModel();
-  rows_ = view_.drawing() ? static_cast<int>(view_.picks().size()) : 0;
+  rows_ = view_ && view_->drawing() ? static_cast<int>(view_->picks().size()) : 0;
   endResetModel();
 }
 
 QString PicksModel::as_text() const {
   QString text;
   for (int row = 0; row < rows_; ++row) {
-    const int entity = view_.picks()[static_cast<std::size_t>(row)];
+    const int entity = view_->picks()[static_cast<std::size_t>(row)];
     for (int column = 0; column < kColumns; ++column)
       text += cell(entity, column) + QLatin1Char(column + 1 < kColumns ? '\t' : '\n');
   }
   return text;
 }
 
-PicksPanel::PicksPanel(const View& view, const Words& words, std::function<void(int)> show)
-    : view_(view), model_(view, words) {
+PicksPanel::PicksPanel(const Words& words, std::function<void(int)> show) : model_(words) {
   setModel(&model_);
   setSelectionBehavior(SelectRows);
   setEditTriggers(NoEditTriggers);
@@ -79,8 +78,14 @@ PicksPanel::PicksPanel(const View& view, const Words& words, std::function<void(
   horizontalHeader()->setStretchLastSection(true);
   setWordWrap(false);
   connect(this, &QTableView::doubleClicked, this, [this, show = std::move(show)](const QModelIndex& index) {
-    show(view_.picks()[static_cast<std::size_t>(index.row())]);
+    show(view_->picks()[static_cast<std::size_t>(index.row())]);
   });
+  refresh();
+}
+
+void PicksPanel::set_view(const View& view) {
+  view_ = &view;
+  model_.set_view(view);
   refresh();
 }
 
@@ -92,9 +97,9 @@ void PicksPanel::refresh() {
 }
 
 int PicksPanel::current() const {
-  if (view_.picks().empty()) return -1;
+  if (!view_ || view_->picks().empty()) return -1;
   const int row = currentIndex().isValid() ? currentIndex().row() : 0;
-  return view_.picks()[static_cast<std::size_t>(row)];
+  return view_->picks()[static_cast<std::size_t>(row)];
 }
 
 }  // namespace qvview

@@ -14,7 +14,9 @@ class PicksModel : public QAbstractTableModel {
  public:
   enum Column { kNumber, kKind, kLayer, kColor, kCoordinates, kColumns };
 
-  PicksModel(const View& view, const Words& words) : view_(view), words_(words) {}
+  explicit PicksModel(const Words& words) : words_(words) {}
+  /// The view whose picks are shown from now on.
+  void set_view(const View& view) { view_ = &view; }
   int rowCount(const QModelIndex& parent = {}) const override;
   int columnCount(const QModelIndex& parent = {}) const override;
   QVariant data(const QModelIndex& index, int role) const override;
@@ -27,7 +29,7 @@ class PicksModel : public QAbstractTableModel {
  private:
   QString cell(int entity, int column) const;
 
-  const View& view_;
+  const View* view_ = nullptr;
   const Words& words_;
   int rows_ = 0;
 };
@@ -35,14 +37,15 @@ class PicksModel : public QAbstractTableModel {
 class PicksPanel : public QTableView {
  public:
   /// `show` is called with an entity whose row is double-clicked.
-  PicksPanel(const View& view, const Words& words, std::function<void(int)> show);
+  PicksPanel(const Words& words, std::function<void(int)> show);
+  void set_view(const View& view);
   void refresh();
   QString as_text() const { return model_.as_text(); }
   /// The entity of the current row, else the first; -1 when none is picked.
   int current() const;
 
  private:
-  const View& view_;
+  const View* view_ = nullptr;
   PicksModel model_;
 };
 

@@ -1,9 +1,9 @@
-#include "model/find.h"
+#include "qvtools/widgets/viewer/find.h"
 
 #include <algorithm>
 #include <unordered_map>
 
-namespace qvview {
+namespace qv::viewer {
 
 namespace {
 
@@ -89,4 +89,4 @@ std::vector<Hit> find_texts(Drawing& drawing, const FindWhat& what, const ViewAn
   return hits;
 }
 
-}  // namespace qvview
+}  // namespace qv::viewer

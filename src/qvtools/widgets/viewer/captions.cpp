@@ -1,9 +1,9 @@
-#include "model/captions.h"
+#include "qvtools/widgets/viewer/captions.h"
 
 #include <cstddef>
 #include <iterator>
 
-namespace qvview {
+namespace qv::viewer {
 
 namespace {
 
@@ -20,6 +20,8 @@ constexpr Caption kCaptions[] = {
     {Text::PickMenu, "拾取(&P)", "&Pick"},
     {Text::FontMenu, "字体(&T)", "Fon&ts"},
     {Text::LanguageMenu, "语言(&L)", "&Language"},
+    {Text::MeasureMenu, "量测(&M)", "&Measure"},
+    {Text::CatchMenu, "捕捉", "Catch"},
     {Text::HelpMenu, "帮助(&H)", "&Help"},
     {Text::RecentMenu, "最近打开的图形", "Recent drawings"},
     {Text::PanMenu, "移动", "Pan"},
@@ -57,6 +59,30 @@ constexpr Caption kCaptions[] = {
     {Text::ShowPicked, "显示拾取的图元", "Show the picked entity"},
     {Text::CopyPicks, "复制拾取列表", "Copy the list of picks"},
     {Text::CopyPoint, "复制光标处坐标", "Copy the point at the cursor"},
+    {Text::FindTexts, "查找文字…", "Find text…"},
+    {Text::SavePicks, "拾取的图元存为图形…", "Save the picks as a drawing…"},
+    {Text::OnlyPickedLayers, "只显示拾取图元的图层", "Only the picks' layers"},
+    {Text::HidePickedLayers, "隐藏拾取图元的图层", "Hide the picks' layers"},
+    {Text::ShowAllLayers, "显示全部图层", "All layers"},
+    {Text::MeasureDistance, "距离", "Distance"},
+    {Text::MeasureAngle, "角度", "Angle"},
+    {Text::MeasureRadius, "半径与直径", "Radius and diameter"},
+    {Text::MeasureArea, "面积(逐点)", "Area of points"},
+    {Text::MeasureObjectArea, "面积(图元)", "Area of an object"},
+    {Text::MeasureCoordinates, "坐标", "Coordinates"},
+    {Text::FinishMeasure, "结束", "Finish"},
+    {Text::TakeBackPoint, "退回一点", "Take a point back"},
+    {Text::CopyMeasures, "复制量测结果", "Copy the measurements"},
+    {Text::ClearMeasures, "清除量测结果", "Clear the measurements"},
+    {Text::Catching, "捕捉开关", "Catch points"},
+    {Text::NextCaught, "下一个捕捉点", "Next caught point"},
+    {Text::CompareWith, "与旧图比较…", "Compare with an older drawing…"},
+    {Text::NextPlace, "下一处", "Next place"},
+    {Text::PreviousPlace, "上一处", "Previous place"},
+    {Text::SwapSides, "新旧互换", "Swap old and new"},
+    {Text::CloseTab, "关闭图形", "Close the drawing"},
+    {Text::NextTab, "下一个图形", "Next drawing"},
+    {Text::ImportReport, "读入说明…", "What was converted…"},
     {Text::TextFont, "文字与钢筋标注字体…", "Text and bar-label font…"},
     {Text::BigFont, "汉字大字体…", "Chinese big font…"},
     {Text::UsualFonts, "恢复默认字体", "Usual fonts"},
@@ -65,6 +91,10 @@ constexpr Caption kCaptions[] = {
     {Text::ToolBar, "工具栏", "Tool bar"},
     {Text::LayersPanel, "图层", "Layers"},
     {Text::PicksPanel, "拾取的图元", "Picked entities"},
+    {Text::PropertiesPanel, "特性", "Properties"},
+    {Text::MeasuresPanel, "量测结果", "Measurements"},
+    {Text::FindPanel, "查找文字", "Find text"},
+    {Text::ComparePanel, "比较", "Comparison"},
     {Text::AllLayers, "全开", "All on"},
     {Text::NoLayers, "全关", "All off"},
     {Text::InvertLayers, "反选", "Invert"},
@@ -75,6 +105,30 @@ constexpr Caption kCaptions[] = {
     {Text::ColorColumn, "颜色", "Colour"},
     {Text::CoordinatesColumn, "坐标与尺寸", "Coordinates and sizes"},
     {Text::ByLayer, "随层", "by layer"},
+    {Text::NameColumn, "项目", "Property"},
+    {Text::ValueColumn, "值", "Value"},
+    {Text::LineTypeColumn, "线型", "Line type"},
+    {Text::LengthColumn, "长度", "Length"},
+    {Text::PerimeterColumn, "周长", "Perimeter"},
+    {Text::AreaColumn, "面积", "Area"},
+    {Text::PointColumn, "点", "Point"},
+    {Text::StartColumn, "起点", "Start"},
+    {Text::EndColumn, "终点", "End"},
+    {Text::CenterColumn, "圆心", "Centre"},
+    {Text::RadiusColumn, "半径", "Radius"},
+    {Text::AnglesColumn, "起止角", "Angles"},
+    {Text::WordsColumn, "内容", "Words"},
+    {Text::StyleColumn, "字样", "Style"},
+    {Text::HeightColumn, "字高", "Height"},
+    {Text::RotationColumn, "转角", "Rotation"},
+    {Text::WidthFactorColumn, "宽度系数", "Width factor"},
+    {Text::WidthColumn, "线宽", "Widths"},
+    {Text::ClosedColumn, "闭合", "Closed"},
+    {Text::VertexCountColumn, "顶点数", "Vertices"},
+    {Text::BlockColumn, "块名", "Block"},
+    {Text::ChangeColumn, "变化", "Change"},
+    {Text::Yes, "是", "yes"},
+    {Text::No, "否", "no"},
     {Text::KindPoint, "点", "Point"},
     {Text::KindLine, "直线", "Line"},
     {Text::KindText, "文字", "Text"},
@@ -84,6 +138,26 @@ constexpr Caption kCaptions[] = {
     {Text::KindSolid, "填充四边形", "Solid"},
     {Text::KindFace, "三维面", "3D face"},
     {Text::KindInsert, "图块", "Block"},
+    {Text::CatchEnd, "端点", "end"},
+    {Text::CatchIntersection, "交点", "intersection"},
+    {Text::CatchMiddle, "中点", "middle"},
+    {Text::CatchCenter, "圆心", "centre"},
+    {Text::CatchQuadrant, "象限点", "quadrant"},
+    {Text::CatchPerpendicular, "垂足", "perpendicular"},
+    {Text::CatchTangent, "切点", "tangent"},
+    {Text::CatchNode, "节点", "node"},
+    {Text::CatchInsertion, "插入点", "insertion"},
+    {Text::CatchNearest, "最近点", "nearest"},
+    {Text::ChangeRemoved, "删除", "removed"},
+    {Text::ChangeAdded, "新增", "added"},
+    {Text::ChangeMoved, "移动", "moved"},
+    {Text::ChangeChanged, "修改", "changed"},
+    {Text::DistanceIs, "距离 %1   Δx %2   Δy %3   角度 %4°", "distance %1   Δx %2   Δy %3   angle %4°"},
+    {Text::SumIs, "   总长 %1(%2 段)", "   sum %1 (%2 legs)"},
+    {Text::AngleIs, "角度 %1°   补角 %2°   周角余 %3°", "angle %1°   supplement %2°   rest of the turn %3°"},
+    {Text::RadiusIs, "半径 %1   直径 %2   周长 %3   面积 %4", "radius %1   diameter %2   perimeter %3   area %4"},
+    {Text::AreaIs, "面积 %1   周长 %2", "area %1   perimeter %2"},
+    {Text::PointIs, "坐标 %1, %2", "point %1, %2"},
     {Text::RadiusOf, "半径 %1", "radius %1"},
     {Text::AnglesOf, "角度 %1° 至 %2°", "angles %1° to %2°"},
     {Text::LengthOf, "长 %1", "length %1"},
@@ -98,6 +172,23 @@ constexpr Caption kCaptions[] = {
      "Click an entity, or drag a window: to the right takes what is inside, to the left also what crosses it"},
     {Text::WindowHint, "给出要放大的窗口的两个角点", "Give two corners of the window to be shown"},
     {Text::HandHint, "按住左键拖动图形", "Drag the drawing with the left button"},
+    {Text::MeasureHint, "点取要量的点;Tab 换捕捉点,F3 开关捕捉,右键或回车结束",
+     "Click the points; Tab: next caught point, F3: catch on or off, right button or Enter: finish"},
+    {Text::CatchIsOff, "捕捉已关", "catching is off"},
+    {Text::MatchCase, "区分大小写", "Match case"},
+    {Text::WholeWord, "全字匹配", "Whole words"},
+    {Text::FindHint, "要查找的文字,回车跳到下一处", "Words to find; Enter goes to the next"},
+    {Text::FoundCount, "第 %1 处,共 %2 处", "%1 of %2"},
+    {Text::FoundNone, "没有找到", "Not found"},
+    {Text::PlaceOf, "第 %1 处,共 %2 处", "Place %1 of %2"},
+    {Text::NothingDiffers, "两图相同", "Nothing differs"},
+    {Text::SheetShifted, "整图移动 %1, %2", "The sheet is shifted by %1, %2"},
+    {Text::CompareTitle, "选择旧图", "Choose the older drawing"},
+    {Text::ComparedWith, "%1 ↔ %2", "%1 ↔ %2"},
+    {Text::PicksSaved, "已存 %1 个图元到 %2", "%1 entities are saved as %2"},
+    {Text::SavePicksTitle, "拾取的图元存为图形", "Save the picks as a drawing"},
+    {Text::ReportTitle, "读入说明", "What was converted"},
+    {Text::ReportWord, "有转换", "converted"},
     {Text::Exported, "已输出 %1", "%1 is written"},
     {Text::Copied, "已复制", "Copied"},
     {Text::FontChanged, "字体已更换", "The font is changed"},
@@ -170,6 +261,11 @@ constexpr Caption kCaptions[] = {
      "<tr><td><b>左键</b></td><td>点取图元或拉窗口拾取;Shift 或 Ctrl 增减</td></tr>"
      "<tr><td><b>右键、Esc</b></td><td>放弃角点,退出模式;Esc 还取消拾取</td></tr>"
      "<tr><td><b>Z / H / S</b></td><td>窗口缩放 / 拖动 / 拾取</td></tr>"
+     "<tr><td><b>M</b>,或 <b>I</b> 后按 <b>P A D R E C</b></td><td>量测:P 距离、A 角度、D 半径、R 面积、E 图元面积、C 坐标</td></tr>"
+     "<tr><td><b>F3 / Tab</b></td><td>捕捉开关 / 换捕捉点</td></tr>"
+     "<tr><td><b>se sm sc sq si su sb sn sp st</b></td><td>量测时只捕捉:端点、中点、圆心、象限点、交点、垂足、切点、节点、插入点、最近点;sa 全部,sf 不捕捉</td></tr>"
+     "<tr><td><b>Ctrl+F</b></td><td>查找文字,回车到下一处</td></tr>"
+     "<tr><td><b>N / Shift+N</b></td><td>比较:下一处 / 上一处</td></tr>"
      "<tr><td><b>Home / Backspace</b></td><td>全部显示 / 前一视图</td></tr>"
      "<tr><td><b>+ / − / 方向键</b></td><td>放大 / 缩小 / 移动</td></tr></table>",
      "<table cellpadding='4'>"
@@ -178,6 +274,11 @@ constexpr Caption kCaptions[] = {
      "<tr><td><b>Left button</b></td><td>picks an entity or by a window; Shift or Ctrl adds and removes</td></tr>"
      "<tr><td><b>Right button, Esc</b></td><td>give up a corner or a mode; Esc unpicks as well</td></tr>"
      "<tr><td><b>Z / H / S</b></td><td>window zoom / hand / picking</td></tr>"
+     "<tr><td><b>M</b>, or <b>I</b> then <b>P A D R E C</b></td><td>measures: P distance, A angle, D radius, R area, E an object's area, C coordinates</td></tr>"
+     "<tr><td><b>F3 / Tab</b></td><td>catching on and off / the next caught point</td></tr>"
+     "<tr><td><b>se sm sc sq si su sb sn sp st</b></td><td>while measuring, catch one kind: end, middle, centre, quadrant, intersection, perpendicular, tangent, node, insertion, nearest; sa all, sf none</td></tr>"
+     "<tr><td><b>Ctrl+F</b></td><td>finds texts; Enter goes to the next</td></tr>"
+     "<tr><td><b>N / Shift+N</b></td><td>comparison: the next place / the previous one</td></tr>"
      "<tr><td><b>Home / Backspace</b></td><td>everything / the previous view</td></tr>"
      "<tr><td><b>+ / − / arrows</b></td><td>enlarge / reduce / pan</td></tr></table>"},
     {Text::AboutText, "qvview %1\nDXF 图形浏览程序,QVTOOLS 的一部分",
@@ -211,4 +312,4 @@ std::string filled(Text text, Language language, std::initializer_list<std::stri
   return said;
 }
 
-}  // namespace qvview
+}  // namespace qv::viewer

@@ -1,10 +1,10 @@
-#include "model/view.h"
+#include "qvtools/widgets/viewer/view.h"
 
 #include <algorithm>
 #include <cmath>
 #include <iterator>
 
-namespace qvview {
+namespace qv::viewer {
 
 namespace {
 
@@ -13,7 +13,8 @@ constexpr double kZoomStep = 1.1;
 
 }  // namespace
 
-View::View(qv::Window& window, Listener& listener) : CDrawTool(&window), window_(window), listener_(listener) {
+View::View(qv::Window& window, Listener& listener) 
+    : qv::CatchTool(&window), window_(window), listener_(listener) {
   SwitchState(DRAW_PICK, kChanged, 1);
 }
 
@@ -22,11 +23,15 @@ View::View(qv::Window& window, Listener& listener) : CDrawTool(&window), window_
 void View::open(std::unique_ptr<Drawing> drawing) {
   drawing_ = std::move(drawing);
   SetCurrentAngles({});
+  set_mode(Mode::Pick);
   cancel();
+  measuring_.clear();
+  frame_.reset();
   ClearHistory();
   clear_picks();
   measure();
   fit();
+  listener_.on_measures_changed();
 }
 
 void View::reload(std::unique_ptr<Drawing> drawing) {
@@ -60,7 +65,7 @@ void View::set_light(bool light) {
 
 void View::measure() {
   extentAngles_ = CurrentAngles();
-  extent_ = qvapps::with_margin(drawing_ ? drawing_->extent(extentAngles_) : CFRect());
+  extent_ = viewer::with_margin(drawing_ ? drawing_->extent(extentAngles_) : CFRect());
 }
 
 void View::repaint() {
@@ -75,12 +80,69 @@ void View::paint(CDC& dc) {
   OnDraw(dc, 1);
 }
 
+void View::refresh() {
+  window_.ClientContext();
+  window_.ReleaseClientContext();
+}
+
+namespace {
+
+/// A pen for what lies over a drawing, while it lives.
+class OverlayPen {
+ public:
+  OverlayPen(CDC& dc, COLORREF color, int width)
+      : dc_(dc), pen_{qv::PenStyle::Solid, width, color}, before_(dc.SelectObject(&pen_)) {}
+  ~OverlayPen() { dc_.SelectObject(before_); }
+  OverlayPen(const OverlayPen&) = delete;
+  OverlayPen& operator=(const OverlayPen&) = delete;
+
+ private:
+  CDC& dc_;
+  CPen pen_;
+  const CPen* before_;
+};
+
+}  // namespace
+
+void View::paint_overlay(CDC& dc, std::vector<OverlayLabel>& labels) const {
+  constexpr COLORREF kMeasure[] = {qv::rgb(90, 190, 255), qv::rgb(0, 90, 200)};
+  constexpr COLORREF kMark[] = {qv::rgb(255, 200, 0), qv::rgb(200, 80, 0)};
+  if (!drawing_) return;
+  dc.SetBkMode(qv::BackgroundMode::Transparent);
+  {
+    const OverlayPen pen(dc, kMeasure[light_], 1);
+    for (const Measured& measured : measuring_.results()) draw_measured(dc, CurrentView(), measured, labels);
+    if (mode_ == Mode::Measure)
+      draw_measured(dc, CurrentView(), Located() ? measuring_.with(*Located()) : measuring_.present(), labels);
+  }
+  const OverlayPen pen(dc, kMark[light_], 2);
+  if (frame_) draw_frame(dc);
+  if (mode_ != Mode::Measure || !inside_ || !Caught()) return;
+  constexpr int kMarkSize = 17;
+  const qv::PlanePoint& at = Caught()->at;
+  const CPoint pixel = CurrentView().FPtoDP(CFPoint(static_cast<float>(at.x), static_cast<float>(at.y)));
+  qv::DrawCatchMark(dc, pixel, Caught()->kind, kMarkSize);
+}
+
+void View::draw_frame(CDC& dc) const {
+  constexpr int kMargin = 6;
+  CRect r = CurrentView().FPtoDP(*frame_);
+  CSafeDC safe(&dc);
+  const int left = std::min(r.left, r.right) - kMargin, right = std::max(r.left, r.right) + kMargin;
+  const int top = std::min(r.top, r.bottom) - kMargin, bottom = std::max(r.top, r.bottom) + kMargin;
+  safe.MoveTo(left, top);
+  safe.LineTo(right, top);
+  safe.LineTo(right, bottom);
+  safe.LineTo(left, bottom);
+  safe.LineTo(left, top);
+}
+
 void View::draw_into(CDC& dc, CSize size, bool everyLetter) {
   if (!drawing_) return;
   const CRect client = window_.ClientRect();
   if (size == CSize(client.Width(), client.Height()))
     return drawing_->draw(dc, CurrentView(), CurrentAngles(), everyLetter);
-  drawing_->draw(dc, qvapps::fitted(seen(), size), CurrentAngles(), everyLetter);
+  drawing_->draw(dc, viewer::fitted(seen(), size), CurrentAngles(), everyLetter);
 }
 
 // ---------------------------------------------------------------- navigation
@@ -95,6 +157,7 @@ int View::GetMaxRect(CFPoint& p1, CFPoint& p2) {
 void View::PrepareDraw(const CPoint*, const CPoint*) {
   everything_ = inWheel_ = false;
   if (extentAngles_ != CurrentAngles()) measure();
+  if (mode_ == Mode::Measure && inside_) Locate(point_);
   listener_.on_view_changed();
 }
 
@@ -147,8 +210,65 @@ void View::zoom_in() {
 
 void View::show_entity(int entity) {
   if (!drawing_) return;
-  const CFRect rect = qvapps::with_margin(drawing_->extent_of(entity, CurrentAngles()));
+  const CFRect rect = viewer::with_margin(drawing_->extent_of(entity, CurrentAngles()));
   ShowRect(rect.Nearest(), rect.Furthest());
+}
+
+void View::restore(const CFRect& rect, const ViewAngles& angles) {
+  if (!drawing_) return;
+  SetCurrentAngles(angles);
+  ShowRect(rect.Nearest(), rect.Furthest());
+  ClearHistory();
+}
+
+void View::show_picked_layers(bool only) {
+  if (!drawing_ || picks_.empty()) return;
+  std::vector<bool> on;
+  for (const Layer& layer : drawing_->layers()) on.push_back(!only && layer.on);
+  for (const int i : picks_) {
+    const auto index = static_cast<std::size_t>(&drawing_->layer_of(i) - drawing_->layers().data());
+    on[index] = only;
+  }
+  drawing_->show_layers(on);
+  drawing_changed();
+}
+
+void View::show_all_layers() {
+  if (!drawing_) return;
+  drawing_->show_layers(std::vector<bool>(drawing_->layers().size(), true));
+  drawing_changed();
+}
+
+void View::show_hit(const Hit& hit) {
+  constexpr double kHeights = 30;  // of letters, in the window's height
+  if (!drawing_) return;
+  const CRect client = window_.ClientRect();
+  const double high = std::max(kHeights * std::fabs(hit.height), 1.5 * hit.box.Height());
+  const double wide = std::max(high * client.Width() / std::max(client.Height(), 1), 1.5 * hit.box.Width());
+  const CFPoint middle((hit.box.x1 + hit.box.x2) / 2, (hit.box.y1 + hit.box.y2) / 2);
+  const auto half_w = static_cast<float>(wide / 2), half_h = static_cast<float>(high / 2);
+  frame_ = hit.box;
+  ShowRect({middle.x - half_w, middle.y - half_h}, {middle.x + half_w, middle.y + half_h});
+  refresh();
+}
+
+void View::show_place(const CFRect& box) {
+  constexpr float kRoom = 0.6F;
+  constexpr float kLeast = 1.0F / 20;  // of the drawing, so that one sees where it is
+  if (!drawing_) return;
+  frame_ = box;
+  CFRect room = viewer::never_empty(box);
+  const float least = kLeast * std::max(extent_.Width(), extent_.Height());
+  const float x = std::max(kRoom * room.Width(), (least - room.Width()) / 2);
+  const float y = std::max(kRoom * room.Height(), (least - room.Height()) / 2);
+  room.Inflect(std::max(x, 0.0F), std::max(y, 0.0F), std::max(x, 0.0F), std::max(y, 0.0F));
+  ShowRect(room.Nearest(), room.Furthest());
+  refresh();
+}
+
+void View::unmark() {
+  frame_.reset();
+  refresh();
 }
 
 void View::wheel(CPoint point, double steps, bool continues) {
@@ -205,7 +325,12 @@ void View::DrawCursor(CDC& dc, int show) {
 }
 
 void View::set_mode(Mode mode) {
-  static constexpr DRAWTYPE kStates[] = {DRAW_PICK, DRAW_ZOOM, kHand};
+  static constexpr DRAWTYPE kStates[] = {DRAW_PICK, DRAW_ZOOM, kHand, kLocating};
+  if (mode_ == Mode::Measure && mode != Mode::Measure) {
+    if (measuring_.finish()) listener_.on_measures_changed();
+    SetFrom(std::nullopt);
+    LocateNothing();
+  }
   mode_ = mode;
   SwitchState(kStates[static_cast<int>(mode)], kChanged, 1);
   listener_.on_mode_changed();
@@ -218,6 +343,7 @@ void View::after_corner(bool hadCorner) {
 
 void View::left_down(CPoint point, bool add) {
   if (mode_ == Mode::Hand) return begin_drag(point);
+  if (mode_ == Mode::Measure) return measure_at(point);
   adding_ = add;
   const bool hadCorner = HasCorner();
   OnLButtonDown(0, point);
@@ -226,6 +352,7 @@ void View::left_down(CPoint point, bool add) {
 
 void View::left_up(CPoint point, bool add) {
   if (mode_ == Mode::Hand) return end_drag(point);
+  if (mode_ == Mode::Measure) return;
   adding_ = add;
   const bool hadCorner = HasCorner();
   OnLButtonUp(0, point);
@@ -269,6 +396,7 @@ void View::move(CPoint point) {
     window_.ReleaseClientContext();
     inside_ = true;
   }
+  if (mode_ == Mode::Measure && !dragFrom_) Locate(point);
   if (!dragFrom_) OnMouseMove(0, point);
 }
 
@@ -287,6 +415,8 @@ bool View::cancel() {
     return true;
   }
   if (HasCorner()) return OnRButtonDown(0, point_), true;
+  if (mode_ == Mode::Measure && finish_measure()) return true;
+  if (mode_ == Mode::Pick && frame_) return unmark(), true;
   if (mode_ == Mode::Pick) return false;
   set_mode(Mode::Pick);
   return true;
@@ -303,6 +433,105 @@ std::optional<CFPoint> View::pointer() const {
   return CurrentView().DPtoFP(dragFrom_.value_or(point_));
 }
 
+// ---------------------------------------------------------------- measuring
+
+qv::PreparedDrawing* View::CaughtDrawing() {
+  return drawing_ ? &drawing_->prepared(CurrentAngles()) : nullptr;
+}
+
+void View::begin_measure(MeasureKind kind) {
+  if (!drawing_) return;
+  measuring_.begin(kind);
+  SetFrom(std::nullopt);
+  set_mode(Mode::Measure);
+  if (inside_) Locate(point_);
+  listener_.on_measures_changed();
+  refresh();
+}
+
+void View::measure_at(CPoint point) {
+  if (!drawing_) return;
+  point_ = point;
+  Locate(point);
+  if (measuring_.kind() == MeasureKind::Radius) {
+    const CFPoint at = CurrentView().DPtoFP(point);
+    const double reach = CatchReach() / std::fabs(static_cast<double>(CurrentView().GetScale()));
+    for (const qv::CaughtPoint& c : drawing_->prepared(CurrentAngles()).Catch({{at.x, at.y}, reach, CatchBit(qv::CatchKind::Center), {}}))
+      if (c.radius > 0) {
+        measuring_.add_circle(c.at, c.radius);
+        break;
+      }
+  } else if (measuring_.kind() == MeasureKind::ObjectArea) {
+    const std::optional<int> hit = entity_at(point);
+    const qv::EntityMeasures m = hit ? qv::Measure(drawing_->entity(*hit)) : qv::EntityMeasures();
+    const CFPoint at = CurrentView().DPtoFP(point);
+    if (m.area > 0) measuring_.add_object({at.x, at.y}, m);
+  } else if (const std::optional<qv::PlanePoint> taken = Take()) {
+    measuring_.add(*taken);
+    if (measuring_.present().points.empty()) SetFrom(std::nullopt);
+  }
+  listener_.on_measures_changed();
+  refresh();
+}
+
+bool View::finish_measure() {
+  if (!measuring_.finish()) return false;
+  SetFrom(std::nullopt);
+  listener_.on_measures_changed();
+  refresh();
+  return true;
+}
+
+void View::take_back_point() {
+  if (!measuring_.back()) return;
+  const auto& points = measuring_.present().points;
+  SetFrom(points.empty() ? std::nullopt : std::optional(points.back()));
+  listener_.on_measures_changed();
+  refresh();
+}
+
+void View::clear_measures() {
+  measuring_.clear();
+  SetFrom(std::nullopt);
+  listener_.on_measures_changed();
+  refresh();
+}
+
+bool View::catch_by_letter(char letter) {
+  using qv::CatchKind;
+  static constexpr struct {
+    char letter;
+    CatchKind kind;
+  } kLetters[] = {{'e', CatchKind::End},           {'m', CatchKind::Middle},    {'c', CatchKind::Center},
+                  {'q', CatchKind::Quadrant},      {'i', CatchKind::Intersection}, {'t', CatchKind::Nearest},
+                  {'u', CatchKind::Perpendicular}, {'b', CatchKind::Tangent},   {'n', CatchKind::Node},
+                  {'p', CatchKind::Insertion}};
+  if (letter == 'a' || letter == 'f') {
+    SetCatchAllObject();
+    SetCatching(letter == 'a');
+  } else {
+    const auto found = std::find_if(std::begin(kLetters), std::end(kLetters), [&](const auto& k) { return k.letter == letter; });
+    if (found == std::end(kLetters)) return false;
+    SetOneKind(found->kind);
+    SetCatchOneObject();
+  }
+  if (inside_) Locate(point_);
+  listener_.on_mode_changed();
+  refresh();
+  return true;
+}
+
+void View::next_caught(int by) {
+  NextCaught(by);
+  refresh();
+}
+
+void View::switch_catching() {
+  SetCatching(!IsCatching());
+  listener_.on_mode_changed();
+  refresh();
+}
+
 // ---------------------------------------------------------------- picks
 
 void View::on_message(unsigned int) {
@@ -315,15 +544,20 @@ void View::pick(const CFPoint& from, const CFPoint& to) {
   if (drawing_) take(drawing_->pick(CFRect(from, to), from.x > to.x, CurrentAngles()));
 }
 
-bool View::pick_at(CPoint point) {
+std::optional<int> View::entity_at(CPoint point) {
   constexpr int kReach = 4;
-  if (!drawing_) return false;
+  if (!drawing_) return std::nullopt;
   const CFRect rect =
       CurrentView().DPtoFP(CRect(point.x - kReach, point.y - kReach, point.x + kReach, point.y + kReach));
   const std::vector<int> hits = drawing_->pick(rect, true, CurrentAngles());
-  if (hits.empty()) return false;
-  take({hits.back()});  // the one on top
-  return true;
+  if (hits.empty()) return std::nullopt;
+  return hits.back();  // the one on top
+}
+
+bool View::pick_at(CPoint point) {
+  const std::optional<int> hit = entity_at(point);
+  if (hit) take({*hit});
+  return hit.has_value();
 }
 
 /// New picks replace the old ones. When adding they join them, or are removed when all of them were picked already.
@@ -355,4 +589,4 @@ void View::clear_picks() {
   take({});
 }
 
-}  // namespace qvview
+}  // namespace qv::viewer

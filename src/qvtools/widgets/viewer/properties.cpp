@@ -1,11 +1,11 @@
-#include "model/properties.h"
+#include "qvtools/widgets/viewer/properties.h"
 
 #include <algorithm>
 #include <map>
 
-#include "model/measuring.h"
+#include "qvtools/widgets/viewer/measuring.h"
 
-namespace qvview {
+namespace qv::viewer {
 
 namespace {
 
@@ -106,4 +106,4 @@ std::vector<CountOfKind> counts_of(const Drawing& drawing, const std::vector<int
   return list;
 }
 
-}  // namespace qvview
+}  // namespace qv::viewer

@@ -2,7 +2,7 @@
 
 #include "qvtools.h"
 
-namespace qvview {
+namespace qv::viewer {
 
 /// A device context that draws on another in one colour, with solid lines of one width: whatever is drawn through it
 /// stands out.
@@ -31,4 +31,4 @@ class HighlightContext : public CDC {
   const CPen* before_;
 };
 
-}  // namespace qvview
+}  // namespace qv::viewer

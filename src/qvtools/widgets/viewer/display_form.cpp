@@ -1,4 +1,4 @@
-#include "common/display_form.h"
+#include "qvtools/widgets/viewer/display_form.h"
 
 #include <algorithm>
 #include <climits>
@@ -8,7 +8,7 @@
 #include <memory>
 #include <vector>
 
-namespace qvapps {
+namespace qv::viewer {
 
 namespace {
 constexpr int kBlack = 0;
@@ -214,4 +214,4 @@ CFCoor fitted(const CFRect& rect, CSize picture) {
   return {CFPoint(static_cast<float>(x), static_cast<float>(y)), static_cast<float>(scale), 1};
 }
 
-}  // namespace qvapps
+}  // namespace qv::viewer

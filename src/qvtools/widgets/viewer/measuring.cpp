@@ -1,9 +1,9 @@
-#include "model/measuring.h"
+#include "qvtools/widgets/viewer/measuring.h"
 
 #include <cmath>
 #include <numbers>
 
-namespace qvview {
+namespace qv::viewer {
 
 namespace {
 
@@ -256,4 +256,4 @@ void draw_measured(CDC& dc, const CFCoor& view, const Measured& m, std::vector<O
   }
 }
 
-}  // namespace qvview
+}  // namespace qv::viewer

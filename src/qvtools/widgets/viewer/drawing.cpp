@@ -1,11 +1,12 @@
-#include "model/drawing.h"
+#include "qvtools/widgets/viewer/drawing.h"
 
 #include <algorithm>
 #include <unordered_map>
+#include <unordered_set>
 
-#include "model/highlight_context.h"
+#include "qvtools/widgets/viewer/highlight_context.h"
 
-namespace qvview {
+namespace qv::viewer {
 
 namespace {
 
@@ -30,22 +31,41 @@ qv::Point3 minus(const qv::Point3& a, const qv::Point3& b) {
 
 }  // namespace
 
-/// The document of what is shown: its lists hold records that belong to another.
+/// The document of what is shown: its lists hold records that belong to another. An insert whose layer is off shows
+/// what its block has on other layers: an insert of this document's own places a block of those.
 class Drawing::Shown : public DXF {
  public:
   Shown() { New_MemDxf(); }
   ~Shown() override {
-    qvapps::for_each<ACAD_BLOCK>(m_BlockList, [](ACAD_BLOCK& block) { block.m_EntityList.RemoveAll(); });
+    viewer::for_each<ACAD_BLOCK>(m_BlockList, [](ACAD_BLOCK& block) { block.m_EntityList.RemoveAll(); });
     m_EntityList.RemoveAll();
   }
-  /// An empty block in the place of another.
-  ACAD_BLOCK& add_block(const ACAD_BLOCK& like) {
+  /// An empty block in the place of another, for inserts that are on or off.
+  ACAD_BLOCK& add_block(const ACAD_BLOCK& like, bool on) {
     auto* const block = new ACAD_BLOCK;
-    qv::copy_text(block->m_szName, like.m_szName);
+    qv::copy_text(block->m_szName, (on ? std::string(like.m_szName) : off_name(like.m_szName)).c_str());
     block->m_Base = like.m_Base;
     m_BlockList.AddTail(block);
     return *block;
   }
+  /// Shows an insert that is off.
+  void add_off(const ACAD_INSERT& insert) {
+    inserts_.push_back(std::make_unique<ACAD_INSERT>(insert));
+    qv::copy_text(inserts_.back()->m_szBlock, off_name(insert.m_szBlock).c_str());
+    m_EntityList.AddTail(inserts_.back().get());
+    originals_.emplace(inserts_.back().get(), &insert);
+  }
+  /// The record of the drawing that an entity of this document stands for.
+  const ACAD_ENTITY* original(const ACAD_ENTITY* entity) const {
+    const auto found = originals_.find(entity);
+    return found == originals_.end() ? entity : found->second;
+  }
+  /// No file has such a name; names that are cut alike would share it, and lose no more than their letters' ends.
+  static std::string off_name(const char* name) { return "\n" + std::string(name); }
+
+ private:
+  std::vector<std::unique_ptr<ACAD_INSERT>> inserts_;
+  std::unordered_map<const ACAD_ENTITY*, const ACAD_ENTITY*> originals_;
 };
 
 /// Finds layers and line types by name, and makes those that there are not yet.
@@ -53,7 +73,7 @@ class Drawing::LayerIndex {
  public:
   LayerIndex(const DXF& document, std::vector<Layer>& layers, std::vector<std::string>& lineTypes)
       : layers_(layers), line_types_(lineTypes) {
-    const qvapps::LayerTable table(document);
+    const viewer::LayerTable table(document);
     for (int i = 0; document.m_pLayer && i < document.m_nLayer; ++i) {
       const ACAD_LAYER& layer = document.m_pLayer[static_cast<std::size_t>(i)];
       const bool off = layer.m_nColor < 0 || (layer.m_nFlags & kFrozen) != 0;
@@ -76,8 +96,8 @@ class Drawing::LayerIndex {
  private:
   std::vector<Layer>& layers_;
   std::vector<std::string>& line_types_;
-  qvapps::NameMap<std::size_t> indices_;
-  qvapps::NameMap<int> line_type_indices_;
+  viewer::NameMap<std::size_t> indices_;
+  viewer::NameMap<int> line_type_indices_;
   int last_ = -1;
 };
 
@@ -90,7 +110,7 @@ Drawing::Drawing(std::unique_ptr<DXF> document, bool lightBackground, qv::Drawin
   LayerIndex index(*document_, layers_, lineTypes_);
   items_ = take_items(document_->m_EntityList, index);
   for (const Item& item : items_) ++layers_[item.layer].entities;
-  qvapps::for_each<ACAD_BLOCK>(document_->m_BlockList,
+  viewer::for_each<ACAD_BLOCK>(document_->m_BlockList,
                                [&](ACAD_BLOCK& block) { blocks_.push_back(take_items(block.m_EntityList, index)); });
   resolve();
   rebuild();
@@ -101,8 +121,8 @@ Drawing::~Drawing() = default;
 std::vector<Drawing::Item> Drawing::take_items(const CPtrList& list, LayerIndex& index) {
   std::vector<Item> items;
   items.reserve(static_cast<std::size_t>(list.GetCount()));
-  qvapps::for_each<ACAD_ENTITY>(list, [&](ACAD_ENTITY& entity) {
-    Item item{&entity, index(qvapps::layer_of(entity))};
+  viewer::for_each<ACAD_ENTITY>(list, [&](ACAD_ENTITY& entity) {
+    Item item{&entity, index(viewer::layer_of(entity))};
     qv::visit_entity(entity, [&](auto& record) {
       if constexpr (requires { record.m_nColor; }) item.ownColor = record.m_nColor;
       if constexpr (requires { record.m_szLType; }) item.ownLineType = index.line_type(record.m_szLType);
@@ -119,10 +139,10 @@ void Drawing::for_each_item(const F& f) {
 }
 
 void Drawing::resolve() {
-  const qvapps::LayerTable table(*document_);
+  const viewer::LayerTable table(*document_);
   const auto tabled = static_cast<std::size_t>(document_->m_pLayer ? std::max(document_->m_nLayer, 0) : 0);
   for_each_item([&](const Item& item) {
-    qvapps::resolve(*item.record, item.layer < tabled ? static_cast<int>(item.layer) : -1, table, light_);
+    viewer::resolve(*item.record, item.layer < tabled ? static_cast<int>(item.layer) : -1, table, light_);
   });
 }
 
@@ -141,7 +161,7 @@ Drawing::AsLoaded::~AsLoaded() {
 }
 
 qv::PlotSource Drawing::AsLoaded::source(const std::string& name) const {
-  qvapps::NameMap<bool> on;
+  viewer::NameMap<bool> on;
   for (const Layer& layer : drawing_.layers_) on.emplace(layer.name, layer.on);
   return {drawing_.document_.get(), &drawing_.notes_, name, drawing_.unit_, [on = std::move(on)](const char* layer) {
             const auto found = on.find(std::string_view(layer));
@@ -153,7 +173,7 @@ void Drawing::recolor(std::vector<Item>& items) {
   for (const Item& item : items)
     qv::visit_entity(*item.record, [&](auto& record) {
       if constexpr (requires { record.m_nColor; })
-        record.m_nColor = qvapps::shown_color(item.ownColor, layers_[item.layer].color, light_);
+        record.m_nColor = viewer::shown_color(item.ownColor, layers_[item.layer].color, light_);
     });
 }
 
@@ -166,7 +186,61 @@ void Drawing::set_background(bool light) {
 }
 
 bool Drawing::is_shown(int entity) const {
-  return layer_of(entity).on;
+  return items_[static_cast<std::size_t>(entity)].shown;
+}
+
+const std::string& Drawing::own_line_type(int entity) const {
+  static const std::string kNone;
+  const int type = items_[static_cast<std::size_t>(entity)].ownLineType;
+  return type < 0 ? kNone : lineTypes_[static_cast<std::size_t>(type)];
+}
+
+int Drawing::count_in_block(int i) const {
+  const ACAD_INSERT* const insert = as_insert(entity(i));
+  const ACAD_BLOCK* const block = insert ? document_->GetBlock(insert) : nullptr;
+  return block ? block->m_EntityList.GetCount() : 0;
+}
+
+void Drawing::for_each_text_in(int i, const ViewAngles& angles,
+                               const std::function<void(ACAD_TEXT&, CFPoint)>& f) const {
+  const ACAD_INSERT* const insert = as_insert(entity(i));
+  const ACAD_BLOCK* const block = insert ? shown_->GetBlock(insert) : nullptr;
+  if (!block) return;
+  const qv::Point3 by = minus(insert->m_Insert, block->m_Base);
+  CFPoint shift(by.x, by.y);
+  if (!angles.is_plan()) TouYing3Dto2D(by.x, by.y, by.z, angles.a, angles.b, shift.x, shift.y);
+  viewer::for_each<ACAD_ENTITY>(block->m_EntityList, [&](ACAD_ENTITY& part) {
+    if (part.GetType() == ACAD_TYPE_TEXT) f(static_cast<ACAD_TEXT&>(part), shift);
+  });
+}
+
+std::unique_ptr<DXF> Drawing::part(const std::vector<int>& entities) {
+  const AsLoaded loaded(*this);
+  auto out = std::make_unique<DXF>();
+  out->Set_MaxNum_of_Tables(std::max(document_->m_nLType, 1), std::max(document_->m_nLayer, 1),
+                            std::max(document_->m_nStyle, 1));
+  out->New_MemDxf();
+  const auto copy = [](const auto& table, int& count, auto& to, int n) {
+    for (int i = 0; table && i < n; ++i) to[static_cast<std::size_t>(i)] = table[static_cast<std::size_t>(i)];
+    count = n;
+  };
+  if (!out->m_pLType || !out->m_pLayer || !out->m_pStyle) return nullptr;
+  copy(document_->m_pLType, out->m_nLType, out->m_pLType, document_->m_nLType);
+  copy(document_->m_pLayer, out->m_nLayer, out->m_pLayer, document_->m_nLayer);
+  copy(document_->m_pStyle, out->m_nStyle, out->m_pStyle, document_->m_nStyle);
+  std::unordered_set<const ACAD_BLOCK*> blocks;
+  for (const int i : entities) {
+    ACAD_ENTITY& record = entity(i);
+    ACAD_ENTITY* const clone = qv::CloneEntity(record);
+    if (!clone || !out->m_EntityList.AddTail(clone)) return nullptr;
+    const ACAD_INSERT* const insert = as_insert(record);
+    const ACAD_BLOCK* const block = insert ? document_->GetBlock(insert) : nullptr;
+    if (!block || !blocks.insert(block).second) continue;
+    auto blockCopy = std::make_unique<ACAD_BLOCK>();
+    if (!blockCopy->Copy(block) || !out->m_BlockList.AddTail(blockCopy.get())) return nullptr;
+    blockCopy.release();
+  }
+  return out;
 }
 
 void Drawing::show_layers(const std::vector<bool>& on) {
@@ -182,8 +256,8 @@ void Drawing::show_layers_as(const Drawing& other) {
   rebuild();
 }
 
-bool Drawing::is_seen_in_block(const Item& item) const {
-  return layers_[item.layer].on || layers_[item.layer].name == kBlockLayer;
+bool Drawing::is_seen_in_block(const Item& item, bool insertOn) const {
+  return layers_[item.layer].name == kBlockLayer ? insertOn : layers_[item.layer].on;
 }
 
 qv::PreparedDrawing& Drawing::prepared(const ViewAngles& angles) {
@@ -200,35 +274,55 @@ void Drawing::rebuild() {
   prepared_.reset();
   shown_ = std::make_unique<Shown>();
   auto block = blocks_.begin();
-  qvapps::for_each<ACAD_BLOCK>(document_->m_BlockList, [&](ACAD_BLOCK& from) {
-    ACAD_BLOCK& to = shown_->add_block(from);
-    for (const Item& item : *block++)
-      if (is_seen_in_block(item)) to.m_EntityList.AddTail(item.record);
+  viewer::for_each<ACAD_BLOCK>(document_->m_BlockList, [&](ACAD_BLOCK& from) {
+    ACAD_BLOCK& to = shown_->add_block(from, true);
+    ACAD_BLOCK* off = nullptr;
+    for (const Item& item : *block++) {
+      if (is_seen_in_block(item, true)) to.m_EntityList.AddTail(item.record);
+      if (!is_seen_in_block(item, false)) continue;
+      if (!off) off = &shown_->add_block(from, false);
+      off->m_EntityList.AddTail(item.record);
+    }
   });
-  for (const Item& item : items_)
-    if (layers_[item.layer].on) shown_->m_EntityList.AddTail(item.record);
+  for (Item& item : items_) {
+    item.shown = layers_[item.layer].on;
+    if (item.shown)
+      shown_->m_EntityList.AddTail(item.record);
+    else if (const ACAD_INSERT* const insert = as_insert(*item.record))
+      show_insert(item, *insert);
+  }
   shownCount_ = shown_->m_EntityList.GetCount();
   collect_marks();
+}
+
+/// An insert whose layer is off: what its block has on other layers is seen.
+void Drawing::show_insert(Item& item, const ACAD_INSERT& insert) {
+  ACAD_INSERT off = insert;
+  qv::copy_text(off.m_szBlock, Shown::off_name(insert.m_szBlock).c_str());
+  item.shown = shown_->GetBlock(&off) != nullptr;
+  if (item.shown) shown_->add_off(insert);
 }
 
 void Drawing::collect_marks() {
   std::unordered_map<std::string, std::vector<Mark>> ofBlocks;  // relative to the insert; only blocks that have any
   auto block = blocks_.begin();
-  qvapps::for_each<ACAD_BLOCK>(document_->m_BlockList, [&](ACAD_BLOCK& record) {
+  viewer::for_each<ACAD_BLOCK>(document_->m_BlockList, [&](ACAD_BLOCK& record) {
     std::vector<Mark> marks;
     for (const Item& item : *block++)
-      if (const ACAD_POINT* const p = as_point(*item.record); p && is_seen_in_block(item))
+      if (const ACAD_POINT* const p = as_point(*item.record); p && is_seen_in_block(item, true))
         marks.push_back({minus(p->m_Point, record.m_Base), item.layer});
     if (!marks.empty()) ofBlocks.emplace(record.m_szName, std::move(marks));
   });
   marks_.clear();
   for (const Item& item : items_) {
-    if (!layers_[item.layer].on) continue;
-    if (const ACAD_POINT* const p = as_point(*item.record)) marks_.push_back({p->m_Point, item.layer});
+    const bool on = layers_[item.layer].on;
+    if (const ACAD_POINT* const p = on ? as_point(*item.record) : nullptr) marks_.push_back({p->m_Point, item.layer});
     const ACAD_INSERT* const insert = ofBlocks.empty() ? nullptr : as_insert(*item.record);
     const auto found = insert ? ofBlocks.find(insert->m_szBlock) : ofBlocks.end();
     if (found == ofBlocks.end()) continue;
-    for (const Mark& mark : found->second) marks_.push_back({plus(mark.at, insert->m_Insert), mark.layer});
+    for (const Mark& mark : found->second)
+      if (on || layers_[mark.layer].name != kBlockLayer)
+        marks_.push_back({plus(mark.at, insert->m_Insert), mark.layer});
   }
 }
 
@@ -250,7 +344,7 @@ void Drawing::draw(CDC& dc, const CFCoor& coor, const ViewAngles& angles, bool e
   constexpr int kReadable = 3;  // pixels
   CFCoor view = coor;
   prepared(angles).SetReadableHeight(everyLetter ? 0 : kReadable);
-  prepared(angles).Draw(&dc, &view, qvapps::appearance(patterns_));
+  prepared(angles).Draw(&dc, &view, viewer::appearance(patterns_));
   if (!dc.IsPrinting() && !dc.IsMetafile()) draw_marks(dc, view, angles);
 }
 
@@ -259,7 +353,7 @@ void Drawing::draw_marks(CDC& dc, const CFCoor& coor, const ViewAngles& angles) 
   for (const Mark& mark : marks_) {
     CFPoint p(mark.at.x, mark.at.y);
     if (!angles.is_plan()) TouYing3Dto2D(mark.at.x, mark.at.y, mark.at.z, angles.a, angles.b, p.x, p.y);
-    const int color = qvapps::shown_color(qv::kByLayer, layers_[mark.layer].color, light_);
+    const int color = viewer::shown_color(qv::kByLayer, layers_[mark.layer].color, light_);
     safe.SetPixel(coor.FPtoDP(p), ACAD_ENTITY::GetColor(color));
   }
 }
@@ -294,10 +388,11 @@ std::vector<int> Drawing::pick(const CFRect& rect, bool crossing, const ViewAngl
   std::vector<int> indices;
   int i = 0;
   for (const ACAD_ENTITY* const hit : prepared(angles).Pick(rect, crossing)) {
-    while (items_[static_cast<std::size_t>(i)].record != hit) ++i;  // both in drawing order
+    const ACAD_ENTITY* const record = shown_->original(hit);
+    while (items_[static_cast<std::size_t>(i)].record != record) ++i;  // both in drawing order
     indices.push_back(i);
   }
   return indices;
 }
 
-}  // namespace qvview
+}  // namespace qv::viewer
