@@ -231,7 +231,7 @@ std::vector<CaughtPoint> PreparedDrawing::Catch(const CatchQuery& query) {
         for (const Item* const item : items_in(window)) {
           add(*item->entity, plane, *item->entity);
           if (item->kind != Kind::Insert) continue;
-          const ACAD_BLOCK& block = *blocks_[static_cast<std::size_t>(item->index)];
+          const ACAD_BLOCK& block = *blocks_[static_cast<std::size_t>(item->index)].block;
           const auto& insert = static_cast<const ACAD_INSERT&>(*item->entity);
           const Plane placed = plane.moved(detail::displacement(block, insert));
           detail::walk_block(block, [&](ACAD_ENTITY& part) { return add(part, placed, *item->entity), false; });
