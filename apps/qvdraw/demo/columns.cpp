@@ -76,7 +76,8 @@ void draw_zones(CBase_SGT& sgt, const Sample& data, CFPoint place) {
   const float beam = measure("beam");
   const float storey = measure("storey");
   const float clear = storey - beam;
-  const auto [x, y] = place;
+  const float x = place.x;
+  const float y = place.y;
   const float out = half + 450;
   use_pen(sgt, "CONCRETE", "7");
   for (const float level : {y, y + storey}) {

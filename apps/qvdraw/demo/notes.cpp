@@ -32,7 +32,8 @@ void draw_column(CBase_SGT& sgt, const Sample& data, const std::string& section,
 
 /// How bars are bent: a bar, its hook, and the measures beside them.
 void draw_hooks(CBase_SGT& sgt, const Sample& data, CFPoint place) {
-  const auto [x, y] = place;
+  const float x = place.x;
+  const float y = place.y;
   const auto caption = [&](float at, const char* key) {
     use_pen(sgt, "TEXT", "7");
     qv::DrawSheetText(sgt, at, y - 22, 3, data.text("words", key).c_str(), qv::Across::Center);
