@@ -29,6 +29,7 @@ std::wstring named_drawing() {
 int run_messages(const qvview32::Viewer& viewer) {
   MSG message;
   while (GetMessageW(&message, nullptr, 0, 0) > 0) {
+    if (viewer.FindDialog() && IsDialogMessageW(viewer.FindDialog(), &message)) continue;
     if (viewer.Window() && TranslateAcceleratorW(viewer.Window(), viewer.Keys(), &message)) continue;
     TranslateMessage(&message);
     DispatchMessageW(&message);

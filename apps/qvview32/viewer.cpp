@@ -2,7 +2,6 @@
 
 #include <commdlg.h>
 #include <shellapi.h>
-#include <windowsx.h>
 
 #include <algorithm>
 #include <vector>
@@ -16,6 +15,7 @@
 
 namespace qvview32 {
 
+using qvview::MeasureKind;
 using qvview::Mode;
 using qvview::Text;
 
@@ -45,6 +45,18 @@ const Viewer::Command Viewer::kCommands[] = {
     {Text::Enlarge, [](Viewer& v) { v.view_->zoom_out(); }, L"Page Up", VK_PRIOR, 0},
     {Text::Reduce, [](Viewer& v) { v.view_->zoom_in(); }, L"Page Down", VK_NEXT, 0},
     {Text::DarkBackground, [](Viewer& v) { v.toggle_background(); }, L"B", 'B', 0},
+    {Text::FindTexts, [](Viewer& v) { v.ask_what_to_find(); }, L"Ctrl+F", 'F', FCONTROL},
+    {Text::MeasureMenu, nullptr, L"", 0, 0},
+    {Text::MeasureDistance, [](Viewer& v) { v.view_->begin_measure(MeasureKind::Distance); }, L"M", 'M', 0},
+    {Text::MeasureAngle, [](Viewer& v) { v.view_->begin_measure(MeasureKind::Angle); }, L"Ctrl+1", '1', FCONTROL},
+    {Text::MeasureRadius, [](Viewer& v) { v.view_->begin_measure(MeasureKind::Radius); }, L"Ctrl+2", '2', FCONTROL},
+    {Text::MeasureArea, [](Viewer& v) { v.view_->begin_measure(MeasureKind::Area); }, L"Ctrl+3", '3', FCONTROL},
+    {Text::MeasureObjectArea, [](Viewer& v) { v.view_->begin_measure(MeasureKind::ObjectArea); }, L"Ctrl+4", '4', FCONTROL},
+    {Text::MeasureCoordinates, [](Viewer& v) { v.view_->begin_measure(MeasureKind::Coordinates); }, L"Ctrl+5", '5', FCONTROL},
+    {Text::TakeBackPoint, [](Viewer& v) { v.view_->take_back_point(); }, L"Ctrl+Z", 'Z', FCONTROL},
+    {Text::CopyMeasures, [](Viewer& v) { v.copy_measures(); }, L"Ctrl+M", 'M', FCONTROL},
+    {Text::ClearMeasures, [](Viewer& v) { v.view_->clear_measures(); }, L"Ctrl+Shift+M", 'M', FCONTROL | FSHIFT},
+    {Text::Catching, [](Viewer& v) { v.view_->switch_catching(); }, L"F3", VK_F3, 0},
 };
 
 namespace {
@@ -95,8 +107,10 @@ bool Viewer::create() {
                                     nullptr, make_menu(), kind.hInstance, nullptr);
   if (!made) return false;
   window_ = made;
-  canvas_.emplace(window_);
-  view_ = std::make_unique<qvview::View>(*canvas_, *this);
+  drawing_.emplace(window_, *this);
+  drawing_->SetLanguage(language_);
+  drawing_->SetEmptyText(words(Text::NoDrawing));
+  view_ = &drawing_->View();
   SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
   make_keys();
   show_title();
@@ -134,106 +148,67 @@ LRESULT CALLBACK Viewer::window_proc(HWND window, UINT message, WPARAM w, LPARAM
 }
 
 LRESULT Viewer::handle(UINT message, WPARAM w, LPARAM l) {
-  POINT point = {GET_X_LPARAM(l), GET_Y_LPARAM(l)};
+  static const UINT kFind = RegisterWindowMessageW(FINDMSGSTRINGW);
+  LRESULT result = 0;
+  if (message == kFind) {
+    if (find_.Flags & FR_DIALOGTERM) findDialog_ = nullptr;
+    if (find_.Flags & FR_FINDNEXT) find_next();
+    return 0;
+  }
   switch (message) {
-    case WM_PAINT:
-      return paint(), 0;
-    case WM_ERASEBKGND:
-      return 1;
-    case WM_SIZE:
-      if (w != SIZE_MINIMIZED) view_->resized();
-      return 0;
     case WM_COMMAND:
       if (LOWORD(w) < std::size(kCommands) && kCommands[LOWORD(w)].run) kCommands[LOWORD(w)].run(*this);
       return 0;
-    case WM_KEYDOWN:
-      if (w == VK_ESCAPE) view_->cancel();
-      return 0;
-    case WM_MOUSEWHEEL:
-      ScreenToClient(window_, &point);
-      return wheel(w, point), 0;
     case WM_DROPFILES: {
       wchar_t path[MAX_PATH] = L"";
       DragQueryFileW(reinterpret_cast<HDROP>(w), 0, path, MAX_PATH);
       DragFinish(reinterpret_cast<HDROP>(w));
       return Open(path), 0;
     }
-    case Canvas::kPosted:
-      return view_->on_message(static_cast<unsigned int>(w)), 0;
-    case WM_SETCURSOR:
-      if (LOWORD(l) != HTCLIENT) return DefWindowProcW(window_, message, w, l);
-      return show_pointer(), TRUE;
     case WM_DESTROY:
       SetWindowLongPtrW(window_, GWLP_USERDATA, 0);
       window_ = nullptr;
       return PostQuitMessage(0), 0;
     default:
-      return handle_pointer(message, w, point) ? 0 : DefWindowProcW(window_, message, w, l);
+      return drawing_->Handle(message, w, l, result) ? result : DefWindowProcW(window_, message, w, l);
   }
 }
 
-bool Viewer::handle_pointer(UINT message, WPARAM w, CPoint point) {
-  const bool add = (w & (MK_SHIFT | MK_CONTROL)) != 0;
-  switch (message) {
-    case WM_LBUTTONDOWN:
-    case WM_LBUTTONDBLCLK:
-      SetCapture(window_);
-      view_->left_down(point, add);
-      break;
-    case WM_LBUTTONUP:
-      ReleaseCapture();
-      view_->left_up(point, add);
-      break;
-    case WM_MBUTTONDOWN:
-      SetCapture(window_);
-      view_->middle_down(point);
-      break;
-    case WM_MBUTTONUP:
-      ReleaseCapture();
-      view_->middle_up(point);
-      break;
-    case WM_MBUTTONDBLCLK:
-      view_->show_all();
-      break;
-    case WM_RBUTTONDOWN:
-      view_->cancel();
-      break;
-    case WM_MOUSEMOVE: {
-      TRACKMOUSEEVENT track = {sizeof track, TME_LEAVE, window_, 0};
-      TrackMouseEvent(&track);
-      view_->move(point);
-      if (view_->dragged_by()) InvalidateRect(window_, nullptr, FALSE);
-      break;
-    }
-    case WM_MOUSELEAVE:
-      view_->leave();
-      break;
-    default:
-      return false;
-  }
-  return true;
+void Viewer::ask_what_to_find() {
+  if (!view_->drawing() || findDialog_) return;
+  find_ = {};
+  find_.lStructSize = sizeof find_;
+  find_.hwndOwner = window_;
+  find_.lpstrFindWhat = findWhat_;
+  find_.wFindWhatLen = static_cast<WORD>(std::size(findWhat_));
+  find_.Flags = FR_DOWN | FR_HIDEUPDOWN;
+  findDialog_ = FindTextW(&find_);
 }
 
-void Viewer::wheel(WPARAM w, CPoint point) {
-  constexpr DWORD kPause = 800;  // milliseconds after which a new turn begins
-  const DWORD now = GetTickCount();
-  const bool continues = now - std::exchange(lastWheel_, now) < kPause;
-  if (!view_->dragged_by())
-    view_->wheel(point, GET_WHEEL_DELTA_WPARAM(w) / static_cast<double>(WHEEL_DELTA), continues);
+void Viewer::find_next() {
+  const qvview::FindWhat what{utf8_of(findWhat_), (find_.Flags & FR_MATCHCASE) != 0, (find_.Flags & FR_WHOLEWORD) != 0};
+  const bool same = searched_ == view_->drawing() && what.words == found_.words && what.matchCase == found_.matchCase &&
+                    what.wholeWord == found_.wholeWord;
+  hit_ = same ? hit_ + 1 : 0;
+  if (!same) {
+    searched_ = view_->drawing();
+    hits_ = qvview::find_texts(*view_->drawing(), what, view_->CurrentAngles());
+    found_ = what;
+  }
+  if (hits_.empty()) return static_cast<void>(MessageBoxW(findDialog_, words(Text::FoundNone).c_str(), kClass, MB_OK));
+  view_->show_hit(hits_[hit_ % hits_.size()]);
 }
 
-void Viewer::paint() {
-  PAINTSTRUCT painting;
-  const HDC dc = BeginPaint(window_, &painting);
-  canvas_->Paint(dc, *view_);
-  if (!view_->drawing()) {
-    RECT client;
-    GetClientRect(window_, &client);
-    SetBkMode(dc, TRANSPARENT);
-    SetTextColor(dc, 0x808080);
-    DrawTextW(dc, words(Text::NoDrawing).c_str(), -1, &client, DT_CENTER | DT_VCENTER | DT_SINGLELINE);
-  }
-  EndPaint(window_, &painting);
+void Viewer::copy_measures() {
+  const std::wstring text = wide_of_utf8(view_->measuring().words(language_).c_str());
+  const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, (text.size() + 1) * sizeof(wchar_t));
+  if (!memory) return;
+  std::copy_n(text.c_str(), text.size() + 1, static_cast<wchar_t*>(GlobalLock(memory)));
+  GlobalUnlock(memory);
+  if (!OpenClipboard(window_)) return static_cast<void>(GlobalFree(memory));
+  EmptyClipboard();
+  if (!SetClipboardData(CF_UNICODETEXT, memory)) GlobalFree(memory);
+  CloseClipboard();
 }
 
 void Viewer::Open(const std::wstring& path) {
@@ -271,7 +246,7 @@ void Viewer::save_picture() {
   if (!GetSaveFileNameW(&dialog.question)) return;
   const std::string name = path_of(dialog.path);
   const bool everyLetter = qvapps::picture_kind(name) != qvapps::PictureKind::Png;
-  const CRect client = canvas_->ClientRect();
+  const CRect client = drawing_->ClientRect();
   const CSize size(client.Width(), client.Height());
   const bool saved = qvapps::save_drawn(name, size, view_->is_light() ? 0xFFFFFF : 0,
                                         [&](CDC& dc) { view_->draw_into(dc, size, everyLetter); });
@@ -321,14 +296,10 @@ void Viewer::show_title() {
   std::wstring title = name.empty() ? kClass : name + L" - " + kClass;
   const std::size_t picked = view_->picks().size();
   if (picked > 0) title += L" - " + filled(words(Text::PickedIs), std::to_wstring(picked));
+  const auto& results = view_->measuring().results();
+  if (!results.empty()) title += L" - " + wide_of_utf8(results.back().words(language_).c_str());
   if (!report_.empty()) title += L" - " + report_;
   SetWindowTextW(window_, title.c_str());
-}
-
-// Cross hairs are drawn in place of the system's pointer where corners are given.
-void Viewer::show_pointer() {
-  const bool hand = view_ && view_->mode() == Mode::Hand;
-  SetCursor(hand ? LoadCursorW(nullptr, IDC_HAND) : nullptr);
 }
 
 void Viewer::complain(Text text, const std::wstring& name, const std::wstring& why) {

@@ -1,12 +1,15 @@
 #pragma once
 
+#include <windows.h>
+#include <commdlg.h>
+
 #include <memory>
 #include <optional>
 #include <string>
 
-#include "canvas.h"
 #include "model/captions.h"
 #include "model/plot_setup.h"
+#include "qvtools/widgets/win32/drawing_window.h"
 
 namespace qvview32 {
 
@@ -23,11 +26,14 @@ class Viewer : public qvview::View::Listener {
   void Open(const std::wstring& path);
   HWND Window() const { return window_; }
   /// The keys of the commands.
-  HACCEL Keys() const { return keys_; }
+  HACCEL Keys() const { return drawing_ && drawing_->WantsLetter() ? nullptr : keys_; }
+  /// The dialog that texts are found with; null while it is closed.
+  HWND FindDialog() const { return findDialog_; }
 
   void on_view_changed() override {}
   void on_picks_changed() override { show_title(); }
-  void on_mode_changed() override { show_pointer(); }
+  void on_measures_changed() override { show_title(); }
+  void on_mode_changed() override {}
 
  private:
   struct Command;
@@ -39,9 +45,9 @@ class Viewer : public qvview::View::Listener {
   HMENU make_menu() const;
   void make_keys();
   LRESULT handle(UINT message, WPARAM w, LPARAM l);
-  bool handle_pointer(UINT message, WPARAM w, CPoint point);
-  void wheel(WPARAM w, CPoint point);
-  void paint();
+  void ask_what_to_find();
+  void find_next();
+  void copy_measures();
 
   void ask_for_drawing();
   void reload();
@@ -52,19 +58,24 @@ class Viewer : public qvview::View::Listener {
   void toggle_background();
   void set_mode(qvview::Mode mode);
   void show_title();
-  void show_pointer();
   void complain(qvview::Text text, const std::wstring& name, const std::wstring& why = L"");
   std::wstring words(qvview::Text text) const;
 
   qvview::Language language_;
   HWND window_ = nullptr;
   HACCEL keys_ = nullptr;
-  std::optional<Canvas> canvas_;
-  std::unique_ptr<qvview::View> view_;
+  std::optional<qv::DrawingWindow> drawing_;
+  qvview::View* view_ = nullptr;
+  FINDREPLACEW find_ = {};
+  wchar_t findWhat_[128] = L"";
+  HWND findDialog_ = nullptr;
+  qvview::FindWhat found_;  // what the hits hold
+  std::vector<qvview::Hit> hits_;
+  const qvview::Drawing* searched_ = nullptr;
+  std::size_t hit_ = 0;
   std::wstring path_;
   std::wstring report_;  // what was converted and left out of the drawing
   qvview::PlotSetup plotSetup_;
-  DWORD lastWheel_ = 0;
 };
 
 }  // namespace qvview32

@@ -78,11 +78,15 @@ def check_schedule(prefix, folder):
 
 def check_embedded_view(prefix, folder):
     """The viewer in a window of a host's, and without a screen."""
-    shutil.copytree(pathlib.Path(source, "examples/embedded_view"), folder)
+    shutil.copytree(pathlib.Path(source, "examples", folder.name), folder)
     build_example(folder, prefix)
-    picture = folder / "window.png"
-    run(folder / "build/embedded_view", prefix / "share/qvtools/beam.dxf", picture, env={**os.environ, "QT_QPA_PLATFORM": "offscreen"})
-    assert picture.stat().st_size > 5000
+    drawing, picture = prefix / "share/qvtools/beam.dxf", folder / "window.png"
+    if system:
+        program = shutil.copy(folder / f"build/{folder.name}.exe", prefix / "bin")
+        run(emulator, program, "Z:" + str(drawing), "Z:" + str(picture))
+    else:
+        run(folder / f"build/{folder.name}", drawing, picture, env={**os.environ, "QT_QPA_PLATFORM": "offscreen"})
+    assert picture.stat().st_size > 3000
 
 
 def check_pkg_config(prefix, folder):
@@ -136,6 +140,8 @@ def main():
             check_schedule(prefix, folder / "schedule")
         if list(prefix.rglob("qvtools-qt_widgets-targets.cmake")):
             check_embedded_view(prefix, folder / "embedded_view")
+        if system == "Windows":
+            check_embedded_view(prefix, folder / "embedded_view32")
         qvdraw = prefix / "bin/qvdraw"
         if qvdraw.exists():
             # The library and the fonts are found from where the program is.

@@ -3,13 +3,17 @@
 #include <QtGui/QPainter>
 #include <QtGui/QPixmap>
 
+#include "common/display_form.h"
 #include "qvtools.h"
 
 namespace qvview {
 
 QIcon swatch(int color) {
   constexpr int kSide = 14;
-  const COLORREF c = ACAD_ENTITY::GetColor(color);
+  static const qv::LinePatterns kNone;
+  const qv::Palette& palette = *qvapps::appearance(kNone).palette;
+  const auto number = static_cast<std::size_t>(color);
+  const COLORREF c = color >= 0 && number < palette.size() ? palette[number] : ACAD_ENTITY::GetColor(color);
   QPixmap field(kSide, kSide);
   field.fill(QColor(static_cast<int>(c & 255), static_cast<int>(c >> 8 & 255), static_cast<int>(c >> 16 & 255)));
   QPainter painter(&field);

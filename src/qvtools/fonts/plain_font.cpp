@@ -200,11 +200,17 @@ std::span<const unsigned char> bytes_of(const std::string& text) {
 
 }  // namespace
 
+/// Hands a font the bytes of a file. A friend function would lose its import from the DLL.
+struct FontBlocks {
+  static int adopt_txt(CShx& font, std::span<const unsigned char> file) { return font.adopt_txt(file); }
+  static int adopt_hz(CShx& font, std::span<const unsigned char> file) { return font.adopt_hz(file); }
+};
+
 int LoadTextFont(CShx& font, const char* path) {
   const auto load = [&] {
     ShapeFile file;
     if (font.m_pTxtIndex || !file.Load(path) || file.is_plain()) return font.SetTxtFont("", path);
-    return font.adopt_txt(bytes_of(plain_text_font(file).bytes));
+    return FontBlocks::adopt_txt(font, bytes_of(plain_text_font(file).bytes));
   };
   return unless_out_of_memory(load, 0);
 }
@@ -213,7 +219,7 @@ int LoadBigFont(CShx& font, const char* path) {
   const auto load = [&] {
     ShapeFile file;
     if (font.m_pHzIndex || !file.Load(path) || file.is_plain()) return font.SetHzFont("", path);
-    return font.adopt_hz(bytes_of(plain_big_font(file).bytes));
+    return FontBlocks::adopt_hz(font, bytes_of(plain_big_font(file).bytes));
   };
   return unless_out_of_memory(load, 0);
 }

@@ -18,6 +18,8 @@ namespace qv {
 QV_API int LoadTextFont(CShx& font, const char* path);
 QV_API int LoadBigFont(CShx& font, const char* path);
 
+struct FontBlocks;
+
 }  // namespace qv
 
 /// A text font and a big font. Copies share the loaded fonts; the buffers live until the last copy is gone. Texts are
@@ -75,8 +77,7 @@ class QV_API CShx {
   float GetWidth(const unsigned char* shape);
 
  private:
-  friend QV_API int qv::LoadTextFont(CShx& font, const char* path);
-  friend QV_API int qv::LoadBigFont(CShx& font, const char* path);
+  friend struct qv::FontBlocks;
   int adopt_txt(std::span<const unsigned char> file);
   int adopt_hz(std::span<const unsigned char> file);
   std::shared_ptr<void> txtBlock_;  // the loaded fonts, with what is known of their shapes

@@ -254,7 +254,7 @@ void View::show_hit(const Hit& hit) {
 
 void View::show_place(const CFRect& box) {
   constexpr float kRoom = 0.6F;
-  constexpr float kLeast = 1.0F / 20;  // of the drawing, so that one sees where it is
+  constexpr float kLeast = 1.0F / 8;  // of the drawing, so that one sees where it is
   if (!drawing_) return;
   frame_ = box;
   CFRect room = viewer::never_empty(box);
