@@ -5,6 +5,7 @@
 #include "baseline.h"
 #include "plain_database.h"
 #include "qvtools/engineering/database_file.h"
+#include "qvtools/system/saved_file.h"
 #include "support/temporary_directory.h"
 
 namespace {
@@ -62,6 +63,7 @@ void write_bytes(const char* path, const std::string& bytes) {
 // and items kept for their segment. "disk" is the time of the bytes alone, as a share of the first. Argument: one whole
 // number an item, five of them, or the record of a beam.
 void WriteDatabase(benchmark::State& state) {
+  qv::SavedFile::SetFlushToDisk(false);  // nor do the baselines
   const qvtest::TemporaryDirectory directory;
   const auto values = static_cast<Values>(state.range(0));
   const std::string own = directory.path("own"), kept = directory.path("kept"), plain = directory.path("plain");

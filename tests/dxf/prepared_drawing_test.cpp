@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <limits>
 #include <numbers>
 #include <random>
@@ -197,6 +198,46 @@ TEST_F(PreparedDrawing, HidesChoosesAndSimplifies) {
   EXPECT_EQ(prepared.Pick(CFRect(-10, -10, 200, 200), 0).size(), 1U);
   prepared.Show([](ACAD_ENTITY&) { return true; });
   EXPECT_EQ(colored(prepared, 0x0000FF), 100);
+}
+
+TEST_F(PreparedDrawing, PicksWhatTheDocumentPicksAtAnyHeight) {
+  dxf.New_MemDxf();
+  // The angle of the plan is a float: a height of a million shows by 0.04.
+  dxf.Write_Line(0, 0, 1e6F, 100, 0, 1e6F, "0", "1", "BYLAYER");
+  qv::PreparedDrawing prepared(dxf);
+  for (const CFRect& rect : {CFRect(-1, -1, 101, -0.03F), CFRect(-1, -0.02F, 101, 1)})
+    for (const int mode : {0, 1})
+      EXPECT_EQ(prepared.Pick(rect, mode).size(), dxf.HitTest(rect, mode, 0, HALF_PI_F) ? 1U : 0U);
+}
+
+TEST_F(PreparedDrawing, CopiesBlocksThatComeOftenAndCanBeGivenUp) {
+  dxf.New_MemDxf();
+  auto* const block = new ACAD_BLOCK;
+  qv::copy_text(block->m_szName, "CROSS");
+  for (int i = 0; i < 40; ++i) {
+    auto* const line = new ACAD_LINE;
+    line->m_Start = {0, 0, 0};
+    line->m_End = {i % 2 ? 12.F : 0.F, i % 2 ? 0.F : 12.F, 0};
+    line->m_nColor = 1 + i % 2;
+    block->m_EntityList.AddTail(line);
+  }
+  dxf.m_BlockList.AddTail(block);
+  for (int i = 0; i < 2000; ++i) {
+    auto* const insert = new ACAD_INSERT;
+    qv::copy_text(insert->m_szBlock, "CROSS");
+    insert->m_Insert = {static_cast<float>(i % 10) * 15, static_cast<float>(i / 10 % 6) * 15, 0};
+    dxf.m_EntityList.AddTail(insert);
+  }
+  CFCoor coor(CFPoint(-5, 110), 1, 1);
+  qv::PreparedDrawing prepared(dxf);
+  qv::BitmapContext direct(kSize, kSize, 0), copied(kSize, kSize, 0), part(kSize, kSize, 0);
+  dxf.Draw(&direct, &coor);
+  EXPECT_TRUE(prepared.Draw(&copied, &coor, {}, [] { return true; }));
+  const std::size_t size = sizeof(std::uint32_t) * kSize * kSize;
+  EXPECT_EQ(std::memcmp(direct.Pixels(), copied.Pixels(), size), 0) << "at whole pixels the copies are exact";
+  int asked = 0;
+  EXPECT_FALSE(prepared.Draw(&part, &coor, {}, [&] { return ++asked, false; }));
+  EXPECT_EQ(asked, 1);
 }
 
 TEST_F(PreparedDrawing, AbsurdCoordinatesHideNothingElse) {

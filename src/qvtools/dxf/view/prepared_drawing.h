@@ -31,7 +31,8 @@ class QV_API PreparedDrawing {
   PreparedDrawing(DXF& dxf, float a, float b);
 
   /// Draws what `DXF::Draw` (or `DXF::Draw3D`) draws, in the same order: the same picture, but for where the dashes of
-  /// joined dashed lines begin, and but for blocks that are copied, which may lie a pixel beside it.
+  /// joined dashed lines begin, and but for blocks that are copied, which may lie a pixel aside (and what
+  /// ends at their lines, two).
   void Draw(CDC* dc, CFCoor* coor) { Draw(dc, coor, {}); }
   /// The same, shown as the appearance says.
   void Draw(CDC* dc, CFCoor* coor, const Appearance& appearance) { Draw(dc, coor, appearance, nullptr); }
