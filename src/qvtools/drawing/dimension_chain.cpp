@@ -24,7 +24,7 @@ constexpr int kRight = 2;
 constexpr Way kWays[] = {{true, false, 0}, {true, true, 180}, {false, true, -90}, {false, false, 90}};
 
 FormattedText<400> value_of(const CBase_SGT& sgt, float length) {
-  return {"%.*f", std::clamp(sgt.m_nDimDecimals, 0, 20), static_cast<double>(length)};
+  return FormattedText<400>("%.*f", std::clamp(sgt.m_nDimDecimals, 0, 20), static_cast<double>(length));
 }
 
 }  // namespace
