@@ -14,7 +14,7 @@
 
 #include "common/fonts.h"
 #include "qvtools/widgets/qt/drawing_view.h"
-#include "qvtools/widgets/show_dxf.h"
+#include "qvtools/widgets/viewer/show_dxf.h"
 #include "support/recording_host.h"
 #include "support/temporary_directory.h"
 #include "ui/main_window.h"

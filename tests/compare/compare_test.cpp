@@ -182,7 +182,7 @@ TEST_F(Revisions, WithinTheToleranceNothingDiffersAndNearDifferencesAreOnePlace)
   EXPECT_TRUE(qv::Compare(before, after).IsSame());
   for (const float x : {0.0F, 100.0F, 20'000.0F}) after.Write_Circle(x, 5, 0, 3, "0", "BYLAYER", "BYLAYER");
   qv::CompareOptions options;
-  options.near = 500;
+  options.gather = 500;
   const qv::Comparison found = qv::Compare(before, after, options);
   EXPECT_EQ(found.Count(ChangeKind::Added), 3);
   ASSERT_EQ(found.places.size(), 2U);

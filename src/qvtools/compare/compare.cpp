@@ -93,7 +93,7 @@ Comparison compare(DXF& before, DXF& after, const CompareOptions& options) {
   result.differences = Gatherer(olds, news, matches).gather();
   if (!result.differences.empty())
     result.places =
-        detail::find_places(result.differences, options.near > 0 ? options.near : near_for(before, after));
+        detail::find_places(result.differences, options.gather > 0 ? options.gather : near_for(before, after));
   result.same = static_cast<int>(std::count(matches.after.begin(), matches.after.end(), Fate::Same));
   result.before = std::move(matches.before);
   result.after = std::move(matches.after);

@@ -33,7 +33,7 @@ struct CompareOptions {
   bool findShift = true;
   /// Differences nearer than this to each other are one place, in drawing units; 0 takes a fiftieth of the diagonal of
   /// both drawings.
-  double near = 0;
+  double gather = 0;
 };
 
 enum class ChangeKind : std::uint8_t { Removed, Added, Moved, Changed };

@@ -248,7 +248,7 @@ std::unique_ptr<DrawingControl> DrawingControl::Create(HWND parent, const RECT& 
                                       place.bottom - place.top, parent, nullptr, kind.hInstance, nullptr);
   if (!window) return nullptr;
   control->window_ = window;
-  control->drawing_ = std::make_unique<DrawingWindow>(window, *control);
+  control->drawing_.reset(new DrawingWindow(window, *control));
   SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(control.get()));
   control->drawing_->View().resized();
   return control;

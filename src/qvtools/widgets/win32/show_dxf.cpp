@@ -1,4 +1,4 @@
-#include "qvtools/widgets/show_dxf.h"
+#include "qvtools/widgets/viewer/show_dxf.h"
 
 #include <memory>
 
