@@ -55,15 +55,15 @@ std::vector<std::pair<CString, Items>> write_again(CDataBaseFile& from, CDataBas
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const MemoryFile memory(data, size);
-  const MemoryFile copy(nullptr, 0);
   CDataBaseFile file;
   if (!memory.good() || !file.Open_File(memory.path().c_str(), CDataBaseFile::IO_READ)) return 0;
   file.Check_FileVersion("Version");
+  const std::string copy = qvfuzz::scratch().path("again");
   CDataBaseFile again;
-  require(again.Open_File(copy.path().c_str(), CDataBaseFile::IO_WRITE) == 1);
+  require(again.Open_File(copy.c_str(), CDataBaseFile::IO_WRITE) == 1);
   const auto written = write_again(file, again);
   require(again.Close_File() == 1);
-  require(again.Open_File(copy.path().c_str(), CDataBaseFile::IO_READ) == 1);
+  require(again.Open_File(copy.c_str(), CDataBaseFile::IO_READ) == 1);
   for (const auto& [name, items] : written) {
     if (!items.empty()) require(items_of(again, name) == items);
   }
