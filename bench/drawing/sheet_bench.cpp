@@ -4,15 +4,17 @@
 #include <filesystem>
 
 #include "baseline.h"
-#include "demo.h"
+#include "demo/demo.h"
 
 namespace {
 
 /// Composes the framing plan n times into one document and saves it; the number of its entities.
 int compose_and_save(int n, const char* path) {
-  const std::unique_ptr<CBase_SGT> all = qvdraw::compose_plan();
+  const qvdraw::Sample project(QV_SAMPLES "project.txt");
+  const qvdraw::Sample storey(QV_SAMPLES "storey.txt");
+  const std::unique_ptr<CBase_SGT> all = qvdraw::compose_plan(project, storey).sgt;
   for (int i = 1; i < n; ++i) {
-    const std::unique_ptr<CBase_SGT> sheet = qvdraw::compose_plan();
+    const std::unique_ptr<CBase_SGT> sheet = qvdraw::compose_plan(project, storey).sgt;
     all->InsertDxf(sheet.get(), 90000.0F * static_cast<float>(i % 10), -65000.0F * static_cast<float>(i / 10), 0);
   }
   if (all->Write_MemDxf_To_File(path) != 1) std::abort();
