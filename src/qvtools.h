@@ -11,7 +11,6 @@
 /// library.
 
 #include "qvtools/api.h"  // first: it says what is missing when the compiler is set to an older standard
-
 #include "qvtools/compare/compare.h"
 #include "qvtools/display/safe_dc.h"
 #include "qvtools/drawing/axis_grid.h"

@@ -14,11 +14,8 @@ namespace {
 
 /// By the kinds of `qvapps::Unreadable`.
 constexpr const char* kReasons[] = {
-    "there is no such file",
-    "is a directory",
-    "is a device or a pipe, no file",
-    "cannot be opened",
-    "is no DXF drawing",
+    "there is no such file", "is a directory",    "is a device or a pipe, no file",
+    "cannot be opened",      "is no DXF drawing",
 };
 
 std::runtime_error failure(const std::string& path) {

@@ -291,7 +291,8 @@ void define(CLI::App& command, qvdraw::ValueRequest& request) {
 }
 
 template <class Request>
-CLI::App& add_request(CLI::App& program, const char* name, const char* summary, const std::shared_ptr<Request>& request) {
+CLI::App& add_request(CLI::App& program, const char* name, const char* summary,
+                      const std::shared_ptr<Request>& request) {
   CLI::App* const command = program.add_subcommand(name, summary);
   command->fallthrough();  // the program's options may stand behind the command
   define(*command, *request);

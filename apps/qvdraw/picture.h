@@ -20,8 +20,9 @@ struct PictureOptions {
   const qv::DrawingNotes* notes = nullptr;  ///< what the drawing's import noted
 };
 
-/// Writes a picture of the drawing, which is changed into what is shown for some formats; the ending of the path (.png, .svg, .pdf) says of what kind. Throws
-/// `std::runtime_error` when it cannot be written, `UsageError` for another ending.
+/// Writes a picture of the drawing, which is changed into what is shown for some formats; the ending of the path (.png,
+/// .svg, .pdf) says of what kind. Throws `std::runtime_error` when it cannot be written, `UsageError` for another
+/// ending.
 void save_picture(DXF& dxf, const std::string& path, const PictureOptions& options);
 
 /// Writes what `draw` draws on a picture of a size and background, a PDF page being a printer's; the ending of the path

@@ -7,9 +7,9 @@
 ///     codes separated by commas, over as many lines as needed, the last one 0
 ///
 /// Numbers are decimal, or hexadecimal when they begin with a 0 and have more digits; a minus may stand before them;
-/// parentheses and blanks group them for the reader and mean nothing. "*first-last,bytes,name" is a shape for all codes of
-/// the range that have none of their own. Shape 0 describes the font. A big font may
-/// begin with the line "*BIGFONT shapes,1,first,last", its one range of lead bytes.
+/// parentheses and blanks group them for the reader and mean nothing. "*first-last,bytes,name" is a shape for all codes
+/// of the range that have none of their own. Shape 0 describes the font. A big font may begin with the line "*BIGFONT
+/// shapes,1,first,last", its one range of lead bytes.
 
 #include <string>
 #include <vector>

@@ -6,8 +6,8 @@
 
 namespace {
 
-// The pointer moves over a storey of a million entities: looking for points of all kinds within ten pixels, in a view of
-// the whole and in one of a hundredth, against drawing the same view.
+// The pointer moves over a storey of a million entities: looking for points of all kinds within ten pixels, in a view
+// of the whole and in one of a hundredth, against drawing the same view.
 void CatchPoints(benchmark::State& state) {
   constexpr int kMoves = 200;
   constexpr double kPixelOfWhole = qvbench::kPlanHeight / 1080.0;
@@ -24,8 +24,7 @@ void CatchPoints(benchmark::State& state) {
     }
   };
   for (auto _ : state) {
-    const auto [whole, part] =
-        qvbench::medians([&] { moves(kPixelOfWhole); }, [&] { moves(kPixelOfWhole / 10); });
+    const auto [whole, part] = qvbench::medians([&] { moves(kPixelOfWhole); }, [&] { moves(kPixelOfWhole / 10); });
     state.counters["whole ms"] = whole / kMoves * 1e3;
     state.counters["part ms"] = part / kMoves * 1e3;
     state.counters["most"] = 1;

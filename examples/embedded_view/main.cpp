@@ -27,9 +27,8 @@ int main(int argc, char** argv) {
   }
   QObject::connect(list, &QListWidget::currentItemChanged, view,
                    [view](const QListWidgetItem* row) { view->ShowEntity(row->data(Qt::UserRole).toInt()); });
-  QObject::connect(view, &qv::DrawingView::PicksChanged, &window, [&window, view] {
-    window.setWindowTitle(QStringLiteral("%1 picked").arg(view->Picks().size()));
-  });
+  QObject::connect(view, &qv::DrawingView::PicksChanged, &window,
+                   [&window, view] { window.setWindowTitle(QStringLiteral("%1 picked").arg(view->Picks().size())); });
   view->Measure(qv::viewer::MeasureKind::Distance);
   window.resize(1000, 600);
   window.setSizes({200, 800});

@@ -1,7 +1,7 @@
 /// A program's own window with a drawing in a part of it: embedded_view32 DRAWING.dxf [PICTURE.png]
 ///
-/// The title tells how many entities are picked; with a second word what is seen is written as a picture, and the program
-/// ends.
+/// The title tells how many entities are picked; with a second word what is seen is written as a picture, and the
+/// program ends.
 
 #include "qvtools.h"
 #include "qvtools/widgets/win32/drawing_window.h"

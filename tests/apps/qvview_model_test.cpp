@@ -427,8 +427,9 @@ TEST_F(ViewTest, MeasuresChainsAnglesCirclesAndAreasAtCaughtPoints) {
   EXPECT_DOUBLE_EQ(results[2].leg(0), 100);
   EXPECT_DOUBLE_EQ(results[3].enclosed(), 800000);
   EXPECT_NEAR(results[4].enclosed(), 31415.93, 0.01);
-  EXPECT_NE(view.measuring().words(qvview::Language::English).find("distance 800   Δx 0   Δy 800   angle 90°   sum 1800"),
-            std::string::npos);
+  EXPECT_NE(
+      view.measuring().words(qvview::Language::English).find("distance 800   Δx 0   Δy 800   angle 90°   sum 1800"),
+      std::string::npos);
   std::vector<qvview::OverlayLabel> labels;
   view.paint_overlay(window.bitmap, labels);
   EXPECT_GE(labels.size(), 6U);

@@ -113,7 +113,8 @@ class Catching : public testing::Test {
     if (c.kind == CatchKind::Center)
       return std::any_of(shapes.begin(), shapes.end(),
                          [&](const CFShape& s) { return !s.IsLine() && p.Distance(s) < 1; });
-    return std::any_of(all.begin(), all.end(), [&](const auto& q) { return std::hypot(c.at.x - q.x, c.at.y - q.y) < 1; });
+    return std::any_of(all.begin(), all.end(),
+                       [&](const auto& q) { return std::hypot(c.at.x - q.x, c.at.y - q.y) < 1; });
   }
 
   std::mt19937 random{11};
@@ -141,8 +142,8 @@ TEST_F(Catching, CatchesWhatASearchThroughEverythingFinds) {
       for (const PlanePoint& p : all) {
         // At the rim of the reach, and where circles touch, rounding decides.
         if (away(p, at) > kReach - 0.5) continue;
-        const bool is_there = std::any_of(caught.begin(), caught.end(),
-                                          [&](const auto& c) { return away(c.at, p) < 20 * kRounding; });
+        const bool is_there =
+            std::any_of(caught.begin(), caught.end(), [&](const auto& c) { return away(c.at, p) < 20 * kRounding; });
         EXPECT_TRUE(is_there) << static_cast<int>(kind) << " at " << p.x << ", " << p.y;
         ++found[static_cast<int>(kind)];
       }
@@ -245,10 +246,8 @@ TEST(EntityMeasures, LengthsAndAreasCountArcsAsArcs) {
   dxf.Write_Circle(1e5F, 1e5F, 0, 10, "0", "1", "BYLAYER");
   dxf.Write_Solid(0, 0, 0, 10, 0, 0, 0, 5, 0, 10, 5, 0, "0", "1", "BYLAYER");
   dxf.Write_Arc(0, 0, 0, 10, 0, 90, "0", "1", "BYLAYER");
-  const double expected[][3] = {{200 + 40 * kPi, 4000 + 400 * kPi, 1},
-                                {20 * kPi, 100 * kPi, 1},
-                                {30, 50, 1},
-                                {5 * kPi, 25 * kPi - 50, 0}};
+  const double expected[][3] = {
+      {200 + 40 * kPi, 4000 + 400 * kPi, 1}, {20 * kPi, 100 * kPi, 1}, {30, 50, 1}, {5 * kPi, 25 * kPi - 50, 0}};
   POSITION at = dxf.m_EntityList.GetHeadPosition();
   for (const auto& [length, area, closed] : expected) {
     const qv::EntityMeasures m = qv::Measure(*static_cast<ACAD_ENTITY*>(dxf.m_EntityList.GetNext(at)));

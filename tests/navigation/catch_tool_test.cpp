@@ -29,7 +29,8 @@ class CatchTool : public testing::Test {
 TEST_F(CatchTool, TheBaseGoesOnAnsweringNothing) {
   CDrawTool base(&window);
   float step = 5;
-  EXPECT_EQ(base.SetStep(step, 1) + base.SetLocate(p) + base.SetOffset(p) + base.GetCatchAll(p) + base.GetCatchOne(p), 0);
+  EXPECT_EQ(base.SetStep(step, 1) + base.SetLocate(p) + base.SetOffset(p) + base.GetCatchAll(p) + base.GetCatchOne(p),
+            0);
 }
 
 TEST_F(CatchTool, LocatesThePointerStepsAndWhatItCatches) {

@@ -2,8 +2,8 @@
 
 namespace qvtest {
 
-/// Makes allocations fail, for as long as the object lives: those that may fail (`new (std::nothrow)`), or also those that
-/// throw.
+/// Makes allocations fail, for as long as the object lives: those that may fail (`new (std::nothrow)`), or also those
+/// that throw.
 class FailingAllocations {
  public:
   enum class Which { Nothrow, All };

@@ -23,10 +23,14 @@ class GermanLocale {
 #endif
   }
   /// False where the machine has no such locale and cannot make one: the test is then to be skipped.
-  bool available() const { return available_; }
+  bool available() const {
+    return available_;
+  }
 
  private:
-  static bool set(const char* name) { return std::setlocale(LC_ALL, name) && *std::localeconv()->decimal_point == ','; }
+  static bool set(const char* name) {
+    return std::setlocale(LC_ALL, name) && *std::localeconv()->decimal_point == ',';
+  }
   bool make() {
 #if defined(_WIN32)
     return false;

@@ -13,11 +13,11 @@ namespace qvview {
 namespace {
 
 // What is special about a command.
-constexpr unsigned kSeparated = 1;     // a line before it
-constexpr unsigned kButton = 2;        // in the tool bar too
-constexpr unsigned kChecked = 4;       // on or off
-constexpr unsigned kNeedsDrawing = 8;  // of no use without one
-constexpr unsigned kCanvasKeys = 16;   // keys that tables use for themselves
+constexpr unsigned kSeparated = 1;         // a line before it
+constexpr unsigned kButton = 2;            // in the tool bar too
+constexpr unsigned kChecked = 4;           // on or off
+constexpr unsigned kNeedsDrawing = 8;      // of no use without one
+constexpr unsigned kCanvasKeys = 16;       // keys that tables use for themselves
 constexpr unsigned kNeedsComparison = 32;  // of use in a comparison alone
 
 constexpr double kIsometric = 35.26438968;  // degrees: all three axes look equally long
@@ -36,7 +36,8 @@ const std::vector<MainWindow::Menu>& MainWindow::menus() {
            {Text::NextPlace, "N", [](W& w) { w.compare_->go(1); }, kNeedsComparison},
            {Text::PreviousPlace, "Shift+N", [](W& w) { w.compare_->go(-1); }, kNeedsComparison},
            {Text::ImportReport, "Ctrl+I", [](W& w) { w.show_report(); }, kNeedsDrawing | kSeparated},
-           {Text::NextTab, "Ctrl+Tab", [](W& w) { w.book_->setCurrentIndex((w.book_->currentIndex() + 1) % w.book_->count()); }},
+           {Text::NextTab, "Ctrl+Tab",
+            [](W& w) { w.book_->setCurrentIndex((w.book_->currentIndex() + 1) % w.book_->count()); }},
            {Text::CloseTab, "Ctrl+W", [](W& w) { w.close_tab(w.book_->currentIndex()); }, kNeedsDrawing},
            {Text::Export, "Ctrl+E", [](W& w) { w.export_picture(); }, kSeparated | kNeedsDrawing | kButton},
            {Text::Plot, "Ctrl+Shift+P", [](W& w) { w.plot(true); }, kNeedsDrawing},
@@ -100,10 +101,12 @@ const std::vector<MainWindow::Menu>& MainWindow::menus() {
        {
            {Text::MeasureDistance, "M I,P", [](W& w) { w.view().begin_measure(MeasureKind::Distance); },
             kNeedsDrawing | kButton | kChecked},
-           {Text::MeasureAngle, "I,A", [](W& w) { w.view().begin_measure(MeasureKind::Angle); }, kNeedsDrawing | kChecked},
+           {Text::MeasureAngle, "I,A", [](W& w) { w.view().begin_measure(MeasureKind::Angle); },
+            kNeedsDrawing | kChecked},
            {Text::MeasureRadius, "I,D", [](W& w) { w.view().begin_measure(MeasureKind::Radius); },
             kNeedsDrawing | kChecked},
-           {Text::MeasureArea, "I,R", [](W& w) { w.view().begin_measure(MeasureKind::Area); }, kNeedsDrawing | kChecked},
+           {Text::MeasureArea, "I,R", [](W& w) { w.view().begin_measure(MeasureKind::Area); },
+            kNeedsDrawing | kChecked},
            {Text::MeasureObjectArea, "I,E", [](W& w) { w.view().begin_measure(MeasureKind::ObjectArea); },
             kNeedsDrawing | kChecked},
            {Text::MeasureCoordinates, "I,C", [](W& w) { w.view().begin_measure(MeasureKind::Coordinates); },

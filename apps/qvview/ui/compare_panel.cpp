@@ -82,10 +82,12 @@ void ComparePanel::show_count() {
   const QTreeWidgetItem* item = list_->currentItem();
   if (item && item->parent()) item = item->parent();
   QString text = n == 0 ? words_(Text::NothingDiffers)
-                        : words_(Text::PlaceOf, QString::number(list_->indexOfTopLevelItem(const_cast<QTreeWidgetItem*>(item)) + 1),
+                        : words_(Text::PlaceOf,
+                                 QString::number(list_->indexOfTopLevelItem(const_cast<QTreeWidgetItem*>(item)) + 1),
                                  QString::number(n));
   const CFPoint& shift = compared_->found.shift;
-  if (shift != CFPoint(0, 0)) text += QStringLiteral("  ") + words_(Text::SheetShifted, number(shift.x), number(shift.y));
+  if (shift != CFPoint(0, 0))
+    text += QStringLiteral("  ") + words_(Text::SheetShifted, number(shift.x), number(shift.y));
   count_->setText(text);
 }
 

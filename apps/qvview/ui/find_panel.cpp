@@ -9,7 +9,12 @@
 namespace qvview {
 
 FindPanel::FindPanel(Words& words)
-    : words_(words), what_(new QLineEdit), case_(new QCheckBox), word_(new QCheckBox), count_(new QLabel), list_(new QTreeWidget) {
+    : words_(words),
+      what_(new QLineEdit),
+      case_(new QCheckBox),
+      word_(new QCheckBox),
+      count_(new QLabel),
+      list_(new QTreeWidget) {
   what_->setObjectName(QStringLiteral("find"));
   what_->setClearButtonEnabled(true);
   list_->setObjectName(QStringLiteral("found"));

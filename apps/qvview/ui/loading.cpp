@@ -20,14 +20,16 @@ namespace qvview {
 namespace {
 
 Text reason_of(qvapps::Unreadable why) {
-  static constexpr Text kReasons[] = {Text::Missing, Text::IsDirectory, Text::NotOpened, Text::NotOpened, Text::NoEntities};
+  static constexpr Text kReasons[] = {Text::Missing, Text::IsDirectory, Text::NotOpened, Text::NotOpened,
+                                      Text::NoEntities};
   return kReasons[static_cast<int>(why)];
 }
 
 using Progress = std::function<bool(double share)>;
 
 /// Runs work in a thread of its own; false when the user gave it up.
-bool run_in_thread(QWidget* parent, const Words& words, const QString& what, const std::function<void(const Progress&)>& work) {
+bool run_in_thread(QWidget* parent, const Words& words, const QString& what,
+                   const std::function<void(const Progress&)>& work) {
   constexpr int kParts = 1000;
   constexpr int kPatience = 400, kTick = 40;  // milliseconds
   std::atomic<double> share = 0;
@@ -64,8 +66,7 @@ std::unique_ptr<DXF> read(const QString& path, qv::ImportReport& report, Text& r
   reason = reason_of(qvapps::Unreadable::NoDrawing);
   auto document = std::make_unique<DXF>();
   document->New_MemDxf();
-  if (qv::Import(name.c_str(), *document, {}, report, progress))
-    return document;
+  if (qv::Import(name.c_str(), *document, {}, report, progress)) return document;
   reason = reason_of(qvapps::diagnose(name));
   return nullptr;
 }
@@ -106,7 +107,8 @@ QString told(const qv::Difference& d, const std::vector<ACAD_ENTITY*>& before, c
       text += QStringLiteral(" “%1”").arg(qv::qt_text(static_cast<ACAD_INSERT&>(record).m_szBlock));
     return text + QStringLiteral("  ") + qv::qt_text(qvapps::layer_of(record));
   };
-  if (d.kind == qv::ChangeKind::Changed) return entity(before, d.before) + QStringLiteral(" → ") + entity(after, d.after);
+  if (d.kind == qv::ChangeKind::Changed)
+    return entity(before, d.before) + QStringLiteral(" → ") + entity(after, d.after);
   return d.after >= 0 ? entity(after, d.after) : entity(before, d.before);
 }
 
@@ -124,7 +126,9 @@ LoadedComparison load_comparison(QWidget* parent, const Words& words, const QStr
   const QString what = words(Text::ComparedWith, QFileInfo(before).fileName(), QFileInfo(after).fileName());
   const bool done = run_in_thread(parent, words, what, [&](const Progress& progress) {
     qv::ImportReport report;
-    const auto half = [&](double from) { return [&progress, from](double share) { return progress(from + share * 0.4); }; };
+    const auto half = [&](double from) {
+      return [&progress, from](double share) { return progress(from + share * 0.4); };
+    };
     const std::unique_ptr<DXF> olds = read(before, report, loaded.reason, half(0));
     if (!olds) return static_cast<void>(loaded.failed = before);
     const std::unique_ptr<DXF> news = read(after, report, loaded.reason, half(0.4));

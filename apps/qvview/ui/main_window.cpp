@@ -300,8 +300,9 @@ void MainWindow::restore_view(Tab& tab) const {
 
 void MainWindow::compare_with_older() {
   if (tab_->path.isEmpty() || tab_->compared) return;
-  const QString older = QFileDialog::getOpenFileName(this, words_(Text::CompareTitle), QFileInfo(tab_->path).absolutePath(),
-                                                     file_filter(words_, Text::DrawingFiles, "*.dxf *.DXF"));
+  const QString older =
+      QFileDialog::getOpenFileName(this, words_(Text::CompareTitle), QFileInfo(tab_->path).absolutePath(),
+                                   file_filter(words_, Text::DrawingFiles, "*.dxf *.DXF"));
   if (!older.isEmpty()) compare(older, tab_->path);
 }
 
@@ -346,10 +347,10 @@ void MainWindow::find() {
 void MainWindow::save_picks() {
   if (view().picks().empty()) return;
   const QFileInfo info(tab_->path);
-  const QString path = QFileDialog::getSaveFileName(this, words_(Text::SavePicksTitle),
-                                                    info.absolutePath() + QLatin1Char('/') + info.completeBaseName() +
-                                                        QLatin1String("-part.dxf"),
-                                                    file_filter(words_, Text::DrawingFiles, "*.dxf"));
+  const QString path = QFileDialog::getSaveFileName(
+      this, words_(Text::SavePicksTitle),
+      info.absolutePath() + QLatin1Char('/') + info.completeBaseName() + QLatin1String("-part.dxf"),
+      file_filter(words_, Text::DrawingFiles, "*.dxf"));
   if (path.isEmpty()) return;
   const std::unique_ptr<DXF> part = view().drawing()->part(view().picks());
   if (!part || !part->Write_MemDxf_To_File(native(path).c_str()))
@@ -530,8 +531,9 @@ void MainWindow::on_mode_changed() {
 void MainWindow::show_pointer() {
   if (!tab_) return;
   const std::optional<CFPoint> at = view().drawing() ? view().pointer() : std::nullopt;
-  pointer_->setText(at ? QStringLiteral("%1, %2").arg(number(at->x + tab_->offset.x()), number(at->y + tab_->offset.y()))
-                       : QString());
+  pointer_->setText(
+      at ? QStringLiteral("%1, %2").arg(number(at->x + tab_->offset.x()), number(at->y + tab_->offset.y()))
+         : QString());
 }
 
 void MainWindow::show_status() {

@@ -41,13 +41,13 @@ enum class ChangeKind : std::uint8_t { Removed, Added, Moved, Changed };
 /// What became of one entity, or of those of its pieces that share a fate.
 struct Difference {
   ChangeKind kind = ChangeKind::Added;
-  int before = -1;     ///< the entity in the old drawing, counted from 0 in drawing order; -1 for what was added
-  int after = -1;      ///< the entity in the new drawing; -1 for what was removed
-  int pieces = 1;      ///< how many of its pieces
-  bool words = false;  ///< of a changed text: its words differ, not its look or size
+  int before = -1;      ///< the entity in the old drawing, counted from 0 in drawing order; -1 for what was added
+  int after = -1;       ///< the entity in the new drawing; -1 for what was removed
+  int pieces = 1;       ///< how many of its pieces
+  bool words = false;   ///< of a changed text: its words differ, not its look or size
   CFPoint moved{0, 0};  ///< how far, for what was moved
-  CFRect box;          ///< where it lies; for what was removed where it lay, on the sheet as it is now
-  int place = 0;       ///< which of the places it belongs to
+  CFRect box;           ///< where it lies; for what was removed where it lay, on the sheet as it is now
+  int place = 0;        ///< which of the places it belongs to
 };
 
 /// Differences that lie near to each other.
@@ -57,10 +57,11 @@ struct DifferentPlace {
 };
 
 struct Comparison {
-  std::vector<Difference> differences;  ///< what was removed in the order of the old drawing, then the rest in the new's
-  std::vector<DifferentPlace> places;   ///< from the top left to the bottom right of the sheet
-  CFPoint shift{0, 0};                  ///< of the whole sheet, from the old drawing to the new one
-  int same = 0;                         ///< pieces that both drawings have at the same place
+  std::vector<Difference>
+      differences;                     ///< what was removed in the order of the old drawing, then the rest in the new's
+  std::vector<DifferentPlace> places;  ///< from the top left to the bottom right of the sheet
+  CFPoint shift{0, 0};                 ///< of the whole sheet, from the old drawing to the new one
+  int same = 0;                        ///< pieces that both drawings have at the same place
   /// Whether nothing differs, not even the place of the sheet.
   bool IsSame() const { return differences.empty() && shift == CFPoint(0, 0); }
   /// How many differences are of a kind.
@@ -77,12 +78,12 @@ struct Comparison {
 QV_API Comparison Compare(DXF& before, DXF& after, const CompareOptions& options = {});
 
 /// The layers of a drawing of a comparison.
-inline constexpr const char* kSameLayer = "SAME";         ///< grey, colour 8
-inline constexpr const char* kOldLayer = "OLD_ONLY";      ///< red (1) and dashed
-inline constexpr const char* kNewLayer = "NEW_ONLY";      ///< green, 3
-inline constexpr const char* kMovedLayer = "MOVED";       ///< cyan, 4
-inline constexpr const char* kChangedLayer = "CHANGED";   ///< magenta, 6
-inline constexpr const char* kPlacesLayer = "PLACES";     ///< the numbered frames of the places, orange, 30
+inline constexpr const char* kSameLayer = "SAME";        ///< grey, colour 8
+inline constexpr const char* kOldLayer = "OLD_ONLY";     ///< red (1) and dashed
+inline constexpr const char* kNewLayer = "NEW_ONLY";     ///< green, 3
+inline constexpr const char* kMovedLayer = "MOVED";      ///< cyan, 4
+inline constexpr const char* kChangedLayer = "CHANGED";  ///< magenta, 6
+inline constexpr const char* kPlacesLayer = "PLACES";    ///< the numbered frames of the places, orange, 30
 
 /// A drawing of both over each other, on the sheet of the new one: what both have in grey, then what differs, each kind
 /// on its layer, and around every place a frame with its number. Of what was moved or changed the new state is drawn.

@@ -202,10 +202,9 @@ class Matcher {
   void match_in_place() { match_in_place({}); }
   void match_in_place(Vector shift) {
     begin(shift);
-    join_rests(
-        [&](int o) { return content_key(old_, before(o), shift_); },
-        [&](int n, const auto& seek) { seek(content_key(new_, after(n), {})); },
-        [&](int o, int n) { return is_same(before(o), after(n)); }, Fate::Same);
+    join_rests([&](int o) { return content_key(old_, before(o), shift_); },
+               [&](int n, const auto& seek) { seek(content_key(new_, after(n), {})); },
+               [&](int o, int n) { return is_same(before(o), after(n)); }, Fate::Same);
     join_near([](const Piece& p) { return std::uint64_t{p.look} << 32 | p.words; },
               [&](int o, int n) { return is_same(before(o), after(n)); }, Fate::Same);
   }
@@ -345,9 +344,7 @@ class Matcher {
     Ways ways(tolerance_);
     for_each_form(a, b, [&](std::size_t i, std::size_t endI, std::size_t k, std::size_t endK) {
       const std::size_t n = std::min({endI - i, endK - k, kMostOfForm});
-      const auto vote = [&](std::size_t o, std::size_t m) {
-        ways.add({b[m].at.x - a[o].at.x, b[m].at.y - a[o].at.y});
-      };
+      const auto vote = [&](std::size_t o, std::size_t m) { ways.add({b[m].at.x - a[o].at.x, b[m].at.y - a[o].at.y}); };
       for (std::size_t j = 0; j < n; ++j) vote(i + j, k + j);
       if (endI - i != endK - k)
         for (std::size_t j = 1; j <= n; ++j) vote(endI - j, endK - j);
@@ -409,9 +406,11 @@ class Matcher {
         for (std::size_t o = 0; o < olds; ++o) {
           // Those about the same rank, when there are too many to try all.
           const std::size_t rank = olds > 1 ? o * (news - 1) / (olds - 1) : 0;
-          const std::size_t first = std::min(rank - std::min(rank, kMostOfForm / 2), news - std::min(news, kMostOfForm));
+          const std::size_t first =
+              std::min(rank - std::min(rank, kMostOfForm / 2), news - std::min(news, kMostOfForm));
           for (std::size_t n = first; n < std::min(first + kMostOfForm, news); ++n)
-            if (has_form(before(a[i + o].piece), after(b[k + n].piece), a[i + o].at, b[k + n].at)) f(a[i + o], b[k + n]);
+            if (has_form(before(a[i + o].piece), after(b[k + n].piece), a[i + o].at, b[k + n].at))
+              f(a[i + o], b[k + n]);
         }
       });
     };

@@ -95,8 +95,7 @@ class Breaker {
     };
     double sweep = double{r.m_fEndAngle} - r.m_fStartAngle;
     if (sweep < 0) sweep += 360;
-    if (sweep != 0)
-      put_arc(on_arc(r.m_fStartAngle), on_arc(r.m_fEndAngle), on_arc(r.m_fStartAngle + sweep / 2), 0, 0);
+    if (sweep != 0) put_arc(on_arc(r.m_fStartAngle), on_arc(r.m_fEndAngle), on_arc(r.m_fStartAngle + sweep / 2), 0, 0);
   }
   void add_record(const ACAD_POLYLINE& r) {
     bool own = false;
@@ -202,15 +201,16 @@ CFRect Pieces::box_of(const Piece& piece) const {
   const Point3* const p = points_of(piece);
   CFRect box(p[0].x, p[0].y, p[0].x, p[0].y);
   for (int i = 1; i < piece.count; ++i)
-    box = CFRect(std::min(box.x1, p[i].x), std::min(box.y1, p[i].y), std::max(box.x2, p[i].x),
-                 std::max(box.y2, p[i].y));
+    box =
+        CFRect(std::min(box.x1, p[i].x), std::min(box.y1, p[i].y), std::max(box.x2, p[i].x), std::max(box.y2, p[i].y));
   if (piece.kind == PieceKind::Text) {
     const double angle = piece.size[1] * std::numbers::pi / 180;
     const auto c = static_cast<float>(std::cos(angle)), sn = static_cast<float>(std::sin(angle));
     const float along[] = {piece.length * c, piece.length * sn};
     const float up[] = {-piece.size[0] * sn, piece.size[0] * c};
-    box.Inflect(-std::min({along[0], up[0], along[0] + up[0], 0.0F}), -std::min({along[1], up[1], along[1] + up[1], 0.0F}),
-                std::max({along[0], up[0], along[0] + up[0], 0.0F}), std::max({along[1], up[1], along[1] + up[1], 0.0F}));
+    box.Inflect(
+        -std::min({along[0], up[0], along[0] + up[0], 0.0F}), -std::min({along[1], up[1], along[1] + up[1], 0.0F}),
+        std::max({along[0], up[0], along[0] + up[0], 0.0F}), std::max({along[1], up[1], along[1] + up[1], 0.0F}));
   }
   if (piece.kind == PieceKind::Circle) box.Inflect(piece.size[0], piece.size[0], piece.size[0], piece.size[0]);
   return box;

@@ -97,7 +97,8 @@ void add(CFRect& to, const CFRect& r) {
 
 std::vector<DifferentPlace> find_places(std::vector<Difference>& differences, double near) {
   std::vector<DifferentPlace> places;
-  const auto first = std::find_if(differences.begin(), differences.end(), [](const auto& d) { return is_finite(d.box); });
+  const auto first =
+      std::find_if(differences.begin(), differences.end(), [](const auto& d) { return is_finite(d.box); });
   if (differences.empty()) return places;
   CFRect all = first == differences.end() ? CFRect() : first->box;
   for (Difference& d : differences) {
@@ -123,8 +124,7 @@ std::vector<DifferentPlace> find_places(std::vector<Difference>& differences, do
     return a.box.y2 != b.box.y2 ? a.box.y2 > b.box.y2 : a.box.x1 < b.box.x1;
   });
   for (std::size_t p = 0; p < places.size(); ++p)
-    for (const int d : places[p].differences)
-      differences[static_cast<std::size_t>(d)].place = static_cast<int>(p);
+    for (const int d : places[p].differences) differences[static_cast<std::size_t>(d)].place = static_cast<int>(p);
   return places;
 }
 

@@ -103,7 +103,8 @@ class QV_API CDataBaseFile : public CObject {
   bool is_reading() const { return m_pFile && m_Mode == IO_READ; }
   bool can_write_item() const { return m_bSegment && is_writing(); }
   int status() const;
-  /// Whether an entry was added that was not there; where memory runs out, nothing that is written from then on is good.
+  /// Whether an entry was added that was not there; where memory runs out, nothing that is written from then on is
+  /// good.
   template <class Table, class Value>
   bool added_to(Table& table, std::string_view key, const Value& value, std::string_view more = {});
   void end_segment();

@@ -56,8 +56,7 @@ void DrawCatchMark(CDC& target, CPoint at, CatchKind kind, int size) {
     case CatchKind::Intersection:
       return draw_lines(target, at, half, {{-100, -100}, {100, 100}, up, {-100, 100}, {100, -100}});
     case CatchKind::Perpendicular:
-      return draw_lines(target, at, half,
-                        {{-100, 100}, {-100, -100}, {100, -100}, up, {-100, 0}, {0, 0}, {0, -100}});
+      return draw_lines(target, at, half, {{-100, 100}, {-100, -100}, {100, -100}, up, {-100, 0}, {0, 0}, {0, -100}});
     case CatchKind::Tangent:
       draw_circle(target, CPoint(at.x, at.y + half / 4), half * 3 / 4);
       return draw_lines(target, at, half, {{-110, 55}, {110, 55}});
@@ -66,8 +65,17 @@ void DrawCatchMark(CDC& target, CPoint at, CatchKind kind, int size) {
       return draw_lines(target, at, half, {{-70, -70}, {70, 70}, up, {-70, 70}, {70, -70}});
     case CatchKind::Insertion:
       return draw_lines(target, at, half,
-                        {{-100, 100}, {20, 100}, {20, -20}, {-100, -20}, {-100, 100}, up,
-                         {-20, 20}, {100, 20}, {100, -100}, {-20, -100}, {-20, 20}});
+                        {{-100, 100},
+                         {20, 100},
+                         {20, -20},
+                         {-100, -20},
+                         {-100, 100},
+                         up,
+                         {-20, 20},
+                         {100, 20},
+                         {100, -100},
+                         {-20, -100},
+                         {-20, 20}});
     case CatchKind::Nearest:
       return draw_lines(target, at, half, {{-100, -100}, {100, -100}, {-100, 100}, {100, 100}, {-100, -100}});
   }

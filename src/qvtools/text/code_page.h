@@ -86,14 +86,15 @@ QV_API void append_utf8(char32_t c, std::string& out);
 /// U+00F6), or the text font's own sign, from 0x80 on (superscript 2 and 3); 0 when there is none.
 QV_API char look_alike(char32_t c);
 
-/// The simplified form, one of GB2312, of a letter that GB2312 lacks; 0 when none is known. Source of the table: OpenCC.
+/// The simplified form, one of GB2312, of a letter that GB2312 lacks; 0 when none is known. Source of the table:
+/// OpenCC.
 QV_API char32_t simplified_form(char32_t c);
 
 /// Whether all of the text is well-formed UTF-8.
 QV_API bool is_utf8(std::string_view text);
 
-/// GBK as it is drawn: "\U+XXXX" becomes its look-alike, its simplified form, or else the sign of an empty box, which has the width of a
-/// Chinese character.
+/// GBK as it is drawn: "\U+XXXX" becomes its look-alike, its simplified form, or else the sign of an empty box, which
+/// has the width of a Chinese character.
 QV_API std::string drawn_text(std::string_view gbk);
 
 }  // namespace qv

@@ -12,7 +12,7 @@
 namespace qv::detail {
 
 inline constexpr double kRadian = std::numbers::pi / 180;
-inline constexpr char kSheetStyle[] = "HZ";  ///< of Chinese texts
+inline constexpr char kSheetStyle[] = "HZ";     ///< of Chinese texts
 inline constexpr double kHalfRoot = 0.7071068;  ///< the share of a 45 degree stroke along either axis
 
 inline float degrees(double radians) {

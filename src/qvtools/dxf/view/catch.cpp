@@ -226,8 +226,9 @@ std::vector<CaughtPoint> PreparedDrawing::Catch(const CatchQuery& query) {
         };
         // Floats are coarser than the reach where the view is far in.
         const auto bound = [](double v, float towards) { return std::nextafter(static_cast<float>(v), towards); };
-        const Box window{bound(query.at.x - query.reach, -Box::kInfinity), bound(query.at.y - query.reach, -Box::kInfinity),
-                         bound(query.at.x + query.reach, Box::kInfinity), bound(query.at.y + query.reach, Box::kInfinity)};
+        const Box window{
+            bound(query.at.x - query.reach, -Box::kInfinity), bound(query.at.y - query.reach, -Box::kInfinity),
+            bound(query.at.x + query.reach, Box::kInfinity), bound(query.at.y + query.reach, Box::kInfinity)};
         for (const Item* const item : items_in(window)) {
           add(*item->entity, plane, *item->entity);
           if (item->kind != Kind::Insert) continue;

@@ -47,8 +47,9 @@ struct CatchQuery {
 struct CaughtPoint {
   PlanePoint at;
   CatchKind kind = CatchKind::Nearest;
-  double radius = 0;             ///< of the arc or circle that a centre belongs to
-  ACAD_ENTITY* entity = nullptr;  ///< whose point it is, the first of two that cross; an insert for what its block shows
+  double radius = 0;  ///< of the arc or circle that a centre belongs to
+  ACAD_ENTITY* entity =
+      nullptr;  ///< whose point it is, the first of two that cross; an insert for what its block shows
 };
 
 }  // namespace qv

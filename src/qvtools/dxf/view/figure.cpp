@@ -86,8 +86,15 @@ EntityMeasures measures(const auto& r) {
     m.length += f.length();
     twice += twice_area(f, *corner, false);
   });
-  constexpr bool kFace = requires { r.m_Corner; };
-  constexpr bool kCircle = requires { r.m_fRadius; } && !requires { r.m_fStartAngle; };
+  constexpr bool kFace = requires {
+    r.m_Corner;
+  };
+  constexpr bool kCircle = requires {
+    r.m_fRadius;
+  }
+  &&!requires {
+    r.m_fStartAngle;
+  };
   m.closed = kFace || kCircle;
   m.area = std::fabs(twice) / 2;
   return m;

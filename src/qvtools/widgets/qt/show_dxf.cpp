@@ -17,7 +17,8 @@ QApplication* application() {
 #ifdef Q_OS_UNIX
   // Qt ends a program that has no display.
   const bool named = qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
-  if (!named && qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")) return nullptr;
+  if (!named && qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
+    return nullptr;
 #endif
   static int count = 1;
   static char name[] = "qvtools";

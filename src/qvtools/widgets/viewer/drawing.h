@@ -9,10 +9,10 @@
 #include <string>
 #include <vector>
 
-#include "qvtools/widgets/viewer/display_form.h"
 #include "qvtools.h"
 #include "qvtools/dxf/view/prepared_drawing.h"
 #include "qvtools/plot/plot.h"
+#include "qvtools/widgets/viewer/display_form.h"
 
 namespace qv::viewer {
 

@@ -80,11 +80,11 @@ std::vector<Hit> find_texts(Drawing& drawing, const FindWhat& what, const ViewAn
   for (int i = 0; i < drawing.count(); ++i) {
     if (!drawing.is_shown(i)) continue;
     ACAD_ENTITY& entity = drawing.entity(i);
-    if (entity.GetType() == ACAD_TYPE_TEXT) look_at(i, static_cast<ACAD_TEXT&>(entity), drawing.layer_of(i).name, {0, 0});
+    if (entity.GetType() == ACAD_TYPE_TEXT)
+      look_at(i, static_cast<ACAD_TEXT&>(entity), drawing.layer_of(i).name, {0, 0});
     if (entity.GetType() == ACAD_TYPE_INSERT)
-      drawing.for_each_text_in(i, angles, [&](ACAD_TEXT& text, CFPoint shift) {
-        look_at(i, text, text.m_szLayer, shift);
-      });
+      drawing.for_each_text_in(i, angles,
+                               [&](ACAD_TEXT& text, CFPoint shift) { look_at(i, text, text.m_szLayer, shift); });
   }
   return hits;
 }

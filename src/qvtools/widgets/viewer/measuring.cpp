@@ -216,14 +216,14 @@ void draw_measured(CDC& dc, const CFCoor& view, const Measured& m, std::vector<O
     case MeasureKind::Area:
       for (std::size_t i = 0; i + 1 < n; ++i) {
         on.line(m.points[i], m.points[i + 1]);
-        if (m.kind == MeasureKind::Distance)
-          write(between(m.points[i], m.points[i + 1]), shown_number(m.leg(i)));
+        if (m.kind == MeasureKind::Distance) write(between(m.points[i], m.points[i + 1]), shown_number(m.leg(i)));
       }
       if (m.kind == MeasureKind::Distance && n > 2) write(m.points.back(), "Σ " + shown_number(m.sum()));
       if (m.kind == MeasureKind::Area && n > 2) {
         on.line(m.points.back(), m.points.front());
         PlanePoint middle;
-        for (const PlanePoint& p : m.points) middle.x += p.x / static_cast<double>(n), middle.y += p.y / static_cast<double>(n);
+        for (const PlanePoint& p : m.points)
+          middle.x += p.x / static_cast<double>(n), middle.y += p.y / static_cast<double>(n);
         write(middle, shown_number(m.enclosed()));
       }
       break;

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "qvtools/widgets/viewer/captions.h"
 #include "qvtools.h"
+#include "qvtools/widgets/viewer/captions.h"
 
 namespace qv::viewer {
 

@@ -15,7 +15,8 @@ std::string point_text(const qv::Point3& p) {
 
 class Teller {
  public:
-  Teller(const Drawing& drawing, int entity, Language language) : drawing_(drawing), entity_(entity), language_(language) {}
+  Teller(const Drawing& drawing, int entity, Language language)
+      : drawing_(drawing), entity_(entity), language_(language) {}
 
   std::vector<Property> tell() {
     ACAD_ENTITY& record = drawing_.entity(entity_);

@@ -7,6 +7,6 @@
 /// no screen, which is reported with code 301.
 int Show_DXF(const char* file);
 
-/// Shows it and returns at once; the window lives until it is closed. Returns 1 or 0 in the same way. The program has to
-/// handle the messages of its windows.
+/// Shows it and returns at once; the window lives until it is closed. Returns 1 or 0 in the same way. The program has
+/// to handle the messages of its windows.
 int Show_DXF_Modaless(const char* file);

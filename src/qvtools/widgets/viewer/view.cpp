@@ -13,8 +13,7 @@ constexpr double kZoomStep = 1.1;
 
 }  // namespace
 
-View::View(qv::Window& window, Listener& listener) 
-    : qv::CatchTool(&window), window_(window), listener_(listener) {
+View::View(qv::Window& window, Listener& listener) : qv::CatchTool(&window), window_(window), listener_(listener) {
   SwitchState(DRAW_PICK, kChanged, 1);
 }
 
@@ -456,7 +455,8 @@ void View::measure_at(CPoint point) {
   if (measuring_.kind() == MeasureKind::Radius) {
     const CFPoint at = CurrentView().DPtoFP(point);
     const double reach = CatchReach() / std::fabs(static_cast<double>(CurrentView().GetScale()));
-    for (const qv::CaughtPoint& c : drawing_->prepared(CurrentAngles()).Catch({{at.x, at.y}, reach, CatchBit(qv::CatchKind::Center), {}}))
+    for (const qv::CaughtPoint& c :
+         drawing_->prepared(CurrentAngles()).Catch({{at.x, at.y}, reach, CatchBit(qv::CatchKind::Center), {}}))
       if (c.radius > 0) {
         measuring_.add_circle(c.at, c.radius);
         break;
@@ -502,15 +502,16 @@ bool View::catch_by_letter(char letter) {
   static constexpr struct {
     char letter;
     CatchKind kind;
-  } kLetters[] = {{'e', CatchKind::End},           {'m', CatchKind::Middle},    {'c', CatchKind::Center},
+  } kLetters[] = {{'e', CatchKind::End},           {'m', CatchKind::Middle},       {'c', CatchKind::Center},
                   {'q', CatchKind::Quadrant},      {'i', CatchKind::Intersection}, {'t', CatchKind::Nearest},
-                  {'u', CatchKind::Perpendicular}, {'b', CatchKind::Tangent},   {'n', CatchKind::Node},
+                  {'u', CatchKind::Perpendicular}, {'b', CatchKind::Tangent},      {'n', CatchKind::Node},
                   {'p', CatchKind::Insertion}};
   if (letter == 'a' || letter == 'f') {
     SetCatchAllObject();
     SetCatching(letter == 'a');
   } else {
-    const auto found = std::find_if(std::begin(kLetters), std::end(kLetters), [&](const auto& k) { return k.letter == letter; });
+    const auto found =
+        std::find_if(std::begin(kLetters), std::end(kLetters), [&](const auto& k) { return k.letter == letter; });
     if (found == std::end(kLetters)) return false;
     SetOneKind(found->kind);
     SetCatchOneObject();

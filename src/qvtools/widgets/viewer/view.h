@@ -7,10 +7,10 @@
 #include <optional>
 #include <vector>
 
+#include "qvtools/navigation/catch_tool.h"
 #include "qvtools/widgets/viewer/drawing.h"
 #include "qvtools/widgets/viewer/find.h"
 #include "qvtools/widgets/viewer/measuring.h"
-#include "qvtools/navigation/catch_tool.h"
 
 namespace qv::viewer {
 

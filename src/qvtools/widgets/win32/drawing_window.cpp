@@ -127,7 +127,8 @@ void DrawingWindow::paint_label(HDC dc, CPoint at, const std::string& text, bool
   SetTextColor(dc, view_.is_light() ? RGB(0, 0, 0) : RGB(255, 255, 255));
   SIZE size = {};
   GetTextExtentPoint32W(dc, words.c_str(), static_cast<int>(words.size()), &size);
-  TextOutW(dc, at.x + kAway, below ? at.y + kAway : at.y - kAway - size.cy, words.c_str(), static_cast<int>(words.size()));
+  TextOutW(dc, at.x + kAway, below ? at.y + kAway : at.y - kAway - size.cy, words.c_str(),
+           static_cast<int>(words.size()));
 }
 
 bool DrawingWindow::Handle(UINT message, WPARAM w, LPARAM l, LRESULT& result) {
@@ -224,8 +225,7 @@ void DrawingWindow::wheel(WPARAM w, CPoint point) {
   constexpr DWORD kPause = 800;  // milliseconds after which a new turn begins
   const DWORD now = GetTickCount();
   const bool continues = now - std::exchange(lastWheel_, now) < kPause;
-  if (!view_.dragged_by())
-    view_.wheel(point, GET_WHEEL_DELTA_WPARAM(w) / static_cast<double>(WHEEL_DELTA), continues);
+  if (!view_.dragged_by()) view_.wheel(point, GET_WHEEL_DELTA_WPARAM(w) / static_cast<double>(WHEEL_DELTA), continues);
 }
 
 // ---------------------------------------------------------------- the child window

@@ -38,8 +38,9 @@ class DrawingWindow : public Window {
   /// What is written where no drawing is shown.
   void SetEmptyText(std::wstring text) { emptyText_ = std::move(text); }
 
-  /// Handles a message of the window: painting, size, pointer, wheel, and the keys of measuring (Tab, F3, Enter, "s" and
-  /// a letter, Escape). False when there is nothing to do for it; else `result` is what the window's procedure returns.
+  /// Handles a message of the window: painting, size, pointer, wheel, and the keys of measuring (Tab, F3, Enter, "s"
+  /// and a letter, Escape). False when there is nothing to do for it; else `result` is what the window's procedure
+  /// returns.
   bool Handle(UINT message, WPARAM w, LPARAM l, LRESULT& result);
   /// Whether the next letter belongs to it: a program's own keys wait then.
   bool WantsLetter() const { return letterBefore_; }
