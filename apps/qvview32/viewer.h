@@ -1,7 +1,10 @@
 #pragma once
 
-#include <commdlg.h>
+// Dialogs' header stands on the system's.
+// clang-format off
 #include <windows.h>
+#include <commdlg.h>
+// clang-format on
 
 #include <memory>
 #include <optional>
