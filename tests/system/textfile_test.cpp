@@ -116,8 +116,13 @@ TEST(SavedFile, ReplacesOnlyOnCommit) {
 
 TEST(SavedFile, ReplacesFilesOfTheLongestNamesToo) {
   const TemporaryDirectory directory;
+#ifdef _WIN32
+  const std::size_t longest = 259 - directory.path("").size();  // a path is no longer there
+#else
+  const std::size_t longest = 255;
+#endif
   for (const char last : {'a', 'b'}) {
-    const std::string name = std::string(254, 'n') + last;
+    const std::string name = std::string(longest - 1, 'n') + last;
     directory.write(name, "old");
     {
       qv::SavedFile file(directory.path(name).c_str());
