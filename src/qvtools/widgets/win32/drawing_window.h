@@ -55,13 +55,13 @@ class DrawingWindow : public Window {
   void wheel(WPARAM w, CPoint point);
 
   HWND window_;
-  viewer::View view_;
   viewer::Language language_ = viewer::Language::English;
   std::wstring emptyText_;
   std::unique_ptr<BitmapContext> bitmap_;
   bool stale_ = true;
   bool letterBefore_ = false;  // "s" was typed, the letter of a kind of points follows
   DWORD lastWheel_ = 0;
+  viewer::View view_;  // the last, since it asks for the context when it is made
 };
 
 /// A child window that shows a drawing.
