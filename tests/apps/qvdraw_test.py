@@ -159,9 +159,9 @@ class Demo(unittest.TestCase):
             with open(path("texts.dxf"), "w", encoding="ascii") as file:
                 file.write(words.replace(" ", "\n"))
             said = [run("render", path("texts.dxf"), "-o", path(name), QVTOOLS_FONTS=folder).stderr
-                    for name, folder in (("a.svg", fonts), ("b.svg", ""))]
+                    for name, folder in (("a.png", fonts), ("b.png", ""))]
             self.assertEqual(said, ["", f"qvdraw: {path('texts.dxf')}: its texts are drawn in other fonts than mine.shx\n"])
-            with open(path("a.svg"), encoding="utf-8") as a, open(path("b.svg"), encoding="utf-8") as b:
+            with open(path("a.png"), "rb") as a, open(path("b.png"), "rb") as b:
                 self.assertEqual(a.read(), b.read())
             self.assertIn("it is no shape file", run("fonts", path("texts.dxf")).stderr)
 

@@ -45,7 +45,8 @@ def example_in(folder, code, components="", targets="qvtools::qvtools"):
 
 
 def build_example(folder, prefix, *settings):
-    cross = [f"-DCMAKE_SYSTEM_NAME={system}", f"-DCMAKE_CXX_COMPILER={compiler}"] if system else []
+    cross = [f"-DCMAKE_SYSTEM_NAME={system}", f"-DCMAKE_CXX_COMPILER={compiler}", "-DCMAKE_FIND_ROOT_PATH=/usr/x86_64-w64-mingw32",
+             "-DCMAKE_FIND_ROOT_PATH_MODE_PACKAGE=BOTH"] if system else []
     run("cmake", "-G", "Ninja", "-S", folder, "-B", folder / "build", f"-DCMAKE_PREFIX_PATH={prefix}", *cross, *settings)
     run("cmake", "--build", folder / "build")
 
