@@ -291,10 +291,6 @@ Sheet compose_slab(const Sample& project, const Sample& slab, const Sample& data
   CBase_SGT& sgt = *sheet.sgt;
   const CFPoint corner = sheet.from_left(58, 206);
   const Storey storey(data, corner.x, corner.y);
-  use_pen(sgt, "AXIS", "1");
-  storey.grid.DrawAxes(sgt);
-  use_pen(sgt, "DIM", "5");
-  storey.grid.DrawDimensions(sgt, true);
   draw_framing(sgt, storey);
   draw_panels(sgt, storey, slab);
   use_pen(sgt, "DIM", "7");

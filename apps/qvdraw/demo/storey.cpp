@@ -94,6 +94,10 @@ void draw_stair_opening(CBase_SGT& sgt, const Storey& storey) {
 }  // namespace
 
 void draw_framing(CBase_SGT& sgt, const Storey& storey) {
+  use_pen(sgt, "AXIS", "1");
+  storey.grid.DrawAxes(sgt);
+  use_pen(sgt, "DIM", "5");
+  storey.grid.DrawDimensions(sgt, true);
   draw_beams(sgt, storey);
   draw_columns(sgt, storey);
   draw_stair_opening(sgt, storey);

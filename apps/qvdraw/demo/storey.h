@@ -21,7 +21,7 @@ struct Storey {
   float middle_of_row(const std::string& row) const;
 };
 
-/// Columns, beams and the opening of the stair.
+/// The axes with their dimensions, columns, beams and the opening of the stair.
 void draw_framing(CBase_SGT& sgt, const Storey& storey);
 
 }  // namespace qvdraw
