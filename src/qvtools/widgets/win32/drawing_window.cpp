@@ -77,14 +77,19 @@ void DrawingWindow::Post(unsigned int message) {
   PostMessageW(window_, kPosted, message, 0);
 }
 
-void DrawingWindow::paint() {
-  PAINTSTRUCT painting;
-  const HDC dc = BeginPaint(window_, &painting);
+const BitmapContext& DrawingWindow::Picture() {
   BitmapContext& picture = bitmap();
   if (std::exchange(stale_, false)) {
     picture.Clear(background_of(view_));
     view_.paint(picture);
   }
+  return picture;
+}
+
+void DrawingWindow::paint() {
+  PAINTSTRUCT painting;
+  const HDC dc = BeginPaint(window_, &painting);
+  const BitmapContext& picture = Picture();
   const CPoint shift = view_.dragged_by().value_or(CPoint());
   show_bitmap(dc, shift.x, shift.y, picture);
   fill_around(dc, ClientRect(), shift, background_of(view_));

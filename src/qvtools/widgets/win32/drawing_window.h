@@ -31,8 +31,8 @@ class DrawingWindow : public Window {
   static constexpr UINT kPosted = WM_APP;
 
   viewer::View& View() { return view_; }
-  /// What is seen.
-  const BitmapContext& Picture() { return bitmap(); }
+  /// What is to be seen, drawn now when it has changed since the window was painted.
+  const BitmapContext& Picture();
   /// The language of the words beside the marks; English at first.
   void SetLanguage(viewer::Language language) { language_ = language; }
   /// What is written where no drawing is shown.
