@@ -44,5 +44,8 @@ function(qvtools_precompile target)
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     # Headers that were read beforehand are no system headers to GCC: it warns of overflows in texts that are not there.
     target_compile_options(${target} PRIVATE -Wno-array-bounds -Wno-stringop-overflow)
+    if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+      target_compile_options(${target} PRIVATE -Wno-stringop-overread)
+    endif()
   endif()
 endfunction()
