@@ -56,7 +56,8 @@ class PieceNames {
   };
   struct KeyHash {
     std::size_t operator()(const Key& k) const {
-      return (std::size_t{k.a} * 0x9E3779B97F4A7C15U ^ k.b) * 0x9E3779B97F4A7C15U ^ static_cast<std::size_t>(k.c);
+      const std::uint64_t mixed = (std::uint64_t{k.a} * 0x9E3779B97F4A7C15U ^ k.b) * 0x9E3779B97F4A7C15U;
+      return static_cast<std::size_t>(mixed ^ static_cast<std::uint64_t>(k.c));
     }
   };
   std::unordered_map<std::string_view, std::uint32_t> names_;
