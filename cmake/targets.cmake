@@ -49,3 +49,12 @@ function(qvtools_precompile target)
     endif()
   endif()
 endfunction()
+
+# Builds for checks join sources to read headers once for several (CMAKE_UNITY_BUILD). These sources of the target use
+# names of their own that a neighbour uses too. Their paths are relative to the folder that calls.
+function(qvtools_compile_alone target)
+  foreach(source ${ARGN})
+    set_source_files_properties(${CMAKE_CURRENT_SOURCE_DIR}/${source} TARGET_DIRECTORY ${target}
+                                PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+  endforeach()
+endfunction()

@@ -330,7 +330,7 @@ bool Picture::set_look(std::uint32_t part, Bytes& in) {
 }
 
 void Picture::draw_part(std::uint32_t part, Bytes& in) {
-  constexpr std::size_t kDeepest = 64;
+  constexpr std::size_t kDeepestPicture = 64;
   if (set_look(part, in)) return;
   switch (part) {
     case Circle: {
@@ -377,7 +377,7 @@ void Picture::draw_part(std::uint32_t part, Bytes& in) {
     case PushMatrixToo: {
       double m[16];
       for (double& v : m) v = in.real();  // row by row
-      if (matrices_.size() < kDeepest)
+      if (matrices_.size() < kDeepestPicture)
         matrices_.push_back(place() *
                             Matrix{{m[0], m[4], m[8]}, {m[1], m[5], m[9]}, {m[2], m[6], m[10]}, {m[3], m[7], m[11]}});
       return;
