@@ -70,3 +70,4 @@
 #include "qvtools/text/code_page.h"
 #include "qvtools/text/gbk_text.h"
 #include "qvtools/text/numbers.h"
+#include "qvtools/version.h"

@@ -18,6 +18,7 @@
 #include "common/plotting.h"
 #include "common/system.h"
 #include "drawing_file.h"
+#include "qvtools/version.h"
 
 namespace {
 
@@ -346,7 +347,7 @@ int main(int argc, char** argv) {
   qvapps::NamingHost<qv::ConsoleHost> host;
   qv::SetHost(&host);
   CLI::App program("construction drawings from the command line", "qvdraw");
-  program.set_version_flag("--version", "qvdraw " QVDRAW_VERSION);
+  program.set_version_flag("--version", "qvdraw " QVTOOLS_VERSION);
   program.allow_windows_style_options(false);  // what begins with a slash is a path
   program.require_subcommand(0, 1);
   int answer = 0;

@@ -10,6 +10,7 @@
 
 #include "common/fonts.h"
 #include "qvtools/platform/qt/qt_host.h"
+#include "qvtools/version.h"
 #include "ui/main_window.h"
 
 namespace {
@@ -48,7 +49,7 @@ int main(int argc, char** argv) {
     application = std::make_unique<QApplication>(argc, argv);
   QApplication::setOrganizationName("qvtools");
   QApplication::setApplicationName("qvview");
-  QApplication::setApplicationVersion(QVVIEW_VERSION);
+  QApplication::setApplicationVersion(QVTOOLS_VERSION);
   QCommandLineParser parser;
   parser.setApplicationDescription("Shows a DXF drawing.");
   parser.addHelpOption();

@@ -99,6 +99,9 @@ def check_pkg_config(prefix, folder):
         if (libraries / f"{package}.pc").exists():
             flags = output("pkg-config", "--cflags", "--libs", package, env=environment).split()
             assert f"-L{libraries.parent}" in [str(pathlib.Path(flag[:2] + os.path.normpath(flag[2:]))) for flag in flags]
+    if (moved / "bin/qvdraw").exists():
+        version = output("pkg-config", "--modversion", "qvtools", env=environment)
+        assert output(moved / "bin/qvdraw", "--version") == "qvdraw " + version
     fonts = output("pkg-config", "--variable=fontsdir", "qvtools", env=environment).strip()
     assert os.path.exists(fonts + "/txt.shx"), fonts
     flags = output("pkg-config", "--cflags", "--libs", "qvtools", env=environment).split()

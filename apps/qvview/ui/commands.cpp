@@ -5,6 +5,7 @@
 #include <QtWidgets/QMessageBox>
 #include <QtWidgets/QToolBar>
 
+#include "qvtools/version.h"
 #include "ui/main_window.h"
 #include "ui/recent_files.h"
 
@@ -129,7 +130,7 @@ const std::vector<MainWindow::Menu>& MainWindow::menus() {
            {Text::Handling, "F1",
             [](W& w) { QMessageBox::information(&w, w.words_(Text::Handling), w.words_(Text::HandlingText)); }},
            {Text::About, "",
-            [](W& w) { QMessageBox::about(&w, w.words_(Text::About), w.words_(Text::AboutText, QVVIEW_VERSION)); }},
+            [](W& w) { QMessageBox::about(&w, w.words_(Text::About), w.words_(Text::AboutText, QVTOOLS_VERSION)); }},
        }},
   };
   return kMenus;

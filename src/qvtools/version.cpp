@@ -1,0 +1,13 @@
+#include "qvtools/version.h"
+
+namespace qv {
+
+int LibraryVersionNumber() {
+  return QVTOOLS_VERSION_NUMBER;
+}
+
+const char* LibraryVersion() {
+  return QVTOOLS_VERSION;
+}
+
+}  // namespace qv
