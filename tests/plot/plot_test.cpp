@@ -288,10 +288,14 @@ TEST(Pictures, ShowWhatADrawingSays) {
   for (int x = 0; x < 100; ++x) EXPECT_EQ(light->GetPixel(x, 80), rgb(255, 255, 255));
   EXPECT_EQ(light->GetPixel(50, 20), rgb(0, 0, 0));
   options.background = 0;
-  options.dashes = false;
+  options.appearance.patterns = &SolidLines();
   const auto dark = MakePicture(drawing, options);
   EXPECT_EQ(dark->GetPixel(50, 20), rgb(255, 255, 255));
   EXPECT_EQ(dark->GetPixel(20, 50), rgb(255, 0, 0));
+  Palette violet = StandardPalette();
+  violet[1] = rgb(128, 0, 255);
+  options.appearance.palette = &violet;
+  EXPECT_EQ(MakePicture(drawing, options)->GetPixel(20, 50), rgb(128, 0, 255));
   // The same on a device of any kind, here of more pixels than a screen has.
   options.size = {4000, 2200};
   BitmapContext large(4000, 2200, 0);

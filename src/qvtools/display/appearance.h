@@ -1,6 +1,6 @@
 #pragma once
 
-/// How a drawing is shown: what the display, prepared drawings, viewers and pictures take beside a device and a
+/// How a drawing is shown: what the display, prepared drawings, viewers, pictures and plots take beside a device and a
 /// transform.
 
 #include <array>
@@ -42,14 +42,20 @@ class QV_API LinePatterns {
   std::vector<Entry> entries_;  // by name
 };
 
+/// No patterns: all lines are solid.
+QV_API const LinePatterns& SolidLines();
+
 /// The default value shows what `DXF::Draw` has always shown.
 struct Appearance {
-  /// The colours of the numbers 0 to 255, not owned; null, and any other number, for `ACAD_ENTITY::GetColor`.
+  /// The colours of the numbers 0 to 255, not owned. Null, and any other number, for `ACAD_ENTITY::GetColor`; in
+  /// pictures and plots, where white is black on light ground, for `StandardPalette`.
   const Palette* palette = nullptr;
   /// The patterns by which lines, arcs, circles and thin polylines are dashed, not owned: in drawing units, through
-  /// corners and along arcs, where a pattern has at least three pixels; all other lines are solid. Null for the pen
-  /// styles that names of line types ask for.
+  /// corners and along arcs. Null for the pen styles that names of line types ask for; in pictures and plots for the
+  /// patterns of the drawing's own line types.
   const LinePatterns* patterns = nullptr;
+  /// A pattern that is shorter, in pixels or on a plot in millimetres, is drawn as a solid line.
+  double shortestPattern = 3;
 };
 
 }  // namespace qv

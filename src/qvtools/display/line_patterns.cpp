@@ -29,6 +29,11 @@ void LinePatterns::add(const char* name, std::span<const float> elements) {
   });
 }
 
+const LinePatterns& SolidLines() {
+  static const LinePatterns none;
+  return none;
+}
+
 const DashPattern* LinePatterns::find(std::string_view name) const {
   const auto at = std::lower_bound(entries_.begin(), entries_.end(), name,
                                    [](const Entry& e, std::string_view key) { return e.name < key; });

@@ -27,9 +27,9 @@ Ink ink_of(int rgb) {
 }
 
 /// The colour of a number on paper, where white is black; on a dark background black is white.
-Ink ink_of_number(int color, bool dark) {
+Ink ink_of_number(int color, const Palette& palette, bool dark) {
   if (color == kWhite || color <= kBlack || color > 255) return dark ? Ink{255, 255, 255} : Ink{};
-  const COLORREF c = StandardPalette()[static_cast<std::size_t>(color)];
+  const COLORREF c = palette[static_cast<std::size_t>(color)];
   return {static_cast<unsigned char>(c & 255), static_cast<unsigned char>(c >> 8 & 255),
           static_cast<unsigned char>(c >> 16 & 255)};
 }
@@ -76,10 +76,9 @@ Looks::Looks(const DXF& dxf, const DrawingNotes* notes, const LookOptions& optio
     ACAD_LTYPE& record = dxf.m_pLType[static_cast<std::size_t>(i)];
     ltype_names_.add(record);
     DashPattern& pattern = patterns_.emplace_back();
-    const int elements = std::clamp(record.m_nElements, 0, kMaxPatternElements);
-    const DashPattern own = dash_pattern({record.m_fElement, static_cast<std::size_t>(elements)});
-    if (own.length == 0 || !(options.shortestPattern > 0)) continue;
-    if (own.length * options.scale < options.shortestPattern) {
+    const DashPattern own = pattern_of(record);
+    if (own.length == 0) continue;
+    if (own.length * options.scale < options.appearance.shortestPattern) {
       ++short_patterns_;
       continue;
     }
@@ -89,6 +88,15 @@ Looks::Looks(const DXF& dxf, const DrawingNotes* notes, const LookOptions& optio
   if (notes) take_notes(notes->layers);
   if (!options.shows) return;
   for (Layer& layer : layers_) layer.off = layer.frozen = !options.shows(layer.record ? layer.record->m_szName : "0");
+}
+
+DashPattern Looks::pattern_of(const ACAD_LTYPE& record) const {
+  if (options_.appearance.patterns) {
+    const DashPattern* const chosen = options_.appearance.patterns->find(record.m_szName);
+    return chosen ? *chosen : DashPattern();
+  }
+  const int elements = std::clamp(record.m_nElements, 0, kMaxPatternElements);
+  return dash_pattern({record.m_fElement, static_cast<std::size_t>(elements)});
 }
 
 void Looks::take_notes(const std::vector<DrawingNotes::Layer>& notes) {
@@ -192,9 +200,10 @@ Look Looks::make(const Key& key) const {
 Ink Looks::ink(int color, int trueColor, const PenRule* rule) const {
   Ink ink;
   if (options_.colors != PlotColors::Black) {
+    const Palette* const palette = options_.appearance.palette;
     ink = rule && rule->color >= 0 ? ink_of(rule->color)
           : trueColor >= 0         ? ink_of(trueColor)
-                                   : ink_of_number(color, options_.dark);
+                                   : ink_of_number(color, palette ? *palette : StandardPalette(), options_.dark);
     if (options_.colors == PlotColors::Grey) ink = grey(ink);
   }
   return rule ? screened(ink, rule->screening) : ink;

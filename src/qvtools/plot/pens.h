@@ -30,6 +30,8 @@ struct PenRule {
 inline constexpr double kDefaultLineWeight = 0.25;
 /// The thinnest line that is plotted, in mm: that of a width of 0.
 inline constexpr double kThinnestLine = 0.05;
+/// The shortest pattern of a line type that is plotted, in mm.
+inline constexpr double kShortestPlotted = 0.35;
 
 /// A table of pens; the first rule that matches counts. Entities that no rule matches have their own line weight and
 /// colour.

@@ -15,7 +15,6 @@ namespace {
 using namespace detail;
 
 constexpr int kLargest = 32767;
-constexpr double kShortestPattern = 3;  // pixels
 
 DrawingRect with_margin(const DrawingRect& r, double share) {
   const double margin = share * std::max(r.width(), r.height());
@@ -69,7 +68,7 @@ bool draw_rect(DXF& document, CDC& dc, const DrawingRect& rect, CSize size, cons
   looks.colors = PlotColors::Color;
   looks.scale = placement.scale;
   looks.width = std::max(options.lineWidth, 1.0);
-  looks.shortestPattern = options.dashes ? kShortestPattern : 0;
+  looks.appearance = options.appearance;
   looks.dark = is_dark(options.background);
   DeviceCanvas canvas(dc, size, size.cy, 1);  // its millimetre is a pixel
   canvas.begin_page({static_cast<double>(size.cx), static_cast<double>(size.cy), "", ""});

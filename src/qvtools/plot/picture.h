@@ -28,8 +28,8 @@ struct PictureOptions {
   };
   std::optional<View> view;
   COLORREF background = 0xFFFFFF;
-  /// Lines as their line types say, where a pattern has at least three pixels; else all lines are solid.
-  bool dashes = true;
+  /// Colours, dashes, and from how many pixels on a pattern is drawn.
+  Appearance appearance = {};
   /// The width of lines in pixels, at least 1; wide polylines keep their own.
   double lineWidth = 1;
   /// What the drawing's import noted; null for none.

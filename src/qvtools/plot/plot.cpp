@@ -203,6 +203,7 @@ void draw_page(const PagePlan& plan, const PlotOptions& options, Canvas& canvas,
   std::optional<Projection> view;
   if (options.view) placement.view = &view.emplace(options.view->a, options.view->b);
   LookOptions looks;
+  looks.appearance = options.appearance;
   looks.pens = options.pens;
   looks.colors = options.colors;
   looks.scale = plan.scale;

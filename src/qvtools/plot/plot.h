@@ -64,6 +64,8 @@ struct PlotOptions {
   /// Not owned; null for line weights and colours of the drawing.
   const PenTable* pens = nullptr;
   PlotColors colors = PlotColors::Black;
+  /// The palette of `PlotColors::Color` and `Grey`, the dashes, and from how many millimetres on a pattern is drawn.
+  Appearance appearance = {nullptr, nullptr, kShortestPlotted};
   /// Widths of pens are times this.
   double penScale = 1;
   /// Widths of pens shrink and grow with a sheet that is not plotted at its own scale.

@@ -61,11 +61,11 @@ class DrawingContext {
   bool has_patterns() const { return appearance_.patterns != nullptr; }
   /// The pattern of a line type; null where the line is solid, and where a pattern would be too short to be seen.
   const DashPattern* pattern(const char* ltype) {
-    constexpr double kShortest = 3;  // pixels
     if (!ltype_ || std::strcmp(ltype, ltype_) != 0) {
       ltype_ = ltype;
       pattern_ = appearance_.patterns->find(ltype);
-      if (pattern_ && !(pattern_->length * std::fabs(double{coor_.GetScale()}) >= kShortest)) pattern_ = nullptr;
+      const double scale = std::fabs(double{coor_.GetScale()});
+      if (pattern_ && !(pattern_->length * scale >= appearance_.shortestPattern)) pattern_ = nullptr;
     }
     return pattern_;
   }

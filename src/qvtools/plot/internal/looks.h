@@ -8,6 +8,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "qvtools/display/appearance.h"
 #include "qvtools/dxf/model/document.h"
 #include "qvtools/dxf/model/internal/name_index.h"
 #include "qvtools/import/import.h"
@@ -23,8 +24,7 @@ struct LookOptions {
   double scale = 1;  ///< mm of paper per drawing unit
   /// A width for everything but wide polylines; 0 for those of pens and line weights.
   double width = 0;
-  /// Patterns shorter than this are drawn solid; 0 draws all lines solid.
-  double shortestPattern = 0.35;
+  Appearance appearance = {nullptr, nullptr, kShortestPlotted};
   bool dark = false;  ///< on a dark background, where black is white
   /// Which layers are shown, by their GBK names; null for those that the drawing shows.
   std::function<bool(const char* layer)> shows = nullptr;
@@ -87,6 +87,7 @@ class Looks {
   struct Hash {
     std::size_t operator()(const Key& key) const;
   };
+  DashPattern pattern_of(const ACAD_LTYPE& record) const;
   void take_notes(const std::vector<DrawingNotes::Layer>& notes);
   int layer_index(std::string_view name) const;
   int ltype_index(std::string_view name) const;
