@@ -84,7 +84,8 @@ bool CWxSlideLib::read_directory() {
   if (std::memcmp(header, kIdentification, kCompared) != 0) return false;
   std::fseek(m_fp, 0, SEEK_END);
   const long end = std::ftell(m_fp);
-  const auto fileSize = static_cast<std::uint32_t>(std::clamp<long long>(end, 0, UINT32_MAX));
+  // A position that the system cannot tell lies beyond what it can tell.
+  const auto fileSize = static_cast<std::uint32_t>(std::clamp<long long>(end < 0 ? UINT32_MAX : end, 0, UINT32_MAX));
   std::fseek(m_fp, kHeaderSize, SEEK_SET);
 
   std::uint32_t count = 1;
