@@ -1,5 +1,7 @@
 #!/usr/bin/env python3
-"""Prints the page of deliberate behaviours, in Markdown, gathered from the "Quirk:" comments: docs/quirks.py [--link PATTERN]
+"""Prints the deliberate behaviours of the library in Markdown, gathered from the "Quirk:" comments:
+
+    docs/quirks.py [SOURCE_FOLDER] [--link PATTERN]
 
 PATTERN is how a place in the sources is linked: {file} is the path in the repository, {line} the line in it. The default
 is the source itself, as seen from docs/.
@@ -9,18 +11,12 @@ import argparse
 import pathlib
 import re
 
-SOURCE = pathlib.Path(__file__).resolve().parent.parent
-HEAD = """# Deliberate behaviours
-
-What looks odd in the library and is kept, because programs and drawings count on it. Each stands as a comment that begins
-with "Quirk:" beside its code, and this page is made of those comments. Each has a test. Do not repair them; where one is in
-the way, a call beside the old one does it the other way (`qv::DrawDimensionChain` beside `Draw_Dim`, say).
-"""
+HERE = pathlib.Path(__file__).resolve().parent.parent
 
 
-def rooms():
+def rooms(source):
     """Names and subjects of the rooms, in their order, from ARCHITECTURE.md."""
-    text = (SOURCE / "ARCHITECTURE.md").read_text(encoding="utf-8")
+    text = (source / "ARCHITECTURE.md").read_text(encoding="utf-8")
     return re.findall(r"^\| `([\w/]+)/`(?: \*)? \| (.*) \|", text, re.M)
 
 
@@ -78,14 +74,16 @@ def quirks_of(file):
 
 
 def main():
-    parser = argparse.ArgumentParser(description="Prints the page of deliberate behaviours.")
+    parser = argparse.ArgumentParser(description="Prints the deliberate behaviours of the library.")
+    parser.add_argument("source", nargs="?", type=pathlib.Path, default=HERE, help="the project's folder")
     parser.add_argument("--link", default="../{file}#L{line}", help="how a place in the sources is linked")
-    link = parser.parse_args().link
-    subjects = dict(rooms())
+    asked = parser.parse_args()
+    source = asked.source.resolve()
+    subjects = dict(rooms(source))
     found = {room: [] for room in subjects}
     told = set()  # names that a header has told of
-    for file in sorted((SOURCE / "src/qvtools").rglob("*.[hc]*"), key=lambda f: (f.suffix != ".h", f)):
-        path = file.relative_to(SOURCE / "src/qvtools").as_posix()
+    for file in sorted((source / "src/qvtools").rglob("*.[hc]*"), key=lambda f: (f.suffix != ".h", f)):
+        path = file.relative_to(source / "src/qvtools").as_posix()
         room = max((room for room in subjects if path.startswith(room + "/")), key=len, default="")
         for line, names, text in quirks_of(file):
             if "see the header" in text or (file.suffix == ".cpp" and told.intersection(names)):
@@ -96,14 +94,13 @@ def main():
             shown = names if several else names[:1]
             public = file.suffix == ".h" and "/internal/" not in path
             found[room].append((file, line, [n for n in dict.fromkeys(shown) if public or "::" in n], text))
-    print(HEAD)
     for room, quirks in found.items():
         if not quirks:
             continue
         subject = re.split("[:;]", subjects[room])[0]
         print(f"## {subject[0].upper()}{subject[1:]}\n")
         for file, line, names, text in quirks:
-            place = link.format(file=file.relative_to(SOURCE).as_posix(), line=line)
+            place = asked.link.format(file=file.relative_to(source).as_posix(), line=line)
             title = ", ".join(f"`{name}`" for name in names)
             text = (text if re.match("[b-z] ", text) else text[0].upper() + text[1:]).rstrip(".")
             print(f"- {title + ': ' if title else ''}{text}. [{file.name}, line {line}]({place})")
