@@ -4,7 +4,7 @@
     docs/quirks.py [SOURCE_FOLDER] [--link PATTERN]
 
 PATTERN is how a place in the sources is linked: {file} is the path in the repository, {line} the line in it. The default
-is the source itself, as seen from docs/.
+is the page that shows the source, as seen from docs/.
 """
 
 import argparse
@@ -76,7 +76,7 @@ def quirks_of(file):
 def main():
     parser = argparse.ArgumentParser(description="Prints the deliberate behaviours of the library.")
     parser.add_argument("source", nargs="?", type=pathlib.Path, default=HERE, help="the project's folder")
-    parser.add_argument("--link", default="../{file}#L{line}", help="how a place in the sources is linked")
+    parser.add_argument("--link", default="../{file}#L-{line}", help="how a place in the sources is linked")
     asked = parser.parse_args()
     source = asked.source.resolve()
     subjects = dict(rooms(source))

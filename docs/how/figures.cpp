@@ -30,27 +30,28 @@ void note(Figure& figure, float x, float y, const char* words, Side side) {
 }  // namespace
 
 FIGURE(how_rounding) {
+  //[
+  CFCoor coor;  // one device unit to a world unit
+  const auto device = [&](float v) { return static_cast<float>(coor.FPtoDP(double{v})); };
+  //]
   const float k = figure.mm(8);  // a device unit, and a unit of v
-  figure.axes(0, 0, 0, 32);
+  figure.arrow(k * -3.6F, 0, k * 4, 0);
+  figure.arrow(0, k * -3, 0, k * 4);
+  figure.note(k * 4, 0, "v", Side::Right);
+  figure.note(0, k * 4, "device(v)", Side::Right);
   for (int v = -3; v <= 3; ++v) {
     if (v != 0) figure.note(k * static_cast<float>(v), 0, std::to_string(v).c_str(), Side::Below);
     if (v != 0) figure.note(0, k * static_cast<float>(v), std::to_string(v).c_str(), Side::Left);
   }
-  figure.line(k * -3, k * -3, k * 3, k * 3, true);
+  figure.line(k * -3, k * -3, k * 3.5F, k * 3.5F, true);
   sgt.SetCurColor("1");
-  //[
-  CFCoor coor;  // one device unit to a world unit
-  float from = -3.5F;
-  for (float v = from; v < 3.5F; v += 1 / 64.0F) {
-    const int now = coor.FPtoDP(double{v});
-    const int next = coor.FPtoDP(double{v + 1 / 64.0F});
-    if (next == now && v + 1 / 64.0F < 3.5F) continue;
-    sgt.Draw_Pline(k * from, k * static_cast<float>(now), k * v, k * static_cast<float>(now), 25, 25);
-    from = v + 1 / 64.0F;
+  constexpr float kStep = 1 / 64.0F, kEnd = 3.5F;
+  float from = -kEnd;
+  for (float v = from; v < kEnd; v += kStep) {
+    if (device(v + kStep) == device(v) && v + kStep < kEnd) continue;
+    sgt.Draw_Pline(k * from, k * device(v), k * v, k * device(v), 25, 25);
+    from = v + kStep;
   }
-  //]
-  note(figure, 4, 32, "device", Side::Right);
-  note(figure, 32, -3, "v", Side::Right);
 }
 
 FIGURE(how_scales) {
@@ -73,27 +74,23 @@ FIGURE(how_scales) {
 }
 
 FIGURE(how_placement) {
+  //[
   const auto draw = [&] {
-    //[
     sgt.Draw_Rect_LB(1000, 500, 800, 0, 0);
     sgt.Draw_Text(1200, 150, 175, 0, "A");
-    //]
   };
   draw();
-  figure.axes(0, 0);
-  figure.point(0, 0, "", Side::Below);
-  //[
   sgt.Push_ENV();
+  sgt.SetCurColor("1");
   sgt.m_fRotAngle = 30;  // first turned about the origin,
   sgt.m_fLenFactor = 2;  // then times the factor,
   sgt.m_fShiftX = 600;   // then shifted
   sgt.m_fShiftY = 900;
-  //]
-  sgt.SetCurColor("1");
   draw();
-  //[
   sgt.Pop_ENV();
   //]
+  figure.axes(0, 0);
+  figure.point(0, 0, "", Side::Below);
   figure.axes(600, 900, 30, 24);
   figure.angle(600, 900, 16, 0, 30, "m_fRotAngle");
   figure.point(600, 900, "", Side::Left);
