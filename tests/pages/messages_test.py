@@ -53,7 +53,7 @@ def pieces_of(text):
 
 def main():
     source = pathlib.Path(sys.argv[1])
-    page = (source / "docs/messages.md").read_text("utf-8")
+    page = " ".join((source / "docs/messages.md").read_text("utf-8").split())
     wanted = {(piece, file) for file, text in texts_of(source) for piece in pieces_of(text)}
     if len(wanted) < 150:
         sys.exit(f"only {len(wanted)} texts were found in the sources")
