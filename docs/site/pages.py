@@ -180,7 +180,7 @@ class Pages:
         except ValueError:
             lexer = TextLexer()
         name = file.relative_to(self.root).as_posix()
-        return name, f"<h1>{html.escape(name)}</h1>" + highlight(text, lexer, HtmlFormatter(cssclass="codehilite"))
+        return name, f"<h1>{html.escape(name)}</h1>" + highlight(text, lexer, HtmlFormatter(cssclass="codehilite", linespans="L"))
 
     def unused(self):
         """Snippets that no page shows."""
