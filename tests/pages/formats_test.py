@@ -1,5 +1,6 @@
-"""Reads a file of each format by the pages in docs/formats alone, and compares what it finds with what the library tells:
-formats_test.py QVDRAW WRITE_SAMPLES FONT_FOLDER SHEETS, where SHEETS is what `qvdraw demo` has written."""
+"""Reads a file of each format by the pages of formats alone, and compares what it finds with what the library tells:
+formats_test.py QVDRAW WRITE_SAMPLES FONT_FOLDER SHEETS, where SHEETS is what `qvdraw demo` has written. Files of what the
+library does not write are made by the pages, and the library is asked what it sees."""
 
 import collections
 import json
@@ -9,6 +10,7 @@ import subprocess
 import sys
 import tempfile
 import unittest
+import zlib
 
 QVDRAW, WRITE_SAMPLES, FONTS, SHEETS = sys.argv[1], sys.argv[2], *map(pathlib.Path, sys.argv[3:5])
 del sys.argv[1:]
@@ -54,31 +56,23 @@ def database(data):
 
 
 def slide_items(data):
-    """slides.md 2: the number of items and the corners of the box of all lines and fills."""
+    """slides.md 2, but for records by offsets: the number of items and the corners of the box of all lines and fills."""
     assert data[:17] == b"AutoCAD Slide\r\n\x1a\0" and data[18] == 2
-    at, last, items, points = 31, (0, 0), 0, []
-    while True:
-        low, high = data[at], data[at + 1]
-        if high == 0xFC:
-            return items, [f(p[k] for p in points) for f in (min, max) for k in (0, 1)]
+    at, items, points = 31, 0, []
+    while data[at + 1] != 0xFC:
         items += 1
-        if high <= 0x7F:
-            x1, y1, x2, y2 = struct.unpack_from("<4h", data, at)
-            points += [(x1, y1), (x2, y2)]
-            last, at = (x1, y1), at + 8
-        elif high == 0xFF:
+        if data[at + 1] == 0xFF:
             at += 2
-        elif high == 0xFD:
+        elif data[at + 1] == 0xFD:
             count, mark = struct.unpack_from("<2h", data, at + 2)
             points += [struct.unpack_from("<2h", data, at + 8 + 6 * i) for i in range(count)]
             assert mark < 0 and struct.unpack_from("<3h", data, at + 6 + 6 * count) == (-0x300, count, -mark)
             at += 12 + 6 * count
         else:
-            dx, dy = struct.unpack_from("<bxb", data, at)
-            start = (last[0] + dx, last[1] + dy)
-            dx, dy = struct.unpack_from("<bb", data, at + 3) if high == 0xFB else (0, 0)
-            points += [start, last if high == 0xFE else (last[0] + dx, last[1] + dy)]
-            last, at = start, at + (5 if high == 0xFB else 3)
+            assert data[at + 1] <= 0x7F
+            points += [struct.unpack_from("<2h", data, at), struct.unpack_from("<2h", data, at + 4)]
+            at += 8
+    return items, [f(p[k] for p in points) for f in (min, max) for k in (0, 1)]
 
 
 def library(data):
@@ -173,6 +167,62 @@ class Formats(unittest.TestCase):
                           told("fonts", font))
             for record in records.values():
                 self.assertEqual(end_of_shape(record), len(record) - 1)
+
+
+class MadeByThePages(unittest.TestCase):
+    """Files of formats that the library reads and does not write."""
+
+    def setUp(self):
+        self.folder = tempfile.TemporaryDirectory()
+        self.addCleanup(self.folder.cleanup)
+
+    def path(self, name, data=None):
+        path = pathlib.Path(self.folder.name, name)
+        if data is not None:
+            path.write_bytes(data)
+        return path
+
+    def test_slides_of_both_levels(self):
+        fill = b"".join(struct.pack("<3h", -0x300, x, y) for x, y in ((4, -2), (0, 0), (9, 0), (9, 5), (0, 5), (4, 2)))
+        records = (struct.pack("<4h", 10, 20, 30, 40) + struct.pack("<bB3b", -1, 0xFB, 2, 3, -4) +
+                   struct.pack("<bBb", 5, 0xFE, -6) + b"\3\xff" + fill + b"\0\xfc" + b"behind")
+        lines = ("line 10.000,20.000 30.000,40.000 ", "line 9.000,22.000 13.000,16.000 ", "line 9.000,22.000 14.000,16.000 ",
+                 "color 3", "solid 0.000,0.000 9.000,0.000 9.000,5.000 0.000,5.000 ")
+        for head in (b"V\2" + struct.pack("<HHiHH", 99, 49, 20000000, 2, 0x1234), b"V\1" + struct.pack("<HH", 99, 49) + bytes(11)):
+            slide = self.path("a.sld", b"AutoCAD Slide\r\n\x1a\0" + head + records)
+            told("slide", slide, "-o", self.path("a.scr"))
+            self.assertEqual(self.path("a.scr").read_text().splitlines(), list(lines))
+
+    def test_unifont(self):
+        shapes = ((0, b"Uni\0\x0a\2\0\0"), (65, b"a\0\x14\0"), (0x4E00, b"\0\x10\0"))
+        font = b"AutoCAD-86 unifont 1.0\r\n\x1a" + struct.pack("<H", len(shapes))
+        font += b"".join(struct.pack("<HH", code, len(record)) + record for code, record in shapes)
+        self.assertIn('a Unifont, "Uni"\n2 shapes; capitals 10 high, letters reach 2 below',
+                      told("fonts", self.path("u.shx", font)))
+
+    def test_binary_drawings_of_both_forms(self):
+        groups = [(0, "SECTION"), (2, "ENTITIES"), (0, "LINE"), (8, "WALL"), (62, 3), (10, 1.5), (20, 2.5), (11, 4.0), (21, 6.5),
+                  (290, 1), (1071, 70000), (0, "ENDSEC"), (0, "EOF")]
+        for wide in (False, True):
+            data = b"AutoCAD Binary DXF\r\n\x1a\0"
+            for code, value in groups:
+                data += struct.pack("<H", code) if wide else bytes([code]) if code < 255 else b"\xff" + struct.pack("<H", code)
+                form = "<b" if code == 290 and wide else "<i" if code == 1071 else "<h"
+                packed = {str: lambda: value.encode() + b"\0", float: lambda: struct.pack("<d", value)}
+                data += packed.get(type(value), lambda: struct.pack(form, value))()
+            info = json.loads(told("info", self.path("b.dxf", data), "--json"))
+            self.assertTrue(info["file"]["binary"] and info["file"]["complete"])
+            self.assertEqual((info["entities_on_layers"], info["extent"]), ({"WALL": 1}, [1.5, 2.5, 4.0, 6.5]))
+
+    def test_ctb(self):
+        text = (f"plot_style{{\n 2{{\n  color={0xC2102030 - 2**32}\n  lineweight=2\n  screen=100\n }}\n}}\n"
+                "custom_lineweight_table{\n 0=0\n 1=0.3\n 2=0.7\n}\n")
+        for head in (60, 72):
+            packed = b"PIAFILEVERSION_2.0,CTBVER1".ljust(head, b"\1") + zlib.compress(text.encode())
+            groups = ["0", "LINE", "8", "0", "62", "3", "10", "0", "20", "0", "11", "9", "21", "9", ""]
+            drawing = self.path("c.dxf", "\n".join(groups).encode())
+            told("plot", drawing, "-o", self.path("c.svg"), "--color", "--pens", self.path("c.ctb", packed))
+            self.assertIn('<path stroke="#102030" stroke-width=".7"', self.path("c.svg").read_text())
 
 
 if __name__ == "__main__":
