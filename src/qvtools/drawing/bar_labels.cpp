@@ -11,7 +11,7 @@ namespace {
 
 /// The byte that the text fonts draw as the sign of a steel grade; 0 for a grade without one.
 int grade_sign(int grade) {
-  // Quirk: grade 3 does not follow grade 2; the host programs' fonts have its sign there.
+  // Quirk: the sign of steel grade 3, 139, does not follow that of grade 2, 131; host programs' fonts have it there.
   constexpr int kSigns[] = {130, 131, 139};
   return grade >= 1 && grade <= 3 ? kSigns[grade - 1] : 0;
 }

@@ -92,7 +92,8 @@ class DrawingPen {
     keptX_ = x_;
     keptY_ = y_;
   }
-  // Quirk: the device pen stays where it is, so the next vector is drawn from there; fonts rely on a move in between.
+  // Quirk: behind instruction 6 the device pen stays where it is, so the next vector is drawn from there; fonts rely on
+  // a move in between.
   void pop() {
     x_ = keptX_;
     y_ = keptY_;

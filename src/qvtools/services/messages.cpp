@@ -91,7 +91,7 @@ void report(qv::Host& host, int code, const char* text) {
     host.ShowMessageWindow(false);
     return;
   }
-  // Quirk: switching the output, off as well, shows the window; host programs open it so.
+  // Quirk: switching the output by code -8888, off as well, shows the window; host programs open it so.
   host.ShowMessageWindow(code <= 100 || code >= 1000);
   if (code == kSwitchOutput) {
     g_outputEnabled = std::string_view(text) == "TRUE";

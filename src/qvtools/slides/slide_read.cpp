@@ -126,8 +126,8 @@ bool CWxSlide::read_header(Source&& in) {
     in.read(m_Level1, sizeof m_Level1 - 1);
     m_nHighX = word(m_Level1);
     m_nHighY = word(m_Level1 + 2);
-    // Quirk: the number lies at its offset in the record in memory, not right after the screen size; slides of level 1
-    // that host programs have were written so.
+    // Quirk: the aspect of a slide of level 1 lies at its offset in the record in memory, not right after the screen
+    // size; the slides that host programs have were written so.
     double aspect;
     std::memcpy(&aspect, m_Level1 + 8, sizeof aspect);
     m_fAspect = static_cast<float>(aspect);

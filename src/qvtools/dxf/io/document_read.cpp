@@ -109,8 +109,8 @@ void read_entries(GroupReader& in, Entry* table, int count) {
         read_opened(in, table[i]);
         break;
       }
-      // Quirk: the pair that ends the search is gone, so every missing entry takes one pair more, be it of the next
-      // table.
+      // Quirk: the pair that ends the search for an entry of a table is gone, so every missing entry takes one pair
+      // more, be it of the next table.
       if (in.code() == 0 && ends_record(in.value())) break;
     }
   }

@@ -69,7 +69,7 @@ void text_of(const Line& line, char* field, std::size_t size) {
 
 bool read_rest(GroupReader&, ACAD_LTYPE& ltype) {
   ltype.m_nElements = std::clamp(ltype.m_nElements, 0, kMaxPatternElements);
-  // Quirk: the misspelt word stands for the layer's line type in old files, and is taken for a solid line.
+  // Quirk: a line type with the misspelt name BYBLAYER is a solid line, as BYBLOCK is; old files have it.
   if (equals_field(ltype.m_szName, "BYBLOCK") || equals_field(ltype.m_szName, "BYBLAYER"))
     copy_text(ltype.m_szName, "CONTINUOUS");
   return true;

@@ -85,8 +85,8 @@ void run_shape(const unsigned char* p, auto& pen) {
         p += 2;
         break;
       case shape_code::kVertical:
-        // Quirk: fonts written for this reader rely on the skip of a fixed number of bytes, pairs of kMoves not among
-        // them.
+        // Quirk: behind instruction 14 a fixed number of bytes is skipped, so the pairs of an instruction 9 are not;
+        // fonts written for this reader rely on it.
         p += *p == shape_code::kMove ? 3 : *p == shape_code::kDivide || *p == shape_code::kMultiply ? 2 : 1;
         break;
       default: {
