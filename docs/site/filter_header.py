@@ -15,6 +15,7 @@ BEHIND = re.compile(r"(.*?) *///< (.*)")
 NO_DECLARATION = re.compile(r" *(#|}|namespace\b|public:|protected:|private:|Q_OBJECT|signals:|public slots:|QV_FORMAT|//)")
 NAME = re.compile(r"(\w+)(\[[^]]*\])?( = [^;]*|\{[^;]*\})?[;,]")
 ENUMERATOR = re.compile(r" *\w+( = [^;{]*)?,?( *///<.*)?$")
+CAPTION = re.compile(r"char k\w+\[\] =  // (.*)")
 # What needs no words: forms of declarations, and what is said of them. Nothing is shown of those with an empty text.
 UNDERSTOOD = [
     (re.compile(r".*\bconst \w+&\) = delete;"), "Objects are not copied."),
@@ -113,6 +114,8 @@ class Filter:
             while behind and end < len(self.lines) and (m := re.match(r" *///< (.*)", self.lines[end])):
                 behind.append(m[1])
                 end += 1
+            if caption := CAPTION.search(line):
+                behind = [f"\"{caption[1]}\""]
             own = next((text for form, text in UNDERSTOOD if form.match(line)), None)
             if family and stem(line) != family:
                 shared = family = None
