@@ -6,6 +6,7 @@ import re
 import subprocess
 import sys
 import tempfile
+import textwrap
 import xml.etree.ElementTree as ElementTree
 from dataclasses import dataclass, field
 
@@ -202,7 +203,9 @@ class Reader:
             parts = re.split(r"(<(?:ul|ol|pre|table).*?</(?:ul|ol|pre|table)>)", inner.strip(), flags=re.S)
             return "".join(p if i % 2 else f"<p>{p.strip()}</p>" for i, p in enumerate(parts) if p.strip())
         if tag in ("verbatim", "programlisting"):
-            return "<pre>" + inner.strip("\n") + "</pre>"
+            # The first line has lost what it was set in by.
+            first, _, rest = inner.strip("\n").partition("\n")
+            return f"<pre>{first.strip()}\n{textwrap.dedent(rest)}</pre>"
         if tag == "codeline":
             return inner + "\n"
         if tag == "sp":
@@ -333,7 +336,8 @@ class Writer:
         text = members[0].text
         values = self.values(members[0])
         shown = "" if text == known else self.names.link(text, header.page, scope)
-        return f'<div class="member"><div class="declared">{"".join(lines)}</div>{shown}{values}</div>'
+        short = all(m.kind == "variable" for m in members) and shown.count("<p>") == 1 and len(shown) < 400
+        return f'<div class="member{" field" if short else ""}"><div class="declared">{"".join(lines)}</div>{shown}{values}</div>'
 
     def values(self, member):
         if not member.values:
@@ -366,10 +370,18 @@ class Writer:
                 place = pages.relative(header.page, "reference/index.html")
                 first = re.match(r"<p>(.*?[.:](?= |</p>))", header.text, re.S)
                 told = self.names.link(first[1].rstrip(":") if first else "", "reference/index.html")
-                known = ", ".join(f'<a href="{place}#{t.anchor}">{html.escape(t.name)}</a>' for t in sorted(header.types, key=lambda t: t.line))
+                known = ", ".join(f'<a href="{place}#{anchor}">{html.escape(name)}</a>' for name, anchor in known_names(header))
                 rows.append(f'<tr><td><a href="{place}">{header.path.rpartition("/")[2]}</a></td><td>{told}</td><td>{known}</td></tr>')
-            body.append(f'<div class="table"><table>{"".join(rows)}</table></div>')
+            body.append(f'<div class="table headers"><table>{"".join(rows)}</table></div>')
         self.site.add("reference/index.html", "Reference", "\n".join(body), headings)
+
+
+def known_names(header):
+    """The types and free names of a header, overloads once: (name, anchor)."""
+    found = {}
+    for item in sorted(header.types + header.members, key=lambda i: i.line):
+        found.setdefault(item.qualified if isinstance(item, Member) else item.name, item.anchor)
+    return found.items()
 
 
 def every_type(types):
