@@ -23,9 +23,12 @@ any -> 0.25
 )";
 
 constexpr float kTextHeight = 2.5F;  // mm of the page
-constexpr float kGap = 0.8F;         // between a mark and its label
+constexpr float kGap = 1.1F;         // between a mark and its label
 constexpr float kHead = 2;           // length of an arrowhead
 constexpr float kMargin = 2;         // about the picture
+
+constexpr float kBeyond = 1.15F;  // how far the legs of an angle pass its arc
+constexpr double kDots = 150;     // an inch, of pictures of pixels
 
 constexpr float kDegree = std::numbers::pi_v<float> / 180;
 
@@ -42,6 +45,8 @@ bool plot(DXF& document, const std::string& path, double scale) {
   options.paper = qv::PaperSize{options.window->width() / scale, options.window->height() / scale};
   options.scale = scale;
   options.margin = 0;
+  options.dpi = kDots;
+  options.smooth = true;
   options.colors = qv::PlotColors::Color;
   std::string problem;
   const auto pens = qv::PenTable::parse(kPens, problem);
@@ -57,7 +62,6 @@ bool plot(DXF& document, const std::string& path, double scale) {
 
 Figure::Figure(std::string directory, std::string name)
     : path_(std::move(directory) + "/" + std::move(name)), sgt_(NewMemDxf()) {
-  sgt_->Add_Default_LineType();
   sgt_->SetBiLiChi(50);
 }
 
@@ -170,12 +174,13 @@ void Figure::angle(float x, float y, float r, float a1, float a2, const char* la
   const auto at = [&](float a) {
     return CFPoint{x + radius * std::cos(a * kDegree), y + radius * std::sin(a * kDegree)};
   };
-  for (const float a : {a1, a2}) line(x, y, at(a).x + (at(a).x - x) * 0.15F, at(a).y + (at(a).y - y) * 0.15F);
+  for (const float a : {a1, a2})
+    line(x, y, at(a).x + (at(a).x - x) * (kBeyond - 1), at(a).y + (at(a).y - y) * (kBeyond - 1));
   marked().Write_Arc(x, y, 0, radius, a1, a2, kLayer, "2", "CONTINUOUS");
   const float step = std::min(kHead / r / kDegree / 2, a2 - a1);
   head(at(a2).x, at(a2).y, a2 + 90 - step);
   const float middle = (a1 + a2) / 2;
-  const float away = radius + mm(1);
+  const float away = radius * kBeyond + mm(0.4F);
   const float lx = x + away * std::cos(middle * kDegree);
   const float ly = y + away * std::sin(middle * kDegree);
   const float turn = std::remainder(middle, 360.0F);
@@ -200,12 +205,23 @@ void Figure::pixels(const qv::BitmapContext& bitmap) {
   saved_ = qv::SavePng(bitmap, path_ + ".png");
 }
 
-void Figure::drawing(DXF& document) {
-  saved_ = plot(document, path_ + ".svg", 1 / static_cast<double>(zoom_));
+void Figure::drawing(DXF& document, const char* part) {
+  const std::string path = part ? path_ + "_" + part + ".png" : path_ + ".svg";
+  saved_ = plot(document, path, 1 / static_cast<double>(zoom_));
 }
 
 bool Figure::save() {
   return saved_ || plot(*sgt_, path_ + ".svg", sgt_->m_fBiLiChi / static_cast<double>(zoom_));
+}
+
+static std::string font_folder;
+
+void set_font_folder(const std::string& folder) {
+  font_folder = folder;
+}
+
+std::string font_file(const char* name) {
+  return font_folder + "/" + name;
 }
 
 std::vector<NamedSnippet>& snippets() {

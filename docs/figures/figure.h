@@ -56,8 +56,9 @@ class Figure {
 
   /// A picture made of pixels instead: it becomes NAME.png, and the composer's drawing is not shown.
   void pixels(const qv::BitmapContext& bitmap);
-  /// Another drawing instead of the composer's, in mm of the page.
-  void drawing(DXF& document);
+  /// Another drawing instead of the composer's, in mm of the page. One of several parts of a picture becomes
+  /// NAME_PART.png.
+  void drawing(DXF& document, const char* part = nullptr);
 
   /// Writes the picture; false when it cannot.
   bool save();
@@ -76,6 +77,10 @@ class Figure {
 };
 
 using Snippet = void (*)(Figure& figure, CBase_SGT& sgt);
+
+/// The path of a font that the build has made: "txt.shx".
+std::string font_file(const char* name);
+void set_font_folder(const std::string& folder);
 
 /// A snippet and its name; the macro `FIGURE` adds it to the list.
 struct NamedSnippet {

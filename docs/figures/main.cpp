@@ -11,6 +11,7 @@ int main(int argc, char** argv) {
     std::fputs("qvfigures FOLDER FONTS [NAME...]\n", stderr);
     return 2;
   }
+  manual::set_font_folder(argv[2]);
   const std::string fonts = std::string(argv[2]) + "/";
   if (!G_ShapeFont.SetTxtFont(fonts.c_str(), "txt.shx")) {
     std::fprintf(stderr, "%stxt.shx cannot be read\n", fonts.c_str());

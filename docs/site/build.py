@@ -28,13 +28,16 @@ class Site:
 
     def navigation(self, here, headings):
         lines = []
+        # What the contents do not list stands under the page that lists it.
+        listed = {pages.output_of(path) for _, items in self.sections for _, path in items}
+        place = here if here in listed else "reference/index.html" if here.startswith("reference/") else None
         for title, items in self.sections:
             lines.append(f"<h2>{html.escape(title)}</h2>\n<ul>")
             for name, path in items:
                 target = pages.output_of(path)
-                mark = ' class="here"' if target == here else ""
+                mark = ' class="here"' if target == place else ""
                 line = f'<li><a href="{pages.relative(target, here)}"{mark}>{html.escape(name)}</a>'
-                if target == here and headings:
+                if target == place and headings:
                     inner = "".join(f'<li><a href="#{a}">{html.escape(h)}</a></li>' for a, h in headings)
                     line += f"<ul>{inner}</ul>"
                 lines.append(line + "</li>")

@@ -1,6 +1,7 @@
 """The hand-written pages: Markdown files to pages of the site."""
 
 import html
+import os
 import pathlib
 import posixpath
 import re
@@ -128,7 +129,8 @@ class Pages:
             language = "cmake" if path.name == "CMakeLists.txt" else languages.get(path.suffix, "text")
             return f"\n```{language}\n{path.read_text(encoding='utf-8').rstrip()}\n```\n"
         if kind == "made":
-            run = subprocess.run([sys.executable, self.root / what, self.root], capture_output=True, text=True)
+            command = [sys.executable, "-B", self.root / what, self.root]
+            run = subprocess.run(command, capture_output=True, text=True, env={**os.environ, "FIGURES": str(self.figures)})
             if run.returncode:
                 raise Problem(f"{source}: {what}: {run.stderr}")
             return run.stdout
@@ -149,7 +151,7 @@ class Pages:
                 raise Problem(f"{source}: there is no picture {name}: its snippet is missing, or failed")
             made = "figures/" + name
             self.copies[made] = self.figures / name
-            self.shown.add(name.rsplit(".", 1)[0])
+            self.shown.add(re.sub(r"(_\d+)?\.\w+$", "", name))
         elif path.startswith("docs/reference"):
             made = path.removeprefix("docs/")
         elif (self.root / path).is_file():

@@ -25,6 +25,7 @@
 
 namespace qv {
 
+/// What is asked of a comparison.
 struct CompareOptions {
   /// How far coordinates and sizes may differ, in drawing units. Coordinates so large that floats are coarser than
   /// this are compared as finely as floats can.
@@ -36,6 +37,7 @@ struct CompareOptions {
   double gather = 0;
 };
 
+/// What became of a thing.
 enum class ChangeKind : std::uint8_t { Removed, Added, Moved, Changed };
 
 /// What became of one entity, or of those of its pieces that share a fate.
@@ -52,10 +54,11 @@ struct Difference {
 
 /// Differences that lie near to each other.
 struct DifferentPlace {
-  CFRect box;
-  std::vector<int> differences;
+  CFRect box;                    ///< around them
+  std::vector<int> differences;  ///< indices of `Comparison::differences`
 };
 
+/// What two drawings have and have not in common.
 struct Comparison {
   std::vector<Difference>
       differences;                     ///< what was removed in the order of the old drawing, then the rest in the new's

@@ -6,6 +6,7 @@
 
 #include "qvtools/platform/device.h"
 
+/// The clipping context.
 class QV_API CSafeDC {
  public:
   /// What a device fills reaches at most so far, both ways.
@@ -13,6 +14,7 @@ class QV_API CSafeDC {
 
   /// Wraps dc (which it does not own; null draws nothing). The limits are the screen's size.
   explicit CSafeDC(CDC* dc);
+  /// Wraps nothing; the limits are the screen's size.
   CSafeDC();
 
   /// Fits the limits to the device: its resolution when it is printing, else the screen's size. Returns 1 when the

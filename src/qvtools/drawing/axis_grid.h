@@ -14,17 +14,19 @@ namespace qv {
 /// 24th on AA, BB, ... (GB/T 50001). Places are model units in the caller's frame.
 class QV_API AxisGrid {
  public:
+  /// How the axes are drawn; sizes are drawing millimetres.
   struct Look {
-    double reach = 32;            ///< drawing mm from the outermost axes to the lines of the bubbles
-    double stub = 8;              ///< the lines that end in the bubbles
-    double chains[2] = {24, 16};  ///< dimension lines from the outermost axes: of the total, of the spacings
-    const char* color = "1";      ///< of the axis lines
-    const char* ltype = "DASHDOT";
+    double reach = 32;              ///< drawing mm from the outermost axes to the lines of the bubbles
+    double stub = 8;                ///< the lines that end in the bubbles
+    double chains[2] = {24, 16};    ///< dimension lines from the outermost axes: of the total, of the spacings
+    const char* color = "1";        ///< of the axis lines
+    const char* ltype = "DASHDOT";  ///< and their line type
   };
 
   /// The axes from (x, y) on; spacings that are not above 0 are left out.
   AxisGrid(float x, float y, std::span<const float> xSpacings, std::span<const float> ySpacings);
 
+  /// The places of the upright axes along x, and of the level ones along y.
   const std::vector<float>& x() const { return x_; }
   const std::vector<float>& y() const { return y_; }
   /// The names, which may be changed; an empty one leaves its axis without bubbles.

@@ -22,13 +22,14 @@ enum class BarShape {
 /// Bars, each with its mark. Lengths are mm, masses kg by GB/T 1499.2 (`BarMass`).
 class QV_API BarList {
  public:
+  /// One position of the list.
   struct Bar {
-    std::string mark;  ///< GBK
-    BarShape shape = BarShape::Straight;
-    int grade = 3;  ///< 1 to 3, see `CBase_SGT::FormString_GJ_nqd`
-    int diameter = 0;
-    int count = 0;
-    double a = 0;
+    std::string mark;                     ///< the number of the position, GBK
+    BarShape shape = BarShape::Straight;  ///< how it is bent
+    int grade = 3;                        ///< 1 to 3, see `CBase_SGT::FormString_GJ_nqd`
+    int diameter = 0;                     ///< nominal, mm
+    int count = 0;                        ///< how many of them
+    double a = 0;                         ///< the legs that the shape has, outer measures, mm
     double b = 0;
     double c = 0;
     double length = 0;  ///< of one bar; 0: `Length` of its legs
@@ -48,9 +49,11 @@ class QV_API BarList {
 
   /// A bar whose diameter is no standard one has no mass.
   void Add(Bar bar);
+  /// The bars, in the order in which they were added.
   const std::vector<Bar>& bars() const { return bars_; }
-  /// By grade and diameter.
+  /// The bars added up by grade and diameter.
   std::vector<Sum> Sums() const;
+  /// The mass of all bars, kg.
   double Mass() const;
 
   /// Draws the list with its upper left corner at (x, top) and the sums per diameter below it, in the current colour,

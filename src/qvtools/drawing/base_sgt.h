@@ -62,12 +62,12 @@ inline constexpr std::size_t kEnvironmentText = 100;  ///< bytes of a current te
 
 /// What `CBase_SGT::Push_ENV` saves and `Pop_ENV` brings back.
 struct QV_API SgtEnvironment {
-  float m_fBiLiChi = 100;                     ///< scale denominator
-  char m_szCurColor[kEnvironmentText] = "7";  ///< a DXF colour number
-  char m_szCurLayer[kEnvironmentText] = "0";
-  char m_szCurStyle[kEnvironmentText] = "STANDARD";
-  char m_szCurLType[kEnvironmentText] = "BYLAYER";
-  float m_fShiftX = 0;  ///< placement: shift, added after turning and scaling
+  float m_fBiLiChi = 100;                            ///< scale denominator
+  char m_szCurColor[kEnvironmentText] = "7";         ///< a DXF colour number
+  char m_szCurLayer[kEnvironmentText] = "0";         ///< a layer of the document
+  char m_szCurStyle[kEnvironmentText] = "STANDARD";  ///< a text style of the document
+  char m_szCurLType[kEnvironmentText] = "BYLAYER";   ///< a line type of the document, or "BYLAYER"
+  float m_fShiftX = 0;                               ///< placement: shift, added after turning and scaling
   float m_fShiftY = 0;
   float m_fLenFactor = 1;    ///< placement: factor of coordinates, radii and array-polyline widths
   float m_fRotAngle = 0;     ///< placement: rotation in degrees
@@ -79,9 +79,9 @@ struct QV_API SgtEnvironment {
   float m_fDimOffset = 0;  ///< from the measured points to the dimension line; 100 at every scale
   float m_fDimPolarA = 0;  ///< long ends of the two extension lines
   float m_fDimPolarB = 0;
-  float m_fDimTick = 0;  ///< length of the oblique tick
-  float m_fDimLineWidth = 0;
-  float m_fDimTextHeight = 0;
+  float m_fDimTick = 0;               ///< length of the oblique tick
+  float m_fDimLineWidth = 0;          ///< width of the tick
+  float m_fDimTextHeight = 0;         ///< of dimensions, elevation marks, labels, bubbles
   float m_fDimExt = 0;                ///< short ends of the extension lines
   float m_fTextGap = 0;               ///< gap between a line and its text
   int m_nDimDecimals = 0;             ///< decimals of dimension values
@@ -91,12 +91,12 @@ struct QV_API SgtEnvironment {
   float m_fCutSymA = 0;  ///< break line: overshoot, height and width of the zig-zag
   float m_fCutSymB = 0;
   float m_fCutSymC = 0;
-  float m_fPouXianLen = 0;  ///< section mark: bar length, bar width, text height
-  float m_fPouXianWidth = 0;
-  float m_fPouXianText = 0;
-  float m_fTuMingText = 0;  ///< drawing title: text height, thick underline
-  float m_fTuMingWidth = 0;
-  float m_fOut2Para1 = 0;  ///< the band of `Set_Para_Draw_Out_2PraLine`
+  float m_fPouXianLen = 0;    ///< section mark: length of the bar
+  float m_fPouXianWidth = 0;  ///< its width
+  float m_fPouXianText = 0;   ///< height of the text
+  float m_fTuMingText = 0;    ///< drawing title: text height
+  float m_fTuMingWidth = 0;   ///< width of the thick underline
+  float m_fOut2Para1 = 0;     ///< the band of `Set_Para_Draw_Out_2PraLine`
   float m_fOut2Para2 = 0;
   float m_fOut2Para3 = 0;
   float m_fOut2Para4 = 0;
@@ -105,14 +105,15 @@ struct QV_API SgtEnvironment {
   float m_fGJLineWidth = 0;                  ///< reinforcement: lines
   char m_szGJColor[kEnvironmentText] = "1";  ///< colour of reinforcement
   char m_szBZColor[kEnvironmentText] = "4";  ///< colour of annotations
-  float m_fArrowLen = 0;                     ///< arrowhead: length, half width
-  float m_fArrowWidth = 0;
-  float m_fPenX = 0;  ///< pen position of MoveTo and LineTo, in the caller's frame
+  float m_fArrowLen = 0;                     ///< arrowhead: length
+  float m_fArrowWidth = 0;                   ///< half its width
+  float m_fPenX = 0;                         ///< pen position of MoveTo and LineTo, in the caller's frame
   float m_fPenY = 0;
 };
 
 }  // namespace qv
 
+/// The composer: a drawing document, what it is drawn with at present, and the calls that draw.
 class QV_API CBase_SGT : public DXF, public qv::SgtEnvironment {
  public:
   static const float m_fGF_BiKuan[6];  ///< standard pen widths, drawing mm
@@ -148,10 +149,12 @@ class QV_API CBase_SGT : public DXF, public qv::SgtEnvironment {
 
   /// The placement, in place: turned by the rotation about the origin, times the length factor, plus the shift.
   void Convert_XY(float& x, float& y) const;
+  /// A point, and a line, in the current layer, colour and line type, as all that follows.
   void Draw_Point(float x, float y);
   void Draw_Line(float x1, float y1, float x2, float y2);
   /// n - 1 lines that join n points.
   void Draw_Lines(int n, const float* x, const float* y);
+  /// A circle, and the arc from a1 to a2 counter-clockwise, in degrees.
   void Draw_Circle(float x, float y, float r);
   void Draw_Arc(float x, float y, float r, float a1, float a2);
   /// A polyline of two points; its widths take the width factor.
@@ -372,19 +375,19 @@ class QV_API CBase_SGT : public DXF, public qv::SgtEnvironment {
                    const char* yTitle, int color, int ltype, int marker);
   /// How `Draw_XY` draws its curve.
   struct CURVEINFO {
-    float x0 = 0;  ///< the axis box: lower left corner and size
-    float y0 = 0;
-    float width = 0;
-    float height = 0;
-    float xmin = 0;  ///< the values it shows
+    float x0 = 0;      ///< the axis box: its lower left corner
+    float y0 = 0;      ///< its lower left corner
+    float width = 0;   ///< its size
+    float height = 0;  ///< its size
+    float xmin = 0;    ///< the values it shows
     float xmax = 0;
     float ymin = 0;
     float ymax = 0;
     int nx = 10;  ///< divisions
     int ny = 10;
-    CString xTitle;
-    CString yTitle;
-    int color = 1;
+    CString xTitle;  ///< beside the axes, GBK
+    CString yTitle;  ///< beside the axes, GBK
+    int color = 1;   ///< of the curve: a DXF colour number
     int ltype = 0;   ///< as in `Draw_Curve`
     int marker = 0;  ///< as in `Draw_Curve`
     int values = 0;  ///< not 0: y is written at each point, in two decimals, under it when negative
@@ -397,9 +400,9 @@ class QV_API CBase_SGT : public DXF, public qv::SgtEnvironment {
   float m_fBiKuan[3] = {};      ///< thick, medium and thin pen, scaled
   float m_fZiGao[7] = {};       ///< text heights, scaled; the last is left to derived programs
   float m_fZiKuan[7] = {};      ///< text widths, scaled; the last is left to derived programs
-  int m_nAxisXFormat = 2;       ///< label formats of `Draw_Axis`
-  int m_nAxisYFormat = 2;
-  CPtrList m_ENVList;  ///< the saved environments, owned; its head is the last saved
+  int m_nAxisXFormat = 2;       ///< label format of the x axis of `Draw_Axis`
+  int m_nAxisYFormat = 2;       ///< and of its y axis
+  CPtrList m_ENVList;           ///< the saved environments, owned; its head is the last saved
 };
 
 /// A new composer with an in-memory document, the style "HZ" (fonts "txt" and "hztxt") added; null when memory runs

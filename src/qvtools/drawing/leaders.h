@@ -15,6 +15,7 @@ namespace qv {
 /// in `m_szBZColor`. Places are in the caller's frame.
 class QV_API Leaders {
  public:
+  /// The side of the detail on which the labels stand.
   enum class Side { Left, Right, Above, Below };
 
   /// Where the labels stand: in a column from x = `at` outward for `Left` and `Right`, in a row at y = `at` for `Above`

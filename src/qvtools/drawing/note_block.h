@@ -16,15 +16,18 @@ namespace qv {
 /// text holds. A word that is wider stands alone and stands out. Never empty.
 QV_API std::vector<std::string> WrapText(std::string_view text, float height, float width);
 
+/// A block of notes, to be drawn once or more.
 class QV_API NoteBlock {
  public:
+  /// How the notes are set.
   struct Look {
     double textHeight = 3.5;  ///< drawing mm
-    double titleHeight = 5;
-    double lineStep = 1.7;  ///< from one base line to the next, in text heights
-    bool numbered = true;   ///< "1." and so on before each note, whose further lines are set in
+    double titleHeight = 5;   ///< drawing mm
+    double lineStep = 1.7;    ///< from one base line to the next, in text heights
+    bool numbered = true;     ///< "1." and so on before each note, whose further lines are set in
   };
 
+  /// A title, which may be empty, and the notes, all GBK.
   NoteBlock(std::string title, std::vector<std::string> notes) : title_(std::move(title)), notes_(std::move(notes)) {}
   NoteBlock(std::string title, std::vector<std::string> notes, const Look& look)
       : title_(std::move(title)), notes_(std::move(notes)), look_(look) {}

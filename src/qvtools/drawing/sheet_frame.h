@@ -17,8 +17,8 @@ struct QV_API SheetFrame {
   CFRect title;            ///< the title block, 180 by 40 mm, in the lower right corner of the frame
   CFRect countersign;      ///< the counter-sign block, 75 by 20 mm, outside the frame
   bool countersignTurned;  ///< whether its texts run upward: on sheets that are not portrait
-  float frameWidth;        ///< pens of the frame and of the title block's outline
-  float titleWidth;
+  float frameWidth;        ///< pen of the frame
+  float titleWidth;        ///< pen of the title block's outline
 };
 
 }  // namespace qv

@@ -14,19 +14,21 @@ namespace qv {
 /// composer's scale when the table is drawn. Rows and columns count from 0, the header's rows first.
 class QV_API SheetTable {
  public:
+  /// A column.
   struct Column {
     double width = 0;                ///< 0: as wide as its widest text that is not merged, gaps included
     Across across = Across::Center;  ///< of its cells below the header, which is centred
   };
+  /// How the table is drawn.
   struct Look {
-    double textHeight = 3.5;
-    double rowHeight = 7;    ///< of rows that have none of their own
-    double gap = 1.5;        ///< between a text and the lines beside it
-    double framePen = 0.5;   ///< width of the outline; 0 a thin line
-    double innerPen = 0;     ///< width of the inner lines
-    double titleHeight = 5;  ///< of the title's text
-    double mostHeight = 0;   ///< what is higher, header included, goes on beside it under the header again; 0 no limit
-    double partGap = 5;      ///< between such parts
+    double textHeight = 3.5;  ///< of cells
+    double rowHeight = 7;     ///< of rows that have none of their own
+    double gap = 1.5;         ///< between a text and the lines beside it
+    double framePen = 0.5;    ///< width of the outline; 0 a thin line
+    double innerPen = 0;      ///< width of the inner lines
+    double titleHeight = 5;   ///< of the title's text
+    double mostHeight = 0;    ///< what is higher, header included, goes on beside it under the header again; 0 no limit
+    double partGap = 5;       ///< between such parts
   };
   /// Where a drawn table stands, in the caller's frame.
   class QV_API Place {
@@ -42,6 +44,7 @@ class QV_API SheetTable {
     std::vector<CFRect> cells_;
   };
 
+  /// A table without rows.
   explicit SheetTable(std::vector<Column> columns) : columns_(std::move(columns)) {}
   SheetTable(std::vector<Column> columns, const Look& look) : columns_(std::move(columns)), look_(look) {}
 
@@ -55,6 +58,7 @@ class QV_API SheetTable {
   /// together in one part. Cells beyond the table are not counted; a cell that is merged already is left as it is.
   void Merge(int row, int column, int rows, int columns);
 
+  /// The number of rows, the header's included.
   int rows() const { return static_cast<int>(rows_.size()); }
   /// Width and height of what `Draw` will draw, in drawing mm, without the title.
   double Width() const;

@@ -30,6 +30,7 @@ enum class TitleEntry {
 /// The title block of a sheet. It holds no reference to the composer.
 class QV_API TitleBlock {
  public:
+  /// The block of a sheet.
   explicit TitleBlock(const SheetFrame& sheet) : block_(sheet.title) {}
   /// The block whose lower right corner `Draw_BiaoTiLan` was given, at the composer's scale.
   TitleBlock(const CBase_SGT& sgt, float right, float bottom);
@@ -47,14 +48,17 @@ class QV_API TitleBlock {
 /// The counter-sign block of a sheet: its upper row holds the captions, three rows a profession, a person and a date.
 class QV_API CounterSignBlock {
  public:
+  /// Rows, that of the captions included, and columns.
   static constexpr int kRows = 4;
   static constexpr int kColumns = 3;
+  /// One row of the block, GBK.
   struct Entry {
     std::string profession;
     std::string person;
     std::string date;
   };
 
+  /// The block of a sheet.
   explicit CounterSignBlock(const SheetFrame& sheet) : block_(sheet.countersign), turned_(sheet.countersignTurned) {}
 
   /// The rectangle of a cell; row 0 is that of the captions, as one reads the block.

@@ -9,12 +9,14 @@
 
 namespace qv {
 
+/// Where a drawing comes.
 struct UnderlayPlace {
   float x = 0;  ///< where the drawing's origin comes, in the composer's frame (its placement included)
   float y = 0;
   float angle = 0;  ///< degrees, counter-clockwise
 };
 
+/// On which layers, and in which colour.
 struct UnderlayLayer {
   std::string name = "UNDERLAY";  ///< the layer that takes everything; with `prefix`, what stands before each name
   bool prefix = false;            ///< "A-WALL" of "WALL" for the name "A-"; names longer than 29 bytes are cut

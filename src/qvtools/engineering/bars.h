@@ -9,6 +9,7 @@
 
 namespace qv {
 
+/// A standard size of bars. Source: GB/T 1499.2.
 struct BarSize {
   int diameter;  ///< nominal, mm
   double area;   ///< nominal cross-section, mm2

@@ -13,7 +13,7 @@
 /// (that of a `qv::SavedFile` for a file that is whole or absent).
 class QV_API CQvBaseData {
  public:
-  static constexpr int kQueries = 30;
+  static constexpr int kQueries = 30;  ///< queries at most
 
   CString m_strName;             ///< name of the data set
   CString m_strFile;             ///< base name of its files
@@ -24,6 +24,8 @@ class QV_API CQvBaseData {
 
   /// No name, files "NONAME", and one query with the files NONAME.DXF and NONAME.RTF.
   CQvBaseData();
+
+  /// Copies are of their own.
   CQvBaseData(const CQvBaseData&) = default;
   CQvBaseData& operator=(const CQvBaseData&) = default;
   virtual ~CQvBaseData();

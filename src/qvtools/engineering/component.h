@@ -54,6 +54,7 @@ class QV_API CGouJian : public CObject {
   unsigned char m_byteBianGouJian = 0;  ///< whether it lies at the edge of the building
   unsigned char m_byteStatus = 0;       ///< selection and display status
 
+  /// The fields, as host programs read and set them.
   unsigned long get_m_dwGouJianID() const { return m_dwGouJianID; }
   void set_m_dwGouJianID(unsigned long id) { m_dwGouJianID = id; }
   unsigned long get_m_dwGouJianNO() const { return m_dwGouJianNO; }
@@ -64,6 +65,7 @@ class QV_API CGouJian : public CObject {
   /// The code of the component's type; 0 here.
   int GetGjlx() const { return 0; }
 
+  /// Sets the status; a class that shows it may do more.
   virtual void set_m_byteStatus(unsigned char status);
   /// Draws the component; returns 0 when nothing was drawn, as here.
   virtual int Draw(CDC* /*dc*/, CFCoor* /*coor*/) const { return 0; }
@@ -75,10 +77,12 @@ class QV_API CGouJian : public CObject {
 
  protected:
   CGouJian() = default;
+  /// Copied by derived classes only.
   CGouJian(const CGouJian& other) = default;
   CGouJian& operator=(const CGouJian& other) = default;
 };
 
 /// A mode flag that host programs share; the library does not read it.
 extern QV_API int G_ZOLT_P_V100;
+/// Sets the flag.
 QV_API void Set_ZOLT_P_V100(int mode);

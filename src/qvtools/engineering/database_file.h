@@ -19,6 +19,7 @@
 /// later ones too, up to `Close_File`, which then leaves a file of before.
 class QV_API CDataBaseFile : public CObject {
  public:
+  /// What a file is opened for.
   enum IO_MODE { IO_READ = 0, IO_WRITE = 1 };
 
   /// The room that `Get_Item` needs for any value, the terminator included.

@@ -15,11 +15,11 @@
 /// A node: its place in metres and its values.
 class QV_API CChangNode {
  public:
-  static constexpr int kValues = 5;
+  static constexpr int kValues = 5;  ///< values at a node
 
-  float x = 0;
-  float y = 0;
-  float value[kValues] = {};
+  float x = 0;                ///< metres
+  float y = 0;                ///< metres
+  float value[kValues] = {};  ///< what was computed there
 
   /// Reads one line. Returns 1; 0, with all fields 0, at the end of the file.
   int LoadData(std::FILE* fp);
@@ -30,15 +30,17 @@ class QV_API CChangNode {
 /// A triangle: the numbers of its nodes, from 1, counter-clockwise. One with a number that is no node's is passed over.
 class QV_API CChangTri {
  public:
-  int node[3] = {};
+  int node[3] = {};  ///< numbers from 1
 
   /// As those of a node.
   int LoadData(std::FILE* fp);
   int SaveData(std::FILE* fp) const;
 };
 
+/// The field: nodes, triangles, and which of the values counts.
 class QV_API CChang {
  public:
+  /// The mesh.
   CArray<CChangNode> m_Nodes;
   CArray<CChangTri> m_Tris;
   /// Which of the five values counts, 0 to 4; any other index is taken to the nearest of them.

@@ -9,6 +9,7 @@
 
 namespace qv {
 
+/// A field in a grid.
 class QV_API FieldLocator {
  public:
   /// Sorts the mesh into a grid. The field is not owned; it must live, with its mesh unchanged, while it is asked.

@@ -5,6 +5,7 @@
 
 #include "qvtools/platform/framework.h"
 
+/// A grade of concrete; strengths and moduli in N/mm2.
 struct Con_Prop {
   int code;     ///< 10 to 60 built-in; 65, 70, 75, 80, 85 user-defined
   float fc;     ///< design strength: axial compression
@@ -19,6 +20,7 @@ struct Con_Prop {
   float alpha;  ///< thermal expansion, per degree
 };
 
+/// A grade of reinforcement; strengths and modulus in N/mm2.
 struct Rein_Prop {
   int code;   ///< 1 to 4 built-in, 4 to 8 user-defined
   float fy;   ///< design strength: tension
@@ -35,6 +37,7 @@ struct Rein_Prop {
 /// reads back as 0.
 class QV_API CUserOpt {
  public:
+  /// The slots.
   Con_Prop m_Con[5];
   Rein_Prop m_Rein[5];
 

@@ -17,6 +17,7 @@ namespace qv {
 
 /// What a shape draws, in units of its file, y upward.
 struct ShapeOutline {
+  /// Where the pen goes to.
   struct Point {
     double x;
     double y;
@@ -30,17 +31,19 @@ struct ShapeOutline {
 /// more than 65,536 points, and shapes within shapes lie 16 deep at most.
 class QV_API ShapeFile {
  public:
+  /// What a file is.
   enum class Kind {
     None,     ///< no shape file
     Shapes,   ///< a text font, or single shapes with names
     BigFont,  ///< characters of two bytes
     Unifont   ///< characters by their Unicode numbers
   };
+  /// A shape of the file.
   struct Shape {
-    int code;          ///< of a big font: its two bytes, the first in the high byte; of a Unifont: the Unicode number
-    std::string name;  ///< often empty
-    std::size_t begin;
-    std::size_t end;
+    int code;           ///< of a big font: its two bytes, the first in the high byte; of a Unifont: the Unicode number
+    std::string name;   ///< often empty
+    std::size_t begin;  ///< the first byte of its instructions in the file
+    std::size_t end;    ///< behind the last
   };
 
   /// Reads the file. Returns 1, or 0 when it cannot be read or is no whole shape file; `kind` is then None, and `error`
@@ -49,6 +52,7 @@ class QV_API ShapeFile {
   /// The same for a file in memory.
   int Load(std::string bytes);
 
+  /// What the file is.
   Kind kind() const { return kind_; }
   /// A big font with shapes that are composed of scaled ones.
   bool extended() const { return extended_; }
@@ -61,6 +65,7 @@ class QV_API ShapeFile {
   /// How far capitals reach above the base line and letters below it, in units of the file.
   double above() const { return above_; }
   double below() const { return below_; }
+  /// Why it could not be read.
   const std::string& error() const { return error_; }
 
   /// All shapes but the one that describes the font, by rising code; of several with one code, the last of the file.

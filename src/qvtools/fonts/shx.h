@@ -30,7 +30,7 @@ class QV_API CShx {
   float m_fTxtHeight = 6;
   /// For each byte, the offset of its shape in `m_pTxtData`; null while no text font is loaded.
   int* m_pTxtIndex = nullptr;
-  unsigned char* m_pTxtData = nullptr;
+  unsigned char* m_pTxtData = nullptr;  ///< the shapes, owned; null while no text font is loaded
   /// The offset of the shape that stands for characters that the font lacks: that of "?", or 0.
   int m_nTxtDefault = 0;
   /// Height of the big font in shape units.
@@ -38,9 +38,10 @@ class QV_API CShx {
   /// For each row and column of GB2312, from 0, the offset of its shape in `m_pHzData` or -1; null while no big font is
   /// loaded.
   int (*m_pHzIndex)[94] = nullptr;
-  unsigned char* m_pHzData = nullptr;
+  unsigned char* m_pHzData = nullptr;  ///< the shapes, owned; null while no big font is loaded
 
   CShx();
+  /// Copies share the fonts.
   CShx(const CShx& other);
   CShx& operator=(const CShx& other);
   ~CShx();

@@ -27,6 +27,7 @@ enum class Unit : int {
   Kilometre = 7
 };
 
+/// What is asked of an import.
 struct ImportOptions {
   /// The sheet to read by its name, with its viewports drawn in place and to scale; empty for model space.
   std::string layout;
@@ -53,19 +54,21 @@ struct ImportOptions {
 /// number, else (number `kByLayer`) the true colour or the number of its layer; its line weight is the one noted for
 /// it, else its layer's. What a block hands on has been worked out.
 struct DrawingNotes {
+  /// What is noted of a layer.
   struct Layer {
     std::string name;      ///< as in the document
     std::string fullName;  ///< as in the file, UTF-8
-    bool off = false;
-    bool frozen = false;
-    bool plotted = true;
-    int lineWeight = -3;  ///< hundredths of a millimetre; -3 the default
-    int trueColor = -1;   ///< 0xRRGGBB; -1 none
+    bool off = false;      ///< marked as off
+    bool frozen = false;   ///< marked as frozen
+    bool plotted = true;   ///< false when it is marked as not plotted
+    int lineWeight = -3;   ///< hundredths of a millimetre; -3 the default
+    int trueColor = -1;    ///< 0xRRGGBB; -1 none
   };
+  /// What is noted of a record.
   struct Entity {
-    const ACAD_ENTITY* record;
-    int lineWeight;    ///< hundredths of a millimetre; -1 the layer's, -3 the default
-    int trueColor;     ///< 0xRRGGBB; -1 none
+    const ACAD_ENTITY* record;  ///< in the document
+    int lineWeight;             ///< hundredths of a millimetre; -1 the layer's, -3 the default
+    int trueColor;              ///< 0xRRGGBB; -1 none
     std::string text;  ///< UTF-8, where the records hold other characters or several of them one text: of the first
   };
   std::vector<Layer> layers;     ///< in the order of the document's table
@@ -76,39 +79,40 @@ struct DrawingNotes {
   QV_API const Entity* find(const ACAD_ENTITY* record) const;
 };
 
+/// What became of a file.
 struct ImportReport {
   /// What became of one kind of entity.
   struct Kind {
-    std::string name;
-    int taken = 0;      ///< as they were
-    int converted = 0;  ///< into what `becomes` says
-    int leftOut = 0;
-    std::string becomes;
-    std::string reason;  ///< why the first was left out
-    long line = 0;       ///< where the first that was left out, or else the first, begins; a byte in a binary file
+    std::string name;     ///< as the file has it, "MTEXT"
+    int taken = 0;        ///< as they were
+    int converted = 0;    ///< into what `becomes` says
+    int leftOut = 0;      ///< not in the document
+    std::string becomes;  ///< the kinds of record, in words
+    std::string reason;   ///< why the first was left out
+    long line = 0;        ///< where the first that was left out, or else the first, begins; a byte in a binary file
   };
   /// Something that was mended, shortened or lost, and how often.
   struct Remark {
-    std::string text;
-    int count = 0;
+    std::string text;   ///< English
+    int count = 0;      ///< how often
     long line = 0;      ///< of the first; 0 when it is at no line
     bool loss = false;  ///< the drawing does not show it as it should
   };
-  std::vector<Kind> kinds;
-  std::vector<Remark> remarks;
-  std::string release;  ///< as the file names it ("AC1027"); empty when it does not
-  bool binary = false;
-  CodePage encoding = CodePage::Windows1252;
-  std::string encodingSource;        ///< how the code page is known
-  Unit unit = Unit::None;            ///< the file's
-  std::string unitSource;            ///< how it is known
-  double scale = 1;                  ///< by which lengths were multiplied
-  double offset[2] = {0, 0};         ///< what was taken off x and y, in the unit of the document
-  std::string layout;                ///< the sheet that was read; empty for model space
-  std::vector<std::string> layouts;  ///< the file's sheets, UTF-8, with what they hold
-  bool complete = true;              ///< false when the file is broken off, at `brokenLine`
-  long brokenLine = 0;
-  DrawingNotes notes;
+  std::vector<Kind> kinds;                    ///< in the order in which they come in the file
+  std::vector<Remark> remarks;                ///< each once
+  std::string release;                        ///< as the file names it ("AC1027"); empty when it does not
+  bool binary = false;                        ///< a binary file
+  CodePage encoding = CodePage::Windows1252;  ///< of the texts
+  std::string encodingSource;                 ///< how the code page is known
+  Unit unit = Unit::None;                     ///< the file's
+  std::string unitSource;                     ///< how it is known
+  double scale = 1;                           ///< by which lengths were multiplied
+  double offset[2] = {0, 0};                  ///< what was taken off x and y, in the unit of the document
+  std::string layout;                         ///< the sheet that was read; empty for model space
+  std::vector<std::string> layouts;           ///< the file's sheets, UTF-8, with what they hold
+  bool complete = true;                       ///< false when the file is broken off, at `brokenLine`
+  long brokenLine = 0;                        ///< where it is broken off; 0 when it is whole
+  DrawingNotes notes;                         ///< what flat records cannot hold
 
   /// One line: what was converted and left out; empty when everything was taken as it was.
   QV_API std::string summary() const;

@@ -21,8 +21,10 @@ namespace qv {
 /// two squares for an insertion. Drawn with the pen that is selected.
 QV_API void DrawCatchMark(CDC& dc, CPoint at, CatchKind kind, int size);
 
+/// A tool that locates and catches points.
 class QV_API CatchTool : public CDrawTool {
  public:
+  /// A tool that draws in the window; null: none yet.
   explicit CatchTool(Window* window = nullptr) : CDrawTool(window) {}
 
   // ---- what is asked of the base class's slots
@@ -53,6 +55,7 @@ class QV_API CatchTool : public CDrawTool {
   /// The drawing whose points are caught; not owned, null for none. A view that makes its own when it is asked
   /// overrides `CaughtDrawing`.
   void SetDrawing(PreparedDrawing* drawing) { drawing_ = drawing; }
+  /// Whether anything is caught; true at first.
   void SetCatching(bool on);
   bool IsCatching() const { return on_; }
   /// The kinds, a sum of `CatchBit`s; all but `Nearest` at first.
@@ -61,6 +64,7 @@ class QV_API CatchTool : public CDrawTool {
   /// How near a point has to be, in pixels; 10 at first.
   void SetCatchReach(int pixels) { reach_ = pixels; }
   int CatchReach() const { return reach_; }
+  /// The kind that `SetCatchOneObject` asks for; an end at first.
   void SetOneKind(CatchKind kind) { oneKind_ = kind; }
   /// The one kind that is caught for the next point; absent when all are.
   const std::optional<CatchKind>& OneKind() const { return one_; }
@@ -77,6 +81,7 @@ class QV_API CatchTool : public CDrawTool {
   const CaughtPoint* Caught() const { return caught_.empty() ? nullptr : &caught_[chosen_]; }
   /// How many points can be caught here; the next of them in turn is chosen.
   int CaughtCount() const { return static_cast<int>(caught_.size()); }
+  /// Chooses the next of them, or one further on.
   void NextCaught(int by = 1);
   /// Takes the located point: it becomes what perpendiculars and tangents come from. Absent when nothing is located.
   std::optional<PlanePoint> Take();
@@ -84,9 +89,11 @@ class QV_API CatchTool : public CDrawTool {
   void SetFrom(std::optional<PlanePoint> from) { from_ = from; }
   /// The offset of the located point from the reference.
   PlanePoint Offset() const;
+  /// Sets the function that is told the step, the located point and its offset; none at first.
   void SetTeller(std::function<void(const std::string& text)> tell) { tell_ = std::move(tell); }
 
  protected:
+  /// The drawing whose points are caught; null for none.
   virtual PreparedDrawing* CaughtDrawing() { return drawing_; }
 
  private:

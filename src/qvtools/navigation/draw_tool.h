@@ -22,14 +22,16 @@ namespace qv {
 
 /// The direction from which a projected drawing is seen, in radians; in plan at first.
 struct ViewAngles {
-  float a = 0;
-  float b = HALF_PI_F;
+  float a = 0;          ///< about the z axis
+  float b = HALF_PI_F;  ///< above the plane; a quarter of a turn is plan
+  /// Whether it is seen from above.
   bool is_plan() const { return a == 0 && b == HALF_PI_F; }
   friend bool operator==(const ViewAngles&, const ViewAngles&) = default;
 };
 
 }  // namespace qv
 
+/// The tool of one view.
 class QV_API CDrawTool {
  public:
   /// What the pointer does. A program's own states begin at `kOwnStates`; they show the cursor and no rubber band.
@@ -47,6 +49,9 @@ class QV_API CDrawTool {
   explicit CDrawTool(qv::Window* window = nullptr);
 
   // What a view overrides, in slot order.
+
+  /// Locating, stepping, offsets and catching points: the base class does none of it and answers 0; `qv::CatchTool`
+  /// does.
   virtual int SetStep(float& /*step*/, int /*direction*/) { return 0; }
   virtual int SetLocate(CFPoint&) { return 0; }
   virtual int SetOffset(CFPoint&) { return 0; }
@@ -56,6 +61,7 @@ class QV_API CDrawTool {
   virtual int GetCatchOne(CFPoint&) { return 0; }
   /// Gives two opposite corners of everything that the view shows and returns 1; the base class returns 0.
   virtual int GetMaxRect(CFPoint& /*p1*/, CFPoint& /*p2*/) { return 0; }
+  /// Show the step, the located point and its offset, in a view that has a place for it.
   virtual void ShowStep() const {}
   virtual void ShowLocate() const {}
   virtual void ShowOffset() const {}
@@ -115,14 +121,15 @@ class QV_API CDrawTool {
   void SwitchState(DRAWTYPE type, unsigned int message, unsigned int reset) {
     SwitchState(type, message, static_cast<int>(reset != 0));
   }
+  /// The state of interaction.
   DRAWTYPE State() const { return static_cast<DRAWTYPE>(m_byteState); }
 
   /// With `show` 0 removes the cursor and the rubber band that are on screen; with 1 draws those that the state shows,
   /// on a picture that has none. The band is drawn with R2_XORPEN and a solid red pen of width 0.
   void OnDraw(CDC& dc, int show);
 
-  // What the window does with its messages; points are in client coordinates. A corner is given by pressing the left
-  // button; the other by letting it go elsewhere, or by pressing it once more.
+  /// What the window does with its messages; points are in client coordinates. A corner is given by pressing the left
+  /// button; the other by letting it go elsewhere, or by pressing it once more.
   void OnLButtonDown(unsigned int flags, CPoint point);
   void OnLButtonUp(unsigned int flags, CPoint point);
   void OnMouseMove(unsigned int flags, CPoint point);

@@ -10,8 +10,11 @@
 
 namespace qv {
 
+/// How a pen draws lines; `Null` draws none.
 enum class PenStyle { Solid, Dash, Dot, DashDot, DashDotDot, Null };
+/// What is inside of an outline that crosses itself: every second part, or all that it winds about.
 enum class FillRule { Alternate = 1, Winding = 2 };
+/// Whether the gaps of dashed lines are left as they are or painted white.
 enum class BackgroundMode { Transparent = 1, Opaque = 2 };
 
 /// What drawing does to a pixel: replaces it by the pen's colour, inverts it, or combines both by exclusive or.
@@ -47,6 +50,7 @@ class QV_API CRgn {
   CRect GetRgnBox() const;
   /// Whether any part of the region lies in the rectangle (borders included).
   bool RectInRegion(const CRect& rect) const;
+  /// The points, their number and the rule.
   const CPoint* Points() const { return count_ <= kInline ? few_.data() : many_.data(); }
   int Count() const { return count_; }
   qv::FillRule Rule() const { return rule_; }
@@ -68,26 +72,32 @@ class QV_API CDC {
   CDC(const CDC&) = delete;
   CDC& operator=(const CDC&) = delete;
 
+  /// Sets the current position.
   virtual void MoveTo(int x, int y) = 0;
   /// Draws with the pen from the current position to (x, y), which becomes the current position. The last pixel is
   /// left out, so a line of no length draws nothing.
   virtual void LineTo(int x, int y) = 0;
+  /// Sets one pixel, whatever the pen and the raster operation are.
   virtual void SetPixel(int x, int y, COLORREF color) = 0;
   /// Fills the region with the brush, by the region's rule; no outline is drawn.
   virtual void FillRgn(const CRgn& region, const CBrush& brush) = 0;
   /// Width and height of the drawing area in device units: the picture, or the page when printing.
   virtual CSize GetResolution() const = 0;
+  /// Whether it draws on paper, or records what is drawn.
   virtual bool IsPrinting() const { return false; }
   virtual bool IsMetafile() const { return false; }
 
   /// Selects a pen or brush and returns the one selected before.
   const CPen* SelectObject(const CPen* pen);
   const CBrush* SelectObject(const CBrush* brush);
+  /// Pens that are always there, of one pixel.
   static const CPen* StockWhitePen();
   static const CPen* StockBlackPen();
+  /// Sets the background mode or the raster operation and returns the one before.
   qv::BackgroundMode SetBkMode(qv::BackgroundMode mode);
   qv::RasterOp SetROP2(qv::RasterOp op);
 
+  /// What is selected.
   const CPen& Pen() const { return *pen_; }
   const CBrush& Brush() const { return *brush_; }
   qv::BackgroundMode BkMode() const { return mode_; }

@@ -54,12 +54,14 @@ struct CRect {
   int bottom = 0;
   CRect() = default;
   CRect(int l, int t, int r, int b) : left(l), top(t), right(r), bottom(b) {}
+  /// Its width and height; negative where the sides stand the other way round.
   int Width() const { return right - left; }
   int Height() const { return bottom - top; }
   friend bool operator==(const CRect&, const CRect&) = default;
 };
 
 #if !QV_SYSTEM_DEFINES_POINT
+/// The names that Windows has for them.
 using POINT = CPoint;
 using RECT = CRect;
 #endif
@@ -68,13 +70,16 @@ using RECT = CRect;
 class CString {
  public:
   CString() = default;
+  /// A copy of the text; a null one is empty.
   CString(const char* text) : text_(text ? text : "") {}
   /// The first `length` bytes at `text`; a negative length is 0.
   CString(const char* text, int length) : text_(text, static_cast<std::size_t>(std::max(length, 0))) {}
   explicit CString(std::string text) : text_(std::move(text)) {}
 
+  /// The text, terminated, as long as the object is not changed.
   operator const char*() const { return text_.c_str(); }
   const std::string& str() const { return text_; }
+  /// Its bytes, whether there are none, and taking them away.
   int GetLength() const { return static_cast<int>(text_.size()); }
   bool IsEmpty() const { return text_.empty(); }
   void Empty() { text_.clear(); }
@@ -90,6 +95,7 @@ class CString {
   }
   /// Upper case of ASCII letters; two-byte characters are stepped over whole, so a letter in their second byte stays.
   QV_API void MakeUpper();
+  /// Texts are joined and compared byte by byte.
   CString& operator+=(const char* text) { return text_ += text, *this; }
   CString& operator+=(char c) { return text_ += c, *this; }
   friend CString operator+(CString a, const char* b) { return a += b; }
@@ -124,6 +130,7 @@ class QV_API CArchive {
   /// An archive that loads from the given bytes, which it copies.
   explicit CArchive(std::string_view bytes) : bytes_(bytes), storing_(false) {}
 
+  /// Which of both it does.
   bool IsStoring() const { return storing_; }
   bool IsLoading() const { return !storing_; }
   /// Appends n bytes.
@@ -137,6 +144,7 @@ class QV_API CArchive {
   /// The bytes stored so far.
   const std::string& Bytes() const { return bytes_; }
 
+  /// Store and load one value of four bytes.
   CArchive& operator<<(float v) { return Write(&v, sizeof v), *this; }
   CArchive& operator<<(std::uint32_t v) { return Write(&v, sizeof v), *this; }
   CArchive& operator<<(std::int32_t v) { return *this << static_cast<std::uint32_t>(v); }
@@ -164,6 +172,7 @@ template <class T, class ARG = const T&>
 class CArray : public CObject {
  public:
   CArray() = default;
+  /// The number of elements, and the index of the last: -1 when there are none.
   int GetSize() const { return static_cast<int>(items_.size()); }
   int GetUpperBound() const { return GetSize() - 1; }
   /// Makes the array n elements long (new ones default-constructed); a growBy of 0 or more replaces the grow-by.
@@ -173,6 +182,7 @@ class CArray : public CObject {
     if (size > items_.capacity()) items_.reserve(size);
     items_.resize(size);
   }
+  /// An element, by each of the names that host programs use; and all of them in one block.
   T& operator[](int i) { return items_[static_cast<std::size_t>(i)]; }
   const T& operator[](int i) const { return items_[static_cast<std::size_t>(i)]; }
   T& ElementAt(int i) { return (*this)[i]; }
@@ -191,18 +201,23 @@ class CArray : public CObject {
     }
     return GetUpperBound();
   }
+  /// Inserts before an element, and takes out a number of them; both move what follows.
   void InsertAt(int i, const T& value) { items_.insert(items_.begin() + i, value); }
   void RemoveAt(int i, int count = 1) { items_.erase(items_.begin() + i, items_.begin() + i + count); }
+  /// Takes out all and gives their memory back; `FreeExtra` gives back what is not in use.
   void RemoveAll() { std::vector<T>().swap(items_); }
   void FreeExtra() { items_.shrink_to_fit(); }
+  /// Becomes a copy of the other array, and changes places with it.
   void Copy(const CArray& other) { items_ = other.items_; }
   void Swap(CArray& other) { items_.swap(other.items_); }
+  /// For range-based loops.
   T* begin() { return items_.data(); }
   T* end() { return items_.data() + items_.size(); }
   const T* begin() const { return items_.data(); }
   const T* end() const { return items_.data() + items_.size(); }
 
  protected:
+  /// Copied by derived classes only; others say `Copy`.
   CArray(const CArray&) = default;
   CArray& operator=(const CArray&) = default;
 
@@ -236,10 +251,13 @@ class QV_API CPtrList : public CObject {
   CPtrList(const CPtrList&) = delete;
   CPtrList& operator=(const CPtrList&) = delete;
 
+  /// The number of pointers.
   int GetCount() const { return static_cast<int>(count_); }
   bool IsEmpty() const { return count_ == 0; }
+  /// The first and the last pointer, of a list that is not empty.
   void* GetHead() const { return first_->begin->data; }
   void* GetTail() const { return last_->end[-1].data; }
+  /// Their places; null when the list is empty.
   POSITION GetHeadPosition() const { return first_ ? first_->begin : nullptr; }
   POSITION GetTailPosition() const { return last_ ? last_->end - 1 : nullptr; }
   /// The pointer at the position, which moves on to the next.
@@ -249,6 +267,7 @@ class QV_API CPtrList : public CObject {
     if (++position == block->end) position = block->next ? block->next->begin : nullptr;
     return data;
   }
+  /// The pointer at the position.
   void* GetAt(POSITION position) const { return position->data; }
   /// Adds a pointer at the end or the head; null, with the list unchanged, when memory runs out.
   POSITION AddTail(void* data);
@@ -288,7 +307,9 @@ class QV_API CPtrList : public CObject {
 /// A map from texts to pointers, which it does not own.
 class CMapStringToPtr : public CObject {
  public:
+  /// An empty map; the number is taken for old callers and does nothing.
   explicit CMapStringToPtr(int = 10) {}
+  /// The number of keys.
   int GetCount() const { return static_cast<int>(items_.size()); }
   bool IsEmpty() const { return items_.empty(); }
   /// True, with the pointer in `value`, when the key is present.
@@ -298,9 +319,13 @@ class CMapStringToPtr : public CObject {
     value = found->second;
     return true;
   }
+  /// Sets the pointer of a key, present or not.
   void SetAt(const char* key, void* value) { items_[key] = value; }
+  /// Takes a key out; false when it was not there.
   bool RemoveKey(const char* key) { return items_.erase(key) > 0; }
+  /// Takes all keys out.
   void RemoveAll() { items_.clear(); }
+  /// For range-based loops over pairs of key and pointer, in no order.
   auto begin() const { return items_.begin(); }
   auto end() const { return items_.end(); }
 

@@ -9,6 +9,7 @@ namespace qv {
 
 /// The four message boxes: without icon, information, stop (each with OK), and a question with OK and Cancel.
 enum class BoxKind { Plain, Information, Stop, Question };
+/// What the user answered.
 enum class Answer { Ok, Cancel };
 
 /// The user interface. Texts are GBK bytes; adapters convert them.
@@ -22,12 +23,15 @@ class QV_API Host {
   /// The calculation-message window: one edit control of many lines. Created once, hidden, before anything else is
   /// asked of it. Character positions count the control's bytes, line breaks ("\r\n") included.
   virtual void CreateMessageWindow() = 0;
+  /// Shows or hides the window.
   virtual void ShowMessageWindow(bool visible) = 0;
+  /// One more than the line ends of its text.
   virtual int MessageLineCount() const = 0;
   /// The position where the line (0 the first) begins.
   virtual int MessageLineStart(int line) const = 0;
   /// Selects from one position up to another; positions beyond the end mean the end.
   virtual void SelectMessage(int from, int to) = 0;
+  /// Replaces what is selected.
   virtual void ReplaceMessageSelection(const char* text) = 0;
 
   /// Dispatches the messages that wait for this thread, so that windows stay alive in long computations.
@@ -45,9 +49,11 @@ QV_API Host& CurrentHost();
 class QV_API Window {
  public:
   virtual ~Window();
+  /// The area that the view draws on.
   virtual CRect ClientRect() const = 0;
   /// A device context on the client area, to be given back by `ReleaseClientContext`.
   virtual CDC& ClientContext() = 0;
+  /// Gives the context back.
   virtual void ReleaseClientContext() = 0;
   /// Asks for a repaint of the whole client area, with its background erased first when `erase` is set.
   virtual void Invalidate(bool erase) = 0;

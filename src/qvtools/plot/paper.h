@@ -14,6 +14,7 @@ struct PaperSize {
   double width = 0;
   double height = 0;
 
+  /// The longer and the shorter side, and the paper lying and standing.
   double longer() const { return width > height ? width : height; }
   double shorter() const { return width > height ? height : width; }
   PaperSize landscape() const { return {longer(), shorter()}; }
@@ -24,7 +25,7 @@ struct PaperSize {
 /// A format by its name; the sizes are landscape.
 struct PaperFormat {
   const char* name;  ///< "A2", or "A2+1/4" where the long side is lengthened by a quarter
-  PaperSize size;
+  PaperSize size;    ///< landscape, mm
 };
 
 /// All formats, the larger before the smaller. Source: GB/T 50001, sizes of sheets, and the lengthened sides that it

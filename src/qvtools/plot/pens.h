@@ -17,7 +17,7 @@ enum class PlotColors : char { Black, Grey, Color };
 /// One line of a table of pens.
 struct PenRule {
   enum class By : char { Anything, Color, Layer, LineType };
-  By by = By::Anything;
+  By by = By::Anything;     ///< what the rule looks at
   std::bitset<256> colors;  ///< for `By::Color`: the colour numbers, BYLAYER resolved
   std::string pattern;      ///< for a layer or line type: its name, "*" for any letters and "?" for one; GBK
   double width = -1;        ///< in mm; 0 the thinnest line, -1 the entity's own line weight
@@ -58,6 +58,7 @@ class PenTable {
 
   /// The rule for an entity; null when there is none.
   const PenRule* find(int color, std::string_view layer, std::string_view ltype) const;
+  /// All rules, in order.
   const std::vector<PenRule>& rules() const { return rules_; }
 
  private:

@@ -14,6 +14,7 @@
 
 namespace qv {
 
+/// What is asked of a picture.
 struct PictureOptions {
   /// In pixels, 1 to 32767 each way.
   CSize size{1600, 1000};
@@ -26,7 +27,8 @@ struct PictureOptions {
     double a = 0;
     double b = 0;
   };
-  std::optional<View> view;
+  std::optional<View> view;  ///< from where it is seen
+  /// The colour behind the drawing; white at first.
   COLORREF background = 0xFFFFFF;
   /// Colours, dashes, and from how many pixels on a pattern is drawn.
   Appearance appearance = {};

@@ -39,11 +39,14 @@ struct PlotPoint {
   double y = 0;
 };
 
+/// What is asked of a plot.
 struct PlotOptions {
+  /// How the paper lies.
   enum class Orientation : char { OfDrawing, Landscape, Portrait };
 
   /// The paper. When absent, a sheet's own; else A3.
   std::optional<PaperSize> paper;
+  /// How the paper lies; as the drawing asks for at first.
   Orientation orientation = Orientation::OfDrawing;
   /// How many millimetres of the drawing one of the paper shows: 50 for 1:50. When absent, a sheet's own on its own
   /// paper; else what fits.
@@ -63,6 +66,7 @@ struct PlotOptions {
 
   /// Not owned; null for line weights and colours of the drawing.
   const PenTable* pens = nullptr;
+  /// In which colours.
   PlotColors colors = PlotColors::Black;
   /// The palette of `PlotColors::Color` and `Grey`, the dashes, and from how many millimetres on a pattern is drawn.
   Appearance appearance = {nullptr, nullptr, kShortestPlotted};
@@ -78,7 +82,9 @@ struct PlotOptions {
   bool dated = false;     ///< PDF: with the time of plotting
 };
 
+/// What became of a plot.
 struct PlotReport {
+  /// A page of it.
   struct Page {
     std::string source;  ///< the drawing's name
     std::string sheet;   ///< the sheet's, where it has one
@@ -88,7 +94,7 @@ struct PlotReport {
     PaperSize size;      ///< of what is plotted, on paper
     std::string file;    ///< that the page is in; empty where it is in none
   };
-  std::vector<Page> pages;
+  std::vector<Page> pages;           ///< in order
   std::vector<std::string> remarks;  ///< what is not on the pages though the drawing has it, line by line
   std::string problem;               ///< why nothing was plotted
 };

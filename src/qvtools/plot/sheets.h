@@ -18,6 +18,7 @@ struct DrawingRect {
   double right = 0;
   double top = 0;
 
+  /// Its size.
   double width() const { return right - left; }
   double height() const { return top - bottom; }
 };
@@ -28,8 +29,8 @@ struct Sheet {
   DrawingRect border;  ///< the frame within it
   PaperSize paper;     ///< as it lies in the drawing
   double scale = 1;    ///< drawing units per millimetre of paper: 50 for 1:50 in millimetres
-  std::string name;    ///< the drawing's name and number in the title block, UTF-8; empty where none is found
-  std::string number;
+  std::string name;    ///< the drawing's name in the title block, UTF-8; empty where none is found
+  std::string number;  ///< its number, likewise
 };
 
 /// The sheets of a document, from top to bottom and from left to right; those within inserts too. A sheet is a

@@ -9,6 +9,7 @@
 
 #include "qvtools/api.h"
 
+/// A circle, and a line.
 QV_API void acad_circle(std::FILE* f, float x, float y, float r);
 QV_API void acad_line(std::FILE* f, float x1, float y1, float x2, float y2);
 /// A face of three corners.

@@ -14,11 +14,11 @@ class DXF;
 /// outline), or a change to the colour that the kind is. So colours 254 and 255 cannot be told from items.
 class QV_API CSlideItem : public CObject {
  public:
-  static constexpr unsigned char kVector = 255;
-  static constexpr unsigned char kSolid = 254;
-  unsigned char m_byKind = 0;
-  float m_fX[4] = {};
-  float m_fY[4] = {};
+  static constexpr unsigned char kVector = 255;  ///< a line
+  static constexpr unsigned char kSolid = 254;   ///< a filled quadrilateral
+  unsigned char m_byKind = 0;                    ///< a line, a quadrilateral, or a colour
+  float m_fX[4] = {};                            ///< slide units
+  float m_fY[4] = {};                            ///< slide units
 };
 
 /// A slide: it is read from a file or filled by drawing calls, and draws itself or becomes a script.
@@ -52,6 +52,7 @@ class QV_API CWxSlide {
   static COLORREF GetColor(int number);
   /// Draws the slide fitted into the rectangle; all in black on a printer or metafile.
   void Draw(CDC* dc, const CRect* rect);
+  /// Takes all items out.
   void Clear() { m_Items.clear(); }
 
   /// The drawing calls; they append items, or, after report 301, none when memory runs out.
@@ -61,6 +62,7 @@ class QV_API CWxSlide {
   /// Quirk: the solid of a wide segment lies around the origin, not along the segment; callers place it themselves.
   void Draw_Pline(float x1, float y1, float x2, float y2, float w1, float w2);
   void Draw_Pline(float x1, float y1, float x2, float y2, float w) { Draw_Pline(x1, y1, x2, y2, w, w); }
+  /// The pen: lines and wide lines from where it stands, absolute and relative; and n - 1 lines that join n points.
   void MoveTo(float x, float y) { m_fPenX = x, m_fPenY = y; }
   void MoveTo_Relative(float dx, float dy) { MoveTo(m_fPenX + dx, m_fPenY + dy); }
   void LineTo(float x, float y);
@@ -77,15 +79,15 @@ class QV_API CWxSlide {
   unsigned char m_Level1[16] = {};  ///< the block of a level-1 header, as read; its last byte stays 0
   unsigned short m_nHighX = 0;      ///< the virtual screen's size
   unsigned short m_nHighY = 0;
-  float m_fAspect = 0;
-  short m_nLastX = 0;  ///< the point that offsets count from
+  float m_fAspect = 0;  ///< width of the screen by its height, as read
+  short m_nLastX = 0;   ///< the point that offsets count from
   short m_nLastY = 0;
-  unsigned short m_nRecord = 0;
+  unsigned short m_nRecord = 0;     ///< the first word of the record that is being read
   std::vector<CSlideItem> m_Items;  ///< in file or call order
   float m_fScale = 1;               ///< device units a slide unit
   float m_fOriginX = 0;             ///< the slide point at the device origin
   float m_fOriginY = 0;
-  float m_fPenX = 0;
+  float m_fPenX = 0;  ///< where the pen stands
   float m_fPenY = 0;
 
  private:

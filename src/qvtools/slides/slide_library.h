@@ -12,6 +12,7 @@
 /// An open slide library. Names are compared without regard to the case of ASCII letters.
 class QV_API CWxSlideLib {
  public:
+  /// A slide of the directory.
   struct Entry {
     char m_szName[33];        ///< at most 32 bytes in the file
     std::uint32_t m_nOffset;  ///< the slide's first byte in the file
@@ -41,9 +42,9 @@ class QV_API CWxSlideLib {
   /// there is no dot, no such library or no such slide.
   int Read_SLB_SLD(const CString& name, CWxSlide* slide);
 
-  int m_nCount = 0;
-  std::vector<Entry> m_Directory;
-  std::FILE* m_fp = nullptr;  ///< the open library, owned
+  int m_nCount = 0;                ///< slides in the directory
+  std::vector<Entry> m_Directory;  ///< in file order
+  std::FILE* m_fp = nullptr;       ///< the open library, owned
 
  private:
   void close();

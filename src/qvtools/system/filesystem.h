@@ -19,6 +19,7 @@ struct PathParts {
   std::string_view base;
   std::string_view extension;
 };
+/// Takes a path apart, by the rules of both systems.
 QV_API PathParts split_path(const char* path);
 
 /// `Other` are devices, pipes and the like.

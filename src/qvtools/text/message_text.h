@@ -8,6 +8,7 @@
 
 namespace qv {
 
+/// The text and its selection, which is empty and at the end at first.
 class QV_API MessageText {
  public:
   /// One more than the number of line ends.
@@ -20,6 +21,7 @@ class QV_API MessageText {
   bool AppendsNext() const { return from_ == bytes_.size(); }
   /// Replaces the selection by the text; the selection is then empty and stands after it.
   void Replace(const char* text);
+  /// The text.
   const std::string& Bytes() const { return bytes_; }
 
  private:

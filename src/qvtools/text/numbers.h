@@ -46,14 +46,16 @@ QV_API int format_text(char* out, std::size_t size, const char* format, ...) QV_
 /// A text of less than `size` bytes, formatted likewise.
 template <std::size_t size>
 struct FormattedText {
-  char text[size];
-  int length;
+  char text[size];  ///< terminated
+  int length;       ///< in bytes
+  /// Formats it.
   explicit FormattedText(const char* format, ...) QV_FORMAT(2, 3) {
     std::va_list values;
     va_start(values, format);
     length = format_list(text, size, format, values);
     va_end(values);
   }
+  /// The text.
   operator const char*() const { return text; }
 };
 

@@ -48,12 +48,12 @@ class QV_API ACAD_BLOCK : public qv::WorkingRecords {
   int Copy(const ACAD_BLOCK* other);
   ACAD_BLOCK& operator=(const ACAD_BLOCK& other);
 
+  /// What the operations of an entity do, for all entities of the block together; see `ACAD_ENTITY`.
   virtual CFRect GetFRect(ACAD_INSERT* insert);
   virtual CFRect GetFRect3D(float a, float b, ACAD_INSERT* insert);
   virtual void Draw3D(CDC* dc, CFCoor* coor, float a, float b, ACAD_INSERT* insert);
   virtual int HitTest(const CFRegion& region, int mode, float a, float b, ACAD_INSERT* insert);
   virtual int HitTest(const CFRect& rect, int mode, float a, float b, ACAD_INSERT* insert);
-
   void Draw(CDC* dc, CFCoor* coor, ACAD_INSERT* insert);
   /// Restores the defaults and deletes the entities.
   void Ini();
@@ -66,13 +66,13 @@ class QV_API ACAD_BLOCK : public qv::WorkingRecords {
   ACAD_Entity_Type Read_One_Entity(std::FILE* file);
   virtual ~ACAD_BLOCK();
 
-  float m_fScale = 1;
-  float m_fScale2 = 0;  ///< Quirk: `Ini` leaves it as it is; derived programs keep a value of their own here.
-  float m_fRotation = 0;
-  char m_szLayer[qv::kNameSize] = "0";
-  char m_szName[qv::kNameSize] = "0";
-  int m_nFlags = 0;
-  int m_nColor = qv::kByLayer;
-  qv::Point3 m_Base;
-  CPtrList m_EntityList;  ///< owned `ACAD_ENTITY` records, in file order
+  float m_fScale = 1;     ///< not in the file; for callers
+  float m_fScale2 = 0;    ///< Quirk: `Ini` leaves it as it is; derived programs keep a value of their own here.
+  float m_fRotation = 0;  ///< not in the file; for callers
+  char m_szLayer[qv::kNameSize] = "0";  ///< group 8
+  char m_szName[qv::kNameSize] = "0";   ///< group 2; what inserts name
+  int m_nFlags = 0;                     ///< group 70
+  int m_nColor = qv::kByLayer;          ///< not in the file
+  qv::Point3 m_Base;                    ///< group 10: the point that comes to the insertion point
+  CPtrList m_EntityList;                ///< owned `ACAD_ENTITY` records, in file order
 };

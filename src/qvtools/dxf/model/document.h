@@ -35,6 +35,7 @@ inline constexpr int kDefaultMaxLayer = 20;
 inline constexpr int kDefaultMaxStyle = 5;
 }  // namespace qv
 
+/// A drawing, in memory or streamed.
 class QV_API DXF : public qv::WorkingRecords {
  public:
   DXF();
@@ -57,6 +58,8 @@ class QV_API DXF : public qv::WorkingRecords {
   int Add_LType(const char* name, const char* description, int count, float length, const float* elements);
   /// Adds a layer; its line type must be present.
   int Add_Layer(const char* name, int color, const char* ltype);
+  /// Adds a text style of a shape font for single bytes and a big font (may be "") for Chinese, by their names, such as
+  /// "txt" and "hztxt".
   int Add_STyle(const char* name, const char* font, const char* bigFont);
 
   /// Takes whole tables in the place of the present ones, each of that many entries, at least 1, the standard entry
@@ -72,6 +75,7 @@ class QV_API DXF : public qv::WorkingRecords {
   /// numbers.
   int Begin_OneBlock(const char* name, float x, float y, float z, const char* layer, const char* ignored,
                      const char* flags);
+  /// The end of a block's definition, and the frame of the entities.
   int End_OneBlock();
   int Begin_Entity();
   int End_Entity();
@@ -84,6 +88,7 @@ class QV_API DXF : public qv::WorkingRecords {
   /// Rotation in degrees. The style's width factor becomes the text's.
   int Write_Text(float x, float y, float z, float height, float rotation, const char* text, const char* style,
                  const char* layer, const char* color, const char* ltype);
+  /// A circle, which lies in the plane.
   int Write_Circle(float x, float y, float z, float radius, const char* layer, const char* color, const char* ltype);
   /// Angles in degrees, counter-clockwise from start to end.
   int Write_Arc(float x, float y, float z, float radius, float startAngle, float endAngle, const char* layer,
@@ -112,6 +117,7 @@ class QV_API DXF : public qv::WorkingRecords {
   int Find_Start_Entities() { return find_section("ENTITIES"); }
   /// Reads the tables section, each table sized from its own count (1 to 1000).
   int Read_Tables();
+  /// Reads the next of the three tables, up to the end of the section: 0 when none is left.
   int Read_One_Table();
   /// Reads the next block definition into the working block.
   int Read_One_Block();
@@ -182,23 +188,23 @@ class QV_API DXF : public qv::WorkingRecords {
   /// so that other programs show Chinese texts rightly. Off by default: the section is empty. Set it before the tables
   /// are written.
   int m_bCodePageHeader = 0;
-  char m_szFileName[300] = "";
-  std::FILE* m_fp = nullptr;  ///< the file; a binary stream into which the document itself writes CR LF
-  int m_nOpenMode = -1;       ///< -1 nothing opened yet, 0 created for writing, 1 opened for reading
-  int m_nReserved = 0;
-  int m_nMaxLType = qv::kDefaultMaxLType;
-  int m_nMaxLayer = qv::kDefaultMaxLayer;
-  int m_nMaxStyle = qv::kDefaultMaxStyle;
-  CFCoor* m_pCoor;                    ///< the transform last given to `Draw`, not owned; `G_ConCoor` at first
-  CPtrList m_EntityList{kListBlock};  ///< owned `ACAD_ENTITY` records, in drawing order
-  CPtrList m_BlockList;               ///< owned `ACAD_BLOCK` records, in file order
-  int m_nLType = 0;                   ///< entries in use of each table
-  int m_nLayer = 0;
-  int m_nStyle = 0;
+  char m_szFileName[300] = "";             ///< of the file that is open, or was last
+  std::FILE* m_fp = nullptr;               ///< the file; a binary stream into which the document itself writes CR LF
+  int m_nOpenMode = -1;                    ///< -1 nothing opened yet, 0 created for writing, 1 opened for reading
+  int m_nReserved = 0;                     ///< not used
+  int m_nMaxLType = qv::kDefaultMaxLType;  ///< capacities of the tables
+  int m_nMaxLayer = qv::kDefaultMaxLayer;  ///< capacities of the tables
+  int m_nMaxStyle = qv::kDefaultMaxStyle;  ///< capacities of the tables
+  CFCoor* m_pCoor;                         ///< the transform last given to `Draw`, not owned; `G_ConCoor` at first
+  CPtrList m_EntityList{kListBlock};       ///< owned `ACAD_ENTITY` records, in drawing order
+  CPtrList m_BlockList;                    ///< owned `ACAD_BLOCK` records, in file order
+  int m_nLType = 0;                        ///< entries in use of each table
+  int m_nLayer = 0;                        ///< entries in use
+  int m_nStyle = 0;                        ///< entries in use
   std::unique_ptr<ACAD_LTYPE[]> m_pLType;  ///< as many entries as the capacity; null before the first open
-  std::unique_ptr<ACAD_LAYER[]> m_pLayer;
-  std::unique_ptr<ACAD_STYLE[]> m_pStyle;
-  ACAD_BLOCK m_Block;  ///< the reader's working block
+  std::unique_ptr<ACAD_LAYER[]> m_pLayer;  ///< likewise
+  std::unique_ptr<ACAD_STYLE[]> m_pStyle;  ///< likewise
+  ACAD_BLOCK m_Block;                      ///< the reader's working block
 
  private:
   static constexpr int kListBlock = 8000;  // long blocks are walked at the speed of an array

@@ -54,6 +54,7 @@ class QV_API ACAD_ENTITY : public qv::PooledRecord {
   /// Writes the record to the stream; lines end in "\n", as the stream translates it. Returns 1, or 0 when a write
   /// failed.
   virtual int Write(std::FILE* /*file*/) { return 1; }
+  /// The kind of the entity.
   virtual ACAD_Entity_Type GetType() { return ACAD_TYPE_NONE; }
   /// The plan extent in world units.
   virtual CFRect GetFRect() { return {}; }
@@ -83,7 +84,7 @@ class QV_API ACAD_ENTITY : public qv::PooledRecord {
 /// z cos b. Plan is a = 0, b = pi/2.
 QV_API void TouYing3Dto2D(float x, float y, float z, float a, float b, float& u, float& v);
 
-// What every kind of entity overrides; `Ini` restores the defaults of its fields.
+/// What every kind of entity overrides; `Ini` restores the defaults of its fields.
 #define QV_ENTITY_OPERATIONS                                                \
   int Read(std::FILE* file) override;                                       \
   int Write(std::FILE* file) override;                                      \
@@ -101,19 +102,19 @@ QV_API void TouYing3Dto2D(float x, float y, float z, float a, float b, float& u,
 class QV_API ACAD_POINT : public ACAD_ENTITY {
  public:
   QV_ENTITY_OPERATIONS
-  char m_szLayer[qv::kNameSize] = "0";
-  qv::Point3 m_Point;
+  char m_szLayer[qv::kNameSize] = "0";  ///< group 8
+  qv::Point3 m_Point;                   ///< group 10
 };
 
 /// A straight line.
 class QV_API ACAD_LINE : public ACAD_ENTITY {
  public:
   QV_ENTITY_OPERATIONS
-  char m_szLayer[qv::kNameSize] = "0";
-  char m_szLType[qv::kNameSize] = "BYLAYER";
-  int m_nColor = qv::kByLayer;
-  qv::Point3 m_Start;
-  qv::Point3 m_End{1, 1, 1};
+  char m_szLayer[qv::kNameSize] = "0";        ///< group 8
+  char m_szLType[qv::kNameSize] = "BYLAYER";  ///< group 6; not written when it is "BYLAYER"
+  int m_nColor = qv::kByLayer;                ///< group 62; not written when it is negative
+  qv::Point3 m_Start;                         ///< group 10
+  qv::Point3 m_End{1, 1, 1};                  ///< group 11
 };
 
 /// One line of text, drawn from its insertion point at the left end of the base line.
@@ -126,54 +127,55 @@ class QV_API ACAD_TEXT : public ACAD_ENTITY {
   /// floats each. Returns 1.
   int GetOutLook(float* x, float* y);
 
-  int m_bWidthGiven = 0;  ///< whether group 41 was there when the text was read
-  char m_szLayer[qv::kNameSize] = "0";
-  char m_szLType[qv::kNameSize] = "BYLAYER";
-  int m_nColor = qv::kByLayer;
-  qv::Point3 m_Insert;
-  float m_fHeight = 0.2F;
-  char m_szText[qv::kContentsSize] = "";
-  char m_szStyle[qv::kNameSize] = "STANDARD";
-  float m_fRotation = 0;
-  float m_fWidthFactor = 0.75F;
-  int m_nJustify = 0;
-  qv::Point3 m_Align;
+  int m_bWidthGiven = 0;                       ///< whether group 41 was there when the text was read
+  char m_szLayer[qv::kNameSize] = "0";         ///< group 8
+  char m_szLType[qv::kNameSize] = "BYLAYER";   ///< group 6; not written when it is "BYLAYER"
+  int m_nColor = qv::kByLayer;                 ///< group 62; not written when it is negative
+  qv::Point3 m_Insert;                         ///< group 10: the left end of the base line
+  float m_fHeight = 0.2F;                      ///< group 40
+  char m_szText[qv::kContentsSize] = "";       ///< group 1, GBK
+  char m_szStyle[qv::kNameSize] = "STANDARD";  ///< group 7
+  float m_fRotation = 0;                       ///< group 50, degrees
+  float m_fWidthFactor = 0.75F;                ///< group 41
+  int m_nJustify = 0;                          ///< group 72; kept, the text is drawn from its insertion point
+  qv::Point3 m_Align;                          ///< group 11; kept
 };
 
+/// A circle in the plane.
 class QV_API ACAD_CIRCLE : public ACAD_ENTITY {
  public:
   QV_ENTITY_OPERATIONS
-  char m_szLayer[qv::kNameSize] = "0";
-  char m_szLType[qv::kNameSize] = "BYLAYER";
-  int m_nColor = qv::kByLayer;
-  qv::Point3 m_Center;
-  float m_fRadius = 1;
+  char m_szLayer[qv::kNameSize] = "0";        ///< group 8
+  char m_szLType[qv::kNameSize] = "BYLAYER";  ///< group 6; not written when it is "BYLAYER"
+  int m_nColor = qv::kByLayer;                ///< group 62; not written when it is negative
+  qv::Point3 m_Center;                        ///< group 10
+  float m_fRadius = 1;                        ///< group 40
 };
 
 /// A circular arc, counter-clockwise from its start angle to its end angle.
 class QV_API ACAD_ARC : public ACAD_ENTITY {
  public:
   QV_ENTITY_OPERATIONS
-  char m_szLayer[qv::kNameSize] = "0";
-  char m_szLType[qv::kNameSize] = "BYLAYER";
-  int m_nColor = qv::kByLayer;
-  qv::Point3 m_Center;
-  float m_fRadius = 1;
-  float m_fStartAngle = 0;
-  float m_fEndAngle = 90;
+  char m_szLayer[qv::kNameSize] = "0";        ///< group 8
+  char m_szLType[qv::kNameSize] = "BYLAYER";  ///< group 6; not written when it is "BYLAYER"
+  int m_nColor = qv::kByLayer;                ///< group 62; not written when it is negative
+  qv::Point3 m_Center;                        ///< group 10
+  float m_fRadius = 1;                        ///< group 40
+  float m_fStartAngle = 0;                    ///< group 50, degrees
+  float m_fEndAngle = 90;                     ///< group 51, degrees
 };
 
 /// One vertex of a polyline and the segment that leaves it: widths at its two ends, and its bulge, the tangent of a
 /// quarter of the arc's included angle (positive counter-clockwise, 0 straight).
 struct QV_API ACAD_VERTEX {
-  char m_szLayer[qv::kNameSize] = "0";
-  char m_szLType[qv::kNameSize] = "BYLAYER";
-  int m_nColor = qv::kByLayer;
-  qv::Point3 m_Point;
-  float m_fStartWidth = 0;
-  float m_fEndWidth = 0;
-  float m_fBulge = 0;
-  int m_nFlags = 0;
+  char m_szLayer[qv::kNameSize] = "0";        ///< group 8
+  char m_szLType[qv::kNameSize] = "BYLAYER";  ///< group 6; not written when it is "BYLAYER"
+  int m_nColor = qv::kByLayer;                ///< group 62; not written when it is negative
+  qv::Point3 m_Point;                         ///< group 10
+  float m_fStartWidth = 0;                    ///< group 40
+  float m_fEndWidth = 0;                      ///< group 41
+  float m_fBulge = 0;                         ///< group 42
+  int m_nFlags = 0;                           ///< group 70
 };
 
 /// A polyline. It owns its vertices; copies are deep. The two points repeat its first two vertices and are never
@@ -182,53 +184,54 @@ class QV_API ACAD_POLYLINE : public ACAD_ENTITY {
  public:
   ACAD_POLYLINE() = default;
   ACAD_POLYLINE(const ACAD_POLYLINE&) = delete;
-  ACAD_POLYLINE& operator=(const ACAD_POLYLINE& other);
   /// Becomes a deep copy of the other polyline.
   void Copy(const ACAD_POLYLINE* other);
+  ACAD_POLYLINE& operator=(const ACAD_POLYLINE& other);
+
   QV_ENTITY_OPERATIONS
 
-  char m_szLayer[qv::kNameSize] = "0";
-  char m_szLType[qv::kNameSize] = "BYLAYER";
-  int m_nColor = qv::kByLayer;
-  qv::Point3 m_First;
-  qv::Point3 m_Second{1, 1, 1};
-  float m_fStartWidth = 0;
-  float m_fEndWidth = 0;
-  int m_nFlags = 0;  ///< 1 closed
-  CArray<ACAD_VERTEX, ACAD_VERTEX&> m_Vertices;
+  char m_szLayer[qv::kNameSize] = "0";           ///< group 8
+  char m_szLType[qv::kNameSize] = "BYLAYER";     ///< group 6; not written when it is "BYLAYER"
+  int m_nColor = qv::kByLayer;                   ///< group 62; not written when it is negative
+  qv::Point3 m_First;                            ///< the first vertex
+  qv::Point3 m_Second{1, 1, 1};                  ///< the second vertex
+  float m_fStartWidth = 0;                       ///< group 40: of vertices without a width of their own
+  float m_fEndWidth = 0;                         ///< group 41
+  int m_nFlags = 0;                              ///< group 70: 1 closed
+  CArray<ACAD_VERTEX, ACAD_VERTEX&> m_Vertices;  ///< in order
 };
 
 /// A filled quadrilateral; its corners are stored in zigzag order (the third is opposite the second).
 class QV_API ACAD_SOLID : public ACAD_ENTITY {
  public:
   QV_ENTITY_OPERATIONS
-  char m_szLayer[qv::kNameSize] = "0";
-  char m_szLType[qv::kNameSize] = "BYLAYER";
-  int m_nColor = qv::kByLayer;
-  qv::Point3 m_Corner[4];
+  char m_szLayer[qv::kNameSize] = "0";        ///< group 8
+  char m_szLType[qv::kNameSize] = "BYLAYER";  ///< group 6; not written when it is "BYLAYER"
+  int m_nColor = qv::kByLayer;                ///< group 62; not written when it is negative
+  qv::Point3 m_Corner[4];                     ///< groups 10, 11, 12, 13
 };
 
 /// A face in space, drawn as its four edges.
 class QV_API ACAD_3DFACE : public ACAD_ENTITY {
  public:
   QV_ENTITY_OPERATIONS
-  char m_szLayer[qv::kNameSize] = "0";
-  char m_szLType[qv::kNameSize] = "BYLAYER";
-  int m_nColor = qv::kByLayer;
-  qv::Point3 m_Corner[4];
+  char m_szLayer[qv::kNameSize] = "0";        ///< group 8
+  char m_szLType[qv::kNameSize] = "BYLAYER";  ///< group 6; not written when it is "BYLAYER"
+  int m_nColor = qv::kByLayer;                ///< group 62; not written when it is negative
+  qv::Point3 m_Corner[4];                     ///< groups 10, 11, 12, 13
 };
 
 /// A placed block. It draws nothing itself, and its own extent is empty: the block's operations take the insert.
 class QV_API ACAD_INSERT : public ACAD_ENTITY {
  public:
   QV_ENTITY_OPERATIONS
-  char m_szLayer[qv::kNameSize] = "0";
-  int m_nColor = qv::kByLayer;  ///< kept, never written
-  char m_szBlock[qv::kNameSize] = "";
-  qv::Point3 m_Insert;
-  float m_fScaleX = 1;
-  float m_fScaleY = 1;
-  float m_fRotation = 0;
+  char m_szLayer[qv::kNameSize] = "0";  ///< group 8
+  int m_nColor = qv::kByLayer;          ///< kept, never written
+  char m_szBlock[qv::kNameSize] = "";   ///< group 2: the block's name
+  qv::Point3 m_Insert;                  ///< group 10: where the base point comes
+  float m_fScaleX = 1;                  ///< group 41; kept, blocks are drawn unscaled
+  float m_fScaleY = 1;                  ///< group 42; likewise
+  float m_fRotation = 0;                ///< group 50, degrees; kept, blocks are drawn unturned
 };
 
 #undef QV_ENTITY_OPERATIONS

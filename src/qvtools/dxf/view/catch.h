@@ -22,12 +22,13 @@ enum class CatchKind : std::uint8_t {
   Insertion,      ///< of a text or a block
   Nearest,        ///< anywhere on a curve
 };
-inline constexpr int kCatchKinds = 10;
+inline constexpr int kCatchKinds = 10;  ///< how many kinds there are
 
 /// A set of kinds is the sum of their bits.
 constexpr unsigned CatchBit(CatchKind kind) {
   return 1U << static_cast<unsigned>(kind);
 }
+/// All kinds.
 inline constexpr unsigned kAllCatches = (1U << kCatchKinds) - 1;
 
 /// A point in the plane of a view, exact where the drawing is.
@@ -37,6 +38,7 @@ struct PlanePoint {
   friend bool operator==(const PlanePoint&, const PlanePoint&) = default;
 };
 
+/// What is looked for.
 struct CatchQuery {
   PlanePoint at;                   ///< the pointer, in the plane of the view
   double reach = 0;                ///< how far off it is looked, in drawing units
@@ -44,10 +46,11 @@ struct CatchQuery {
   std::optional<PlanePoint> from;  ///< what perpendiculars and tangents come from; without it there are none
 };
 
+/// A point that was found.
 struct CaughtPoint {
-  PlanePoint at;
-  CatchKind kind = CatchKind::Nearest;
-  double radius = 0;  ///< of the arc or circle that a centre belongs to
+  PlanePoint at;                        ///< where it is
+  CatchKind kind = CatchKind::Nearest;  ///< what it is
+  double radius = 0;                    ///< of the arc or circle that a centre belongs to
   ACAD_ENTITY* entity =
       nullptr;  ///< whose point it is, the first of two that cross; an insert for what its block shows
 };

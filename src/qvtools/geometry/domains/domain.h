@@ -12,10 +12,10 @@
 /// radius of an arc is the distance of its centre from this vertex; the next vertex gives only the direction in which
 /// it ends. An arc whose ends lie in one direction, and one of radius 0, has no sweep.
 struct CDomainEdge {
-  int reserved = 0;
+  int reserved = 0;  ///< not used
   int side = 1;   ///< working mark of the crossing count: the piece lies above the test line (1), below (-1), on it (0)
   int isArc = 0;  ///< 1: the edge is a circular arc; 0: straight
-  float x = 0;
+  float x = 0;    ///< the vertex
   float y = 0;
   float cx = 0;  ///< centre, of arcs only
   float cy = 0;
@@ -82,6 +82,7 @@ class QV_API CPointInDomain {
   void Draw_SCR(std::FILE* f, const CDomainEdge& edge, const CDomainEdge& next) const;
   void Draw_SCR(std::FILE* f, int n, const CDomainEdge* edges) const;
 
+  /// Exchanges two values.
   void Swap(float& a, float& b) const { std::swap(a, b); }
 
   // The steps of the crossing count, on records relative to the tested point, whose ray is the X axis.

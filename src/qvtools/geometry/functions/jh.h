@@ -50,6 +50,7 @@ inline int JH_TestAngleInArc(float a, float a1, float a2, float tol) {
 
 // --- Distances and areas
 
+/// The distance of two points, and the same under its second name.
 inline float JH_GetDistance(float x1, float y1, float x2, float y2) {
   const double dx = static_cast<double>(x2) - x1, dy = static_cast<double>(y2) - y1;
   return static_cast<float>(std::sqrt(dx * dx + dy * dy));

@@ -13,6 +13,7 @@ QV_API int in_domain(int n, const float* xs, const float* ys, float px, float py
 /// 1 when `in_domain` gives anything but 0; else, and for n < 1, 0.
 QV_API int point_in_area(int n, const POINT_2D* points, float px, float py);
 
+/// The area, positive when the points turn counter-clockwise.
 QV_API float area_poli(int n, const float* xs, const float* ys);
 /// The centroid; the first vertex when twice the area is below 1e-7. Nothing is written for n < 1.
 QV_API void centroid_poli(int n, const float* xs, const float* ys, float* cx, float* cy);

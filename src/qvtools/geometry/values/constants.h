@@ -5,12 +5,12 @@
 
 namespace qv {
 
-inline constexpr double kPi = 3.1415926535;
-inline constexpr double kTwoPi = 6.283185307;
+inline constexpr double kPi = 3.1415926535;    ///< half a turn
+inline constexpr double kTwoPi = 6.283185307;  ///< a full turn
 
 }  // namespace qv
 
-inline constexpr float PI_F = 3.1415927f;
-inline constexpr float TWO_PI_F = 6.2831855f;
-inline constexpr float HALF_PI_F = 1.5707964f;
-inline constexpr float THREE_HALF_PI_F = 4.712389f;
+inline constexpr float PI_F = 3.1415927f;            ///< half a turn
+inline constexpr float TWO_PI_F = 6.2831855f;        ///< a full turn
+inline constexpr float HALF_PI_F = 1.5707964f;       ///< a quarter of a turn
+inline constexpr float THREE_HALF_PI_F = 4.712389f;  ///< three quarters of a turn

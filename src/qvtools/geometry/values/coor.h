@@ -20,6 +20,7 @@ class QV_API CFCoor {
   unsigned char reverseY = 1;  ///< not 0: device Y grows as world Y falls
 
   CFCoor() = default;
+  /// The world point at device (0, 0), device units per world unit, and whether Y is reversed.
   CFCoor(const CFPoint& at, float unitsPerWorld, int reverse) { Init(at, unitsPerWorld, reverse); }
   void Init(const CFPoint& at, float unitsPerWorld, int reverse) {
     origin = at;
@@ -27,6 +28,7 @@ class QV_API CFCoor {
     SetReverse(reverse);
   }
 
+  /// The three fields, one by one.
   void SetOrigin(const CFPoint& p) { origin = p; }
   const CFPoint& GetOrigin() const { return origin; }
   void SetScale(float s) { scale = s; }

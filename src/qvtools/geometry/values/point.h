@@ -8,13 +8,15 @@ class CArchive;
 /// counter-clockwise from +X.
 class QV_API CFPoint {
  public:
-  float x;
-  float y;
+  float x;  ///< world units
+  float y;  ///< world units
 
   /// Leaves both fields as they are.
   CFPoint() {}
+  /// Both fields as given.
   CFPoint(float px, float py) : x(px), y(py) {}
 
+  /// The fields, as host programs read and set them.
   float GetX() const { return x; }
   float GetY() const { return y; }
   void SetX(float v) { x = v; }
@@ -23,6 +25,7 @@ class QV_API CFPoint {
   /// Exact comparison of both fields.
   bool operator==(const CFPoint& p) const { return x == p.x && y == p.y; }
   bool operator!=(const CFPoint& p) const { return !(*this == p); }
+  /// Sums and differences, field by field.
   CFPoint operator+(const CFPoint& p) const { return {x + p.x, y + p.y}; }
   CFPoint operator-(const CFPoint& p) const { return {x - p.x, y - p.y}; }
   CFPoint& operator+=(const CFPoint& p) { return *this = *this + p; }

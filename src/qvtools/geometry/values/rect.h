@@ -9,10 +9,10 @@ class CFShape;
 /// put the corners in order; the other operations take a rectangle in order for granted.
 class QV_API CFRect {
  public:
-  float x1 = 0;
-  float y1 = 0;
-  float x2 = 0;
-  float y2 = 0;
+  float x1 = 0;  ///< the smallest x
+  float y1 = 0;  ///< the smallest y
+  float x2 = 0;  ///< the largest x
+  float y2 = 0;  ///< the largest y
 
   CFRect() = default;
   /// The rectangle of two opposite corners (a, b) and (c, d), in any order.
@@ -21,11 +21,13 @@ class QV_API CFRect {
   /// The extent of a shape, grown by `margin` on every side.
   CFRect(float margin, const CFShape& shape);
 
+  /// Becomes the rectangle of two opposite corners, in any order.
   void Init(float a, float b, float c, float d);
   void Init(const CFPoint& p1, const CFPoint& p2) { Init(p1.x, p1.y, p2.x, p2.y); }
   void SetFRect(float a, float b, float c, float d) { Init(a, b, c, d); }
   void SetFRect(const CFPoint& p1, const CFPoint& p2) { Init(p1, p2); }
 
+  /// Along x, and along y.
   float Width() const { return x2 - x1; }
   float Height() const { return y2 - y1; }
   /// The corner of the smallest coordinates, and the one of the largest.

@@ -15,9 +15,11 @@ class QV_API CFRegion : public CArray<CFShoot, const CFShoot&> {
   CFRegion(const CFPoint* points, int n) { Init(points, n); }
   /// The four corners of a rectangle, counter-clockwise from the smallest.
   CFRegion(const CFRect& r);
+
+  /// A copy.
   CFRegion(const CFRegion& other) : CArray() { *this = other; }
   CFRegion& operator=(const CFRegion& other);
-
+  /// Becomes the outline through n points, all edges straight, or a copy.
   void Init(const CFPoint* points, int n);
   void Init(const CFRegion& other) { *this = other; }
 
@@ -54,10 +56,12 @@ class QV_API CFRegion : public CArray<CFShoot, const CFShoot&> {
   /// 1 when two outlines meet; when `inside` is not 0 also when one lies inside the other; else 0.
   int Intersect(const CFRegion& other, int inside) const;
 
+  /// Moves the outline by a vector, and turns it about c by a radians, counter-clockwise.
   CFRegion& Offset(const CFPoint& by);
   CFRegion& Rotate(const CFPoint& c, double a);
   /// The mirror image in the line through p1 and p2; arcs turn round.
   CFRegion& Mirror(const CFPoint& p1, const CFPoint& p2);
+  /// Scales the distances from c by k.
   CFRegion& Stretch(const CFPoint& c, double k);
 
   /// Stores or loads an unsigned 32-bit vertex count, then x, y, C of each vertex as 4-byte floats. When fewer bytes

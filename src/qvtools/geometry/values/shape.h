@@ -33,21 +33,25 @@ class QV_API CFShape : public CFPoint {
   /// The arc from p1 through p2 to p3 on their common circle. Points on one line give the segment from p1 to p3.
   CFShape(const CFPoint& p1, const CFPoint& p2, const CFPoint& p3);
 
+  /// The kind: 1 for yes, 0 for no.
   int IsPoint() const { return R == 0; }
   int IsLine() const { return R != 0 && B == 0; }
   int IsArc() const { return R != 0 && B != 0 && std::fabs(B) < qv::kTwoPi; }
   int IsCircle() const { return R != 0 && std::fabs(B) >= qv::kTwoPi; }
 
+  /// The fields, as a figure whose R is not negative has them; both names of each do the same.
   float GetR() const { return std::fabs(R); }
   float GetRadius() const { return std::fabs(R); }
   float GetA() const { return R < 0 ? static_cast<float>(A + qv::kPi) : A; }
   float GetStartAngle() const { return GetA(); }
   float GetB() const { return B; }
   float GetEndAngle() const { return static_cast<float>((R < 0 ? A + qv::kPi : A) + B); }
+  /// Set them; the sign of R stays.
   void SetA(double a) { A = static_cast<float>(R < 0 ? a + qv::kPi : a); }
   void SetR(float r) { R = R < 0 ? -r : r; }
   void SetB(float b) { B = b; }
 
+  /// The ends of the figure, in the direction of its sweep.
   CFPoint GetStartPoint() const;
   CFPoint GetEndPoint() const;
   /// Half-way along the figure; for a circle its top.
@@ -89,6 +93,7 @@ class QV_API CFShape : public CFPoint {
   /// around it; a shape is not similar to itself.
   int Similar(const CFShape& s, float tol) const;
 
+  /// Turns the figure about c by a radians, counter-clockwise, or scales its distances from c by k.
   CFShape& Rotate(const CFPoint& c, double a);
   CFShape& Stretch(const CFPoint& c, double k);
   /// The mirror image in the line through p1 and p2; the sweep turns round.
@@ -108,10 +113,12 @@ class QV_API CFShoot : public CFPoint {
   /// that runs clockwise, negative for one that runs counter-clockwise.
   float C;
 
+  /// A vertex; without c its edge is straight.
   CFShoot() : C(0) {}
   CFShoot(float px, float py, float c = 0) : CFPoint(px, py), C(c) {}
   CFShoot(const CFPoint& p, float c = 0) : CFPoint(p), C(c) {}
 
+  /// Whether the edge is straight, an arc (a full circle too), a full circle; and its angle.
   int IsLine() const { return C == 0; }
   int IsArc() const { return C != 0; }
   int IsCircle() const { return std::fabs(C) >= qv::kTwoPi; }

@@ -21,6 +21,7 @@
 
 namespace qv {
 
+/// A picture in memory that is drawn on.
 class QV_API BitmapContext : public CDC {
  public:
   /// A bitmap of the given size (at least 1 by 1, at most 32767 each way), filled with the background colour. When

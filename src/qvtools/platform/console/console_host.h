@@ -13,6 +13,7 @@ namespace qv {
 /// is asked when standard input is a terminal; else the answer is OK.
 class QV_API ConsoleHost : public Host {
  public:
+  /// Tells this size as that of the screen, since there is none.
   explicit ConsoleHost(CSize screen = {1920, 1080});
   ~ConsoleHost() override;
 
@@ -26,6 +27,7 @@ class QV_API ConsoleHost : public Host {
   void DrainMessages() override {}
   CSize ScreenSize() const override { return screen_; }
 
+  /// Changes it.
   void SetScreenSize(CSize screen) { screen_ = screen; }
   /// What the message window holds (GBK, lines ended by "\r\n"), and whether it is shown.
   const std::string& MessageText() const { return messages_.Bytes(); }

@@ -15,6 +15,7 @@
 
 namespace qv {
 
+/// A device context on a painter.
 class QtContext : public CDC {
  public:
   /// What the painter draws on: pixels, or something that records lines; a page of a printer; a picture to be played

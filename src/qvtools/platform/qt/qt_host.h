@@ -12,6 +12,7 @@
 
 namespace qv {
 
+/// Message boxes and the message window in Qt.
 class QtHost : public Host {
  public:
   QtHost();

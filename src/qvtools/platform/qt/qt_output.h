@@ -10,6 +10,7 @@
 
 namespace qv {
 
+/// A PNG of the bitmap.
 bool save_png_with_qt(const BitmapContext& bitmap, const std::string& path);
 /// `draw` draws on a picture of the given size in pixels.
 bool save_svg(const std::string& path, CSize size, const std::function<void(CDC&)>& draw);

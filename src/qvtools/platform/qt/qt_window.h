@@ -12,11 +12,14 @@
 
 namespace qv {
 
+/// A widget that shows a bitmap, on which its view draws.
 class QtWindow : public QWidget, public Window {
  public:
+  /// A white window.
   explicit QtWindow(QWidget* parent = nullptr);
   ~QtWindow() override;
 
+  /// The size of the bitmap: the widget's, in pixels of the screen.
   CRect ClientRect() const override;
   /// The shown bitmap. It is another one after the window's size changed. May be taken several times; what was drawn is
   /// shown when it is given back.
@@ -45,6 +48,7 @@ class QtWindow : public QWidget, public Window {
   /// Handles a message that `Post` queued.
   virtual void OnMessage(unsigned int /*message*/) {}
 
+  /// What the widget does with Qt's events; overrides call these.
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   bool event(QEvent* event) override;

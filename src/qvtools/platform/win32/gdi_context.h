@@ -16,6 +16,7 @@
 
 namespace qv {
 
+/// A device context on a GDI handle.
 class GdiContext : public CDC {
  public:
   /// The handle stays the caller's, must outlive the context, and gets back its state at its end.
@@ -33,6 +34,7 @@ class GdiContext : public CDC {
 
   /// Hands on what has been collected.
   void Flush();
+  /// The handle; flush before drawing on it.
   HDC Handle() const { return dc_; }
 
  private:

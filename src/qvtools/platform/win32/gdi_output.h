@@ -24,11 +24,13 @@ class GdiBitmap {
   GdiBitmap(const GdiBitmap&) = delete;
   GdiBitmap& operator=(const GdiBitmap&) = delete;
 
+  /// Its context, and its size in pixels.
   HDC Handle() const { return dc_; }
   int Width() const { return width_; }
   int Height() const { return height_; }
   /// The pixels row by row from the top, 0x00RRGGBB, with everything drawn that was handed to GDI.
   const std::uint32_t* Pixels() const;
+  /// The colour of a pixel, which must be within the bitmap.
   COLORREF GetPixel(int x, int y) const;
 
  private:
@@ -43,6 +45,7 @@ class GdiBitmap {
 /// Shows the bitmap on a device, its upper left corner at (x, y).
 bool show_bitmap(HDC dc, int x, int y, const BitmapContext& bitmap);
 
+/// A PNG of the bitmap. False when it cannot be written.
 bool save_png_with_gdi(const BitmapContext& bitmap, const std::string& path);
 /// `draw` draws on a picture of the given size in pixels of the screen; it is a metafile context.
 bool save_emf(const std::string& path, CSize size, const std::function<void(CDC&)>& draw);

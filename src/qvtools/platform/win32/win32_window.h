@@ -11,6 +11,7 @@
 
 namespace qv {
 
+/// A window of the system as the library sees it.
 class Win32Window : public Window {
  public:
   /// The window stays the caller's and must outlive this object.
@@ -26,6 +27,7 @@ class Win32Window : public Window {
   void ReleaseClientContext() override;
   void Invalidate(bool erase) override { InvalidateRect(window_, nullptr, erase); }
   void Post(unsigned int message) override { PostMessageW(window_, message, 0, 0); }
+  /// The window.
   HWND Handle() const { return window_; }
 
  private:

@@ -13,10 +13,12 @@
 
 namespace qv {
 
+/// A widget that shows a drawing.
 class DrawingView : public QtWindow, private viewer::View::Listener {
   Q_OBJECT
 
  public:
+  /// An empty view.
   explicit DrawingView(QWidget* parent = nullptr);
   ~DrawingView() override;
 
@@ -38,6 +40,7 @@ class DrawingView : public QtWindow, private viewer::View::Listener {
   ACAD_ENTITY& Entity(int number) const { return view_.drawing()->entity(number); }
   int EntityCount() const { return view_.drawing() ? view_.drawing()->count() : 0; }
 
+  /// Fits the whole drawing into the view.
   void ShowEverything() { view_.show_all(); }
   /// Brings an entity to the middle of the view.
   void ShowEntity(int number) { view_.show_entity(number); }
@@ -52,6 +55,7 @@ class DrawingView : public QtWindow, private viewer::View::Listener {
   void SetEmptyText(const QString& text);
   /// What was measured, a line each.
   QString Measurements() const;
+  /// Takes all measurements away.
   void ClearMeasurements() { view_.clear_measures(); }
 
   /// The view itself, for programs that do more than this.
@@ -61,7 +65,9 @@ class DrawingView : public QtWindow, private viewer::View::Listener {
   void ShowPointerShape();
 
  signals:
+  /// The view shows another part, or from elsewhere.
   void ViewChanged();
+  /// Other entities are picked.
   void PicksChanged();
   /// What the left button does has changed.
   void ModeChanged();
@@ -73,6 +79,7 @@ class DrawingView : public QtWindow, private viewer::View::Listener {
  protected:
   void OnPaint(CDC& dc) override { view_.paint(dc); }
   void OnMessage(unsigned int message) override { view_.on_message(message); }
+  /// What the widget does with Qt's events; overrides call these.
   bool event(QEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void paintEvent(QPaintEvent* event) override;

@@ -9,8 +9,10 @@
 
 namespace qv::viewer {
 
+/// The languages of the viewer.
 enum class Language { Chinese, English };
 
+/// What is said.
 enum class Text {
   // menus
   FileMenu,

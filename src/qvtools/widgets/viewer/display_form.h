@@ -16,12 +16,14 @@ namespace qv::viewer {
 struct NameHash : std::hash<std::string_view> {
   using is_transparent = void;
 };
+/// The map.
 template <class Value>
 using NameMap = std::unordered_map<std::string, Value, NameHash, std::equal_to<>>;
 
 /// The layers of a drawing by their names.
 class LayerTable {
  public:
+  /// The layers of a drawing, which must outlive the table.
   explicit LayerTable(const DXF& dxf);
   /// The index of the layer; -1 when the drawing has no layer of the name.
   int find(std::string_view name) const;

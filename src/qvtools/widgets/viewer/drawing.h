@@ -18,13 +18,15 @@ namespace qv::viewer {
 
 using qv::ViewAngles;
 
+/// A layer as the viewer shows it.
 struct Layer {
   std::string name;  ///< GBK
-  int color = 7;
-  bool on = true;
+  int color = 7;     ///< of the table
+  bool on = true;    ///< whether it is shown
   int entities = 0;  ///< in the drawing itself, those of blocks not counted
 };
 
+/// A document that is shown, and which of its layers are on.
 class Drawing {
  public:
   /// Takes a loaded document, with what its import noted and its unit in mm. Layers that it marks as off or frozen are
@@ -40,12 +42,15 @@ class Drawing {
   void show_layers(const std::vector<bool>& on);
   /// Switches the layers as those of the same names in another drawing are.
   void show_layers_as(const Drawing& other);
+  /// Shows it on white or on black.
   void set_background(bool light);
 
   /// Entities are known by their index in the document, from 0.
   int count() const { return static_cast<int>(items_.size()); }
+  /// How many are shown, and whether one is.
   int shown_count() const { return shownCount_; }
   bool is_shown(int entity) const;
+  /// The record of an entity, and its layer.
   ACAD_ENTITY& entity(int entity) const { return *items_[static_cast<std::size_t>(entity)].record; }
   const Layer& layer_of(int entity) const { return layers_[items_[static_cast<std::size_t>(entity)].layer]; }
   /// The colour that the document gives it; `qv::kByLayer` for its layer's.
@@ -78,10 +83,12 @@ class Drawing {
   /// loaded, and not as they are shown.
   class AsLoaded {
    public:
+    /// From here on the records look as they were loaded.
     explicit AsLoaded(Drawing& drawing);
     ~AsLoaded();
     AsLoaded(const AsLoaded&) = delete;
     AsLoaded& operator=(const AsLoaded&) = delete;
+    /// What `qv::Plot` takes, under the name for bookmarks.
     qv::PlotSource source(const std::string& name) const;
 
    private:

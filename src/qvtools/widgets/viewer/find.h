@@ -9,12 +9,14 @@
 
 namespace qv::viewer {
 
+/// What is looked for.
 struct FindWhat {
-  std::string words;  ///< UTF-8
-  bool matchCase = false;
-  bool wholeWord = false;
+  std::string words;       ///< UTF-8
+  bool matchCase = false;  ///< capitals and small letters differ
+  bool wholeWord = false;  ///< whole words: no letter or digit beside them
 };
 
+/// A text that was found.
 struct Hit {
   int entity;         ///< the text, or the insert that shows it
   std::string words;  ///< the text's contents, UTF-8

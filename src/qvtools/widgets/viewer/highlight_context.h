@@ -8,6 +8,7 @@ namespace qv::viewer {
 /// stands out.
 class HighlightContext : public CDC {
  public:
+  /// What is drawn on, in which colour and how wide.
   HighlightContext(CDC& target, COLORREF color, int width)
       : target_(target), pen_{qv::PenStyle::Solid, width, color}, before_(target.SelectObject(&pen_)) {}
   ~HighlightContext() override { target_.SelectObject(before_); }

@@ -10,6 +10,7 @@
 
 namespace qv::viewer {
 
+/// What is measured.
 enum class MeasureKind : char { Distance, Angle, Radius, Area, ObjectArea, Coordinates };
 
 /// A number as it is shown: at most three decimals, without trailing zeros.
@@ -17,13 +18,14 @@ std::string shown_number(double value);
 
 /// One thing that was measured, in the plane of the view and in drawing units.
 struct Measured {
-  MeasureKind kind = MeasureKind::Distance;
+  MeasureKind kind = MeasureKind::Distance;  ///< what is measured
   std::vector<qv::PlanePoint> points;  ///< a chain; vertex and legs of an angle; a centre and a point of the circle
   double length = 0;                   ///< of an object's outline
   double area = 0;                     ///< of an object
 
   /// The length of a chain's leg, from 0, and of all of it; an area's closing leg counts.
   double leg(std::size_t i) const;
+  /// The length of all of it.
   double sum() const;
   /// The area of the points, or the object's.
   double enclosed() const;
@@ -36,7 +38,9 @@ struct Measured {
 /// The measurements so far and the one that is being made.
 class Measuring {
  public:
+  /// Begins a measurement of a kind; what was begun is dropped.
   void begin(MeasureKind kind);
+  /// The kind of the present measurement.
   MeasureKind kind() const { return present_.kind; }
   /// Adds a point to the present measurement; one that needs no more is done.
   void add(const qv::PlanePoint& point);
@@ -47,8 +51,10 @@ class Measuring {
   bool finish();
   /// Takes the last point back. False when there was none.
   bool back();
+  /// Takes all measurements away.
   void clear();
 
+  /// What was measured.
   const std::vector<Measured>& results() const { return results_; }
   /// What has been given of the present one.
   const Measured& present() const { return present_; }

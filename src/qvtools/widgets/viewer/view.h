@@ -18,18 +18,21 @@ namespace qv::viewer {
 /// of a measurement.
 enum class Mode { Pick, WindowZoom, Hand, Measure };
 
+/// A view of a drawing: what is shown, picked, measured and found.
 class View : public qv::CatchTool {
  public:
   /// Is told of changes.
   class Listener {
    public:
     virtual ~Listener() = default;
+    /// The view, the picks, the mode, or what is measured has changed.
     virtual void on_view_changed() = 0;
     virtual void on_picks_changed() = 0;
     virtual void on_mode_changed() = 0;
     virtual void on_measures_changed() {}
   };
 
+  /// Both must outlive the view.
   View(qv::Window& window, Listener& listener);
 
   /// Shows all of a drawing in plan and empties the history.
@@ -51,6 +54,7 @@ class View : public qv::CatchTool {
   /// The window has another size: everything stays in view where everything was, else the middle stays the middle.
   void resized();
 
+  /// Fits everything into the window, and reduces and enlarges what is seen.
   void show_all();
   void zoom_out();
   void zoom_in();
@@ -62,11 +66,13 @@ class View : public qv::CatchTool {
   bool shows_everything() const { return everything_; }
   /// Switches the layers of what is picked: only they are on, or they are off.
   void show_picked_layers(bool only);
+  /// Switches all layers on.
   void show_all_layers();
   /// Shows a text so that it can be read, with a frame around it.
   void show_hit(const Hit& hit);
   /// Shows a place with some room about it, with a frame around it.
   void show_place(const CFRect& box);
+  /// Takes the frame away.
   void unmark();
   /// Zooms about a point by steps of the wheel. Steps that continue each other make one entry in the history.
   void wheel(CPoint point, double steps, bool continues);
@@ -75,10 +81,12 @@ class View : public qv::CatchTool {
   /// Turns the drawing and shows all of it.
   void set_angles(const ViewAngles& angles);
 
+  /// What the left button does from now on.
   void set_mode(Mode mode);
   Mode mode() const { return mode_; }
   /// Measures from now on; each click gives a point.
   void begin_measure(MeasureKind kind);
+  /// What was measured, and taking it away.
   const Measuring& measuring() const { return measuring_; }
   void clear_measures();
   /// Ends a chain or an outline; false when there was none.
@@ -90,14 +98,16 @@ class View : public qv::CatchTool {
   bool catch_by_letter(char letter);
   /// The next of the points that can be caught here, when there are several.
   void next_caught(int by);
+  /// Catches points, or no longer.
   void switch_catching();
+  /// Black on white, or white on black.
   void set_light(bool light);
   bool is_light() const { return light_; }
   /// Layers of the drawing, or the fonts, have changed: picks that are no longer shown go.
   void drawing_changed();
   void fonts_changed();
 
-  // The pointer, in pixels.
+  /// What the window tells of the pointer, in pixels; with `add` what is picked comes to the picks.
   void left_down(CPoint point, bool add);
   void left_up(CPoint point, bool add);
   void middle_down(CPoint point);
@@ -115,6 +125,7 @@ class View : public qv::CatchTool {
 
   /// The picked entities, in drawing order.
   const std::vector<int>& picks() const { return picks_; }
+  /// Picks all that is shown, and nothing.
   void select_all();
   void clear_picks();
 
@@ -123,6 +134,7 @@ class View : public qv::CatchTool {
   void DrawCursor(CDC& dc, int show) override;
 
  protected:
+  /// What is shown, prepared.
   qv::PreparedDrawing* CaughtDrawing() override;
 
  private:

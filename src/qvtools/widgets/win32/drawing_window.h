@@ -22,14 +22,16 @@ class DrawingWindow : public Window {
   DrawingWindow(HWND window, viewer::View::Listener& listener);
   ~DrawingWindow() override;
 
+  /// The size of the client area.
   CRect ClientRect() const override;
   CDC& ClientContext() override;
   void ReleaseClientContext() override;
   void Invalidate(bool erase) override;
   /// The message comes back as `kPosted`, with its number as the first parameter.
   void Post(unsigned int message) override;
-  static constexpr UINT kPosted = WM_APP;
+  static constexpr UINT kPosted = WM_APP;  ///< the message that brings back what `Post` queued
 
+  /// The view itself.
   viewer::View& View() { return view_; }
   /// What is to be seen, drawn now when it has changed since the window was painted.
   const BitmapContext& Picture();
@@ -78,11 +80,12 @@ class DrawingControl : private viewer::View::Listener {
   bool Open(const char* path);
   /// Shows a drawing of the program's, which becomes the control's.
   void SetDocument(std::unique_ptr<DXF> document, DrawingNotes notes = {});
+  /// The window, its view, and what shows it.
   HWND Handle() const { return window_; }
   viewer::View& View() { return drawing_->View(); }
   DrawingWindow& Drawing() { return *drawing_; }
 
-  // Called when something has changed; absent at first.
+  /// Called when something has changed; absent at first.
   std::function<void()> OnViewChanged;
   std::function<void()> OnPicksChanged;
   std::function<void()> OnMeasuresChanged;
