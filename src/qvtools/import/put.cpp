@@ -91,9 +91,10 @@ bool put_bands(Job& job, const Matrix& frame, std::span<const Vertex> vertices, 
     const Vec d = unit(points[edge + 1].at - points[edge].at, {1, 0, 0});
     return Vec{-d.y, d.x, 0};
   };
-  // Of two edges that meet; one that turns back has square ends.
+  // Of two edges that meet; one that turns back has square ends. A mitre reaches out by ten half widths at most, as on
+  // plots: 1 / cos of half the turn, whose square is (1 + cos) / 2.
   const auto mitre = [&](std::size_t edge, std::size_t other) {
-    constexpr double kSharp = 0.1;
+    constexpr double kSharp = 2.0 / (10 * 10);
     const Vec a = normal(edge);
     const Vec b = normal(other);
     return 1 + dot(a, b) < kSharp ? a : (a + b) * (1 / (1 + dot(a, b)));
