@@ -111,8 +111,8 @@ class PlainWriter {
   template <class Make>
   PlainFont finish(const Make& make) {
     std::ranges::stable_sort(shapes_, {}, &FontShape::code);
-    const auto repeated = std::ranges::unique(shapes_, {}, &FontShape::code);
-    shapes_.erase(repeated.begin(), repeated.end());
+    const auto same = [](const FontShape& a, const FontShape& b) { return a.code == b.code; };
+    shapes_.erase(std::unique(shapes_.begin(), shapes_.end(), same), shapes_.end());
     if (font_.taken > 0) font_.bytes = make(shapes_);
     return std::move(font_);
   }

@@ -1,7 +1,6 @@
 #include <cstring>
 #include <limits>
 #include <numbers>
-#include <ranges>
 
 #include "qvtools/dxf/model/internal/name_index.h"
 #include "qvtools/dxf/view/box_grid.h"
@@ -24,9 +23,9 @@ CFRect rect_of(const Box& box) {
   return box.is_empty() ? CFRect() : CFRect(box.x1, box.y1, box.x2, box.y2);
 }
 
-CFRect extent_of_points(const auto& points) {
+CFRect extent_of_corners(const Point3 (&corners)[4], const Plane& plane) {
   Box box;
-  for (const CFPoint& p : points) box.add(p);
+  for (const Point3& corner : corners) box.add(plane(corner));
   return rect_of(box);
 }
 
@@ -79,13 +78,15 @@ CFRect extent(const ACAD_POLYLINE& r, const Plane& plane) {
   return rect_of(box);
 }
 CFRect extent(const ACAD_SOLID& r, const Plane& plane) {
-  return extent_of_points(r.m_Corner | std::views::transform(plane));
+  return extent_of_corners(r.m_Corner, plane);
 }
 CFRect extent(const ACAD_3DFACE& r, const Plane& plane) {
-  return extent_of_points(r.m_Corner | std::views::transform(plane));
+  return extent_of_corners(r.m_Corner, plane);
 }
 CFRect extent(const ACAD_TEXT& r, const Plane& plane) {
-  return extent_of_points(TextBox(r, plane).corner);
+  Box box;
+  for (const CFPoint& corner : TextBox(r, plane).corner) box.add(corner);
+  return rect_of(box);
 }
 
 CFRect own_extent(ACAD_ENTITY& entity, const Plane& plane) {
