@@ -77,7 +77,7 @@ int main() {
     ++stirrups;
   }
 
-  // Dimensions below and on the left, and labels of the bars.
+  // The dimensions, below and on the left.
   sgt->Add_Layer("DIM", 5, "CONTINUOUS");
   sgt->SetCurLayer("DIM");
   const float sides[] = {-half, half, half + dense, span - half - dense, span - half, span + half};
@@ -86,6 +86,8 @@ int main() {
   qv::DrawDimensionChain(*sgt, qv::ChainSide::Below, axes, -1100, 4);
   const float heights[] = {0, depth};
   qv::DrawDimensionChain(*sgt, qv::ChainSide::Left, heights, -500, 4);
+
+  // The labels of the bars, and a title.
   char top[64], bottom[64], stirrup[64];
   CBase_SGT::FormString_GJ_nqd(top, 2, 3, 20);
   CBase_SGT::FormString_GJ_nqd(bottom, 3, 3, 22);
@@ -126,14 +128,17 @@ int main() {
   // The drawing is saved.
   if (!sgt->Write_MemDxf_To_File("beam.dxf")) return fail("beam.dxf cannot be written");
 
-  // A picture of it.
+  // A picture of it in colours.
   const auto picture = qv::MakePicture(*sgt);
   if (!picture || !qv::SavePng(*picture, "beam.png")) return fail("beam.png cannot be written");
 
-  // The sheet on paper, at its own scale.
+  // The sheet as PDF, at its own scale.
+  const auto pens = qv::PenTable::built_in("GB b=0.7");
+  qv::PlotOptions options;
+  if (pens) options.pens = &*pens;
   const qv::PlotSource source{sgt.get(), nullptr, "KL-1"};
   qv::PlotReport report;
-  if (!qv::Plot({&source, 1}, "beam.pdf", {}, report)) return fail(report.problem.c_str());
+  if (!qv::Plot({&source, 1}, "beam.pdf", options, report)) return fail(report.problem.c_str());
   std::printf("beam.pdf: %s, 1:%g\n", qv::paper_name(report.pages[0].paper).c_str(), report.pages[0].scale);
   return 0;
 }
