@@ -35,9 +35,10 @@ int main() {
   block.Fill(*sgt, qv::TitleEntry::Number, qv::to_gbk("结施-01").c_str());
 
   // The columns, on a layer of their own, and their axes.
-  sgt->Add_Default_LineType();
+  const float mm = sgt->m_fBiLiChi, dashDot[] = {8 * mm, -2 * mm, 0, -2 * mm};
+  sgt->Add_LType("DASHDOT", "__ . __ . __", 4, 12 * mm, dashDot);
   sgt->Add_Layer("COLUMN", 7, "CONTINUOUS");
-  sgt->Add_Layer("AXIS", 1, "DASHDOT");
+  sgt->Add_Layer("AXIS", 1, "CONTINUOUS");
   sgt->SetCurColor("BYLAYER");
   qv::copy_text(sgt->m_szBZColor, "BYLAYER");  // of bubbles, dimensions and labels
   sgt->m_fDimTextHeight = sgt->m_fZiGao[1];
@@ -50,8 +51,10 @@ int main() {
     sgt->Draw_Cut_Sym(axis - half, -500, axis + half, -500);
     sgt->Draw_Cut_Sym(axis - half, depth + 500, axis + half, depth + 500);
     sgt->SetCurLayer("AXIS");
+    sgt->SetCurLType("DASHDOT");
     sgt->Draw_Line(axis, depth + 600, axis, -740);  // open where the width of the column will stand
     sgt->Draw_Line(axis, -860, axis, -1250);
+    sgt->SetCurLType("BYLAYER");
     sgt->Draw_ZhouFu(axis, -1250, axis, -1350, axis == 0 ? "1" : "2");
   }
   sgt->m_fDimTextHeight = sgt->m_fZiGao[0];

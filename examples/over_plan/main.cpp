@@ -120,7 +120,8 @@ int main(int argc, char** argv) {
   sgt->m_bCodePageHeader = 1;
   sgt->SetBiLiChi(50);
   // One's own layers first: the plan's come into what room is left.
-  sgt->Add_Default_LineType();
+  const float dashDot[] = {400, -100, 0, -100};  // 12 mm on the sheet
+  sgt->Add_LType("DASHDOT", "__ . __ . __", 4, 600, dashDot);
   sgt->Add_Layer("BEAM", 5, "CONTINUOUS");
   sgt->Add_Layer("COLUMN", 7, "CONTINUOUS");
   sgt->Add_Layer("AXIS", 1, "DASHDOT");

@@ -171,13 +171,13 @@ int main(int argc, char** argv) {
   if (!sgt) return fail("memory", "there is none");
   sgt->m_bCodePageHeader = 1;
   sgt->SetBiLiChi(100);
-  sgt->Add_Default_LineType();
+  const float x0 = -10300, y0 = -9600, dashDot[] = {800, -200, 0, -200};  // 12 mm on the sheet
+  sgt->Add_LType("DASHDOT", "__ . __ . __", 4, 1200, dashDot);
   for (const auto& [name, color] : {std::pair{"BEAM", 5}, {"COLUMN", 7}, {"AXIS", 1}, {"DIM", 7}, {"TEXT", 7}})
     sgt->Add_Layer(name, color, "CONTINUOUS");
   qv::copy_text(sgt->m_szBZColor, "BYLAYER");
   draw(*sgt, storey);
   use(*sgt, "0");
-  const float x0 = -10300, y0 = -9600;
   sgt->Draw_TuKuang(x0, y0, 3, 0, 0);
   const qv::TitleBlock block(qv::SheetFrame(*sgt, x0, y0, 3));
   const std::string title = storey.name + qv::to_gbk("梁结构平面图");

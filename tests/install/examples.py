@@ -11,7 +11,7 @@ import subprocess
 import sys
 
 # A page's step is the program before it with a block put in before a line.
-BLOCK = re.compile(r"<!-- (?:first|before: ([^\n]*)) -->\n```cpp\n(.*?)```", re.S)
+BLOCK = re.compile(r"<!-- (?:first|before: ([^\n]*)) -->\n\n```cpp\n(.*?)```", re.S)
 
 # What each program is run with, in its own folder; what it says; the files that it writes, each with its least size in bytes;
 # words that it rejects, and what it says of them.
