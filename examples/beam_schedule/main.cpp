@@ -1,5 +1,5 @@
 // A host program: the beams of a floor, from a text file into a database, checked, and drawn as a schedule on an A2
-// sheet.   beam_schedule beams.txt   writes beams.dat, beams.dxf and beams.pdf into the work folder.
+// sheet.   beam_schedule beams.txt   writes beams.dat, beams.dxf, beams.pdf and beams.png into the work folder.
 
 #include <algorithm>
 #include <cmath>
@@ -15,10 +15,13 @@
 
 namespace {
 
-/// Bars of one diameter.
+int fail(const char* what, const char* why) {
+  std::fprintf(stderr, "beam_schedule: %s: %s\n", what, why);
+  return 1;
+}
+
 struct Bars {
-  int count = 0;
-  int diameter = 0;
+  int count = 0, diameter = 0;
 };
 
 struct Beam {
@@ -30,10 +33,9 @@ struct Beam {
 };
 
 constexpr int kSteel = 3, kPlain = 1;  // grades of the long bars and of the stirrups
-constexpr float kCover = 25;
 
-bool read(const std::string& line, Beam& beam) {
-  std::istringstream in(line);
+bool read(const char* line, Beam& beam) {
+  std::istringstream in(line ? line : "");
   char x;
   in >> beam.mark >> beam.b >> beam.h >> beam.concrete >> beam.support >> beam.span >> beam.shear;
   for (Bars* r : {&beam.top[0], &beam.top[1], &beam.bottom[0], &beam.bottom[1]}) in >> r->count >> x >> r->diameter;
@@ -44,21 +46,19 @@ bool read(const std::string& line, Beam& beam) {
 /// The lines of the input file as segments of the database, one for each beam; false when that fails.
 bool store(const char* input, const char* database) {
   std::ifstream file(input);
+  if (!file) return fail(input, "cannot be read"), false;
   CDataBaseFile out;
-  if (!file || !out.Open_File(database, CDataBaseFile::IO_WRITE)) return false;
+  if (!out.Open_File(database, CDataBaseFile::IO_WRITE)) return fail(database, "cannot be written"), false;
   out.Write_FileVersion(CDataBaseFile::kVersion);
   for (std::string line; std::getline(file, line);) {
     Beam beam;
     if (line.empty() || line[0] == '#') continue;
-    if (!read(line, beam)) {
-      std::fprintf(stderr, "%s: \"%s\" is no beam\n", input, line.c_str());
-      return false;
-    }
+    if (!read(line.c_str(), beam)) return fail(input, ("\"" + line + "\" is no beam").c_str()), false;
     out.Begin_Segment("%s", beam.mark.c_str());
-    out.Write_Item1("beam", line.c_str());
+    if (!out.Write_Item1("beam", line.c_str())) return fail(beam.mark.c_str(), "is there twice"), false;
     out.End_Segment();
   }
-  return out.Close_File() == 1;
+  return out.Close_File() == 1 || fail(database, "cannot be written") == 0;
 }
 
 std::vector<Beam> load(const char* database) {
@@ -67,8 +67,7 @@ std::vector<Beam> load(const char* database) {
   if (!in.Open_File(database, CDataBaseFile::IO_READ)) return beams;
   for (int i = 0; i < in.Get_SegmentCount(); ++i) {
     Beam beam;
-    if (in.Read_Segment("%s", static_cast<const char*>(in.Get_SegmentName(i))) && read(in.Get_Item("beam"), beam))
-      beams.push_back(beam);
+    if (in.Read_Named_Segment(in.Get_SegmentName(i)) && read(in.Get_Item("beam"), beam)) beams.push_back(beam);
   }
   return beams;
 }
@@ -88,8 +87,7 @@ std::pair<Con_Prop, Rein_Prop> materials(const Beam& beam, int grade) {
 /// mm2; infinite when the section is too small.
 double required(const Beam& beam, double moment) {
   const auto [concrete, steel] = materials(beam, kSteel);
-  const double depth = beam.h - 45;
-  const double block = static_cast<double>(concrete.fc) * beam.b;
+  const double depth = beam.h - 45, block = static_cast<double>(concrete.fc) * beam.b;
   const double root = depth * depth - 2e6 * moment / block;
   if (root < 0) return HUGE_VAL;
   const double least = std::max(0.002, 0.45 * concrete.ft / steel.fy) * beam.b * beam.h;
@@ -99,8 +97,7 @@ double required(const Beam& beam, double moment) {
 /// The shear force that concrete and stirrups take (GB 50010), in kN.
 double shear_strength(const Beam& beam) {
   const auto [concrete, steel] = materials(beam, kPlain);
-  const double depth = beam.h - 45;
-  const double stirrups = qv::BarArea(beam.stirrup, beam.legs) / beam.spacing * steel.fy * depth;
+  const double depth = beam.h - 45, stirrups = qv::BarArea(beam.stirrup, beam.legs) / beam.spacing * steel.fy * depth;
   return (0.7 * concrete.ft * beam.b * depth + stirrups) / 1000;
 }
 
@@ -149,17 +146,14 @@ void draw_schedule(CBase_SGT& sgt, const std::vector<Beam>& beams, float x, floa
 /// The section at the support, at 1:10, with its lower left corner at (x, y).
 void draw_section(CBase_SGT& sgt, const Beam& beam, float x, float y) {
   std::vector<CBase_SGT::CLiangZongJin> bars;
-  for (int row = 0; row < 2; ++row) {
-    const Bars& top = beam.top[row];
-    const Bars& bottom = beam.bottom[row];
-    if (top.count > 0) bars.push_back({top.count, kSteel, top.diameter, -1 - row});
-    if (bottom.count > 0) bars.push_back({bottom.count, kSteel, bottom.diameter, 1 + row});
-  }
+  for (const auto& [rows, side] : {std::pair{beam.top, -1}, {beam.bottom, 1}})
+    for (int i = 0; i < 2; ++i)
+      if (rows[i].count > 0) bars.push_back({rows[i].count, kSteel, rows[i].diameter, side * (i + 1)});
   const auto b = static_cast<float>(beam.b), h = static_cast<float>(beam.h);
   const qv::SecondScale detail(sgt, x, y, 10);
   sgt.m_fGJDotWidth = 24;
   sgt.m_fGJLineWidth = 8;
-  sgt.Draw_Liang_Section(0, 0, b, h, kCover, static_cast<int>(bars.size()), bars.data(),
+  sgt.Draw_Liang_Section(0, 0, b, h, 25, static_cast<int>(bars.size()), bars.data(),
                          {kPlain, beam.stirrup, beam.spacing, beam.legs}, 0);
   qv::DrawDimensionChain(sgt, qv::ChainSide::Below, std::vector<float>{0, b}, -90, 4);
   qv::DrawDimensionChain(sgt, qv::ChainSide::Left, std::vector<float>{0, h}, -90, 4);
@@ -169,20 +163,22 @@ void draw_section(CBase_SGT& sgt, const Beam& beam, float x, float y) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc != 2 || !G_ShapeFont.SetTxtFont(FONTS, "txt.shx")) return 2;
-  G_ShapeFont.SetHzFont(FONTS, "hztxt.shx");
+  if (argc != 2) return fail("usage", "beam_schedule BEAMS.txt");
+  if (!G_ShapeFont.SetTxtFont(FONTS, "txt.shx")) return fail(FONTS, "there is no txt.shx");
+  if (!G_ShapeFont.SetHzFont(FONTS, "hztxt.shx")) fail(FONTS, "without hztxt.shx Chinese texts stay blank");
   if (!store(argv[1], "beams.dat")) return 1;
   const std::vector<Beam> beams = load("beams.dat");
+  if (beams.empty()) return fail(argv[1], "has no beams");
 
   const std::unique_ptr<CBase_SGT> sgt(NewMemDxf());
+  if (!sgt) return fail("memory", "there is none");
   sgt->m_bCodePageHeader = 1;
   sgt->SetBiLiChi(50);
   sgt->Draw_TuKuang(0, 0, 2, 0, 0);
   const qv::TitleBlock block(qv::SheetFrame(*sgt, 0, 0, 2));
-  block.Fill(*sgt, qv::TitleEntry::Project, qv::to_gbk("滨江办公楼").c_str());
-  block.Fill(*sgt, qv::TitleEntry::Drawing, qv::to_gbk("二层框架梁表").c_str());
-  block.Fill(*sgt, qv::TitleEntry::Number, qv::to_gbk("结施-11").c_str());
-  block.Fill(*sgt, qv::TitleEntry::Date, "2026.05");
+  using enum qv::TitleEntry;
+  for (const auto& [entry, text] : {std::pair{Project, "滨江办公楼"}, {Drawing, "二层框架梁表"}, {Number, "结施-11"}})
+    block.Fill(*sgt, entry, qv::to_gbk(text).c_str());
   draw_schedule(*sgt, beams, 2600, 19000);
   float x = 3400;
   for (const Beam& beam : beams) draw_section(*sgt, beam, std::exchange(x, x + 5000), 8000);
@@ -190,11 +186,15 @@ int main(int argc, char** argv) {
                                           qv::to_gbk("面积单位 mm2; 钢筋面积按 GB/T 1499.2。")};
   qv::NoteBlock(qv::to_gbk("说明:"), notes).Draw(*sgt, 18000, 19000, 200);
 
-  if (!sgt->Write_MemDxf_To_File("beams.dxf")) return 1;
-  const qv::PlotSource source{sgt.get(), nullptr, "beams", 1};
-  qv::PlotReport report;
-  if (!qv::Plot({&source, 1}, "beams.pdf", {}, report)) return 1;
-  const auto safe = std::ranges::count_if(beams, is_safe);
-  std::printf("%zu of %zu beams are safe\n", static_cast<std::size_t>(safe), beams.size());
+  if (!sgt->Write_MemDxf_To_File("beams.dxf")) return fail("beams.dxf", "cannot be written");
+  const qv::PlotSource source{sgt.get(), nullptr, "beams"};
+  qv::PlotOptions options;
+  options.dpi = 72;  // of the picture
+  options.smooth = true;
+  for (const char* const file : {"beams.pdf", "beams.png"}) {
+    qv::PlotReport report;
+    if (!qv::Plot({&source, 1}, file, options, report)) return fail(file, report.problem.c_str());
+  }
+  std::printf("%d of %zu beams are safe\n", static_cast<int>(std::ranges::count_if(beams, is_safe)), beams.size());
   return 0;
 }

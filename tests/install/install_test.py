@@ -1,7 +1,7 @@
-"""Installs the library and builds README.md's example on it, found by CMake and by pkg-config.
+"""Installs the library and builds on it: README.md's example, found by CMake and by pkg-config, and all of examples/.
 
-install_test.py SOURCE BUILD [SYSTEM COMPILER EMULATOR]: for another system, the example is built by its compiler and run
-by the emulator, beside the installed DLLs.
+install_test.py SOURCE BUILD [SYSTEM COMPILER EMULATOR]: for another system, programs are built by its compiler and run by
+the emulator, beside the installed DLLs.
 """
 
 import os
@@ -12,8 +12,12 @@ import subprocess
 import sys
 import tempfile
 
+from examples import Examples
+
 source, build = sys.argv[1:3]
 system, compiler, emulator = sys.argv[3:] or (None, None, None)
+cross = [f"-DCMAKE_SYSTEM_NAME={system}", f"-DCMAKE_CXX_COMPILER={compiler}", "-DCMAKE_FIND_ROOT_PATH=/usr/x86_64-w64-mingw32",
+         "-DCMAKE_FIND_ROOT_PATH_MODE_PACKAGE=BOTH"] if system else []
 
 # A program's own file of a name that the library has too.
 HOST_HEADER = "#pragma once\nconst int kOwn = 0;\n"
@@ -45,8 +49,6 @@ def example_in(folder, code, components="", targets="qvtools::qvtools"):
 
 
 def build_example(folder, prefix, *settings):
-    cross = [f"-DCMAKE_SYSTEM_NAME={system}", f"-DCMAKE_CXX_COMPILER={compiler}", "-DCMAKE_FIND_ROOT_PATH=/usr/x86_64-w64-mingw32",
-             "-DCMAKE_FIND_ROOT_PATH_MODE_PACKAGE=BOTH"] if system else []
     run("cmake", "-G", "Ninja", "-S", folder, "-B", folder / "build", f"-DCMAKE_PREFIX_PATH={prefix}", *cross, *settings)
     run("cmake", "--build", folder / "build")
 
@@ -59,35 +61,6 @@ def check_program(prefix, folder):
     else:
         run(folder / "build/example", cwd=place)
     assert (place / "beam.dxf").stat().st_size > 1000
-
-
-def check_schedule(prefix, folder):
-    """The host program under examples/: what it writes is a checked schedule on a sheet."""
-    shutil.copytree(pathlib.Path(source, "examples/beam_schedule"), folder)
-    build_example(folder, prefix)
-    program = folder / "build/beam_schedule"
-    words = [program]
-    if system:
-        words = [emulator, shutil.copy(program.with_suffix(".exe"), prefix / "bin")]
-    assert "5 of 5 beams are safe" in output(*words, "beams.txt", cwd=folder)
-    assert (folder / "beams.dxf").stat().st_size > 50000
-    assert (folder / "beams.pdf").read_bytes().startswith(b"%PDF")
-    (folder / "bad.txt").write_text("KL-1 300 700\n")
-    told = subprocess.run([*words, "bad.txt"], cwd=folder, capture_output=True, text=True, timeout=60)
-    assert told.returncode == 1 and "is no beam" in told.stderr, told.stderr
-
-
-def check_embedded_view(prefix, folder, drawing):
-    """The viewer in a window of a host's, and without a screen."""
-    shutil.copytree(pathlib.Path(source, "examples", folder.name), folder)
-    build_example(folder, prefix)
-    picture = folder / "window.png"
-    if system:
-        program = shutil.copy(folder / f"build/{folder.name}.exe", prefix / "bin")
-        run(emulator, program, "Z:" + str(drawing), "Z:" + str(picture))
-    else:
-        run(folder / f"build/{folder.name}", drawing, picture, env={**os.environ, "QT_QPA_PLATFORM": "offscreen"})
-    assert picture.stat().st_size > 5000  # a line or two: 2500
 
 
 def check_pkg_config(prefix, folder):
@@ -141,11 +114,9 @@ def main():
                                  "COMPONENTS qt", "qvtools::qt")
             build_example(with_qt, prefix)
         if list(prefix.rglob("qvtools-plot-targets.cmake")):
-            check_schedule(prefix, folder / "schedule")
-        if list(prefix.rglob("qvtools-qt_widgets-targets.cmake")):
-            check_embedded_view(prefix, folder / "embedded_view", folder / "schedule/beams.dxf")
-        if system == "Windows":
-            check_embedded_view(prefix, folder / "embedded_view32", folder / "schedule/beams.dxf")
+            built = Examples(pathlib.Path(source), prefix, folder / "all", cross, emulator).check_all()
+            assert ("embedded_view" in built) == bool(list(prefix.rglob("qvtools-qt_widgets-targets.cmake"))), built
+            assert ("embedded_view32" in built) == (system == "Windows"), built
         qvdraw = prefix / "bin/qvdraw"
         if qvdraw.exists():
             # The library and the fonts are found from where the program is.
