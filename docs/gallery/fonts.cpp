@@ -53,7 +53,10 @@ FIGURE(font_txt) {
 // Each row of GB2312 is a picture of its own.
 FIGURE(font_hztxt) {
   qv::ShapeFile font;
-  if (!font.Load(manual::font_file("hztxt.shx").c_str())) return;
+  if (!font.Load(manual::font_file("hztxt.shx").c_str())) {
+    figure.note(0, 0, "hztxt.shx was not made: it needs npm and a network");
+    return;
+  }
   constexpr int kFirst = 0xA1;
   for (int row = 1; row <= 94; ++row) {
     DXF sheet;

@@ -17,6 +17,9 @@ import pages
 import reference
 
 
+MOST_HEADINGS = 40  # of a page that the navigation shows
+
+
 class Site:
     """Pages in one frame, and what the search knows of them."""
 
@@ -37,7 +40,7 @@ class Site:
                 target = pages.output_of(path)
                 mark = ' class="here"' if target == place else ""
                 line = f'<li><a href="{pages.relative(target, here)}"{mark}>{html.escape(name)}</a>'
-                if target == place and headings:
+                if target == place and 0 < len(headings) <= MOST_HEADINGS:
                     inner = "".join(f'<li><a href="#{a}">{html.escape(h)}</a></li>' for a, h in headings)
                     line += f"<ul>{inner}</ul>"
                 lines.append(line + "</li>")
@@ -81,18 +84,18 @@ def build(root, figures, out):
     site = Site(root, out, written.sections)
     shutil.rmtree(out, ignore_errors=True)
     out.mkdir(parents=True)
-    converted = {path: written.convert(path) for path in pages.page_files(root, written)}
-    names = reference.build(root, site)
+    converted = {path: written.convert(path) for path in written.listed if path.endswith(".md")}
+    names = reference.build(root, site, written.entries())
     for path, (title, body, headings) in converted.items():
         target = pages.output_of(path)
-        site.add(target, title, names.link(body, target), headings)
+        site.add(target, title, names.link(body, target, pages.scope_of(path)), headings)
         site.know(target, title, body)
     for target, file in written.sources.items():
         site.add(target, *written.source_page(file))
     for target, file in written.copies.items():
         (out / target).parent.mkdir(parents=True, exist_ok=True)
         shutil.copyfile(file, out / target)
-    for file in ("style.css", "search.js"):
+    for file in ("style.css", "site.js"):
         shutil.copyfile(root / "docs/theme" / file, out / file)
     site.write_index()
     faults = [f"the figure {name} is on no page" for name in written.unused()] + names.faults

@@ -6,6 +6,9 @@ import pathlib
 
 FIRST_BYTE = 0xA0  # of row 0
 
-for picture in sorted(pathlib.Path(os.environ["FIGURES"]).glob("font_hztxt_*.png")):
+pictures = sorted(pathlib.Path(os.environ["FIGURES"]).glob("font_hztxt_*.png"))
+if not pictures:
+    print("![The font is missing](../figures/font_hztxt.svg)")
+for picture in pictures:
     row = int(picture.stem[-2:])
     print(f"## Row {row} 区: {FIRST_BYTE + row:02X} {{#row-{row}}}\n\n![Row {row}](../figures/{picture.name})\n")

@@ -2,7 +2,6 @@
 
 import html
 import os
-import pathlib
 import posixpath
 import re
 import subprocess
@@ -18,6 +17,10 @@ FIGURES = "docs/figures/"  # where pages say that the pictures of the snippets a
 PIXELS_A_MM = 5.2  # of those pictures
 DIRECTIVE = re.compile(r"\{\{(\w+) ([^}]+)\}\}\s*$")
 SHOWN = re.compile(r"^ *//\[ *\n(.*?)^ *//\] *\n", re.S | re.M)
+
+
+# Whose calls a page tells of, where it gives their names alone.
+SCOPES = {"docs/gallery/slides.md": "CWxSlide", "docs/gallery/": "CBase_SGT", "docs/composing.md": "CBase_SGT"}
 
 
 class Problem(Exception):
@@ -48,6 +51,11 @@ def read_contents(root):
             made = path.endswith(".html")
             sections[-1][1].append((item[1], path if made else posixpath.normpath("docs/" + path)))
     return sections
+
+
+def scope_of(source):
+    """The class whose names a page may give alone; empty for none."""
+    return next((scope for path, scope in SCOPES.items() if source.startswith(path)), "")
 
 
 def snippets_of(root):
@@ -184,6 +192,17 @@ class Pages:
         name = file.relative_to(self.root).as_posix()
         return name, f"<h1>{html.escape(name)}</h1>" + highlight(text, lexer, HtmlFormatter(cssclass="codehilite", linespans="L"))
 
+    def entries(self):
+        """The gallery's entries: the address of each call that a section names with its arguments."""
+        found = {}
+        for source in self.listed:
+            if source.startswith("docs/gallery/") and source.endswith(".md"):
+                text = (self.root / source).read_text(encoding="utf-8")
+                for anchor, section in re.findall(r"^## .*\{#([\w-]+)\}\n(.*?)(?=^## |\Z)", text, re.S | re.M):
+                    for call in re.findall(r"`(\w+)\([\w, ]*\)`", section):
+                        found.setdefault(f"{scope_of(source)}::{call}", f"{output_of(source)}#{anchor}")
+        return found
+
     def unused(self):
         """Snippets that no page shows."""
         return sorted(set(self.snippets) - self.shown)
@@ -192,8 +211,3 @@ class Pages:
 def slug(text, separator):
     """Anchors as readers of plain Markdown make them: small letters, blanks to hyphens."""
     return re.sub(r"[\s]+", separator, re.sub(r"[^\w\s-]", "", text.strip().lower()))
-
-
-def page_files(root, pages):
-    """The Markdown files of the site in the order of the navigation."""
-    return [pathlib.PurePosixPath(path).as_posix() for path in pages.listed if path.endswith(".md")]

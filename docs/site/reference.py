@@ -102,10 +102,15 @@ class Names:
             return match[0]
         return f'<a href="{pages.relative(address.split("#")[0], page)}{address[address.find("#"):] if "#" in address else ""}">{match[0]}</a>'
 
-    def declared(self, text, page):
-        """A declaration as HTML, with links at the names of types."""
+    def declared(self, text, page, name=None):
+        """A declaration as HTML, with links at the names of types; the name that is declared stands out."""
+        told = False
 
         def word(match):
+            nonlocal told
+            if match[0] == name and not told:
+                told = True
+                return f"<b>{name}</b>"
             address = self.types.get(match[0]) or self.types.get("qv::" + match[0])
             if not address:
                 return match[0]
@@ -191,7 +196,8 @@ class Reader:
 
     def described(self, element):
         found = element.find("detaileddescription")
-        return self.content(found).strip() if found is not None else ""
+        text = self.content(found).strip() if found is not None else ""
+        return text.replace("Quirk:", "<b>Quirk:</b>")
 
     def content(self, element):
         inner = html.escape(element.text or "", quote=False)
@@ -265,8 +271,9 @@ def declaration(element):
 class Writer:
     """Makes the pages."""
 
-    def __init__(self, site, names, headers):
+    def __init__(self, site, names, headers, pictures):
         self.site = site
+        self.pictures = pictures  # the entries of the gallery: a call and its address
         self.names = names
         self.headers = headers
 
@@ -311,7 +318,7 @@ class Writer:
             text += " : " + ", ".join(one.bases)
         title = f'<h{level} id="{one.anchor}">{html.escape(one.name)}</h{level}>'
         template = html.escape(one.template) + "\n" if one.template else ""
-        declared = f'<pre class="declared">{template}{self.names.declared(text, header.page)}</pre>'
+        declared = f'<pre class="declared">{template}{self.names.declared(text, header.page, one.name)}</pre>'
         self.know(one.name, header.page, header.path, one.text, one.anchor)
         body = [title, declared, self.names.link(one.text, header.page, one.name)]
         protected = False
@@ -329,15 +336,23 @@ class Writer:
         """Members that share a comment."""
         lines = []
         for member in members:
-            lines.append(f'<code id="{member.anchor}">{self.names.declared(member.declaration, header.page)}</code>')
+            lines.append(f'<code id="{member.anchor}">{self.names.declared(member.declaration, header.page, member.name)}</code>')
             name = f"{scope}::{member.name}" if scope else member.qualified
-            told = " ".join([member.declaration] + [f"{v[0]} {v[2]}" for v in member.values]) + " " + member.text
+            told = " ".join([html.escape(member.declaration)] + [f"{v[0]} {v[2]}" for v in member.values]) + " " + member.text
             self.know(name, header.page, header.path, told, member.anchor)
         text = members[0].text
-        values = self.values(members[0])
+        values = self.values(members[0]) + self.picture(members, header, scope)
         shown = "" if text == known else self.names.link(text, header.page, scope)
         short = all(m.kind == "variable" for m in members) and shown.count("<p>") == 1 and len(shown) < 400
         return f'<div class="member{" field" if short else ""}"><div class="declared">{"".join(lines)}</div>{shown}{values}</div>'
+
+    def picture(self, members, header, scope):
+        """A link to the gallery's entry of calls that have one."""
+        found = [self.pictures[f"{scope}::{m.name}"] for m in members if f"{scope}::{m.name}" in self.pictures]
+        if not found:
+            return ""
+        path, _, anchor = found[0].partition("#")
+        return f'<p><a href="{pages.relative(path, header.page)}#{anchor}">In the gallery</a></p>'
 
     def values(self, member):
         if not member.values:
@@ -403,14 +418,15 @@ def in_order(items):
     return out
 
 
-def build(root, site):
+def build(root, site, pictures):
+    """Adds the reference to the site; `pictures` has the gallery's address of each call that it shows."""
     names = Names()
     with tempfile.TemporaryDirectory() as work:
         names.faults = run_doxygen(root, pathlib.Path(work))
         reader = Reader(pathlib.Path(work) / "xml")
     names.faults += reader.faults
     headers = sorted(reader.headers.values(), key=lambda h: h.path)
-    writer = Writer(site, names, headers)
+    writer = Writer(site, names, headers, pictures)
     writer.anchors()
     for header in headers:
         writer.header(header)

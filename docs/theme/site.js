@@ -1,3 +1,6 @@
+// The navigation shows where one is.
+document.querySelector("nav .here")?.scrollIntoView({block: "center"});
+
 // The search of the manual: all of it in the browser. The index is a list of [title, page's title, address, text].
 
 const input = document.getElementById("search");
@@ -14,7 +17,7 @@ function search(words) {
     let score = 0;
     for (const word of words) {
       const name = low.split(/::|\W/).includes(word);
-      const here = low === word ? 100 : name ? 60 : low.startsWith(word) ? 40 : low.includes(word) ? 20 :
+      const here = low === word ? 100 : low.endsWith("::" + word) ? 90 : name ? 60 : low.startsWith(word) ? 40 : low.includes(word) ? 20 :
           page.toLowerCase().includes(word) ? 5 : body.includes(word) ? 2 : 0;
       if (!here) { score = 0; break; }
       score += here;
