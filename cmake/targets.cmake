@@ -50,7 +50,7 @@ function(qvtools_precompile target)
   endif()
 endfunction()
 
-# Builds for checks join sources to read headers once for several (CMAKE_UNITY_BUILD). These sources of the target use
+# The presets join sources, so that headers are read once for several (CMAKE_UNITY_BUILD). These sources of the target use
 # names of their own that a neighbour uses too. Their paths are relative to the folder that calls.
 function(qvtools_compile_alone target)
   foreach(source ${ARGN})
