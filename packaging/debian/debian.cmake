@@ -1,6 +1,5 @@
 # Packages for Debian and its kin, one for each component.
 set(CPACK_DEB_COMPONENT_INSTALL ON)
-set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
@@ -26,6 +25,7 @@ set(library libqvtools${PROJECT_VERSION_MAJOR})
 set(same "(= ${PROJECT_VERSION})")
 qvtools_debian(library ${library} libs any "toolkit for construction drawings: shared library${about}")
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA ${CMAKE_CURRENT_SOURCE_DIR}/debian/triggers)
 
 qvtools_debian(fonts qvtools-fonts fonts all
   "shape fonts for construction drawings${about}\nThe text font of ASCII and structural signs, and the Chinese font.")
