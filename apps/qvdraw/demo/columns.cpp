@@ -7,7 +7,7 @@ namespace qvdraw {
 
 namespace {
 
-constexpr float kScale = 15;  // of the sections
+constexpr float kSectionScale = 15;
 constexpr double kCover = 25;
 
 /// Bars along one side: corner bars and those between them, at even distances from -reach to reach.
@@ -42,7 +42,7 @@ void draw_section(CBase_SGT& sgt, const Sample::Row& row, const CFRect& cell) {
   const float b = row.number(2);
   const float h = row.number(3);
   const float s = sgt.m_fBiLiChi;
-  const qv::SecondScale detail(sgt, (cell.x1 + cell.x2) / 2 + 3 * s, (cell.y1 + cell.y2) / 2 + 4 * s, kScale);
+  const qv::SecondScale detail(sgt, (cell.x1 + cell.x2) / 2 + 3 * s, (cell.y1 + cell.y2) / 2 + 4 * s, kSectionScale);
   sgt.m_fGJDotWidth = 26;
   sgt.m_fGJLineWidth = 10;
   use_pen(sgt, "CONCRETE", "7");
