@@ -1,27 +1,27 @@
-# What every target of ours is built with: warnings as errors, hidden symbols, and arithmetic that gives the same
-# bits on every system (no contraction of a*b+c, SSE2 rather than x87 on 32-bit x86).
+# What every target of ours is built with: warnings, which are errors but in the tree of another program, hidden symbols, and
+# arithmetic that gives the same bits on every system (no contraction of a*b+c, SSE2 rather than x87 on 32-bit x86).
 function(qvtools_target target)
   target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR}/src)
   set_target_properties(${target} PROPERTIES CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
   target_compile_definitions(${target} PRIVATE QV_CHECK_FORMATS)
-  if(MSVC)
-    target_compile_options(${target} PRIVATE /W4 /WX /fp:precise /utf-8)
-    target_compile_definitions(${target} PRIVATE NOMINMAX)
-  else()
-    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wformat-security -Wconversion -Wshadow -Werror -ffp-contract=off)
-    # One compiler counts changes of sign among conversions, the other does not.
-    target_compile_options(${target} PRIVATE -Wno-sign-conversion)
-    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-      # Exported functions are the library's own for its own calls, so that they can be inlined.
-      target_compile_options(${target} PRIVATE -fno-semantic-interposition)
-    endif()
-    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
-      # GCC 12 sees overlaps in the joining of texts that are not there.
-      target_compile_options(${target} PRIVATE -Wno-restrict)
-    endif()
-    if(CMAKE_SIZEOF_VOID_P EQUAL 4)
-      target_compile_options(${target} PRIVATE -msse2 -mfpmath=sse)
-    endif()
+  set(errors)
+  if(PROJECT_IS_TOP_LEVEL)
+    set(errors -Werror)
+  endif()
+  target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wformat-security -Wconversion -Wshadow ${errors}
+                                           -ffp-contract=off)
+  # One compiler counts changes of sign among conversions, the other does not.
+  target_compile_options(${target} PRIVATE -Wno-sign-conversion)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    # Exported functions are the library's own for its own calls, so that they can be inlined.
+    target_compile_options(${target} PRIVATE -fno-semantic-interposition)
+  endif()
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+    # GCC 12 sees overlaps in the joining of texts that are not there.
+    target_compile_options(${target} PRIVATE -Wno-restrict)
+  endif()
+  if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+    target_compile_options(${target} PRIVATE -msse2 -mfpmath=sse)
   endif()
   if(QVTOOLS_SANITIZE)
     if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")

@@ -1,29 +1,33 @@
 /// qvview: shows a drawing in a window.
 
-#include <QtCore/QCommandLineParser>
+#include <QtCore/QFile>
 #include <QtCore/QLocale>
 #include <QtCore/QSettings>
+#include <QtGui/QIcon>
 #include <QtWidgets/QApplication>
 #include <algorithm>
+#include <cstdio>
 #include <memory>
 #include <string_view>
 
 #include "common/fonts.h"
 #include "qvtools/platform/qt/qt_host.h"
 #include "qvtools/version.h"
+#include "qvview/command_line.h"
 #include "ui/main_window.h"
 
 namespace {
 
 /// The language that was asked for, was chosen before, or is the system's.
-qvview::Language language_of(const QString& asked) {
-  const QString name = asked.isEmpty() ? QSettings().value("language", QLocale::system().name()).toString() : asked;
+qvview::Language language_of(const std::string& asked) {
+  const QString name = asked.empty() ? QSettings().value("language", QLocale::system().name()).toString()
+                                     : QString::fromStdString(asked);
   return name.startsWith(QLatin1String("zh")) ? qvview::Language::Chinese : qvview::Language::English;
 }
 
 /// Whether the program is asked about itself and nothing else, which needs no display.
 bool is_asked_about_itself(int argc, char** argv) {
-  constexpr std::string_view kQuestions[] = {"-h", "--help", "--help-all", "-v", "--version"};
+  constexpr std::string_view kQuestions[] = {"-h", "--help", "-v", "--version"};
   return argc == 2 && std::ranges::find(kQuestions, argv[1]) != std::end(kQuestions);
 }
 
@@ -42,37 +46,37 @@ class InstalledHost {
 }  // namespace
 
 int main(int argc, char** argv) {
-  std::unique_ptr<QCoreApplication> application;
-  if (is_asked_about_itself(argc, argv))
-    application = std::make_unique<QCoreApplication>(argc, argv);
-  else
-    application = std::make_unique<QApplication>(argc, argv);
+  // The application takes its own options out of the words.
+  std::unique_ptr<QApplication> application;
+  if (!is_asked_about_itself(argc, argv)) application = std::make_unique<QApplication>(argc, argv);
+  CLI::App program;
+  qvview::Call call;
+  qvview::define_command_line(program, call);
+  try {
+    program.parse(argc, argv);
+  } catch (const CLI::Success& asked) {
+    return program.exit(asked);
+  } catch (const CLI::ParseError& error) {
+    std::fprintf(stderr, "qvview: %s\nsee qvview --help\n", error.what());
+    return 2;
+  }
+
   QApplication::setOrganizationName("qvtools");
   QApplication::setApplicationName("qvview");
   QApplication::setApplicationVersion(QVTOOLS_VERSION);
-  QCommandLineParser parser;
-  parser.setApplicationDescription("Shows a DXF drawing.");
-  parser.addHelpOption();
-  parser.addVersionOption();
-  const QCommandLineOption language("language", "The language of the captions: zh or en.", "zh|en");
-  parser.addOption(language);
-  const QCommandLineOption compare("compare", "Shows what differs between two drawings, the older one first.");
-  parser.addOption(compare);
-  parser.addPositionalArgument("FILE.dxf", "The drawings to show, each in a tab.", "[FILE.dxf...]");
-  parser.process(*application);
-
-  if (parser.isSet(compare) && parser.positionalArguments().size() != 2) parser.showHelp(2);
+  QApplication::setWindowIcon(QIcon::fromTheme("qvview"));
   const InstalledHost host;
   const std::string directory = QApplication::applicationDirPath().toStdString();
-  qvview::MainWindow window(language_of(parser.value(language)), qvapps::load_fonts("qvview", directory));
+  qvview::MainWindow window(language_of(call.language), qvapps::load_fonts("qvview", directory));
   window.show();
-  if (!parser.positionalArguments().isEmpty()) {
+  if (!call.files.empty()) {
     // The window is there first: a large drawing shows its progress over it.
     QMetaObject::invokeMethod(
         &window,
         [&] {
-          const QStringList files = parser.positionalArguments();
-          if (parser.isSet(compare) && files.size() == 2) return window.compare(files[0], files[1]);
+          QStringList files;
+          for (const std::string& file : call.files) files.append(QFile::decodeName(file.c_str()));
+          if (call.compare) return window.compare(files[0], files[1]);
           for (const QString& file : files) window.open(file);
         },
         Qt::QueuedConnection);

@@ -11,6 +11,7 @@
 #include "common/unreadable.h"
 #include "plot_dialog.h"
 #include "printing.h"
+#include "qvtools/version.h"
 #include "system_text.h"
 
 namespace qvview32 {
@@ -59,6 +60,8 @@ const Viewer::Command Viewer::kCommands[] = {
     {Text::CopyMeasures, [](Viewer& v) { v.copy_measures(); }, L"Ctrl+M", 'M', FCONTROL},
     {Text::ClearMeasures, [](Viewer& v) { v.view_->clear_measures(); }, L"Ctrl+Shift+M", 'M', FCONTROL | FSHIFT},
     {Text::Catching, [](Viewer& v) { v.view_->switch_catching(); }, L"F3", VK_F3, 0},
+    {Text::HelpMenu, nullptr, L"", 0, 0},
+    {Text::About, [](Viewer& v) { v.tell_about(); }, L"", 0, 0},
 };
 
 namespace {
@@ -101,7 +104,7 @@ bool Viewer::create() {
   kind.style = CS_DBLCLKS;
   kind.lpfnWndProc = window_proc;
   kind.hInstance = GetModuleHandleW(nullptr);
-  kind.hIcon = LoadIconW(nullptr, IDI_APPLICATION);
+  kind.hIcon = LoadIconW(kind.hInstance, MAKEINTRESOURCEW(1));
   kind.lpszClassName = kClass;
   RegisterClassW(&kind);
   constexpr DWORD kStyle = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN;
@@ -139,7 +142,7 @@ HMENU Viewer::make_menu() const {
 void Viewer::make_keys() {
   std::vector<ACCEL> keys;
   for (std::size_t i = 0; i < std::size(kCommands); ++i)
-    if (kCommands[i].run)
+    if (kCommands[i].run && kCommands[i].key)
       keys.push_back({static_cast<BYTE>(kCommands[i].modifiers | FVIRTKEY), kCommands[i].key, static_cast<WORD>(i)});
   keys_ = CreateAcceleratorTableW(keys.data(), static_cast<int>(keys.size()));
 }
@@ -302,6 +305,11 @@ void Viewer::show_title() {
   if (!results.empty()) title += L" - " + wide_of_utf8(results.back().words(language_).c_str());
   if (!report_.empty()) title += L" - " + report_;
   SetWindowTextW(window_, title.c_str());
+}
+
+void Viewer::tell_about() {
+  const std::wstring about = filled(words(Text::AboutText), wide_of_utf8(QVTOOLS_VERSION));
+  MessageBoxW(window_, about.c_str(), words(Text::About).c_str(), MB_OK | MB_ICONINFORMATION);
 }
 
 void Viewer::complain(Text text, const std::wstring& name, const std::wstring& why) {

@@ -61,6 +61,7 @@ class Viewer : public qvview::View::Listener {
   void toggle_background();
   void set_mode(qvview::Mode mode);
   void show_title();
+  void tell_about();
   void complain(qvview::Text text, const std::wstring& name, const std::wstring& why = L"");
   std::wstring words(qvview::Text text) const;
 

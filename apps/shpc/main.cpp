@@ -1,16 +1,19 @@
 // shpc IN.shp OUT.shx [--bigfont]: compiles a shape source to an SHX font.
 // Exit codes: 0 done, 1 failed (one line for each fault on standard error), 2 bad usage.
 
+#include <algorithm>
 #include <cstdio>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <string_view>
 #include <system_error>
 #include <vector>
 
+#include "command_line.h"
 #include "font_writer.h"
+#include "qvtools/version.h"
 #include "shape_source.h"
 
 namespace {
@@ -19,23 +22,37 @@ enum ExitCode { kDone = 0, kFailed = 1, kBadUsage = 2 };
 
 struct Arguments {
   std::vector<std::string> files;
-  bool bigfont = false;
+  bool given[std::size(shpc::kOptions)] = {};
   bool good = true;
 };
+
+/// Whether the word is one of the option's names, which stand with commas between them.
+bool names(const shpc::Word& option, std::string_view word) {
+  const std::string all = std::string(option.name) + ',';
+  return (',' + all).find(',' + std::string(word) + ',') != std::string::npos;
+}
 
 Arguments parse_arguments(int argc, char** argv) {
   Arguments arguments;
   for (int i = 1; i < argc; ++i) {
-    if (std::strcmp(argv[i], "--bigfont") == 0) {
-      arguments.bigfont = true;
-    } else if (argv[i][0] == '-') {
+    const std::string_view word = argv[i];
+    const auto option = std::ranges::find_if(shpc::kOptions, [&](const auto& known) { return names(known, word); });
+    if (option != std::end(shpc::kOptions)) {
+      arguments.given[option - shpc::kOptions] = true;
+    } else if (word.starts_with('-')) {
       arguments.good = false;
     } else {
-      arguments.files.emplace_back(argv[i]);
+      arguments.files.emplace_back(word);
     }
   }
-  arguments.good = arguments.good && arguments.files.size() == 2;
+  arguments.good = arguments.good && arguments.files.size() == std::size(shpc::kFiles);
   return arguments;
+}
+
+void print_help() {
+  std::printf("%s\nUsage: shpc [OPTIONS] %s %s\n\n", shpc::kSummary, shpc::kFiles[0].name, shpc::kFiles[1].name);
+  for (const shpc::Word& word : shpc::kFiles) std::printf("  %-12s%s\n", word.name, word.summary);
+  for (const shpc::Word& word : shpc::kOptions) std::printf("  %-12s%s\n", word.name, word.summary);
 }
 
 bool read_file(const std::string& path, std::string& bytes) {
@@ -85,9 +102,11 @@ ExitCode compile(const std::string& from, const std::string& to, bool bigfont) {
 
 int main(int argc, char** argv) {
   const Arguments arguments = parse_arguments(argc, argv);
+  if (arguments.given[shpc::kHelp]) return print_help(), kDone;
+  if (arguments.given[shpc::kVersion]) return std::puts("shpc " QVTOOLS_VERSION), kDone;
   if (!arguments.good) {
-    std::fputs("usage: shpc IN.shp OUT.shx [--bigfont]\n", stderr);
+    std::fputs("usage: shpc IN.shp OUT.shx [--bigfont]; see shpc --help\n", stderr);
     return kBadUsage;
   }
-  return compile(arguments.files[0], arguments.files[1], arguments.bigfont);
+  return compile(arguments.files[0], arguments.files[1], arguments.given[shpc::kBigfont]);
 }

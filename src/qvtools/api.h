@@ -1,6 +1,6 @@
 #pragma once
 
-#if (defined(_MSVC_LANG) ? _MSVC_LANG : __cplusplus) < 202002L
+#if __cplusplus < 202002L
 #error "qvtools needs C++20"
 #endif
 

@@ -30,6 +30,16 @@ endif()
 add_executable(example main.cpp)
 target_link_libraries(example {targets})
 """
+TREE = """cmake_minimum_required(VERSION 3.22)
+project(example CXX)
+add_custom_target(fonts ALL)
+{how}
+if(NOT qvtools_FONTS_DIR OR NOT TARGET qvtools::viewer)
+  message(FATAL_ERROR "the tree tells not what an installed library tells")
+endif()
+add_executable(example main.cpp)
+target_link_libraries(example qvtools::qvtools)
+"""
 
 
 def run(*words, **options):
@@ -84,12 +94,34 @@ def check_pkg_config(prefix, folder):
     assert first and "qvtools needs C++20" in first[1], older.stderr[:500]
 
 
+def program_with_tree(folder, code, how):
+    """A program that has the library's tree in its own, and targets of its own that are called as ours could be."""
+    example_in(folder, code)
+    (folder / "CMakeLists.txt").write_text(TREE.format(how=how.format(source=source)))
+    return folder
+
+
+def check_tree(folder, code):
+    """A program that has the whole tree in its own builds of it what it needs, and nothing else."""
+    program = program_with_tree(folder, code, "add_subdirectory({source} qvtools EXCLUDE_FROM_ALL)")
+    run("cmake", "-G", "Ninja", "-S", program, "-B", folder / "build")
+    known = output("ninja", "-C", folder / "build", "-t", "targets", "all")
+    planned = output("ninja", "-C", folder / "build", "-n", "-v")
+    assert "libqvtools.so:" in known and "qvtools_fonts:" in known
+    assert not re.search(r"qvdraw|qvview/|qvtests", known), "programs and tests are nobody else's"
+    assert "libqvtools.so" in planned and "-Werror" not in planned and "shpc" not in planned
+
+
 def check_static(folder, code):
-    """The library alone, as a static one, each source with its own includes only."""
-    run("cmake", "-G", "Ninja", "-S", source, "-B", folder / "library", "-DBUILD_SHARED_LIBS=OFF", "-DQVTOOLS_QT=OFF", "-DQVTOOLS_PLOT=OFF",
-        "-DQVTOOLS_TESTS=OFF", "-DCMAKE_BUILD_TYPE=None", "-DCMAKE_CXX_FLAGS=-O0",
-        "-DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON", f"-DCMAKE_INSTALL_PREFIX={folder}/prefix")
-    run("cmake", "--build", folder / "library", "--target", "qvtools", "qvtools_viewer", "shpc", "fonts")
+    """The library alone, as a static one, each source with its own includes only, in the tree of a program that fetches it."""
+    program = program_with_tree(folder / "program", code, """include(FetchContent)
+FetchContent_Declare(qvtools SOURCE_DIR {source})
+FetchContent_MakeAvailable(qvtools)""")
+    run("cmake", "-G", "Ninja", "-S", program, "-B", folder / "library", "-DBUILD_SHARED_LIBS=OFF", "-DQVTOOLS_QT=OFF", "-DQVTOOLS_PLOT=OFF",
+        "-DCMAKE_BUILD_TYPE=None", "-DCMAKE_CXX_FLAGS=-O0 -Werror", "-DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON",
+        f"-DCMAKE_INSTALL_PREFIX={folder}/prefix")
+    run("cmake", "--build", folder / "library", "--target", "example", "qvtools_viewer", "shpc", "qvtools_fonts")
+    run(folder / "library/example", cwd=next((folder / "library").rglob("fonts/txt.shx")).parents[1])
     run("cmake", "--install", folder / "library")
     assert list((folder / "prefix").rglob("libqvtools.a")) and not list((folder / "prefix").rglob("libqvtools.so"))
     example = example_in(folder / "example", code)
@@ -125,6 +157,7 @@ def main():
             assert (folder / "out/beam.png").stat().st_size > 1000
         if not system:
             check_pkg_config(prefix, example)
+            check_tree(folder / "tree", code)
             check_static(folder / "static", code)
 
 

@@ -1,0 +1,18 @@
+# qvtools_resource(TARGET DESCRIPTION [ICON]): what Windows tells of a program or a DLL: version, description, icon.
+if(WIN32)
+  enable_language(RC)
+endif()
+function(qvtools_resource target description)
+  if(NOT WIN32)
+    return()
+  endif()
+  set(icon)
+  if(ARGC GREATER 2)
+    set(icon "1 ICON \"${ARGV2}\"")
+  endif()
+  set(source ${CMAKE_CURRENT_BINARY_DIR}/${target}.rc)
+  configure_file(${PROJECT_SOURCE_DIR}/cmake/windows_resource.rc.in ${source} @ONLY)
+  # Apart from the target, whose options are the compiler's alone.
+  add_library(${target}_resource OBJECT ${source})
+  target_sources(${target} PRIVATE $<TARGET_OBJECTS:${target}_resource>)
+endfunction()
