@@ -15,6 +15,7 @@ set(CPACK_NSIS_MUI_ICON ${CMAKE_CURRENT_SOURCE_DIR}/windows/qvview.ico)
 set(CPACK_NSIS_MUI_UNIICON ${CMAKE_CURRENT_SOURCE_DIR}/windows/qvview.ico)
 set(CPACK_NSIS_INSTALLED_ICON_NAME bin/qvview32.exe)
 set(CPACK_NSIS_ENABLE_UNINSTALL_BEFORE_INSTALL ON)
+set(CPACK_NSIS_EXECUTABLE_PRE_ARGUMENTS [[XTarget\ amd64-unicode]])  # the installer itself is of 64 bits, too
 set(CPACK_NSIS_MODIFY_PATH ON)
 set(CPACK_PACKAGE_EXECUTABLES qvview32 "QVTOOLS viewer")
 set(CPACK_NSIS_MENU_LINKS share/doc/qvtools "QVTOOLS manual")
