@@ -176,9 +176,11 @@ void Figure::angle(float x, float y, float r, float a1, float a2, const char* la
   };
   for (const float a : {a1, a2})
     line(x, y, at(a).x + (at(a).x - x) * (kBeyond - 1), at(a).y + (at(a).y - y) * (kBeyond - 1));
-  marked().Write_Arc(x, y, 0, radius, a1, a2, kLayer, "2", "CONTINUOUS");
-  const float step = std::min(kHead / r / kDegree / 2, a2 - a1);
-  head(at(a2).x, at(a2).y, a2 + 90 - step);
+  const bool clockwise = a2 < a1;
+  marked().Write_Arc(x, y, 0, radius, std::min(a1, a2), std::max(a1, a2), kLayer, "2", "CONTINUOUS");
+  // The head lies along its chord.
+  const float step = std::min(kHead / r / kDegree / 2, std::abs(a2 - a1));
+  head(at(a2).x, at(a2).y, clockwise ? a2 - 90 + step : a2 + 90 - step);
   const float middle = (a1 + a2) / 2;
   const float away = radius * kBeyond + mm(0.4F);
   const float lx = x + away * std::cos(middle * kDegree);

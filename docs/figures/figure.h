@@ -45,7 +45,7 @@ class Figure {
   void leader(float x, float y, float dx, float dy, const char* label);
   /// A length with extension lines and arrows at both ends, `off` mm to the left of the way from point 1 to point 2.
   void length(float x1, float y1, float x2, float y2, const char* label, float off = 5);
-  /// An angle in degrees from a1 to a2, counter-clockwise, with an arrow at its end. `r` in mm.
+  /// An angle in degrees from a1 to a2, clockwise when a2 is below a1, with an arrow at its end. `r` in mm.
   void angle(float x, float y, float r, float a1, float a2, const char* label);
   /// An arrow to point 2.
   void arrow(float x1, float y1, float x2, float y2);

@@ -62,7 +62,7 @@ FIGURE(stirrups) {
   figure.point(1400, 0, "x, y", Side::Left);
   figure.length(1400, 1000, 2000, 1000, "w", 4);
   figure.point(2700, 300, "x, y", Side::Left);
-  figure.angle(2700, 300, 15, 340, 360, "angle");
+  figure.angle(2700, 300, 15, 0, -20, "angle");
 }
 
 FIGURE(hooked_stirrups) {

@@ -137,7 +137,7 @@ FIGURE(rectangle_about_centre) {
   figure.length(-692, -731, 1000, -115, "w", -5);
   figure.length(-1000, 115, -692, -731, "h", -5);
   figure.point(3000, 0, "cx, cy", Side::Below);
-  figure.angle(3000, 0, 8, 340, 360, "angle");
+  figure.angle(3000, 0, 8, 0, -20, "angle");
   figure.leader(3600, 270, 6, 9, "width");
 }
 
@@ -153,7 +153,7 @@ FIGURE(rectangle_by_corner) {
   figure.point(2800, 0, "x, y", Side::Below);
   figure.leader(3700, 900, 4, 5, "width");
   figure.point(5400, 500, "x, y", Side::Left);
-  figure.angle(5400, 500, 16, 340, 360, "angle");
+  figure.angle(5400, 500, 16, 0, -20, "angle");
 }
 
 FIGURE(rectangle_sides) {

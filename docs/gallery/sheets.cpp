@@ -43,7 +43,7 @@ FIGURE(countersign_block) {
   figure.length(-75, 20, 0, 20, "75", 4);
   figure.length(-75, 0, -75, 20, "20", 4);
   figure.point(20, 0, "x, y", Side::Below);
-  figure.angle(20, 0, 12, 270, 360, "angle = 90");
+  figure.angle(20, 0, 8, 180, 90, "angle = 90");
 }
 
 FIGURE(drawing_title) {

@@ -53,6 +53,7 @@ class Site:
         target.parent.mkdir(parents=True, exist_ok=True)
         parts = {
             "TITLE": html.escape(title),
+            "LANG": "zh-CN" if ".zh." in path else "en",
             "ROOT": "../" * path.count("/"),
             "NAV": self.navigation(path, headings),
             "CONTENT": body,

@@ -56,10 +56,14 @@ def stem(declaration):
 
 
 class Filter:
+    """Reads a header from its top to its end and writes it anew, line by line."""
+
     def __init__(self, lines):
         self.lines = lines
         self.out = list(lines)
-        self.shares = []
+        self.shared = None  # the comment of the run of declarations that is being read
+        self.family = None  # the stem of the names that a comment behind a declaration holds for
+        self.at_top = True  # of the file: nothing has been declared
 
     def end_of_declaration(self, at):
         """The line behind the declaration that begins at a line: at its semicolon, or the brace that closes it."""
@@ -78,63 +82,64 @@ class Filter:
         return len(self.lines)
 
     def is_type(self, at, here):
+        """Whether the lines begin a class, an enumeration and their kin."""
         text = " ".join(self.lines[at : here + 1])
         return re.match(r" *(template <.*?> *)?(class|struct|enum|union)\b", text) is not None
 
     def run(self):
-        shared = None  # the comment of the run of declarations that is being read
-        family = None  # the stem of the names that a comment behind a declaration holds for
-        top = True
         at = 0
         while at < len(self.lines):
             line = self.lines[at]
             if COMMENT.match(line):
-                begin = at
-                while at < len(self.lines) and COMMENT.match(self.lines[at]):
-                    at += 1
-                text = [COMMENT.match(other)[2] for other in self.lines[begin:at]]
-                detached = at >= len(self.lines) or not self.lines[at].strip()
-                self.comment(begin, text, top and detached)
-                shared = None if detached else text
-                top = False
-                family = None
-                if shared:
-                    at = self.end_of_declaration(at)
-                continue
-            if line.strip() in ("private:", "private Q_SLOTS:"):
+                at = self.take_comment(at)
+            elif line.strip() in ("private:", "private Q_SLOTS:"):
                 at = self.end_of_private(at)
-                continue
-            if not line.strip() or NO_DECLARATION.match(line):
-                shared = family = None
+            elif not line.strip() or NO_DECLARATION.match(line):
+                self.shared = self.family = None
                 at += 1
-                continue
-            top = False
-            end = self.end_of_declaration(at)
-            behind = [m[2] for other in self.lines[at:end] if (m := BEHIND.match(other))]
-            while behind and end < len(self.lines) and (m := re.match(r" *///< (.*)", self.lines[end])):
-                behind.append(m[1])
-                end += 1
-            if caption := CAPTION.search(line):
-                behind = [f"\"{caption[1]}\""]
-            own = next((text for form, text in UNDERSTOOD if form.match(line)), None)
-            if family and stem(line) != family:
-                shared = family = None
-            if behind:
-                shared = behind
-                family = stem(line)
-                for i in range(at, end):
-                    self.out[i] = re.sub(r" *///<.*", "", self.lines[i])
-            elif own is None and shared:
-                self.report(at, shared)
-            text = behind or ([own] if own else shared if own is None else None)
-            if text:
-                self.out[at] = as_block(text) + self.out[at]
-            elif own == "":
-                self.out[at] = ""
-            if self.is_type(at, end - 1):
-                shared = family = None
-            at = end
+            else:
+                at = self.take_declaration(at)
         return self.out
+
+    def take_comment(self, at):
+        """A comment on lines of its own, with the declaration that follows it at once. Returns the line behind both."""
+        end = at
+        while end < len(self.lines) and COMMENT.match(self.lines[end]):
+            end += 1
+        text = [COMMENT.match(line)[2] for line in self.lines[at:end]]
+        detached = end == len(self.lines) or not self.lines[end].strip()
+        self.write_comment(at, text, self.at_top and detached)
+        self.at_top = False
+        self.shared = None if detached else text
+        self.family = None
+        return end if detached else self.end_of_declaration(end)
+
+    def take_declaration(self, at):
+        """A declaration without a comment in front of it. Returns the line behind it."""
+        self.at_top = False
+        line = self.lines[at]
+        end = self.end_of_declaration(at)
+        behind = [m[2] for other in self.lines[at:end] if (m := BEHIND.match(other))]
+        while behind and end < len(self.lines) and (m := re.match(r" *///< (.*)", self.lines[end])):
+            behind.append(m[1])
+            end += 1
+        if caption := CAPTION.search(line):
+            behind = [f'"{caption[1]}"']
+        if self.family and stem(line) != self.family:
+            self.shared = self.family = None
+        if behind:
+            self.shared = behind
+            self.family = stem(line)
+            for i in range(at, end):
+                self.out[i] = re.sub(r" *///<.*", "", self.lines[i])
+        own = next((text for form, text in UNDERSTOOD if form.match(line)), None)
+        if own == "" and not behind:
+            self.out[at] = ""
+        elif text := behind or ([own] if own else self.shared):
+            self.out[at] = as_block(text) + self.out[at]
+        if self.is_type(at, end - 1):
+            self.shared = self.family = None
+        return end
 
     def end_of_private(self, at):
         """The line behind the private part of a class."""
@@ -144,16 +149,13 @@ class Filter:
             at += 1
         return at
 
-    def comment(self, begin, text, of_file):
+    def write_comment(self, begin, text, of_file):
         if of_file:
             self.out[begin - 1] = "/** @file"
         lines = verbatim(text)
         lines[0] = lines[0] if of_file else "/** " + lines[0]
         lines[-1] += " */"
         self.out[begin : begin + len(lines)] = lines
-
-    def report(self, at, shared):
-        self.shares.append((at + 1, self.lines[at].strip(), " ".join(shared)))
 
 
 def main():

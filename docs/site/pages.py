@@ -34,9 +34,14 @@ def output_of(source):
     return re.sub(r"\.md$", ".html", name)
 
 
-def relative(target, page):
-    """An output path as seen from another one."""
-    return posixpath.relpath(target, posixpath.dirname(page) or ".")
+def relative(address, page):
+    """An address of the site, an anchor with it or not, as seen from a page."""
+    path, mark, anchor = address.partition("#")
+    return posixpath.relpath(path, posixpath.dirname(page) or ".") + mark + anchor
+
+
+def link_to(address, page, text):
+    return f'<a href="{relative(address, page)}">{text}</a>'
 
 
 def read_contents(root):
@@ -138,7 +143,8 @@ class Pages:
             return f"\n```{language}\n{path.read_text(encoding='utf-8').rstrip()}\n```\n"
         if kind == "made":
             command = [sys.executable, "-B", self.root / what, self.root]
-            run = subprocess.run(command, capture_output=True, text=True, env={**os.environ, "FIGURES": str(self.figures)})
+            environment = {**os.environ, "FIGURES": str(self.figures)}
+            run = subprocess.run(command, capture_output=True, text=True, env=environment)
             if run.returncode:
                 raise Problem(f"{source}: {what}: {run.stderr}")
             return run.stdout

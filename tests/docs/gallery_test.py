@@ -10,7 +10,9 @@ import pathlib
 import re
 import sys
 
-CALL = re.compile(r"(?:static )?(?:void|int) ((?:Draw|ArrowTo|MoveTo|LineTo|PlineTo|FormString|Set_Para|Convert_XY)\w*)\(([^)]*)\)")
+CALL = re.compile(
+    r"(?:static )?(?:void|int) ((?:Draw|ArrowTo|MoveTo|LineTo|PlineTo|FormString|Set_Para|Convert_XY)\w*)\(([^)]*)\)"
+)
 
 
 # Where the calls of a class stand.
@@ -43,7 +45,8 @@ def sections_of(folder):
         code.update(re.findall(r"^FIGURE\((\w+)\) \{\n(.*?)^\}", source.read_text(encoding="utf-8"), re.S | re.M))
     for page in sorted(folder.glob("*.md")):
         for section in page.read_text(encoding="utf-8").split("\n## ")[1:]:
-            calls = {(n, tuple(a.replace(" ", "").split(",")) if a else ()) for n, a in re.findall(r"`(\w+)\(([\w, ]*)\)`", section)}
+            named = re.findall(r"`(\w+)\(([\w, ]*)\)`", section)
+            calls = {(name, tuple(given.replace(" ", "").split(",")) if given else ()) for name, given in named}
             rows = re.findall(r"^\| (`[^|]*) \|", section, re.M)
             explained = {name for row in rows for name in re.findall(r"`(\w+)`", row)}
             shown = "".join(code.get(name, "") for name in re.findall(r"\{\{code (\w+)\}\}", section))

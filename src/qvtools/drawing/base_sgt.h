@@ -266,8 +266,9 @@ class QV_API CBase_SGT : public DXF, public qv::SgtEnvironment {
   void DrawLineArrow(float x1, float y1, float x2, float y2);
   void ArrowTo(float x, float y);
   void ArrowTo_Relative(float dx, float dy) { ArrowTo(m_fPenX + dx, m_fPenY + dy); }
-  /// Arc of 60 degrees and 6 mm radius whose middle is (x, y), where it runs in the direction `angle`, with an
-  /// arrowhead at its start or end; transformed.
+  /// Arc of 60 degrees and 6 mm radius whose middle is (x, y), where its tangent has the direction `angle`; it bulges
+  /// to the left of that direction. The arrowhead is at its start, which lies ahead (arcs run counter-clockwise), or,
+  /// when `atStart` is 0, at its end, which lies behind; transformed.
   void DrawArcArrow(float x, float y, float angle, int atStart);
 
   // Reinforcement, in the colour `m_szGJColor` unless said, transformed.
