@@ -105,10 +105,12 @@ void add_vertices(py::dict& columns, const std::vector<ACAD_ENTITY*>& polylines)
 
 py::dict columns(Document& self, const std::string& keyword) {
   const int type = kind_named(keyword);
+  const auto& entities = self.entities();
+  const Hold hold(self);
   std::vector<ACAD_ENTITY*> records;
   std::vector<std::int64_t> places;
   std::int64_t place = 0;
-  for (ACAD_ENTITY* entity : self.entities()) {
+  for (ACAD_ENTITY* entity : entities) {
     if (entity->GetType() == type) records.push_back(entity), places.push_back(place);
     ++place;
   }

@@ -36,6 +36,10 @@ py::str to_str(const char* gbk) {
   return qv::from_gbk(gbk);
 }
 
+py::str lenient(const std::string& utf8) {
+  return py::bytes(utf8).attr("decode")("utf-8", "replace");
+}
+
 namespace {
 thread_local Call* t_call = nullptr;
 constexpr std::size_t kMostReports = 10;
@@ -94,7 +98,7 @@ void Call::finish() {
 
 void Call::finish(bool done, const std::string& otherwise) {
   finish();
-  if (!done) throw Error(otherwise);
+  if (!done) throw Error(lenient(otherwise));
 }
 
 bool Progress::operator()(double share) {
@@ -252,7 +256,7 @@ std::optional<qv::DrawingRect> rect_of(const py::object& value, const char* name
 }
 
 std::string shown(const Path& path) {
-  return py::str(py::bytes(path.bytes).attr("decode")("utf-8", "replace"));
+  return lenient(path.bytes);
 }
 
 void must_be_readable(const Path& path) {

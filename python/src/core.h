@@ -34,8 +34,9 @@ struct Path {
   operator const char*() const { return bytes.c_str(); }
 };
 
-/// `str` of GBK bytes.
+/// `str` of GBK bytes, and of UTF-8 that a file may have spoilt.
 py::str to_str(const char* gbk);
+py::str lenient(const std::string& utf8);
 
 /// Becomes `qvtools.Error`.
 struct Error : std::runtime_error {

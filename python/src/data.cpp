@@ -101,7 +101,7 @@ py::object steel(int code) {
 // Fields.
 
 /// A field with the grid that its values are found by.
-struct Field {
+struct Mesh {
   CChang field;
   std::unique_ptr<qv::FieldLocator> locator;
 
@@ -143,14 +143,14 @@ void take_triangles(CChang& field, const py::object& triangles) {
   }
 }
 
-std::unique_ptr<Field> new_field(const py::object& points, const py::object& values, const py::object& triangles) {
+std::unique_ptr<Mesh> new_field(const py::object& points, const py::object& values, const py::object& triangles) {
   const Floats p = points_of(points, "points", 2);
   const py::array given = array_of(values);
   const py::ssize_t columns = given.ndim() == 2 ? given.shape(1) : 1;
   if (given.ndim() < 1 || given.ndim() > 2 || given.shape(0) != p.rows || columns < 1 || columns > CChangNode::kValues)
     throw py::value_error("values: an array of as many numbers as there are points expected, or n by 1 to 5");
   const Floats v = numbers_of(given.attr("reshape")(-1), "values");
-  auto made = std::make_unique<Field>();
+  auto made = std::make_unique<Mesh>();
   auto& nodes = made->field.m_Nodes;
   nodes.SetSize(static_cast<int>(p.rows));
   for (int i = 0; i < nodes.GetSize(); ++i) {
@@ -162,9 +162,9 @@ std::unique_ptr<Field> new_field(const py::object& points, const py::object& val
   return made;
 }
 
-std::unique_ptr<Field> read_field(const Path& path) {
+std::unique_ptr<Mesh> read_field(const Path& path) {
   must_be_readable(path);
-  auto made = std::make_unique<Field>();
+  auto made = std::make_unique<Mesh>();
   const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(qv::open_text(path, "rt"), &std::fclose);
   Call call;
   call.finish(file && made->field.LoadData(file.get()) == 1 && made->field.m_Nodes.GetSize() > 0,
@@ -172,7 +172,7 @@ std::unique_ptr<Field> read_field(const Path& path) {
   return made;
 }
 
-void save_field(const Field& self, const Path& path) {
+void save_field(const Mesh& self, const Path& path) {
   qv::SavedFile file(path, qv::SavedFile::Lines::CrLf);
   Call call;
   call.finish(file.is_open() && self.field.SaveData(file.stream()) == 1 && file.commit(),
@@ -187,7 +187,7 @@ py::array_t<T> rows_of(int rows, int columns, const Row& row) {
   return array;
 }
 
-Picture contour(Field& self, const py::object& size) {
+Picture contour(Mesh& self, const py::object& size) {
   constexpr int kLegend = 150, kMargin = 20;  // pixels; the legend lies on the left
   constexpr double kMillimetres = 1000;
   const CSize pixels = size_of(size);
@@ -212,21 +212,21 @@ Picture contour(Field& self, const py::object& size) {
 }
 
 void bind_field(py::module_& m) {
-  const auto points = [](Field& self) {
+  const auto points = [](Mesh& self) {
     return rows_of<float>(self.field.m_Nodes.GetSize(), 2,
                           [&](int i, float* to) { to[0] = self.field.m_Nodes[i].x, to[1] = self.field.m_Nodes[i].y; });
   };
-  const auto values = [](Field& self) {
+  const auto values = [](Mesh& self) {
     return rows_of<float>(self.field.m_Nodes.GetSize(), CChangNode::kValues,
                           [&](int i, float* to) { std::copy_n(self.field.m_Nodes[i].value, CChangNode::kValues, to); });
   };
-  const auto triangles = [](Field& self) {
+  const auto triangles = [](Mesh& self) {
     return rows_of<int>(self.field.m_Tris.GetSize(), 3, [&](int i, int* to) {
       for (const int node : self.field.m_Tris[i].node) *to++ = node - 1;
     });
   };
-  py::class_<Field>(m, "Field",
-                    R"(A scalar field over a mesh of triangles, with up to five values at each node (CChang).
+  py::class_<Mesh>(m, "Field",
+                   R"(A scalar field over a mesh of triangles, with up to five values at each node (CChang).
 
 Field(points, values, triangles): points n by 2, in metres; values n, or n by 1 to 5; triangles m by 3 indices of
 points, from 0 (files count from 1); clockwise ones are turned round.)")
@@ -237,18 +237,18 @@ points, from 0 (files count from 1); clockwise ones are turned round.)")
       .def_property_readonly("values", values, "Their values: n by 5, a copy.")
       .def_property_readonly("triangles", triangles, "Indices of points: m by 3, a copy.")
       .def_property(
-          "value_index", [](const Field& self) { return self.field.m_nValueIndex; }, &Field::choose,
+          "value_index", [](const Mesh& self) { return self.field.m_nValueIndex; }, &Mesh::choose,
           "Which of the five values counts, 0 to 4 (m_nValueIndex).")
       .def(
           "value",
-          [](Field& self, const py::array_t<float>& x, const py::array_t<float>& y) {
+          [](Mesh& self, const py::array_t<float>& x, const py::array_t<float>& y) {
             const qv::FieldLocator& locator = self.located();
             return py::vectorize([&](float px, float py) { return locator.Value(px, py); })(x, y);
           },
           arg("x"), arg("y"), "The value at a point, or at each of arrays of them (qv::FieldLocator::Value).")
       .def(
           "contains",
-          [](Field& self, const py::array_t<float>& x, const py::array_t<float>& y) {
+          [](Mesh& self, const py::array_t<float>& x, const py::array_t<float>& y) {
             const qv::FieldLocator& locator = self.located();
             return py::vectorize([&](float px, float py) { return locator.Contains(px, py) != 0; })(x, y);
           },

@@ -88,16 +88,17 @@ std::shared_ptr<Document> import(const Path& path, const std::string& layout, co
 py::object report_of(const Document& self) {
   if (!self.report) return py::none();
   const qv::ImportReport& r = *self.report;
-  py::list kinds, remarks;
+  py::list kinds, remarks, layouts;
   for (const auto& kind : r.kinds)
-    kinds.append(value("ImportedKind", kind.name, kind.taken, kind.converted, kind.leftOut, kind.becomes, kind.reason,
-                       kind.line));
+    kinds.append(value("ImportedKind", lenient(kind.name), kind.taken, kind.converted, kind.leftOut,
+                       lenient(kind.becomes), lenient(kind.reason), kind.line));
   for (const auto& remark : r.remarks)
-    remarks.append(value("Remark", remark.text, remark.count, remark.line, remark.loss));
-  return value("ImportReport", kinds, remarks, r.release, r.binary, qv::code_page_name(r.encoding), r.encodingSource,
-               kUnits.begin()[static_cast<int>(r.unit)], r.unitSource, r.scale,
-               py::make_tuple(r.offset[0], r.offset[1]), r.layout, r.layouts, r.complete, r.brokenLine, r.summary(),
-               r.text());
+    remarks.append(value("Remark", lenient(remark.text), remark.count, remark.line, remark.loss));
+  for (const std::string& layout : r.layouts) layouts.append(lenient(layout));
+  return value("ImportReport", kinds, remarks, lenient(r.release), r.binary, qv::code_page_name(r.encoding),
+               r.encodingSource, kUnits.begin()[static_cast<int>(r.unit)], r.unitSource, r.scale,
+               py::make_tuple(r.offset[0], r.offset[1]), lenient(r.layout), layouts, r.complete, r.brokenLine,
+               lenient(r.summary()), lenient(r.text()));
 }
 
 void save(Document& self, const Path& path) {
@@ -190,6 +191,7 @@ py::object extent(Document& self, const std::optional<std::pair<float, float>>& 
 
 py::object objects(Document& self, const std::vector<ACAD_ENTITY*>& entities) {
   const auto document = self.shared_from_this();
+  const Hold hold(self);
   py::list all(entities.size());
   for (std::size_t i = 0; i < entities.size(); ++i) all[i] = entity_object(document, *entities[i]);
   return all;

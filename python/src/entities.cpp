@@ -102,15 +102,19 @@ py::object point_tuple(const qv::Point3& p) {
   return py::make_tuple(p.x, p.y, p.z);
 }
 
-void take_points(qv::Point3* to, py::ssize_t rows, const py::handle& value, const char* name) {
-  const Floats points = points_of(value, name);
-  if (points.rows != rows)
-    throw py::value_error(std::string(name) + ": " + std::to_string(rows) + " point(s) expected, not " +
+/// Points for a field, which keeps as many of them.
+std::vector<qv::Point3> points_for(const Field& field, const py::handle& value) {
+  const Floats points = points_of(value, field.name);
+  const py::ssize_t wanted = field.type == Field::Type::Corners ? 4 : 1;
+  if (points.rows != wanted)
+    throw py::value_error(std::string(field.name) + ": " + std::to_string(wanted) + " point(s) expected, not " +
                           std::to_string(points.rows));
-  for (py::ssize_t i = 0; i < rows; ++i) to[i] = {points.row(i)[0], points.row(i)[1], points.z(i)};
+  std::vector<qv::Point3> all;
+  for (py::ssize_t i = 0; i < wanted; ++i) all.push_back({points.row(i)[0], points.row(i)[1], points.z(i)});
+  return all;
 }
 
-py::object get(const Field& field, ACAD_ENTITY& entity) {
+py::object get_field(const Field& field, ACAD_ENTITY& entity) {
   const void* const at = field.at(entity);
   switch (field.type) {
     case Field::Type::Real:
@@ -130,26 +134,27 @@ py::object get(const Field& field, ACAD_ENTITY& entity) {
   return to_str(static_cast<const char*>(at));
 }
 
-void set(const Field& field, ACAD_ENTITY& entity, const py::object& value) {
-  void* const at = field.at(entity);
+/// Stores what Python gives. It is converted before the record is looked at: Python may close the document meanwhile.
+void set_field(const Field& field, const Entity& self, const py::object& value) {
+  const auto store = [&](const auto& converted) { std::memcpy(field.at(self.change()), &converted, sizeof converted); };
   switch (field.type) {
     case Field::Type::Real:
-      *static_cast<float*>(at) = value.cast<float>();
-      return;
+      return store(value.cast<float>());
     case Field::Type::Integer:
-      *static_cast<int*>(at) = value.cast<int>();
-      return;
+      return store(value.cast<int>());
     case Field::Type::Point:
-      return take_points(static_cast<qv::Point3*>(at), 1, value, field.name);
-    case Field::Type::Corners:
-      return take_points(static_cast<qv::Point3*>(at), 4, value, field.name);
+    case Field::Type::Corners: {
+      const std::vector<qv::Point3> points = points_for(field, value);
+      std::copy(points.begin(), points.end(), static_cast<qv::Point3*>(field.at(self.change())));
+      return;
+    }
     case Field::Type::Name:
       break;
   }
   const Text text = value.cast<Text>();
   if (text.gbk.size() >= field.size)
     throw py::value_error(std::string(field.name) + ": at most " + std::to_string(field.size - 1) + " bytes of GBK");
-  std::memcpy(at, text.gbk.c_str(), text.gbk.size() + 1);
+  std::memcpy(field.at(self.change()), text.gbk.c_str(), text.gbk.size() + 1);
 }
 
 py::object property(const py::cpp_function& get, const py::object& set, const char* doc) {
@@ -162,20 +167,20 @@ py::str repr(const Entity& self) {
   std::string text = kind.name;
   for (const Field& field : kind.fields)
     text += (&field == kind.fields.data() ? "(" : ", ") + std::string(field.name) + "=" +
-            std::string(py::repr(get(field, entity)));
+            std::string(py::repr(get_field(field, entity)));
   return text + ")";
 }
 
-py::object extent(const Entity& self) {
+py::object entity_extent(const Entity& self) {
   return rect(checked([&] { return self.use().GetFRect(); }));
 }
 
 void add_attributes(const py::object& type, const Kind& kind) {
   for (const Field& row : kind.fields) {
     const Field* const field = &row;
-    const py::cpp_function getter([field](const Entity& self) { return get(*field, self.use()); });
+    const py::cpp_function getter([field](const Entity& self) { return get_field(*field, self.use()); });
     const py::cpp_function setter(
-        [field](const Entity& self, const py::object& value) { set(*field, self.change(), value); });
+        [field](const Entity& self, const py::object& value) { set_field(*field, self, value); });
     type.attr(field->name) = property(getter, setter, field->doc);
   }
   type.attr("kind") = kind.keyword;
@@ -207,9 +212,10 @@ py::array_t<float> vertex_values(const Entity& self) {
 
 template <float ACAD_VERTEX::*kMember>
 void set_vertex_values(const Entity& self, const py::object& value) {
+  Floats numbers = numbers_of(value, "value");
   self.change();
   Vertices& vertices = vertices_of(self);
-  const Spread values(numbers_of(value, "value"), vertices.GetSize(), "value");
+  const Spread values(std::move(numbers), vertices.GetSize(), "value");
   for (int i = 0; i < vertices.GetSize(); ++i) vertices[i].*kMember = values[i];
 }
 
@@ -298,7 +304,7 @@ as long as one of its entities is held; when it is closed, its entities raise an
              return py::isinstance<Entity>(b) && a.record == b.cast<const Entity&>().record;
            })
       .def("__hash__", [](const Entity& self) { return std::hash<const void*>()(self.record); })
-      .def_property_readonly("extent", &extent,
+      .def_property_readonly("extent", &entity_extent,
                              "The rectangle that it takes in plan (GetFRect). That of an insert is empty.")
       .def_property_readonly(
           "length", [](const Entity& self) { return qv::Measure(self.use()).length; },

@@ -156,16 +156,18 @@ py::object plot(const std::vector<std::shared_ptr<Document>>& documents, const P
   call.finish(plotted, shown(path) + ": " + report.problem);
   py::list pages;
   for (const qv::PlotReport::Page& page : report.pages)
-    pages.append(value("Page", page.source, page.sheet, qv::paper_name(page.paper), page.scale, page.fits,
-                       py::make_tuple(page.size.width, page.size.height), page.file));
-  return value("PlotReport", pages, report.remarks);
+    pages.append(value("Page", lenient(page.source), lenient(page.sheet), qv::paper_name(page.paper), page.scale,
+                       page.fits, py::make_tuple(page.size.width, page.size.height), lenient(page.file)));
+  py::list remarks;
+  for (const std::string& remark : report.remarks) remarks.append(lenient(remark));
+  return value("PlotReport", pages, remarks);
 }
 
 py::list sheets(Document& self) {
   py::list all;
   for (const qv::Sheet& sheet : checked([&] { return qv::FindSheets(self.use()); }))
     all.append(value("Sheet", rect(sheet.edge), rect(sheet.border), qv::paper_name(sheet.paper), sheet.scale,
-                     sheet.name, sheet.number));
+                     lenient(sheet.name), lenient(sheet.number)));
   return all;
 }
 

@@ -203,7 +203,7 @@ using Rect5 = void (CBase_SGT::*)(float, float, float, float, float, float);
 using Sgt = CBase_SGT;
 using Six = void (Sgt::*)(float, float, float, float, float, float);
 
-constexpr Method kMethods[] = {
+constexpr Method kPrimitives[] = {
     method<&Sgt::Draw_Point>("point", "x, y", "Draws a point (Draw_Point)."),
     method<&Sgt::Draw_Line>("line", "x1, y1, x2, y2", "Draws a line (Draw_Line)."),
     method<&Sgt::Draw_Circle>("circle", "x, y, radius", "Draws a circle (Draw_Circle)."),
@@ -241,7 +241,7 @@ constexpr Method kMethods[] = {
 
 void bind_primitives(ComposerClass& composer) {
   bind_settings(composer);
-  bind_methods(composer, kMethods);
+  bind_methods(composer, kPrimitives);
   const auto x = arg("x"), y = arg("y"), width = arg("width"), height = arg("height"), radius = arg("radius");
   const auto angle = arg("angle") = 0;
   composer

@@ -201,7 +201,7 @@ class Detail {
   std::unique_ptr<qv::SecondScale> scope_;
 };
 
-constexpr Method kMethods[] = {
+constexpr Method kSheetMethods[] = {
     method<&draw_sheet>(
         "sheet", "size='A2', x=0, y=0, extra=0, portrait=False, title={}, countersign=[]",
         R"(Draws a sheet frame of A0 to A3 with its blocks and fills them (Draw_TuKuang, qv::TitleBlock). Returns a SheetFrame.
@@ -261,7 +261,7 @@ void bind_sheets(py::module_& m, ComposerClass& composer) {
           "pen", [](const Detail& self, float width) { return self.scope().Pen(width); }, arg("width"),
           "The width that comes out as `width` on the sheet.");
 
-  bind_methods(composer, kMethods);
+  bind_methods(composer, kSheetMethods);
   composer
       .def("underlay", &draw_underlay, arg("drawing"), arg("x") = 0, arg("y") = 0, arg("angle") = 0, arg("scale") = 1,
            arg("layer") = "UNDERLAY", arg("prefix") = false, arg("color") = 8,

@@ -16,7 +16,7 @@ std::unique_ptr<CWxSlide> read_slide(const Path& path) {
   return slide;
 }
 
-py::list items(const CWxSlide& slide) {
+py::list slide_items(const CWxSlide& slide) {
   py::list all;
   int color = 7;
   for (const CSlideItem& item : slide.m_Items) {
@@ -32,12 +32,12 @@ py::list items(const CWxSlide& slide) {
   return all;
 }
 
-py::object extent(const CWxSlide& slide) {
+py::object slide_extent(const CWxSlide& slide) {
   const CRect box = slide.GetRect();
   return value("Rect", box.left, std::min(box.top, box.bottom), box.right, std::max(box.top, box.bottom));
 }
 
-Picture picture(CWxSlide& slide, const py::object& size, const py::object& background) {
+Picture slide_picture(CWxSlide& slide, const py::object& size, const py::object& background) {
   const CSize pixels = size_of(size);
   Picture made{std::make_shared<qv::BitmapContext>(pixels.cx, pixels.cy, color_of(background, "background"))};
   const CRect window(0, 0, pixels.cx, pixels.cy);
@@ -45,7 +45,7 @@ Picture picture(CWxSlide& slide, const py::object& size, const py::object& backg
   return made;
 }
 
-std::shared_ptr<Document> document(CWxSlide& slide) {
+std::shared_ptr<Document> slide_document(CWxSlide& slide) {
   auto dxf = std::make_unique<DXF>();
   checked([&] { dxf->New_MemDxf(), Form_Dxf(dxf.get(), &slide); });
   return std::make_shared<Document>(std::move(dxf));
@@ -64,7 +64,7 @@ std::unique_ptr<CWxSlideLib> open_library(const Path& path) {
   return library;
 }
 
-std::vector<Text> names(const CWxSlideLib& library) {
+std::vector<Text> slide_names(const CWxSlideLib& library) {
   std::vector<Text> all;
   for (const CWxSlideLib::Entry& entry : library.m_Directory) all.push_back({entry.m_szName});
   return all;
@@ -96,8 +96,8 @@ void bind_slides(py::module_& m) {
   py::class_<CWxSlide>(m, "Slide", "A slide, a small vector picture (CWxSlide): read, or drawn by its calls.")
       .def(py::init<>())
       .def_static("read", &read_slide, arg("path"), "Reads a slide file (Read_SLD).")
-      .def_property_readonly("items", &items, "Its lines and solids, a list of SlideItems, in slide units, y up.")
-      .def_property_readonly("extent", &extent, "The rectangle of all its points (GetRect).")
+      .def_property_readonly("items", &slide_items, "Its lines and solids, a list of SlideItems, in slide units, y up.")
+      .def_property_readonly("extent", &slide_extent, "The rectangle of all its points (GetRect).")
       .def_property_readonly(
           "size", [](const CWxSlide& slide) { return std::pair(slide.m_nHighX, slide.m_nHighY); },
           "The virtual screen that it was made on.")
@@ -106,19 +106,19 @@ void bind_slides(py::module_& m) {
       .def("solid", &CWxSlide::Draw_Solid, arg("x1"), arg("y1"), arg("x2"), arg("y2"), arg("x3"), arg("y3"), arg("x4"),
            arg("y4"), "Fills a quadrilateral (Draw_Solid).")
       .def("save_script", &save_script, arg("path"), "Writes it as script lines (Form_SCR).")
-      .def("document", &document, "A Document of its lines and solids (Form_Dxf).")
-      .def("picture", &picture, arg("size") = std::pair(400, 300), arg("background") = py::make_tuple(0, 0, 0),
+      .def("document", &slide_document, "A Document of its lines and solids (Form_Dxf).")
+      .def("picture", &slide_picture, arg("size") = std::pair(400, 300), arg("background") = py::make_tuple(0, 0, 0),
            "A picture of it, fitted into a size in pixels (Draw).")
       .def("_repr_png_", [](CWxSlide& slide) {
-        const py::object made = py::cast(picture(slide, py::make_tuple(400, 300), py::make_tuple(0, 0, 0)));
+        const py::object made = py::cast(slide_picture(slide, py::make_tuple(400, 300), py::make_tuple(0, 0, 0)));
         return made.attr("png")();
       });
   py::class_<CWxSlideLib>(m, "SlideLibrary",
                           "A slide library, by the names of its slides (CWxSlideLib): len, in, [name].")
       .def(py::init(&open_library), arg("path"))
-      .def_property_readonly("names", &names, "The names of its slides.")
+      .def_property_readonly("names", &slide_names, "The names of its slides.")
       .def("__len__", [](const CWxSlideLib& library) { return library.m_Directory.size(); })
-      .def("__iter__", [](const CWxSlideLib& library) { return py::iter(py::cast(names(library))); })
+      .def("__iter__", [](const CWxSlideLib& library) { return py::iter(py::cast(slide_names(library))); })
       .def("__getitem__", &slide_named, arg("name"))
       .def("extract", &extract, arg("name"), arg("folder"),
            "Writes a slide to a file of its name in a folder (Pick_SLD).");
