@@ -1,6 +1,5 @@
 """Builds the module by the library's own CMake files, the library within it, with the fonts beside it."""
 
-import os
 import pathlib
 import re
 import subprocess
@@ -19,7 +18,8 @@ class CMakeBuild(build_ext):
         build.mkdir(parents=True, exist_ok=True)
         options = {
             "CMAKE_BUILD_TYPE": "Release", "CMAKE_INSTALL_PREFIX": package.parent, "QVTOOLS_PYTHON_DIR": ".",
-            "CMAKE_INSTALL_DATADIR": ".", "BUILD_SHARED_LIBS": "OFF", "QVTOOLS_QT": "OFF", "QVTOOLS_TESTS": "OFF",
+            "CMAKE_INSTALL_DATADIR": ".", "BUILD_SHARED_LIBS": "OFF", "CMAKE_UNITY_BUILD": "ON",
+            "QVTOOLS_QT": "OFF", "QVTOOLS_PROGRAMS": "OFF", "QVTOOLS_TESTS": "OFF",
             "Python_EXECUTABLE": sys.executable,
         }
         try:
@@ -31,11 +31,17 @@ class CMakeBuild(build_ext):
         run("cmake", "-S", SOURCE, "-B", build, "-G", "Ninja", *(f"-D{name}={value}" for name, value in options.items()))
         run("cmake", "--build", build, "--target", "qvtools_python", "fonts", "chinese_font",
             *(["-j", str(self.parallel)] if self.parallel else []))
-        run("cmake", "--install", build, "--component", "python")
+        for component in ("python", "fonts"):
+            run("cmake", "--install", build, "--component", component)
+
+
+def version():
+    header = (SOURCE / "src/qvtools/version.h").read_text(encoding="utf-8")
+    return ".".join(re.findall(r"^#define QVTOOLS_VERSION_(?:MAJOR|MINOR|PATCH) (\d+)$", header, re.M))
 
 
 setup(
-    version=re.search(r"project\(qvtools VERSION ([\d.]+)", (SOURCE / "CMakeLists.txt").read_text(encoding="utf-8"))[1],
+    version=version(),
     packages=["qvtools"],
     package_data={"qvtools": ["py.typed"]},
     ext_modules=[Extension("qvtools._core", [])],

@@ -41,7 +41,7 @@ PYBIND11_MODULE(_core, m) {
   options.disable_enum_members_docstring();
   m.doc() = "What of qvtools is bound to the library.";
   m.attr("__name__") = "qvtools";  // of the classes, as programs see them
-  m.attr("__version__") = QV_PYTHON_VERSION;
+  m.attr("__version__") = qv::LibraryVersion();
   m.attr("BY_LAYER") = qv::kByLayer;
   py::register_exception<Error>(m, "Error", PyExc_RuntimeError).doc() =
       "What the library reports as an error, in its own words; or a file that is not what it should be.";
