@@ -36,14 +36,14 @@ FIGURE(countersign_block) {
   //[
   sgt.SetBiLiChi(1);
   sgt.Draw_HuiQianLan(0, 0, 0);
-  sgt.Draw_HuiQianLan(20, 0, 90);
+  sgt.Draw_HuiQianLan(40, 0, 90);
   //]
   figure.zoom(0.7F);
   figure.point(0, 0, "x, y", Side::Below);
   figure.length(-75, 20, 0, 20, "75", 4);
   figure.length(-75, 0, -75, 20, "20", 4);
-  figure.point(20, 0, "x, y", Side::Below);
-  figure.angle(20, 0, 8, 180, 90, "angle = 90");
+  figure.point(40, 0, "x, y", Side::Below);
+  figure.angle(40, 0, 8, 180, 90, "angle = 90");
 }
 
 FIGURE(drawing_title) {
@@ -51,8 +51,10 @@ FIGURE(drawing_title) {
   sgt.Draw_TuMing(0, 0, qv::to_gbk("KL-1 配筋图").c_str(), 1, 1);
   sgt.Draw_TuMing(5000, 0, "1-1", 1, 0);
   //]
-  figure.point(0, 0, "x, y", Side::AboveRight);
-  figure.leader(1100, -110, 6, -4, "thickLine, thinLine");
-  figure.point(5000, 0, "x, y", Side::AboveRight);
-  figure.leader(5150, -60, 5, -4, "thinLine = 0");
+  figure.point(0, 0, "");
+  figure.leader(0, 0, -5, -6, "x, y");
+  figure.leader(950, -30, 6, -5, "thickLine, thinLine");
+  figure.point(5000, 0, "");
+  figure.leader(5000, 0, -5, -6, "x, y");
+  figure.leader(5250, 0, 5, -5, "thinLine = 0");
 }
