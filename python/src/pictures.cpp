@@ -58,7 +58,7 @@ Picture picture(Document& self, const py::object& size, const py::object& window
   options.window = rect_of(window, "window");
   options.view = view_of(view);
   options.background = color_of(background, "background");
-  options.dashes = dashes;
+  if (!dashes) options.appearance.patterns = &qv::SolidLines();
   options.lineWidth = lineWidth;
   options.notes = self.notes();
   Call call;
