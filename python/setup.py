@@ -43,7 +43,6 @@ def version():
 setup(
     version=version(),
     packages=["qvtools"],
-    package_data={"qvtools": ["py.typed"]},
     ext_modules=[Extension("qvtools._core", [])],
     cmdclass={"build_ext": CMakeBuild},
     zip_safe=False,

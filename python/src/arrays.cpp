@@ -252,22 +252,14 @@ void add_arcs(Document& self, const py::object& center, const py::object& radius
   });
 }
 
-/// A number for each vertex.
-std::vector<float> of_vertices(const py::object& value, py::ssize_t rows, const char* name) {
-  const Spread values(numbers_of(value, name), rows, name);
-  std::vector<float> all;
-  for (py::ssize_t i = 0; i < rows; ++i) all.push_back(values[i]);
-  return all;
-}
-
 void add_polyline(Document& self, const py::object& points, const py::object& bulges, const py::object& width,
                   const py::object& endWidth, bool closed, const Text& layer, int color, const Text& ltype) {
   const Floats p = points_of(points, "points");
   if (p.rows < 2) throw py::value_error("points: at least 2 expected");
   std::vector<float> x, y, z;
   for (py::ssize_t i = 0; i < p.rows; ++i) x.push_back(p.row(i)[0]), y.push_back(p.row(i)[1]), z.push_back(p.z(i));
-  const std::vector<float> bulge = of_vertices(bulges, p.rows, "bulges"), start = of_vertices(width, p.rows, "width");
-  const std::vector<float> end = endWidth.is_none() ? start : of_vertices(endWidth, p.rows, "end_width");
+  const std::vector<float> bulge = spread(bulges, p.rows, "bulges"), start = spread(width, p.rows, "width");
+  const std::vector<float> end = endWidth.is_none() ? start : spread(endWidth, p.rows, "end_width");
   const std::string number = color == qv::kByLayer ? "BYLAYER" : std::to_string(color);
   write_rows(self, 1, [&](DXF& dxf, py::ssize_t) {
     return dxf.Write_Pline(static_cast<int>(p.rows), x.data(), y.data(), z.data(), bulge.data(), closed ? 1 : 0,

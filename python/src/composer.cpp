@@ -22,18 +22,20 @@ class Parameters {
   const std::string& doc() const { return doc_; }
 
   /// The value of each parameter; a TypeError where one is missing, or an argument has no place.
-  std::vector<py::handle> order(const py::args& args, const py::kwargs& named) const {
+  std::array<py::handle, detail::kMostArguments> order(const py::args& args, const py::kwargs& named) const {
     if (args.size() > names_.size()) fail("takes " + std::to_string(names_.size()) + " arguments");
-    std::vector<py::handle> values(args.begin(), args.end());
+    std::array<py::handle, detail::kMostArguments> values;
+    std::copy(args.begin(), args.end(), values.begin());
     std::size_t used = 0;
     for (std::size_t i = 0; i < names_.size(); ++i) {
-      const bool given = named.contains(names_[i]);
-      if (given && i < args.size()) fail("got two values for " + names_[i]);
-      if (i < args.size()) continue;
-      if (!given && !defaults_[i]) fail("needs the argument " + names_[i]);
-      values.push_back(given ? py::handle(PyDict_GetItemString(named.ptr(), names_[i].c_str()))
-                             : py::handle(defaults_[i]));
-      used += given;
+      const py::handle given = named.size() > used ? PyDict_GetItemString(named.ptr(), names_[i].c_str()) : nullptr;
+      if (given) ++used;
+      if (i < args.size()) {
+        if (given) fail("got two values for " + names_[i]);
+        continue;
+      }
+      values[i] = given ? given : defaults_[i];
+      if (!values[i]) fail("needs the argument " + names_[i]);
     }
     if (used < named.size()) fail("got an argument that it does not know");
     return values;
@@ -68,7 +70,7 @@ void bind_methods(ComposerClass& composer, std::span<const Method> methods) {
     // For as long as the process: the function needs them.
     const Parameters& parameters = *new Parameters(method);
     const auto call = [&parameters, run = method.run](Composer& self, const py::args& args, const py::kwargs& named) {
-      const std::vector<py::handle> arguments = parameters.order(args, named);
+      const auto arguments = parameters.order(args, named);
       try {
         return run(self, arguments.data());
       } catch (const py::cast_error&) {

@@ -20,6 +20,8 @@ void bind_methods(ComposerClass& composer, std::span<const Method> methods);
 
 namespace detail {
 
+inline constexpr std::size_t kMostArguments = 12;
+
 /// What Python gives for a parameter, and how it is called there.
 template <class A>
 constexpr const char* type_name() {
@@ -37,6 +39,7 @@ using Given = std::conditional_t<std::is_same_v<A, const char*>, Text, std::remo
 template <class R, class... A>
 struct Signature {
   static constexpr std::size_t kCount = sizeof...(A);
+  static_assert(kCount <= kMostArguments);
   static constexpr const char* kTypes[] = {type_name<Given<A>>()..., std::is_void_v<R> ? "None" : "Any"};
 
   /// Calls with the arguments, which are all converted before the composer is looked at.

@@ -239,6 +239,13 @@ Spread::Spread(Floats floats, py::ssize_t rows, const char* name) : floats_(std:
   step_ = floats_.rows == rows ? 1 : 0;
 }
 
+std::vector<float> spread(const py::handle& value, py::ssize_t rows, const char* name) {
+  const Spread values(numbers_of(value, name), rows, name);
+  std::vector<float> all;
+  for (py::ssize_t i = 0; i < rows; ++i) all.push_back(values[i]);
+  return all;
+}
+
 py::object rect(const qv::DrawingRect& r) {
   return value("Rect", r.left, r.bottom, r.right, r.top);
 }

@@ -201,6 +201,9 @@ class Spread {
   py::ssize_t step_;
 };
 
+/// As many numbers as rows, of one for all of them or of one for each.
+std::vector<float> spread(const py::handle& value, py::ssize_t rows, const char* name);
+
 /// A result of the class of that name in `qvtools._values`.
 template <class... Values>
 py::object value(const char* name, Values&&... values) {

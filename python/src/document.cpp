@@ -102,7 +102,7 @@ py::object report_of(const Document& self) {
 }
 
 void save(Document& self, const Path& path) {
-  DXF& dxf = self.change();
+  DXF& dxf = self.use();
   Call call;
   bool saved;
   {

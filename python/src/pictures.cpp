@@ -53,7 +53,7 @@ std::optional<qv::PictureOptions::View> view_of(const View& view) {
 Picture picture(Document& self, const py::object& size, const py::object& window, const View& view,
                 const py::object& background, bool dashes, double lineWidth) {
   qv::PictureOptions options;
-  options.fitHeight = py::isinstance<py::int_>(size);
+  options.fitHeight = PyIndex_Check(size.ptr()) != 0;
   options.size = options.fitHeight ? CSize(size.cast<int>(), 1000) : size_of(size);
   options.window = rect_of(window, "window");
   options.view = view_of(view);

@@ -174,15 +174,9 @@ void draw_path(Composer& self, const py::object& points) {
 void draw_polyline(Composer& self, const py::object& points, const py::object& width, const py::object& endWidth,
                    const py::object& bulges, bool closed) {
   Coordinates p = coordinates_of(points, "points", 2);
-  const auto of_vertices = [&](const py::object& value, const char* name) {
-    const Spread values(numbers_of(value, name), p.count(), name);
-    std::vector<float> all;
-    for (int i = 0; i < p.count(); ++i) all.push_back(values[i]);
-    return all;
-  };
-  std::vector<float> start = of_vertices(width, "width");
-  std::vector<float> end = endWidth.is_none() ? start : of_vertices(endWidth, "end_width");
-  const std::vector<float> bulge = of_vertices(bulges, "bulges");
+  std::vector<float> start = spread(width, p.count(), "width");
+  std::vector<float> end = endWidth.is_none() ? start : spread(endWidth, p.count(), "end_width");
+  const std::vector<float> bulge = spread(bulges, p.count(), "bulges");
   CBase_SGT& sgt = self.sgt();
   checked([&] {
     sgt.Draw_Pline(p.count(), p.x.data(), p.y.data(), bulge.data(), closed ? 1 : 0, start.data(), end.data());
