@@ -63,7 +63,9 @@ ReadVertex read_vertex(TagReader& in, double startWidth, double endWidth) {
 }
 
 std::vector<ReadVertex> read_vertices(TagReader& in, double startWidth, double endWidth) {
+  constexpr std::size_t kUsual = 16;
   std::vector<ReadVertex> vertices;
+  vertices.reserve(kUsual);
   while (in.next()) {
     if (in.tag().code != 0) continue;
     if (!in.at(0, "VERTEX")) {
@@ -179,6 +181,7 @@ Outcome convert_polyline(Job& job, const Record& record) {
   }
   const double elevation = header.real(30);
   std::vector<Vertex> vertices;
+  vertices.reserve(read.size());
   for (const ReadVertex& v : read) {
     if (splined && (v.flags & FrameControl) != 0) continue;
     vertices.push_back(v.vertex);

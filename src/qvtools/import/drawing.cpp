@@ -25,15 +25,49 @@ bool is_ascii(std::string_view text) {
   return (any & 0x8080808080808080) == 0;
 }
 
+/// Where the blanks before a place begin.
+std::size_t before_blanks(std::string_view file, std::size_t at) {
+  while (at > 0 && (file[at - 1] == ' ' || file[at - 1] == '\t' || file[at - 1] == '\r')) --at;
+  return at;
+}
+
+constexpr std::string_view kSection = "SECTION";
+
+/// Where the group 0 of a word at a place of a text file begins; npos where the word belongs to none.
+std::size_t group_of_word(std::string_view file, std::size_t at) {
+  std::size_t before = before_blanks(file, at);
+  const char behind = at + kSection.size() < file.size() ? file[at + kSection.size()] : '\n';
+  if (before == 0 || file[before - 1] != '\n' || (behind != '\n' && behind != '\r' && behind != ' '))
+    return std::string_view::npos;
+  before = before_blanks(file, before - 1);
+  if (before == 0 || file[before - 1] != '0') return std::string_view::npos;
+  before = before_blanks(file, before - 1);
+  return before == 0 || file[before - 1] == '\n' ? before : std::string_view::npos;
+}
+
+/// Adds the sections whose word begins from a place on and ends before the last byte that is there, or with it where
+/// that is the file's last. Returns where to go on.
+std::size_t add_sections(std::string_view there, bool isLast, std::size_t from, std::vector<std::size_t>& sections) {
+  for (std::size_t at; (at = there.find(kSection, from)) != std::string_view::npos; from = at + kSection.size()) {
+    if (at + kSection.size() == there.size() && !isLast) return at;
+    const std::size_t begin = group_of_word(there, at);
+    if (begin != std::string_view::npos) sections.push_back(begin);
+  }
+  return std::max(from, there.size() - std::min(there.size(), kSection.size() - 1));
+}
+
 /// Reads all of the file, and looks at each stretch while it is near.
 bool read_whole(std::FILE* stream, SourceFile& file) {
   constexpr std::size_t kStretch = 256 * 1024;
+  std::size_t searched = 0;
   for (std::size_t at = 0; at < file.size;) {
     const std::size_t size = std::min(kStretch, file.size - at);
     char* const stretch = file.bytes.get() + at;
     if (std::fread(stretch, 1, size, stream) != size) return false;
+    if (at == 0 && file.text().starts_with("\xEF\xBB\xBF")) std::memset(stretch, ' ', 3);
     if (file.ascii == at && is_ascii({stretch, size})) file.ascii += size;
     at += size;
+    searched = add_sections({file.bytes.get(), at}, at == file.size, searched, file.sections);
   }
   return true;
 }
@@ -58,9 +92,10 @@ bool load_file(const char* path, SourceFile& file) {
   if (!whole) return false;
   std::memset(file.bytes.get() + file.size, 0, kSlack);
   if (form_of(file.text()) != Form::Text) return true;
-  if (file.text().starts_with("\xEF\xBB\xBF")) std::memset(file.bytes.get(), ' ', 3);
-  if (!std::memchr(file.bytes.get(), '\n', file.size))
+  if (!std::memchr(file.bytes.get(), '\n', file.size)) {
     std::replace(file.bytes.get(), file.bytes.get() + file.size, '\r', '\n');
+    add_sections(file.text(), true, 0, file.sections);
+  }
   if (file.size > 0 && file.bytes[file.size - 1] != '\n') file.bytes[file.size++] = '\n';
   return true;
 }
@@ -162,30 +197,6 @@ long Drawing::line_of(std::size_t place) {
   return lineThere_;
 }
 
-namespace {
-
-/// Where the blanks before a place begin.
-std::size_t before_blanks(std::string_view file, std::size_t at) {
-  while (at > 0 && (file[at - 1] == ' ' || file[at - 1] == '\t' || file[at - 1] == '\r')) --at;
-  return at;
-}
-
-/// Where a group 0 with the word stands in a text file, from a place on; npos when nowhere.
-std::size_t find_group(std::string_view file, std::string_view word, std::size_t from) {
-  for (std::size_t at; (at = file.find(word, from)) != std::string_view::npos; from = at + word.size()) {
-    std::size_t before = before_blanks(file, at);
-    const char behind = at + word.size() < file.size() ? file[at + word.size()] : '\n';
-    if (before == 0 || file[before - 1] != '\n' || (behind != '\n' && behind != '\r' && behind != ' ')) continue;
-    before = before_blanks(file, before - 1);
-    if (before == 0 || file[before - 1] != '0') continue;
-    before = before_blanks(file, before - 1);
-    if (before == 0 || file[before - 1] == '\n') return before;
-  }
-  return std::string_view::npos;
-}
-
-}  // namespace
-
 void Drawing::find_sections() {
   const auto open_section = [&](std::size_t place) {
     in.seek(place);
@@ -195,11 +206,9 @@ void Drawing::find_sections() {
     sections_.push_back({name, {in.next_place(), source_.size}});
   };
   if (in.form() == Form::Text) {
-    const std::string_view file = source_.text();
-    for (std::size_t at = find_group(file, "SECTION", 0); at != std::string_view::npos;) {
+    for (const std::size_t at : source_.sections) {
       if (!sections_.empty()) sections_.back().span.to = at;
       open_section(at);
-      at = find_group(file, "SECTION", in.next_place());
     }
     return;
   }

@@ -2,37 +2,6 @@
 
 namespace qv::importing {
 
-void Common::take(const Tag& tag) {
-  switch (tag.code) {
-    case 8:
-      layer = word_of(tag);
-      break;
-    case 6:
-      lineType = word_of(tag);
-      break;
-    case 48:
-      lineTypeScale = real_of(tag);
-      break;
-    case 60:
-      invisible = integer_of(tag) != 0;
-      break;
-    case 62:
-      color = integer_of(tag);
-      break;
-    case 67:
-      paper = integer_of(tag) != 0;
-      break;
-    case 370:
-      lineWeight = integer_of(tag);
-      break;
-    case 420:
-      trueColor = integer_of(tag) & 0xFFFFFF;
-      break;
-    default:
-      break;
-  }
-}
-
 Common common_of(const Record& record) {
   Common common;
   for (const Tag& tag : record.tags) common.take(tag);

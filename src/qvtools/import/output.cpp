@@ -144,10 +144,12 @@ bool Output::arc(const Vec& center, double radius, double start, double end) {
     return polyline(vertices_of(points), 0);
   }
   if (!rounded(center, at)) return false;
-  for (const double angle : {start, end, (start + (end < start ? end + 360 : end)) / 2}) {
-    const Vec p = center + Vec{std::cos(radians(angle)), std::sin(radians(angle)), 0} * radius;
-    bounds.add(p.x, p.y);
-  }
+  // Within a box that has the whole circle an arc adds nothing.
+  if (!lies_within({bounds.x1, bounds.y1, bounds.x2, bounds.y2}, center, radius))
+    for (const double angle : {start, end, (start + (end < start ? end + 360 : end)) / 2}) {
+      const Vec p = center + Vec{std::cos(radians(angle)), std::sin(radians(angle)), 0} * radius;
+      bounds.add(p.x, p.y);
+    }
   auto* const record = new ACAD_ARC;
   dress(record->m_szLayer, record->m_szLType, record->m_nColor);
   record->m_Center = at;

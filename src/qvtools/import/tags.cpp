@@ -15,9 +15,6 @@ namespace qv::importing {
 
 namespace {
 
-bool is_blank(char c) {
-  return c == ' ' || (c >= '\t' && c <= '\r');
-}
 /// A real of any writing. What some programs write for no number ("nan", "inf", "1.#QNAN") is none here too.
 double parse_unusual(std::string_view text) {
   const std::size_t letter = text.find_first_not_of(" \t+-");
@@ -48,12 +45,6 @@ std::uint64_t handle_of(const Tag& tag) {
   std::uint64_t value = 0;
   std::from_chars(text.data(), text.data() + text.size(), value, 16);
   return value;
-}
-
-std::string_view word_of(const Tag& tag) {
-  const std::string_view text = tag.text;
-  const bool plain = !text.empty() && !is_blank(text.front()) && !is_blank(text.back());
-  return plain ? text : trimmed(text);
 }
 
 Form form_of(std::string_view file) {

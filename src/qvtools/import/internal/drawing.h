@@ -21,7 +21,8 @@ namespace qv::importing {
 struct SourceFile {
   std::unique_ptr<char[]> bytes;
   std::size_t size = 0;
-  std::size_t ascii = 0;  // so many bytes at least, from the first on, are ASCII
+  std::size_t ascii = 0;              // so many bytes at least, from the first on, are ASCII
+  std::vector<std::size_t> sections;  // of a text: where their groups 0 stand
 
   std::string_view text() const { return {bytes.get(), size}; }
 };

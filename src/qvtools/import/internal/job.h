@@ -25,6 +25,37 @@ struct Common {
   /// Takes a group that is one of them.
   void take(const Tag& tag);
 };
+
+inline void Common::take(const Tag& tag) {
+  switch (tag.code) {
+    case 8:
+      layer = word_of(tag);
+      break;
+    case 6:
+      lineType = word_of(tag);
+      break;
+    case 48:
+      lineTypeScale = real_of(tag);
+      break;
+    case 60:
+      invisible = integer_of(tag) != 0;
+      break;
+    case 62:
+      color = integer_of(tag);
+      break;
+    case 67:
+      paper = integer_of(tag) != 0;
+      break;
+    case 370:
+      lineWeight = integer_of(tag);
+      break;
+    case 420:
+      trueColor = integer_of(tag) & 0xFFFFFF;
+      break;
+    default:
+      break;
+  }
+}
 Common common_of(const Record& record);
 
 /// A line without end, cut when the drawing's extent is known.

@@ -33,10 +33,17 @@ inline double real_of(const Tag& tag) {
 }
 int integer_of(const Tag& tag);
 std::uint64_t handle_of(const Tag& tag);
-/// The value without blanks around it.
-std::string_view word_of(const Tag& tag);
 
+inline bool is_blank(char c) {
+  return c == ' ' || (c >= '\t' && c <= '\r');
+}
 std::string_view trimmed(std::string_view text);
+/// The value without blanks around it.
+inline std::string_view word_of(const Tag& tag) {
+  const std::string_view text = tag.text;
+  const bool plain = !text.empty() && !is_blank(text.front()) && !is_blank(text.back());
+  return plain ? text : trimmed(text);
+}
 
 enum class Form { Text, BinaryNarrow, BinaryWide };
 
