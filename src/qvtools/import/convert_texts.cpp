@@ -29,11 +29,25 @@ bool put_column(Job& job, const Matrix& frame, Lettering text) {
   return good;
 }
 
+/// Whether a text of the file is what its record holds: ASCII without codes, and short.
+bool is_plain(std::string_view text) {
+  const auto is_code = [](char c) { return c < ' ' || c > '~' || c == '%' || c == '^' || c == '\\'; };
+  return text.size() < kContentsSize && std::ranges::none_of(text, is_code);
+}
+
+bool is_column(const Job& job, int style) {
+  return style >= 0 && is_vertical(job.file.styles[static_cast<std::size_t>(style)]);
+}
+
 Lettering lettering_of(Job& job, const Record& record, int verticalCode) {
   Lettering text;
   text.style = job.file.styleNames.find(record.has(7) ? record.word(7) : "STANDARD", job.file.decoder);
   const FileStyle* const style = text.style < 0 ? nullptr : &job.file.styles[static_cast<std::size_t>(text.style)];
-  text.text = job.file.decoder.points(record.text(1));
+  const std::string_view written = record.text(1);
+  if (is_plain(written) && !is_column(job, text.style))
+    text.plain = written;
+  else
+    text.text = job.file.decoder.points(written);
   text.height = record.real(40, style && style->height > 0 ? style->height : 1);
   // The flat form has another standard width than others; a text without one has its style's.
   text.width = record.real(41, style ? style->width : 0.75);
@@ -54,9 +68,8 @@ Lettering lettering_of(Job& job, const Record& record, int verticalCode) {
 
 bool put_lettering(Job& job, const Record& record, int verticalCode) {
   const Lettering text = lettering_of(job, record, verticalCode);
-  const bool column = text.style >= 0 && is_vertical(job.file.styles[static_cast<std::size_t>(text.style)]);
   const Matrix frame = frame_of(job, record);
-  return column ? put_column(job, frame, text) : put_text(job, frame, text);
+  return is_column(job, text.style) ? put_column(job, frame, text) : put_text(job, frame, text);
 }
 
 }  // namespace

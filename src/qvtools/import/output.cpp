@@ -221,34 +221,33 @@ bool Output::text(const TextLine& text) {
     return true;
   // A record holds 99 bytes: the rest goes on behind, by its measured width.
   constexpr std::size_t kMost = kContentsSize - 1;
-  TextLine rest = text;
-  for (std::string left = text.bytes; !left.empty();) {
-    const std::size_t size = std::max<std::size_t>(1, cut_length(left.c_str(), kMost));
-    rest.bytes = left.substr(0, size);
-    left.erase(0, size);
+  Vec place = text.at;
+  int justify = text.justify;
+  for (std::string_view left = text.bytes; !left.empty();) {
+    const std::string_view piece = left.substr(0, std::max<std::size_t>(1, cut_length(left.data(), kMost)));
     Point3 at;
     Point3 align;
-    if (!rounded(rest.at, at) || !rounded(rest.justify ? rest.align : rest.at, align)) return false;
-    const ACAD_STYLE& style = tables_.style(rest.style);
-    if (!std::isfinite(rest.turn) || !(rest.height < 1e30) || !(rest.width < 1e6)) return false;
+    if (!rounded(place, at) || !rounded(justify ? text.align : place, align)) return false;
+    const ACAD_STYLE& style = tables_.style(text.style);
+    if (!std::isfinite(text.turn) || !(text.height < 1e30) || !(text.width < 1e6)) return false;
     auto* const record = new ACAD_TEXT;
     dress(record->m_szLayer, record->m_szLType, record->m_nColor);
     record->m_bWidthGiven = 1;
     record->m_Insert = at;
-    record->m_Align = rest.justify ? align : Point3{};
-    record->m_nJustify = rest.justify;
-    record->m_fHeight = static_cast<float>(rest.height);
-    record->m_fRotation = static_cast<float>(rest.turn);
-    record->m_fWidthFactor = static_cast<float>(rest.width);
-    copy_text(record->m_szText, rest.bytes.c_str());
+    record->m_Align = justify ? align : Point3{};
+    record->m_nJustify = justify;
+    record->m_fHeight = static_cast<float>(text.height);
+    record->m_fRotation = static_cast<float>(text.turn);
+    record->m_fWidthFactor = static_cast<float>(text.width);
+    copy_text(record->m_szText, piece.data());  // which takes as much
     copy_text(record->m_szStyle, style.m_szName);
-    put(record, rest.unicode);
-    rest.unicode.clear();
+    put(record, left.size() == text.bytes.size() ? text.unicode : std::string());
+    left.remove_prefix(piece.size());
     if (left.empty()) break;
     report_.remark("a text longer than 99 bytes was divided");
-    const double advance = text_width(rest.bytes, rest.height, rest.width);
-    rest.at = rest.at + Vec{std::cos(radians(rest.turn)), std::sin(radians(rest.turn)), 0} * advance;
-    rest.justify = 0;
+    const double advance = text_width(std::string(piece), text.height, text.width);
+    place = place + Vec{std::cos(radians(text.turn)), std::sin(radians(text.turn)), 0} * advance;
+    justify = 0;
   }
   return true;
 }

@@ -182,12 +182,13 @@ bool put_strokes(Job& job, const Run& run, const Vec& from, const Vec& to, const
 }  // namespace
 
 bool put_text(Job& job, const Matrix& frame, const Lettering& text) {
-  const std::vector<Run> runs =
-      text.codes ? parse_line(text.text) : std::vector<Run>{{text.text, text.under, text.over, text.strike}};
+  std::vector<Run> runs;
+  std::string bytes(text.plain);
+  if (bytes.empty())
+    runs = text.codes ? parse_line(text.text) : std::vector<Run>{{text.text, text.under, text.over, text.strike}};
   const bool wideSigns = job.file.decoder.page == CodePage::Gbk;
   std::vector<FontText> letters;
   letters.reserve(runs.size());
-  std::string bytes;
   bool chinese = false;
   bool foreign = false;
   for (const Run& run : runs) {
@@ -239,7 +240,8 @@ bool put_text(Job& job, const Matrix& frame, const Lettering& text) {
   Vec direction = Vec{along.x, along.y, 0} * (1 / stretch);
   const Vec normal = Vec{-direction.y, direction.x, 0} * (area < 0 ? -1 : 1);
   // What stands at its left end on the base line as it is needs no measure.
-  const bool measured = text.horizontal != 0 || area < 0 || backward || runs.size() > 1 || has_strokes(runs[0]);
+  const bool measured =
+      text.horizontal != 0 || area < 0 || backward || runs.size() > 1 || std::ranges::any_of(runs, has_strokes);
   const Box box{measured ? text_width(bytes, line.height, line.width) : 0, line.height};
   const Vec left = anchor_offset(text, box);
   line.at = own.origin + direction * left.x + normal * left.y;
@@ -262,9 +264,8 @@ bool put_text(Job& job, const Matrix& frame, const Lettering& text) {
     line.justify = text.horizontal;
     line.align = own.origin + normal * left.y;
   }
-  bool good = true;
   line.bytes = std::move(bytes);
-  good = job.out.text(line);
+  bool good = job.out.text(line);
   Vec from = line.at;
   for (std::size_t i = 0; i < runs.size() && good && measured; ++i) {
     const Vec to = from + direction * text_width(letters[i].bytes, line.height, line.width);

@@ -165,6 +165,7 @@ bool put_chain(Job& job, std::vector<Vec> points, bool closed);
 /// A line of text, not yet placed.
 struct Lettering {
   std::u32string text;
+  std::string_view plain;  // instead of the text where that is ASCII without codes, as most are, and short
   Vec at;      // in the frame
   Vec second;  // of texts that are fitted between two points
   double height = 1;
