@@ -4,12 +4,12 @@
 #include <cstring>
 
 #include "qvtools/drawing/base_sgt.h"
-#include "qvtools/fonts/shx.h"
 #include "scratch_file.h"
 
 namespace {
 
 using qvfuzz::require;
+using qvfuzz::saved;
 
 /// The bytes as numbers of calls and arguments.
 class Script {
@@ -85,23 +85,15 @@ void add_tables(CBase_SGT& sheet) {
   sheet.Add_Default_LineType();
 }
 
-std::string saved(DXF& dxf) {
-  require(dxf.Write_MemDxf_To_File(qvfuzz::scratch().path("saved.dxf").c_str()) == 1);
-  return qvfuzz::scratch().read("saved.dxf");
-}
-
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  static qvfuzz::QuietHost host;
-  qv::SetHost(&host);
-  static const int font = G_ShapeFont.SetTxtFont(QV_FONTS, "txt.shx");
-  require(font == 1);
+  qvfuzz::prepare_host();
   CBase_SGT sheet;
   require(sheet.New_MemDxf() == 1);
   add_tables(sheet);
   compose(sheet, {data, size});
-  const std::string bytes = saved(sheet);
+  const std::string bytes = saved(sheet, "saved.dxf");
 
   CBase_SGT streamed;
   require(streamed.New(qvfuzz::scratch().path("streamed.dxf").c_str()) == 1);
@@ -114,10 +106,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   DXF read;
   read.New_MemDxf();
   require(read.Read_FileDxf_To_Mem(qvfuzz::scratch().path("streamed.dxf").c_str()) == 1 && read.IsComplete());
-  require(saved(read) == bytes);
+  require(saved(read, "saved.dxf") == bytes);
   DXF empty;
   empty.New_MemDxf();
   require(empty.InsertDxf(&read, 0, 0, 0) == 1);
-  require(saved(empty) == bytes);
+  require(saved(empty, "saved.dxf") == bytes);
   return 0;
 }

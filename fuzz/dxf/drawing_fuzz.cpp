@@ -4,17 +4,15 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "qvtools/dxf/model/document.h"
 #include "qvtools/dxf/view/prepared_drawing.h"
-#include "qvtools/fonts/shx.h"
 #include "qvtools/geometry/values/constants.h"
 #include "qvtools/platform/bitmap/bitmap_dc.h"
-#include "qvtools/platform/console/console_host.h"
 #include "scratch_file.h"
 
 namespace {
 
 using qvfuzz::require;
+using qvfuzz::saved;
 
 constexpr COLORREF kGround = 0x123456;  // of no line
 
@@ -33,8 +31,7 @@ class CheckingContext : public CDC {
   static void check(int x, int y) { require(std::abs(x) <= 32767 && std::abs(y) <= 32767); }
 };
 
-/// Whether each pixel that is set in one picture has one near it in the other: blocks that are copied lie a pixel
-/// aside, and the last pixel of a line, which is left out, may be another one.
+/// Whether each pixel that is set in one picture has one at its place or beside it in the other, or beyond its border.
 bool lies_in(const qv::BitmapContext& picture, const qv::BitmapContext& other) {
   const auto is_set = [](const qv::BitmapContext& bitmap, int x, int y) {
     return x < 0 || y < 0 || x >= bitmap.Width() || y >= bitmap.Height() || bitmap.GetPixel(x, y) != kGround;
@@ -42,7 +39,7 @@ bool lies_in(const qv::BitmapContext& picture, const qv::BitmapContext& other) {
   for (int y = 0; y < picture.Height(); ++y) {
     for (int x = 0; x < picture.Width(); ++x) {
       bool found = !is_set(picture, x, y);
-      for (int i = 0; i < 25 && !found; ++i) found = is_set(other, x + i % 5 - 2, y + i / 5 - 2);
+      for (int i = 0; i < 9 && !found; ++i) found = is_set(other, x + i % 3 - 1, y + i / 3 - 1);
       if (!found) return false;
     }
   }
@@ -99,12 +96,6 @@ void look_at(DXF& dxf) {
   look_prepared(dxf, extent, whole, near);
 }
 
-/// The bytes of the drawing as saved under the name; empty when it has no tables to save.
-std::string saved(DXF& dxf, const char* name) {
-  require(dxf.Write_MemDxf_To_File(qvfuzz::scratch().path(name).c_str()) == 1);
-  return qvfuzz::scratch().read(name);
-}
-
 std::string saved_again(const char* from, const char* name) {
   DXF dxf;
   dxf.New_MemDxf();
@@ -115,11 +106,7 @@ std::string saved_again(const char* from, const char* name) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  static qvfuzz::QuietHost host;
-  qv::SetHost(&host);
-  static const int font = G_ShapeFont.SetTxtFont(QV_FONTS, "txt.shx");
-  require(font == 1);
-  QV_ERROR_CODE = 0;
+  qvfuzz::prepare_host();
   DXF dxf;
   dxf.New_MemDxf();
   dxf.Read_FileDxf_To_Mem(qvfuzz::scratch_file(data, size).c_str());

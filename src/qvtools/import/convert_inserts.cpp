@@ -108,7 +108,7 @@ PlacedBlock place_block(Job& job, const Reference& r, const Matrix& linear) {
     placed.refused = true;
     return placed;
   }
-  auto block = std::make_unique<ACAD_BLOCK>();
+  auto block = std::make_unique<ACAD_BLOCK>(job.blockRecords);
   const bool asItStands = linear == Matrix();
   const Matrix at = asItStands ? Matrix() : linear * translation(from.base * -1);
   if (asItStands) placed.base = from.base;
@@ -116,7 +116,7 @@ PlacedBlock place_block(Job& job, const Reference& r, const Matrix& linear) {
   const std::size_t noted = job.out.notes->entities.size();
   fill_block(job, *block, r.block, at, {}, bounds);
   if (const Vec shift = shift_of(bounds, job.unit); shift != Vec{}) {
-    block = std::make_unique<ACAD_BLOCK>();
+    block = std::make_unique<ACAD_BLOCK>(job.blockRecords);
     job.out.notes->entities.erase(job.out.notes->entities.begin() + static_cast<long>(noted),
                                   job.out.notes->entities.end());
     job.report.quiet = true;

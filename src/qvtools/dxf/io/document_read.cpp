@@ -190,8 +190,10 @@ long size_of(std::FILE* file) {
 
 void DXF::load_blocks() {
   if (!Find_Start_Blocks()) return;
+  const auto records = qv::detail::records_of_kept_blocks();
+  if (!records) return out_of_memory();
   while (Read_One_Block()) {
-    auto* block = new (std::nothrow) ACAD_BLOCK;
+    auto* block = new (std::nothrow) ACAD_BLOCK(records);
     if (!block || !block->Copy(&m_Block) || !m_BlockList.AddTail(block)) {
       delete block;
       return out_of_memory();

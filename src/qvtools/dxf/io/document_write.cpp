@@ -90,7 +90,7 @@ int DXF::End_AllBlocks() {
 int DXF::Begin_OneBlock(const char* name, float x, float y, float z, const char* layer, const char* /*ignored*/,
                         const char* flags) {
   return write_frame([&](Writer& writer) {
-    ACAD_BLOCK header;
+    ACAD_BLOCK header({std::shared_ptr<void>(), &blockRecords_});
     qv::copy_text(header.m_szLayer, layer);
     qv::copy_text(header.m_szName, name);
     header.m_nFlags = static_cast<int>(reinterpret_cast<std::intptr_t>(flags));

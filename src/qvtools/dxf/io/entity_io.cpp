@@ -27,7 +27,8 @@ int ACAD_BLOCK::Read(std::FILE* file) {
 
 ACAD_Entity_Type ACAD_BLOCK::Read_One_Entity(std::FILE* file) {
   GroupReader in(file, GroupReader::Stream::Host);
-  return read_entity(in, *this, Within::Block);
+  const ACAD_Entity_Type type = read_entity(in, Records(), Within::Block);
+  return in.failed() ? ACAD_TYPE_NONE : type;
 }
 
 int ACAD_BLOCK::Write(std::FILE* file) {

@@ -98,10 +98,10 @@ bool read_rest(GroupReader& in, ACAD_POLYLINE& polyline) {
 bool read_rest(GroupReader& in, ACAD_BLOCK& block) {
   const int ended = in.blocks_ended();
   while (in.blocks_ended() == ended) {
-    const ACAD_Entity_Type type = read_entity(in, block, Within::Block);
+    const ACAD_Entity_Type type = read_entity(in, block.Records(), Within::Block);
     if (type >= ACAD_TYPE_NONE) break;
     if (type == ACAD_TYPE_INSERT) continue;  // blocks never hold nested inserts
-    ACAD_ENTITY* copy = CloneEntity(*block.Of(type));
+    ACAD_ENTITY* copy = CloneEntity(*block.Records().Of(type));
     if (!copy || !block.m_EntityList.AddTail(copy)) {
       delete copy;
       in.fail();

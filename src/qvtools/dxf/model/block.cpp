@@ -3,6 +3,7 @@
 #include <cstring>
 #include <memory>
 #include <type_traits>
+#include <utility>
 
 #include "qvtools/dxf/model/visit.h"
 #include "qvtools/services/internal/out_of_memory.h"
@@ -52,9 +53,19 @@ ACAD_ENTITY* CloneEntity(ACAD_ENTITY& entity) {
   return visit_entity(entity, [](const auto& record) { return clone(record); });
 }
 
+std::shared_ptr<WorkingRecords> detail::records_of_kept_blocks() {
+  try {
+    return std::make_shared<WorkingRecords>();
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
+
 }  // namespace qv
 
-ACAD_BLOCK::ACAD_BLOCK() = default;
+ACAD_BLOCK::ACAD_BLOCK() : ACAD_BLOCK(std::make_shared<qv::WorkingRecords>()) {}
+
+ACAD_BLOCK::ACAD_BLOCK(std::shared_ptr<qv::WorkingRecords> records) noexcept : records_(std::move(records)) {}
 
 ACAD_BLOCK::~ACAD_BLOCK() {
   qv::detail::delete_entities(m_EntityList);

@@ -2,6 +2,8 @@
 
 /// A block definition: entities that inserts place in a drawing.
 
+#include <memory>
+
 #include "qvtools/dxf/model/entity.h"
 
 namespace qv::detail {
@@ -34,14 +36,24 @@ struct QV_API WorkingRecords {
 /// caller owns it.
 QV_API ACAD_ENTITY* CloneEntity(ACAD_ENTITY& entity);
 
+namespace detail {
+/// Working records for the blocks of a drawing, which all share them; null when memory runs out.
+std::shared_ptr<WorkingRecords> records_of_kept_blocks();
+}  // namespace detail
+
 }  // namespace qv
 
 /// A block definition. It owns its entities. Operations that take an insert work on the block as that insert places it:
 /// moved by the insertion point less the base point, neither scaled nor turned; inserts within the block are passed
 /// over.
-class QV_API ACAD_BLOCK : public qv::WorkingRecords {
+class QV_API ACAD_BLOCK {
  public:
+  /// A block with working records of its own, over 1 KB: what a host reads into. Throws `std::bad_alloc` when memory
+  /// runs out.
   ACAD_BLOCK();
+  /// A block that shares its working records with others: those of a document, into which nothing is read any more, so
+  /// that it takes 0.2 KB. `records` is not null.
+  explicit ACAD_BLOCK(std::shared_ptr<qv::WorkingRecords> records) noexcept;
   ACAD_BLOCK(const ACAD_BLOCK&) = delete;
   /// Becomes a deep copy of the other block, without its nested inserts. Returns 1, or 0, with the block as it was,
   /// when memory runs out. Assigning says so by report 301. A block copied to itself stays as it is.
@@ -62,9 +74,29 @@ class QV_API ACAD_BLOCK : public qv::WorkingRecords {
   int Read(std::FILE* file);
   /// Writes the definition with its entities. Returns 1, or 0 when a write failed.
   int Write(std::FILE* file);
-  /// Reads the next entity into its working record and returns its kind; ENDBLK ends the entities here.
+  /// Reads the next entity into its working record and returns its kind; ENDBLK ends the entities here. One that is
+  /// malformed gives `ACAD_TYPE_NONE`, with the stream behind what was read, and so do, after report 301, a disk that
+  /// fails and memory that runs out.
   ACAD_Entity_Type Read_One_Entity(std::FILE* file);
   virtual ~ACAD_BLOCK();
+
+  /// The working records all together.
+  qv::WorkingRecords& Records() { return *records_; }
+
+ private:
+  std::shared_ptr<qv::WorkingRecords> records_;
+
+ public:
+  // What `Read_One_Entity` reads into, one of each kind.
+  ACAD_POINT& m_Point = records_->m_Point;           ///< working record
+  ACAD_LINE& m_Line = records_->m_Line;              ///< working record
+  ACAD_TEXT& m_Text = records_->m_Text;              ///< working record
+  ACAD_CIRCLE& m_Circle = records_->m_Circle;        ///< working record
+  ACAD_ARC& m_Arc = records_->m_Arc;                 ///< working record
+  ACAD_POLYLINE& m_Polyline = records_->m_Polyline;  ///< working record
+  ACAD_SOLID& m_Solid = records_->m_Solid;           ///< working record
+  ACAD_3DFACE& m_3DFace = records_->m_3DFace;        ///< working record
+  ACAD_INSERT& m_Insert = records_->m_Insert;        ///< working record
 
   float m_fScale = 1;     ///< not in the file; for callers
   float m_fScale2 = 0;    ///< Quirk: `Ini` leaves it as it is; derived programs keep a value of their own here.

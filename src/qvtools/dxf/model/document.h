@@ -122,7 +122,10 @@ class QV_API DXF : public qv::WorkingRecords {
   /// Reads the next block definition into the working block.
   int Read_One_Block();
   /// Reads the next entity into its working record and returns its kind. A text without a width factor of its own takes
-  /// its style's.
+  /// its style's. `ACAD_TYPE_END` at the end of the entities and ever after, and where the file ends before them
+  /// (`IsComplete` tells). `ACAD_TYPE_NONE` for an entity that is malformed (the next call goes on behind it), when the
+  /// document is not open for reading, and, after report 301, when the disk fails or memory runs out (`IsCutShort`).
+  /// The working record then holds what was read of the entity.
   ACAD_Entity_Type Read_One_Entity();
   /// Loads a whole drawing file into this in-memory document: its tables replace the present ones (also where the
   /// result is 0 because no entities follow them), its blocks and entities are appended. A file whose entities end
@@ -204,7 +207,12 @@ class QV_API DXF : public qv::WorkingRecords {
   std::unique_ptr<ACAD_LTYPE[]> m_pLType;  ///< as many entries as the capacity; null before the first open
   std::unique_ptr<ACAD_LAYER[]> m_pLayer;  ///< likewise
   std::unique_ptr<ACAD_STYLE[]> m_pStyle;  ///< likewise
-  ACAD_BLOCK m_Block;                      ///< the reader's working block
+
+ private:
+  qv::WorkingRecords blockRecords_;
+
+ public:
+  ACAD_BLOCK m_Block{{std::shared_ptr<void>(), &blockRecords_}};  ///< the reader's working block
 
  private:
   static constexpr int kListBlock = 8000;  // long blocks are walked at the speed of an array

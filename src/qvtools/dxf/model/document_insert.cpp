@@ -57,13 +57,14 @@ struct DXF::MergedTable {
 bool DXF::copy_blocks(const DXF& other, CPtrList& copies) const {
   const int n = other.m_BlockList.GetCount();
   NameIndex<const ACAD_BLOCK> present(static_cast<std::size_t>(m_BlockList.GetCount()) + static_cast<std::size_t>(n));
-  if (!present.is_ready()) return false;
+  const auto records = records_of_kept_blocks();
+  if (!present.is_ready() || !records) return false;
   for (POSITION at = m_BlockList.GetHeadPosition(); at;)
     present.add(*static_cast<const ACAD_BLOCK*>(m_BlockList.GetNext(at)));
   for (POSITION at = other.m_BlockList.GetHeadPosition(); at;) {
     const auto& block = *static_cast<const ACAD_BLOCK*>(other.m_BlockList.GetNext(at));
     if (!present.add(block)) continue;
-    std::unique_ptr<ACAD_BLOCK> copy(new (std::nothrow) ACAD_BLOCK);
+    std::unique_ptr<ACAD_BLOCK> copy(new (std::nothrow) ACAD_BLOCK(records));
     if (!copy || !copy->Copy(&block) || !copies.AddTail(copy.get())) return false;
     copy.release();
   }

@@ -275,15 +275,15 @@ class PreparedDrawing::Blocks {
       Use& use = uses_[index];
       if (++use.inserts == kInserts && can_be_stamped(*block.block))
         use.stamp.emplace(*block.block, block.entities, block.reach, margin_, plane_, to_);
-      if (use.stamp && use.stamp->pays())
-        return use.stamp->draw(plane_(detail::displacement(*block.block, insert)), to_);
+      if (use.stamp && use.stamp->pays() && use.stamp->draw(plane_(detail::displacement(*block.block, insert)), to_))
+        return;
     }
     detail::draw_block(*block.block, insert, plane_, to_);
   }
 
  private:
-  static constexpr int kFewest = 8;   // entities of a block that is copied
-  static constexpr int kInserts = 4;  // the first that is copied
+  static constexpr int kFewest = 8;    // entities of a block that is copied
+  static constexpr int kInserts = 24;  // the first that is copied: a copy takes sixteen drawings to make
   struct Use {
     int inserts = 0;
     std::optional<detail::BlockStamp> stamp;

@@ -17,7 +17,7 @@ class Plane;
 
 /// An in-memory drawing made ready to be drawn and picked many times: it knows where every entity lies, in plan or
 /// projected for two view angles, and looks only at those that a window can show. Making it takes about as long as
-/// drawing everything once, and some 50 bytes an entity, a text 20 more. A block of many entities that is drawn several
+/// drawing everything once, and some 50 bytes an entity, a text 20 more. A block of many entities that is drawn many
 /// times on a screen or a bitmap is drawn once, and its pixels are copied.
 ///
 /// It stands on the document, which must outlive it. When the document's entities or blocks, or the shape fonts,
@@ -31,8 +31,7 @@ class QV_API PreparedDrawing {
   PreparedDrawing(DXF& dxf, float a, float b);
 
   /// Draws what `DXF::Draw` (or `DXF::Draw3D`) draws, in the same order: the same picture, but for where the dashes of
-  /// joined dashed lines begin, and but for blocks that are copied, which may lie a pixel aside (and what
-  /// ends at their lines, two).
+  /// joined dashed lines begin, and but for blocks that are copied, parts of which may lie a pixel aside.
   void Draw(CDC* dc, CFCoor* coor) { Draw(dc, coor, {}); }
   /// The same, shown as the appearance says.
   void Draw(CDC* dc, CFCoor* coor, const Appearance& appearance) { Draw(dc, coor, appearance, nullptr); }

@@ -94,7 +94,8 @@ class Job {
   const ImportOptions& options;
   ReportBuilder& report;
   OutputTables& tables;
-  CPtrList& madeBlocks;  // the document's
+  CPtrList& madeBlocks;                                                                     // the document's
+  const std::shared_ptr<WorkingRecords> blockRecords = std::make_shared<WorkingRecords>();  // of all of them
   Output out;
 
   Unit unit = Unit::None;  // of the document
