@@ -30,9 +30,9 @@ enum class Unit : int {
 /// What is asked of an import.
 struct ImportOptions {
   /// The sheet to read by its name, with its viewports drawn in place and to scale; empty for model space.
-  std::string layout;
+  std::string layout = {};
   /// The code page of the texts; what the file says, or looks like, when absent.
-  std::optional<CodePage> encoding;
+  std::optional<CodePage> encoding = {};
   /// How far a polyline may lie off the curve that it stands for, as a share of the curve's size.
   double tolerance = 1.0 / 2000;
   /// The unit to convert to; numbers stay as they are when it is `None` or the file's unit is not known.
@@ -47,7 +47,7 @@ struct ImportOptions {
   int mostOfReference = 500000;
   int mostOfHatch = 200000;
   /// Where the files of shapes (.shx) lie that the drawing names, each with a separator at its end.
-  std::vector<std::string> shapeFolders;
+  std::vector<std::string> shapeFolders = {};
 };
 
 /// What flat records cannot hold, for what draws them. A record's colour is the true colour noted for it, else its own

@@ -21,13 +21,13 @@ struct PictureOptions {
   /// The height becomes what the drawing's proportions ask for, an eighth to four times the width.
   bool fitHeight = true;
   /// What is shown, in drawing units (of the plane of the view); everything, with a small margin, when absent.
-  std::optional<DrawingRect> window;
+  std::optional<DrawingRect> window = {};
   /// Projected for two view angles in radians; in plan when absent.
   struct View {
     double a = 0;
     double b = 0;
   };
-  std::optional<View> view;  ///< from where it is seen
+  std::optional<View> view = {};  ///< from where it is seen
   /// The colour behind the drawing; white at first.
   COLORREF background = 0xFFFFFF;
   /// Colours, dashes, and from how many pixels on a pattern is drawn.

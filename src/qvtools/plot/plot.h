@@ -45,22 +45,22 @@ struct PlotOptions {
   enum class Orientation : char { OfDrawing, Landscape, Portrait };
 
   /// The paper. When absent, a sheet's own; else A3.
-  std::optional<PaperSize> paper;
+  std::optional<PaperSize> paper = {};
   /// How the paper lies; as the drawing asks for at first.
   Orientation orientation = Orientation::OfDrawing;
   /// How many millimetres of the drawing one of the paper shows: 50 for 1:50. When absent, a sheet's own on its own
   /// paper; else what fits.
-  std::optional<double> scale;
+  std::optional<double> scale = {};
   /// Left free at each edge, in mm, by what is fitted.
   double margin = 5;
   /// Where the lower left corner of what is plotted lies on the paper, in mm; centred when absent.
-  std::optional<PlotPoint> offset;
+  std::optional<PlotPoint> offset = {};
   /// What is plotted, in drawing units. When absent, each sheet of the drawing (`FindSheets`) is a page, or all of a
   /// drawing without sheets.
-  std::optional<DrawingRect> window;
+  std::optional<DrawingRect> window = {};
   /// The direction in which the window is seen, which lies in its plane then; in plan when absent. There is none
   /// without a window.
-  std::optional<PictureOptions::View> view;
+  std::optional<PictureOptions::View> view = {};
   /// All of the drawing on one page, whatever sheets it has.
   bool whole = false;
 
@@ -75,7 +75,7 @@ struct PlotOptions {
   /// Widths of pens shrink and grow with a sheet that is not plotted at its own scale.
   bool scalePens = false;
 
-  std::string title;      ///< of the PDF, UTF-8; when empty, the first drawing's name
+  std::string title = {};  ///< of the PDF, UTF-8; when empty, the first drawing's name
   double dpi = 300;       ///< of PNG, 30 to 2400
   bool smooth = false;    ///< PNG: anti-aliased
   bool readable = false;  ///< SVG: with its texts as invisible text
