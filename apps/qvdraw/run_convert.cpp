@@ -44,12 +44,19 @@ void tell_lost_decimals(DXF& dxf, const std::string& path) {
                  100 * kStep / size);
 }
 
-void make_portable(const CPtrList& list) {
-  for_each<ACAD_ENTITY>(list, [](ACAD_ENTITY& entity) {
+/// Gives the texts their signs as codes. Returns how many stay as they are, since a text has no room for the codes.
+int make_portable(const CPtrList& list) {
+  int kept = 0;
+  for_each<ACAD_ENTITY>(list, [&kept](ACAD_ENTITY& entity) {
     if (entity.GetType() != ACAD_TYPE_TEXT) return;
     auto& text = static_cast<ACAD_TEXT&>(entity);
-    qv::copy_text(text.m_szText, with_codes(text.m_szText).c_str());
+    const std::string coded = with_codes(text.m_szText);
+    if (coded.size() < sizeof text.m_szText)
+      qv::copy_text(text.m_szText, coded.c_str());
+    else
+      ++kept;
   });
+  return kept;
 }
 
 }  // namespace
@@ -62,8 +69,11 @@ void run_convert(const ConvertRequest& request) {
   tell_lost_decimals(*dxf, request.drawing);
   if (request.portable) {
     dxf->m_bCodePageHeader = 1;
-    make_portable(dxf->m_EntityList);
-    for_each<ACAD_BLOCK>(dxf->m_BlockList, [](ACAD_BLOCK& block) { make_portable(block.m_EntityList); });
+    int kept = make_portable(dxf->m_EntityList);
+    for_each<ACAD_BLOCK>(dxf->m_BlockList, [&](ACAD_BLOCK& block) { kept += make_portable(block.m_EntityList); });
+    if (kept > 0)
+      std::fprintf(stderr, "qvdraw: %s: %d %s the fonts' own signs: the codes would not fit in 99 bytes\n",
+                   request.drawing.c_str(), kept, kept == 1 ? "text keeps" : "texts keep");
   }
   if (!dxf->Write_MemDxf_To_File(request.out.c_str())) throw std::runtime_error(request.out + ": cannot be written");
 }

@@ -13,6 +13,7 @@
 
 #include "command_line.h"
 #include "font_writer.h"
+#include "qvtools/system/saved_file.h"
 #include "qvtools/version.h"
 #include "shape_source.h"
 
@@ -63,22 +64,6 @@ bool read_file(const std::string& path, std::string& bytes) {
   return file.is_open();
 }
 
-/// Writes the file whole or not at all: beside its place, and renamed; a device is written in place.
-bool write_file(const std::string& path, const std::string& bytes) {
-  std::error_code error;
-  const bool inPlace = std::filesystem::exists(path, error) && !std::filesystem::is_regular_file(path, error);
-  const std::string written = inPlace ? path : path + ".tmp";
-  std::ofstream file(written, std::ios::binary);
-  file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-  file.close();
-  if (!file.fail() && inPlace) return true;
-  if (!file.fail()) std::filesystem::rename(written, path, error);
-  if (!file.fail() && !error) return true;
-  std::error_code ignored;
-  if (!inPlace) std::filesystem::remove(written, ignored);
-  return false;
-}
-
 ExitCode fail(const std::string& path, const char* what) {
   std::fprintf(stderr, "shpc: %s: %s\n", path.c_str(), what);
   return kFailed;
@@ -95,7 +80,7 @@ ExitCode compile(const std::string& from, const std::string& to, bool bigfont) {
     std::fprintf(stderr, "%s:%d: %s\n", from.c_str(), error.line, error.text.c_str());
   }
   if (!errors.empty()) return kFailed;
-  return write_file(to, bytes) ? kDone : fail(to, "cannot be written");
+  return qv::save_bytes(to.c_str(), bytes.data(), bytes.size()) ? kDone : fail(to, "cannot be written");
 }
 
 }  // namespace

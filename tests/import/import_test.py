@@ -133,6 +133,7 @@ class Import(unittest.TestCase):
         doc.modelspace().add_line((0, 0), (1.5, 0))
         doc.modelspace().add_mtext("梁 %%c8", dxfattribs={"char_height": 0.0035})
         doc.modelspace().add_text("Φ8 %%130 ±0.000", dxfattribs={"height": 0.003})
+        doc.modelspace().add_text("±" * 40, dxfattribs={"height": 0.002})
         path = os.path.join(self.folder.name, "metres.dxf")
         doc.saveas(path)
         made, said = self.convert(path, "--portable")
@@ -140,8 +141,10 @@ class Import(unittest.TestCase):
         self.assertEqual(made.modelspace().query("LINE").first.dxf.end.x, 1500)
         self.assertNotIn("two decimals", said)
         self.assertIn("two decimals are 0.67 % of the drawing's size", self.convert(path, "--unit", "none")[1])
+        self.assertIn("1 text keeps the fonts' own signs", said)
         texts = {t.dxf.text: t.dxf.height for t in made.modelspace().query("TEXT")}
-        self.assertEqual(texts, {"梁 %%c8": 3.5, "Φ8 %%130 %%p0.000": 3})
+        self.assertEqual([len(text) for text, height in texts.items() if height == 2], [40])
+        self.assertEqual({text: height for text, height in texts.items() if height != 2}, {"梁 %%c8": 3.5, "Φ8 %%130 %%p0.000": 3})
         told = subprocess.run([QVDRAW, "info", path, "--json"], capture_output=True, text=True, timeout=60)
         file = json.loads(told.stdout)["file"]
         self.assertEqual((file["encoding"], file["unit"], file["complete"]), ("UTF-8", 6, True))
