@@ -72,8 +72,8 @@ void run_convert(const ConvertRequest& request) {
     int kept = make_portable(dxf->m_EntityList);
     for_each<ACAD_BLOCK>(dxf->m_BlockList, [&](ACAD_BLOCK& block) { kept += make_portable(block.m_EntityList); });
     if (kept > 0)
-      std::fprintf(stderr, "qvdraw: %s: %d %s the fonts' own signs: the codes would not fit in 99 bytes\n",
-                   request.drawing.c_str(), kept, kept == 1 ? "text keeps" : "texts keep");
+      std::fprintf(stderr, "qvdraw: %s: texts that keep the fonts' own signs, since their codes would not fit: %d\n",
+                   request.drawing.c_str(), kept);
   }
   if (!dxf->Write_MemDxf_To_File(request.out.c_str())) throw std::runtime_error(request.out + ": cannot be written");
 }

@@ -141,7 +141,7 @@ class Import(unittest.TestCase):
         self.assertEqual(made.modelspace().query("LINE").first.dxf.end.x, 1500)
         self.assertNotIn("two decimals", said)
         self.assertIn("two decimals are 0.67 % of the drawing's size", self.convert(path, "--unit", "none")[1])
-        self.assertIn("1 text keeps the fonts' own signs", said)
+        self.assertIn("keep the fonts' own signs, since their codes would not fit: 1", said)
         texts = {t.dxf.text: t.dxf.height for t in made.modelspace().query("TEXT")}
         self.assertEqual([len(text) for text, height in texts.items() if height == 2], [40])
         self.assertEqual({text: height for text, height in texts.items() if height != 2}, {"梁 %%c8": 3.5, "Φ8 %%130 %%p0.000": 3})
