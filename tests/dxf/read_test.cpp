@@ -291,6 +291,31 @@ TEST(DxfReading, BlocksOfAFileAndLinesOfAStreamGiveTheSame) {
   }
 }
 
+// The blocks of a drawing share their working records; one that its host takes away can still be read into.
+TEST(DxfReading, ABlockOutlivesItsDrawing) {
+  const TemporaryDirectory directory;
+  const std::string line = "  0\nLINE\n 10\n7\n 11\n8\n";
+  std::unique_ptr<ACAD_BLOCK> block;
+  {
+    Loaded drawing(
+        "  0\nSECTION\n  2\nBLOCKS\n  0\nBLOCK\n  2\nA\n" + line + "  0\nENDBLK\n  0\nENDSEC\n" + entities(""), false);
+    ASSERT_EQ(drawing.dxf.m_BlockList.GetCount(), 1);
+    block.reset(static_cast<ACAD_BLOCK*>(drawing.dxf.m_BlockList.RemoveHead()));
+  }
+  std::FILE* const file = std::fopen(directory.write("line.txt", line).c_str(), "rb");
+  EXPECT_EQ(block->Read_One_Entity(file), ACAD_TYPE_LINE);
+  EXPECT_EQ(block->m_Line.m_End.x, 8);
+  EXPECT_EQ(block->Read_One_Entity(file), ACAD_TYPE_END);
+  std::fclose(file);
+  std::FILE* const folder = std::fopen(directory.path("").c_str(), "rb");  // every read of it fails
+  qvtest::RecordingHost host;
+  if (folder) {
+    EXPECT_EQ(block->Read_One_Entity(folder), ACAD_TYPE_NONE);
+    std::fclose(folder);
+  }
+  EXPECT_EQ(static_cast<ACAD_LINE*>(block->m_EntityList.GetHead())->m_Start.x, 7);
+}
+
 TEST(DxfReading, AFileCutAnywhereKeepsWhatWasRead) {
   const std::string whole = full_drawing();
   const TemporaryDirectory directory;
