@@ -76,20 +76,16 @@ bool read_whole(std::FILE* stream, SourceFile& file) {
 
 bool load_file(const char* path, SourceFile& file) {
   constexpr std::size_t kSlack = 128;  // a line feed at the end, and what readers may look at behind it
-  std::FILE* const stream = open_text(path, "rb");
+  const auto close = [](std::FILE* opened) { std::fclose(opened); };
+  const std::unique_ptr<std::FILE, decltype(close)> stream(open_text(path, "rb"));
   if (!stream) return false;
-  const long size = std::fseek(stream, 0, SEEK_END) == 0 ? std::ftell(stream) : -1;
-  bool whole = false;
-  if (size >= 0) {
-    file.size = static_cast<std::size_t>(size);
-    file.bytes.reset(new (std::nothrow) char[file.size + kSlack]);
-    detail::wish_large_pages(file.bytes.get(), file.bytes ? file.size : 0);
-    std::rewind(stream);
-    whole = file.bytes && read_whole(stream, file);
-  }
-  std::fclose(stream);
-  if (size >= 0 && !file.bytes) throw std::bad_alloc();
-  if (!whole) return false;
+  const long size = std::fseek(stream.get(), 0, SEEK_END) == 0 ? std::ftell(stream.get()) : -1;
+  if (size < 0) return false;
+  file.size = static_cast<std::size_t>(size);
+  file.bytes = std::make_unique_for_overwrite<char[]>(file.size + kSlack);
+  detail::wish_large_pages(file.bytes.get(), file.size);
+  std::rewind(stream.get());
+  if (!read_whole(stream.get(), file)) return false;
   std::memset(file.bytes.get() + file.size, 0, kSlack);
   if (form_of(file.text()) != Form::Text) return true;
   if (!std::memchr(file.bytes.get(), '\n', file.size)) {
