@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 
+#include <array>
 #include <cmath>
+#include <random>
 #include <string>
 
 #include "model/captions.h"
@@ -305,6 +307,51 @@ TEST_F(ViewTest, DraggingWithTheMiddleButtonOrTheHandPans) {
   EXPECT_TRUE(view.cancel());
   view.left_up({60, 60}, false);
   EXPECT_EQ(view.CurrentView().GetOrigin().x, before.GetOrigin().x) << "given up";
+}
+
+TEST_F(ViewTest, TheLastPictureIsShownMovedAndScaledUntilTheSharpOneIsThere) {
+  const auto show = [&] {
+    view.show(window.bitmap, 0xFFFFFF);
+    return shown();
+  };
+  const auto matches = [&](CPoint at) { return window.bitmap.GetPixel(at.x, at.y) == 0; };
+  EXPECT_EQ(show(), painted()) << "the first one is waited for";
+  const CPoint corner = pixel(0, 800);
+  {
+    const Drawing::Still nothingIsDrawn(*view.drawing());
+    view.middle_down({100, 100});
+    view.move({160, 70});
+    show();
+    EXPECT_TRUE(matches({corner.x + 60, corner.y - 30 + 20}));
+    EXPECT_FALSE(matches({corner.x, corner.y + 20}));
+    view.middle_up({160, 70});
+    view.leave();
+    view.wheel({corner.x + 60, corner.y - 30}, 4, false);
+    view.set_light(true);
+    EXPECT_NE(show(), painted()) << "lines are as wide as the picture is enlarged";
+    show();
+    EXPECT_TRUE(matches({corner.x + 60, corner.y - 30 + 50}));
+    EXPECT_THAT(window.posted, testing::Not(testing::Contains(2U)));
+  }
+  view.set_patience(std::chrono::minutes(1));
+  EXPECT_EQ(show(), painted());
+}
+
+TEST(BitmapContext, CopiesAnotherMovedAndScaled) {
+  std::minstd_rand random(3);
+  qv::BitmapContext from(40, 30, 0);
+  for (int i = 0; i < 1200; ++i) from.SetPixel(i % 40, i / 40, static_cast<COLORREF>(random() & 0xFFFFFF));
+  for (const auto& [left, top, scale] : {std::array{3.0, -7.0, 1.0}, {-20.4, 5.6, 2.7}, {10, 12, 0.3}, {90, 0, 1}}) {
+    qv::BitmapContext to(50, 40, 0x123456);
+    to.CopyScaled(from, left, top, scale);
+    for (int y = 0; y < 40; ++y)
+      for (int x = 0; x < 50; ++x) {
+        const double i = std::floor((x - left) / scale + 0.5), j = std::floor((y - top) / scale + 0.5);
+        const bool covered = i >= 0 && i < 40 && j >= 0 && j < 30;
+        EXPECT_EQ(to.GetPixel(x, y),
+                  covered ? from.GetPixel(static_cast<int>(i), static_cast<int>(j)) : COLORREF{0x123456});
+      }
+  }
 }
 
 TEST_F(ViewTest, PicksTakeWhatIsInsideOrToTheLeftWhatIsCrossedToo) {

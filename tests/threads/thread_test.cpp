@@ -1,14 +1,18 @@
 // Threads that each work on a document or a database of their own must find what one thread alone finds. Under the
 // thread sanitizer the program also shows that they share nothing that is not guarded.
 
+#include <algorithm>
 #include <array>
+#include <atomic>
 #include <cstdio>
 #include <filesystem>
 #include <memory>
+#include <random>
 #include <string>
 #include <thread>
 
 #include "qvtools.h"
+#include "qvtools/widgets/viewer/view.h"
 
 namespace {
 
@@ -106,6 +110,83 @@ void pick(Findings& findings, const std::string& name) {
   add(findings, "picked prepared", static_cast<double>(qv::PreparedDrawing(*drawing).Pick(rect, 1).size()));
 }
 
+/// A view's window, whose messages come from two threads.
+class QuietWindow : public qv::Window {
+ public:
+  CRect ClientRect() const override { return {0, 0, 400, 300}; }
+  CDC& ClientContext() override { return bitmap; }
+  void ReleaseClientContext() override {}
+  void Invalidate(bool) override {}
+  void Post(unsigned int) override { ++posted; }
+  qv::BitmapContext bitmap{400, 300, 0};
+  std::atomic<int> posted = 0;
+};
+
+struct QuietListener : qv::viewer::View::Listener {
+  void on_view_changed() override {}
+  void on_picks_changed() override {}
+  void on_mode_changed() override {}
+};
+
+/// What a user does to a view while its pictures are drawn in a thread of their own.
+void look(Findings& findings, const std::string& name) {
+  using qv::viewer::Drawing;
+  using qv::viewer::View;
+  constexpr void (*kMoves[])(View&) = {
+      [](View& v) {
+        v.wheel({100, 100}, 1, false);
+      },
+      [](View& v) {
+        v.wheel({300, 200}, -1.5, true);
+      },
+      [](View& v) { v.pan_by(0.1, -0.1); },
+      [](View& v) {
+        v.middle_down({50, 50}), v.move({90, 70});
+      },
+      [](View& v) {
+        v.middle_up({110, 40});
+      },
+      [](View& v) {
+        v.begin_measure(qv::viewer::MeasureKind::Distance), v.move({120, 130}), v.left_down({9, 9}, false);
+      },
+      [](View& v) {
+        v.set_mode(qv::viewer::Mode::Pick), v.left_down({200, 150}, false), v.left_up({200, 150}, false);
+      },
+      [](View& v) { v.select_all(); },
+      [](View& v) { v.set_light(!v.is_light()); },
+      [](View& v) { v.drawing()->show_layers(std::vector<bool>(v.drawing()->layers().size(), v.is_light())); },
+      [](View& v) { v.show_all_layers(); },
+      [](View& v) {
+        v.drawing()->part({0, 5, 9});
+      },
+      [](View& v) {
+        v.set_angles(v.CurrentAngles().is_plan() ? qv::ViewAngles{0.5F, 0.6F} : qv::ViewAngles());
+      },
+      [](View& v) { v.fonts_changed(); },
+      [](View& v) { v.show_all(); },
+  };
+  QuietWindow window;
+  QuietListener listener;
+  View view(window, listener);
+  view.open(std::make_unique<Drawing>(read_back(name), false));
+  std::minstd_rand random(7);
+  for (int i = 0; i < 120; ++i) {
+    view.set_patience(std::chrono::milliseconds(random() % 3));
+    if (i % 40 == 39) view.reload(std::make_unique<Drawing>(read_back(name), view.is_light()));
+    kMoves[random() % std::size(kMoves)](view);
+    view.show(window.bitmap, 0);
+  }
+  view.leave();
+  while (view.cancel()) continue;  // what the picture alone would not show
+  view.set_light(false);
+  view.set_patience(std::chrono::minutes(1));
+  view.show(window.bitmap, 0);
+  add(findings, "seen", lit(window.bitmap));
+  qv::BitmapContext own(400, 300, 0);
+  view.paint(own);
+  add(findings, "as painted", std::equal(own.Pixels(), own.Pixels() + 400 * 300, window.bitmap.Pixels()));
+}
+
 #if defined(QV_WITH_PLOT)
 void plot(Findings& findings, const std::string& name) {
   const auto drawing = read_back(name);
@@ -153,6 +234,7 @@ constexpr struct {
     {"import", import},
     {"draw", draw},
     {"pick", pick},
+    {"look", look},
 #if defined(QV_WITH_PLOT)
     {"plot", plot},
 #endif

@@ -199,7 +199,8 @@ struct PreparedDrawing::Builder {
         boxes.back() = Box::everything();
     }
     to.grid_ = detail::BoxGrid(boxes);
-    to.marks_.assign((boxes.size() + 63) / 64, 0);
+    to.drawn_.assign((boxes.size() + 63) / 64, 0);
+    to.asked_ = to.drawn_;
   }
 };
 
@@ -225,13 +226,14 @@ void PreparedDrawing::prepare(DXF& dxf, const Plane& plane) {
 }
 
 template <class Misses, class F>
-void PreparedDrawing::for_each_in_cells(const std::vector<std::uint32_t>& cells, const Misses& misses, const F& f) {
+void PreparedDrawing::for_each_in_cells(Marks& marks, const std::vector<std::uint32_t>& cells, const Misses& misses,
+                                        const F& f) {
   for (const std::uint32_t cell : cells)
     grid_.for_each_of(cell, [&](std::uint32_t i) {
-      if (!misses(items_[i].box)) marks_[i / 64] |= std::uint64_t{1} << (i % 64);
+      if (!misses(items_[i].box)) marks[i / 64] |= std::uint64_t{1} << (i % 64);
     });
-  for (std::size_t word = 0; word < marks_.size(); ++word) {
-    for (std::uint64_t bits = std::exchange(marks_[word], 0); bits; bits &= bits - 1) {
+  for (std::size_t word = 0; word < marks.size(); ++word) {
+    for (std::uint64_t bits = std::exchange(marks[word], 0); bits; bits &= bits - 1) {
       const Item& item = items_[word * 64 + static_cast<std::size_t>(std::countr_zero(bits))];
       if (item.shown && f(item)) return;
     }
@@ -239,11 +241,11 @@ void PreparedDrawing::for_each_in_cells(const std::vector<std::uint32_t>& cells,
 }
 
 template <class Misses, class F>
-void PreparedDrawing::for_each_shown(const Misses& misses, const F& f) {
+void PreparedDrawing::for_each_shown(Marks& marks, const Misses& misses, const F& f) {
   std::size_t reached = 0;
   const std::vector<std::uint32_t> cells = grid_.cells_in(misses, reached);
   // Where most is reached, going through all in order is faster than gathering.
-  if (reached < items_.size() / 4) return for_each_in_cells(cells, misses, f);
+  if (reached < items_.size() / 4) return for_each_in_cells(marks, cells, misses, f);
   constexpr std::size_t kAhead = 24;
   for (std::size_t i = 0; i < items_.size(); ++i) {
     const Item& next = items_[std::min(i + kAhead, items_.size() - 1)];
@@ -310,25 +312,26 @@ void PreparedDrawing::draw(CFCoor* coor, detail::DrawingContext& to) {
     return coor->FPtoDP(std::fabs(static_cast<double>(height))) >= readable_;
   };
   Blocks blocks(blocks_, plane, static_cast<int>(std::min(margin, 1e4)) + 1, to);
-  for_each_shown([&](const Box& box) { return window.misses(box.x1, box.y1, box.x2, box.y2); },
-                 [&](const Item& item) {
-                   const auto index = static_cast<std::size_t>(item.index);
-                   const Box* line = item.kind == Kind::Line ? &item.box : nullptr;
-                   if (item.kind == Kind::Text && !is_readable(baseLines_[index].height))
-                     line = &baseLines_[index].ends;
-                   if (line)
-                     to.draw_line({line->x1, line->y1}, {line->x2, line->y2}, item.style, item.color);
-                   else if (item.kind == Kind::Insert)
-                     blocks.draw(static_cast<ACAD_INSERT&>(*item.entity), index);
-                   else
-                     detail::draw_entity(*item.entity, plane, to);
-                   return to.is_given_up();
-                 });
+  for_each_shown(
+      drawn_, [&](const Box& box) { return window.misses(box.x1, box.y1, box.x2, box.y2); },
+      [&](const Item& item) {
+        const auto index = static_cast<std::size_t>(item.index);
+        const Box* line = item.kind == Kind::Line ? &item.box : nullptr;
+        if (item.kind == Kind::Text && !is_readable(baseLines_[index].height)) line = &baseLines_[index].ends;
+        if (line)
+          to.draw_line({line->x1, line->y1}, {line->x2, line->y2}, item.style, item.color);
+        else if (item.kind == Kind::Insert)
+          blocks.draw(static_cast<ACAD_INSERT&>(*item.entity), index);
+        else
+          detail::draw_entity(*item.entity, plane, to);
+        return to.is_given_up();
+      });
 }
 
 std::vector<const PreparedDrawing::Item*> PreparedDrawing::items_in(const Box& window) {
   std::vector<const Item*> items;
   for_each_shown(
+      asked_,
       [&](const Box& b) {
         return std::max(b.x1, b.x2) < window.x1 || std::min(b.x1, b.x2) > window.x2 ||
                std::max(b.y1, b.y2) < window.y1 || std::min(b.y1, b.y2) > window.y2;

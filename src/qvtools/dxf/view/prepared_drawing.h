@@ -23,6 +23,8 @@ class Plane;
 /// It stands on the document, which must outlive it. When the document's entities or blocks, or the shape fonts,
 /// change, it is to be made anew. An entity of a program's own kind is always drawn. When memory runs out, report 301:
 /// one that is being made shows nothing then, and a pick takes nothing.
+///
+/// While one thread draws it, another may pick and catch.
 class QV_API PreparedDrawing {
  public:
   /// In plan.
@@ -76,6 +78,7 @@ class QV_API PreparedDrawing {
     Box reach;
     int entities;
   };
+  using Marks = std::vector<std::uint64_t>;  // a bit an item, for one call
   struct Builder;
   class Blocks;
 
@@ -83,9 +86,9 @@ class QV_API PreparedDrawing {
   void pick(const CFRect& rect, int mode, std::vector<ACAD_ENTITY*>& taken);
   void prepare(DXF& dxf, const detail::Plane& plane);
   template <class Misses, class F>
-  void for_each_shown(const Misses& misses, const F& f);
+  void for_each_shown(Marks& marks, const Misses& misses, const F& f);
   template <class Misses, class F>
-  void for_each_in_cells(const std::vector<std::uint32_t>& cells, const Misses& misses, const F& f);
+  void for_each_in_cells(Marks& marks, const std::vector<std::uint32_t>& cells, const Misses& misses, const F& f);
   /// What is shown and may lie in a window, in drawing order.
   std::vector<const Item*> items_in(const Box& window);
   bool picks(const Item& item, const CFRegion& region, int mode) const;
@@ -99,8 +102,9 @@ class QV_API PreparedDrawing {
   std::vector<Block> blocks_;
   std::vector<BaseLine> baseLines_;
   int readable_ = 0;
-  detail::BoxGrid grid_;              // over the items
-  std::vector<std::uint64_t> marks_;  // a bit an item, for one call
+  detail::BoxGrid grid_;  // over the items
+  Marks drawn_;           // of what is drawn
+  Marks asked_;           // of what is picked or caught
 };
 
 }  // namespace qv

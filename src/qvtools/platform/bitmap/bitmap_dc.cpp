@@ -137,6 +137,40 @@ void BitmapContext::Clear(COLORREF color) {
   std::fill(pixels_.begin(), pixels_.end(), pixel_of(color));
 }
 
+namespace {
+
+/// For the pixels from `first` on, which of another's `count` pixels each takes.
+struct TakenPixels {
+  int first = 0;
+  std::vector<int> taken;
+
+  TakenPixels(int size, int count, double start, double scale) {
+    const auto of = [&](int i) { return std::floor((i - start) / scale + 0.5); };
+    const auto covered = [&](int i) { return of(i) >= 0 && of(i) < count; };
+    while (first < size && !covered(first)) ++first;
+    for (int i = first; i < size && covered(i); ++i) taken.push_back(static_cast<int>(of(i)));
+  }
+};
+
+}  // namespace
+
+void BitmapContext::CopyScaled(const BitmapContext& from, double left, double top, double scale) {
+  const TakenPixels columns(width_, from.width_, left, scale), rows(height_, from.height_, top, scale);
+  const std::size_t n = columns.taken.size();
+  if (n == 0) return;
+  const bool whole = columns.taken.back() - columns.taken.front() == static_cast<int>(n) - 1;  // pixel by pixel
+  std::uint32_t* to = pixels_.data() + static_cast<std::ptrdiff_t>(rows.first) * width_ + columns.first;
+  for (std::size_t y = 0; y < rows.taken.size(); ++y, to += width_) {
+    const std::uint32_t* const row = from.pixels_.data() + static_cast<std::ptrdiff_t>(rows.taken[y]) * from.width_;
+    if (y > 0 && rows.taken[y] == rows.taken[y - 1])
+      std::copy_n(to - width_, n, to);
+    else if (whole)
+      std::copy_n(row + columns.taken.front(), n, to);
+    else
+      for (std::size_t x = 0; x < n; ++x) to[x] = row[columns.taken[x]];
+  }
+}
+
 COLORREF BitmapContext::GetPixel(int x, int y) const {
   const std::uint32_t v =
       pixels_[static_cast<std::size_t>(y) * static_cast<std::size_t>(width_) + static_cast<std::size_t>(x)];

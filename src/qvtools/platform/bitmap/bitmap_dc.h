@@ -37,6 +37,9 @@ class QV_API BitmapContext : public CDC {
 
   /// Fills the bitmap with one colour.
   void Clear(COLORREF color);
+  /// Copies another bitmap onto this one, `scale` times as large (above 0), its upper left pixel to (left, top): each
+  /// pixel that it covers takes the nearest of its pixels, the others stay.
+  void CopyScaled(const BitmapContext& from, double left, double top, double scale);
   int Width() const { return width_; }
   int Height() const { return height_; }
   /// The pixels row by row from the top: 0xFFRRGGBB.

@@ -1,6 +1,7 @@
 #include "qvtools/platform/qt/qt_host.h"
 
 #include <QtCore/QCoreApplication>
+#include <QtCore/QThread>
 #include <QtGui/QGuiApplication>
 #include <QtGui/QScreen>
 #include <QtGui/QTextCursor>
@@ -48,7 +49,9 @@ void place(QDialog& window) {
 
 }  // namespace
 
-QtHost::QtHost() = default;
+QtHost::QtHost() {
+  QtHost::ScreenSize();  // for other threads
+}
 QtHost::~QtHost() = default;
 
 Answer QtHost::ShowBox(const char* text, BoxKind kind) {
@@ -95,10 +98,13 @@ void QtHost::DrainMessages() {
 }
 
 CSize QtHost::ScreenSize() const {
-  const QScreen* const screen = QGuiApplication::primaryScreen();
-  if (!screen) return {1920, 1080};
-  const QSizeF size = QSizeF(screen->virtualSize()) * screen->devicePixelRatio();
-  return {static_cast<int>(std::ceil(size.width())), static_cast<int>(std::ceil(size.height()))};
+  const bool own = QCoreApplication::instance() && QThread::currentThread() == QCoreApplication::instance()->thread();
+  if (const QScreen* const screen = own ? QGuiApplication::primaryScreen() : nullptr) {
+    const QSizeF size = QSizeF(screen->virtualSize()) * screen->devicePixelRatio();
+    screen_ = {static_cast<int>(std::ceil(size.width())), static_cast<int>(std::ceil(size.height()))};
+  }
+  const Screen known = screen_;
+  return {known.width, known.height};
 }
 
 }  // namespace qv

@@ -5,6 +5,7 @@
 
 #include <QtWidgets/QDialog>
 #include <QtWidgets/QPlainTextEdit>
+#include <atomic>
 #include <memory>
 
 #include "qvtools/platform/host.h"
@@ -26,7 +27,8 @@ class QtHost : public Host {
   void SelectMessage(int from, int to) override { messages_.Select(from, to); }
   void ReplaceMessageSelection(const char* text) override;
   void DrainMessages() override;
-  /// The size of the whole desktop in pixels, so that windows on any of its screens are drawn to their ends.
+  /// The size of the whole desktop in pixels, so that windows on any of its screens are drawn to their ends. Threads
+  /// other than the application's get what it was when the application's asked last.
   CSize ScreenSize() const override;
 
   /// What the message window holds, in GBK.
@@ -35,6 +37,11 @@ class QtHost : public Host {
   QDialog* MessageWindow() const { return window_.get(); }
 
  private:
+  struct Screen {
+    int width = 1920;
+    int height = 1080;
+  };
+  mutable std::atomic<Screen> screen_;
   MessageText messages_;
   std::unique_ptr<QDialog> window_;
   QPlainTextEdit* edit_ = nullptr;  // owned by the window

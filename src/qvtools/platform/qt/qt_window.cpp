@@ -41,7 +41,7 @@ CRect QtWindow::ClientRect() const {
   return {0, 0, pixels(width()), pixels(height())};
 }
 
-BitmapContext& QtWindow::bitmap() {
+BitmapContext& QtWindow::Bitmap() {
   const CRect client = ClientRect();
   if (!bitmap_ || bitmap_->Width() != client.right || bitmap_->Height() != client.bottom) {
     bitmap_ = std::make_unique<BitmapContext>(client.right, client.bottom, background_);
@@ -77,7 +77,7 @@ QPointF QtWindow::FromPixel(CPoint pixel) const {
 }
 
 void QtWindow::repaint_bitmap() {
-  BitmapContext& dc = bitmap();
+  BitmapContext& dc = Bitmap();
   // Both first: what is asked for while painting is painted next time.
   stale_ = false;
   if (std::exchange(erase_, false)) dc.Clear(background_);
@@ -86,7 +86,7 @@ void QtWindow::repaint_bitmap() {
 }
 
 void QtWindow::paintEvent(QPaintEvent*) {
-  bitmap();
+  Bitmap();
   if (stale_) repaint_bitmap();
   QImage image(reinterpret_cast<const uchar*>(bitmap_->Pixels()), bitmap_->Width(), bitmap_->Height(),
                static_cast<qsizetype>(bitmap_->Width()) * 4, QImage::Format_RGB32);
@@ -101,7 +101,7 @@ void QtWindow::paintEvent(QPaintEvent*) {
 }
 
 void QtWindow::resizeEvent(QResizeEvent*) {
-  bitmap();  // of the new size, to be painted
+  Bitmap();  // of the new size, to be painted
 }
 
 bool QtWindow::event(QEvent* event) {

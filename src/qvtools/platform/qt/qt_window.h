@@ -23,14 +23,14 @@ class QtWindow : public QWidget, public Window {
   CRect ClientRect() const override;
   /// The shown bitmap. It is another one after the window's size changed. May be taken several times; what was drawn is
   /// shown when it is given back.
-  CDC& ClientContext() override { return bitmap(); }
+  CDC& ClientContext() override { return Bitmap(); }
   void ReleaseClientContext() override { update(); }
   /// Asks for a repaint; however many were asked for, one is made, when the events that wait have been handled.
   void Invalidate(bool erase) override;
   void Post(unsigned int message) override;
 
   /// The bitmap as it is shown; a repaint that was asked for is not yet in it.
-  const BitmapContext& Picture() { return bitmap(); }
+  const BitmapContext& Picture() { return Bitmap(); }
   /// The colour that the background is erased with; white at first. It shows with the next repaint that erases.
   void SetBackground(COLORREF color) { background_ = color; }
   COLORREF Background() const { return background_; }
@@ -47,6 +47,8 @@ class QtWindow : public QWidget, public Window {
   virtual void OnPaint(CDC& dc) = 0;
   /// Handles a message that `Post` queued.
   virtual void OnMessage(unsigned int /*message*/) {}
+  /// The bitmap; see `ClientContext`.
+  BitmapContext& Bitmap();
 
   /// What the widget does with Qt's events; overrides call these.
   void paintEvent(QPaintEvent* event) override;
@@ -54,7 +56,6 @@ class QtWindow : public QWidget, public Window {
   bool event(QEvent* event) override;
 
  private:
-  BitmapContext& bitmap();
   void repaint_bitmap();
 
   std::unique_ptr<BitmapContext> bitmap_;

@@ -195,7 +195,6 @@ void DrawingView::mouseDoubleClickEvent(QMouseEvent* event) {
 
 void DrawingView::mouseMoveEvent(QMouseEvent* event) {
   view_.move(ToPixel(event->position()));
-  if (const std::optional<CPoint> by = view_.dragged_by()) ShowShifted(*by);
   pointer_changed();
 }
 
@@ -225,7 +224,6 @@ void DrawingView::ShowPointerShape() {
 
 void DrawingView::pointer_changed() {
   ShowPointerShape();
-  if (!view_.dragged_by()) ShowShifted({});
   emit PointerMoved();
 }
 

@@ -77,7 +77,7 @@ class DrawingView : public QtWindow, private viewer::View::Listener {
   void PointerMoved();
 
  protected:
-  void OnPaint(CDC& dc) override { view_.paint(dc); }
+  void OnPaint(CDC&) override { view_.show(Bitmap(), Background()); }
   void OnMessage(unsigned int message) override { view_.on_message(message); }
   /// What the widget does with Qt's events; overrides call these.
   bool event(QEvent* event) override;

@@ -11,6 +11,7 @@ namespace qv::viewer {
 namespace {
 
 constexpr int kFrozen = 1;
+constexpr int kReadable = 3;  // pixels of a text's height
 constexpr COLORREF kHighlight = qv::rgb(255, 128, 0);
 constexpr const char* kBlockLayer = "0";  // entities of a block on it are seen wherever the insert is
 
@@ -106,7 +107,12 @@ Drawing::Drawing(std::unique_ptr<DXF> document, bool lightBackground, qv::Drawin
       patterns_(qv::PatternsOf(*document_)),
       notes_(std::move(notes)),
       unit_(unit),
-      light_(lightBackground) {
+      light_(lightBackground),
+      maker_([this](Picture& picture, const std::function<bool()>& goesOn) {
+        const PictureOf& of = picture.of;
+        if (!draw_all(picture.pixels, of.coor, *prepared_, goesOn)) return false;
+        return !of.picks || highlight(picture.pixels, of.coor, of.angles, *of.picks, goesOn);
+      }) {
   LayerIndex index(*document_, layers_, lineTypes_);
   items_ = take_items(document_->m_EntityList, index);
   for (const Item& item : items_) ++layers_[item.layer].entities;
@@ -146,7 +152,7 @@ void Drawing::resolve() {
   });
 }
 
-Drawing::AsLoaded::AsLoaded(Drawing& drawing) : drawing_(drawing) {
+Drawing::AsLoaded::AsLoaded(Drawing& drawing) : still_(drawing), drawing_(drawing) {
   drawing_.for_each_item([&](const Item& item) {
     qv::visit_entity(*item.record, [&](auto& record) {
       if constexpr (requires { record.m_nColor; }) record.m_nColor = item.ownColor;
@@ -179,6 +185,7 @@ void Drawing::recolor(std::vector<Item>& items) {
 
 void Drawing::set_background(bool light) {
   if (light == light_) return;
+  maker_.Forget();
   light_ = light;
   recolor(items_);
   for (std::vector<Item>& block : blocks_) recolor(block);
@@ -262,15 +269,23 @@ bool Drawing::is_seen_in_block(const Item& item, bool insertOn) const {
 
 qv::PreparedDrawing& Drawing::prepared(const ViewAngles& angles) {
   if (prepared_ && preparedAngles_ == angles) return *prepared_;
+  maker_.Forget();
   if (angles.is_plan())
     prepared_.emplace(*shown_);
   else
     prepared_.emplace(*shown_, angles.a, angles.b);
   preparedAngles_ = angles;
+  prepared_->SetReadableHeight(kReadable);
   return *prepared_;
 }
 
+void Drawing::fonts_changed() {
+  maker_.Forget();
+  prepared_.reset();
+}
+
 void Drawing::rebuild() {
+  maker_.Forget();
   prepared_.reset();
   shown_ = std::make_unique<Shown>();
   auto block = blocks_.begin();
@@ -341,14 +356,30 @@ CFRect Drawing::extent_of(int i, const ViewAngles& angles) {
 }
 
 void Drawing::draw(CDC& dc, const CFCoor& coor, const ViewAngles& angles, bool everyLetter) {
-  constexpr int kReadable = 3;  // pixels
-  CFCoor view = coor;
-  prepared(angles).SetReadableHeight(everyLetter ? 0 : kReadable);
-  prepared(angles).Draw(&dc, &view, viewer::appearance(patterns_));
-  if (!dc.IsPrinting() && !dc.IsMetafile()) draw_marks(dc, view, angles);
+  qv::PreparedDrawing& ready = prepared(angles);
+  if (!everyLetter) return static_cast<void>(draw_all(dc, coor, ready, nullptr));
+  const Still still(*this);
+  ready.SetReadableHeight(0);
+  draw_all(dc, coor, ready, nullptr);
+  ready.SetReadableHeight(kReadable);
 }
 
-void Drawing::draw_marks(CDC& dc, const CFCoor& coor, const ViewAngles& angles) {
+bool Drawing::draw_all(CDC& dc, const CFCoor& coor, qv::PreparedDrawing& prepared,
+                       const std::function<bool()>& goesOn) {
+  CFCoor view = coor;
+  if (!prepared.Draw(&dc, &view, viewer::appearance(patterns_), goesOn)) return false;
+  if (!dc.IsPrinting() && !dc.IsMetafile()) draw_marks(dc, view);
+  return true;
+}
+
+std::shared_ptr<const Picture> Drawing::picture(const PictureOf& of, PictureMaker::Clock::duration patience,
+                                                std::function<void()> ready) {
+  prepared(of.angles);
+  return maker_.Make(of, patience, std::move(ready));
+}
+
+void Drawing::draw_marks(CDC& dc, const CFCoor& coor) {
+  const ViewAngles& angles = preparedAngles_;
   CSafeDC safe(&dc);
   for (const Mark& mark : marks_) {
     CFPoint p(mark.at.x, mark.at.y);
@@ -369,19 +400,24 @@ void Drawing::draw_entity(ACAD_ENTITY& record, CDC& dc, CFCoor& coor, const View
   record.Draw3D(&dc, &coor, angles.a, angles.b);
 }
 
-void Drawing::highlight(CDC& dc, const CFCoor& coor, const ViewAngles& angles, const std::vector<int>& entities) {
+bool Drawing::highlight(CDC& dc, const CFCoor& coor, const ViewAngles& angles, const std::vector<int>& entities,
+                        const std::function<bool()>& goesOn) {
   constexpr std::size_t kManyEntities = 20000;  // wide lines take their time
+  constexpr unsigned kBetween = 256;
   const bool wide = entities.size() < kManyEntities;
   CFCoor view = coor;
+  unsigned unasked = 0;
   // Texts with wide strokes cannot be read.
   const auto draw_those = [&](int width, auto&& wanted) {
     HighlightContext context(dc, kHighlight, width);
     context.SetBkMode(qv::BackgroundMode::Transparent);
-    for (const int i : entities)
+    return std::none_of(entities.begin(), entities.end(), [&](int i) {
       if (is_shown(i) && wanted(entity(i))) draw_entity(entity(i), context, view, angles);
+      return goesOn && ++unasked % kBetween == 0 && !goesOn();
+    });
   };
-  draw_those(wide ? 3 : 1, [](ACAD_ENTITY& record) { return record.GetType() != ACAD_TYPE_TEXT; });
-  draw_those(1, [](ACAD_ENTITY& record) { return record.GetType() == ACAD_TYPE_TEXT; });
+  return draw_those(wide ? 3 : 1, [](ACAD_ENTITY& record) { return record.GetType() != ACAD_TYPE_TEXT; }) &&
+         draw_those(1, [](ACAD_ENTITY& record) { return record.GetType() == ACAD_TYPE_TEXT; });
 }
 
 std::vector<int> Drawing::pick(const CFRect& rect, bool crossing, const ViewAngles& angles) {

@@ -13,6 +13,7 @@
 #include "qvtools/dxf/view/prepared_drawing.h"
 #include "qvtools/plot/plot.h"
 #include "qvtools/widgets/viewer/display_form.h"
+#include "qvtools/widgets/viewer/picture_maker.h"
 
 namespace qv::viewer {
 
@@ -50,7 +51,7 @@ class Drawing {
   /// How many are shown, and whether one is.
   int shown_count() const { return shownCount_; }
   bool is_shown(int entity) const;
-  /// The record of an entity, and its layer.
+  /// The record of an entity, which is not to be changed but while a `Still` lives, and its layer.
   ACAD_ENTITY& entity(int entity) const { return *items_[static_cast<std::size_t>(entity)].record; }
   const Layer& layer_of(int entity) const { return layers_[items_[static_cast<std::size_t>(entity)].layer]; }
   /// The colour that the document gives it; `qv::kByLayer` for its layer's.
@@ -74,10 +75,27 @@ class Drawing {
 
   /// Draws what is shown; texts too low to be read as lines, unless every letter is asked for.
   void draw(CDC& dc, const CFCoor& coor, const ViewAngles& angles, bool everyLetter = false);
-  /// The shape fonts have changed.
-  void fonts_changed() { prepared_.reset(); }
-  /// Draws entities of the drawing so that they are highlighted.
-  void highlight(CDC& dc, const CFCoor& coor, const ViewAngles& angles, const std::vector<int>& entities);
+  /// The shape fonts have changed; while they do, a `Still` lives.
+  void fonts_changed();
+  /// Draws entities of the drawing so that they are highlighted; false when `goesOn` (null: never) said no.
+  bool highlight(CDC& dc, const CFCoor& coor, const ViewAngles& angles, const std::vector<int>& entities,
+                 const std::function<bool()>& goesOn = nullptr);
+  /// A picture of what is shown and highlighted, drawn in a thread of its own; see `PictureMaker::Make`. Another one
+  /// after any change.
+  std::shared_ptr<const Picture> picture(const PictureOf& of, PictureMaker::Clock::duration patience,
+                                         std::function<void()> ready);
+
+  /// While one lives, no picture is drawn in the other thread.
+  class Still {
+   public:
+    explicit Still(Drawing& drawing) : maker_(drawing.maker_) { maker_.Rest(); }
+    ~Still() { maker_.GoOn(); }
+    Still(const Still&) = delete;
+    Still& operator=(const Still&) = delete;
+
+   private:
+    PictureMaker& maker_;
+  };
 
   /// The document for a plot, with its layers as they are switched: while this lives, its records look as they were
   /// loaded, and not as they are shown.
@@ -92,6 +110,7 @@ class Drawing {
     qv::PlotSource source(const std::string& name) const;
 
    private:
+    Still still_;
     Drawing& drawing_;
   };
 
@@ -126,7 +145,8 @@ class Drawing {
   bool is_seen_in_block(const Item& item, bool insertOn) const;
   void show_insert(Item& item, const ACAD_INSERT& insert);
   void collect_marks();
-  void draw_marks(CDC& dc, const CFCoor& coor, const ViewAngles& angles);
+  bool draw_all(CDC& dc, const CFCoor& coor, qv::PreparedDrawing& prepared, const std::function<bool()>& goesOn);
+  void draw_marks(CDC& dc, const CFCoor& coor);
   void draw_entity(ACAD_ENTITY& entity, CDC& dc, CFCoor& coor, const ViewAngles& angles) const;
 
   std::unique_ptr<DXF> document_;
@@ -143,6 +163,7 @@ class Drawing {
   std::optional<qv::PreparedDrawing> prepared_;  // of the shown document, from one direction; absent until asked for
   ViewAngles preparedAngles_;
   int shownCount_ = 0;
+  PictureMaker maker_;  // the last: it draws from all of the others
 };
 
 }  // namespace qv::viewer

@@ -21,6 +21,7 @@ View::View(qv::Window& window, Listener& listener) : qv::CatchTool(&window), win
 
 void View::open(std::unique_ptr<Drawing> drawing) {
   drawing_ = std::move(drawing);
+  picture_.reset();
   SetCurrentAngles({});
   set_mode(Mode::Pick);
   cancel();
@@ -47,6 +48,7 @@ void View::drawing_changed() {
   measure();
   const std::size_t before = picks_.size();
   std::erase_if(picks_, [&](int i) { return !drawing_->is_shown(i); });
+  shownPicks_.reset();
   if (picks_.size() != before) listener_.on_picks_changed();
   repaint();
 }
@@ -77,6 +79,37 @@ void View::paint(CDC& dc) {
     drawing_->highlight(dc, CurrentView(), CurrentAngles(), picks_);
   }
   OnDraw(dc, 1);
+}
+
+void View::show(qv::BitmapContext& dc, COLORREF background) {
+  constexpr std::chrono::seconds kFirst(2);  // that the window stays empty rather than that nothing is seen
+  OnDraw(dc, 0);
+  if (!drawing_) return OnDraw(dc, 1);
+  if (!shownPicks_) shownPicks_ = std::make_shared<const std::vector<int>>(picks_);
+  const PictureOf of{dragged_view(), CurrentAngles(), {dc.Width(), dc.Height()}, background, shownPicks_};
+  std::shared_ptr<const Picture> sharp =
+      drawing_->picture(of, picture_ ? patience_ : std::max<PictureMaker::Clock::duration>(patience_, kFirst),
+                        [this] { window_.Post(kPictureThere); });
+  if (sharp) picture_ = std::move(sharp);
+  dc.Clear(background);
+  if (picture_ && picture_->of.angles == of.angles) {
+    const CFCoor &from = picture_->of.coor, &to = of.coor;
+    dc.CopyScaled(picture_->pixels, (double{from.origin.x} - to.origin.x) * to.scale,
+                  (double{to.origin.y} - from.origin.y) * to.scale, double{to.scale} / from.scale);
+  } else if (picture_) {
+    dc.CopyScaled(picture_->pixels, 0, 0, 1);  // seen from elsewhere
+  }
+  // Where it is dragged, the pointer has a shape of its own.
+  if (!dragFrom_) OnDraw(dc, 1);
+}
+
+CFCoor View::dragged_view() const {
+  CFCoor view = CurrentView();
+  if (!dragFrom_) return view;
+  const CFPoint from = view.DPtoFP(*dragFrom_), to = view.DPtoFP(point_);
+  view.origin.x = static_cast<float>(view.origin.x + (double{from.x} - to.x));
+  view.origin.y = static_cast<float>(view.origin.y + (double{from.y} - to.y));
+  return view;
 }
 
 void View::refresh() {
@@ -396,7 +429,10 @@ void View::move(CPoint point) {
     inside_ = true;
   }
   if (mode_ == Mode::Measure && !dragFrom_) Locate(point);
-  if (!dragFrom_) OnMouseMove(0, point);
+  if (dragFrom_)
+    window_.Invalidate(false);
+  else
+    OnMouseMove(0, point);
 }
 
 void View::leave() {
@@ -535,7 +571,8 @@ void View::switch_catching() {
 
 // ---------------------------------------------------------------- picks
 
-void View::on_message(unsigned int) {
+void View::on_message(unsigned int message) {
+  if (message == kPictureThere) return window_.Invalidate(false);
   CFPoint from;
   CFPoint to;
   if (TakePick(from, to)) pick(from, to);
@@ -572,6 +609,7 @@ void View::take(std::vector<int> hits) {
     std::set_union(picks_.begin(), picks_.end(), hits.begin(), hits.end(), std::back_inserter(picks));
   if (picks == picks_) return;
   picks_ = std::move(picks);
+  shownPicks_.reset();
   listener_.on_picks_changed();
   repaint();
 }

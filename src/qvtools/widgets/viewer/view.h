@@ -32,7 +32,7 @@ class View : public qv::CatchTool {
     virtual void on_measures_changed() {}
   };
 
-  /// Both must outlive the view.
+  /// Both must outlive the view. Where `show` is used, the window takes `Post` from any thread.
   View(qv::Window& window, Listener& listener);
 
   /// Shows all of a drawing in plan and empties the history.
@@ -44,6 +44,12 @@ class View : public qv::CatchTool {
 
   /// Draws the client area, whose background is there, and what the pointer shows on it.
   void paint(CDC& dc);
+  /// The same, for a window's bitmap, by a picture that is drawn in a thread of its own: until that one is there, when
+  /// a message comes back, the last one is shown moved and scaled to where it belongs. While the drawing is dragged, it
+  /// is shown where it is dragged to.
+  void show(qv::BitmapContext& dc, COLORREF background);
+  /// How long `show` waits for the sharp picture: at first, half of what a picture at 60 a second has.
+  void set_patience(PictureMaker::Clock::duration patience) { patience_ = patience; }
   /// Draws over the picture what is not part of it: measurements, the mark of what is caught, the frame of what was
   /// found. Cheap, so windows draw it on whatever they show; `labels` get the texts.
   void paint_overlay(CDC& dc, std::vector<OverlayLabel>& labels) const;
@@ -140,7 +146,8 @@ class View : public qv::CatchTool {
  private:
   static constexpr DRAWTYPE kHand = static_cast<DRAWTYPE>(kOwnStates);
   static constexpr DRAWTYPE kLocating = static_cast<DRAWTYPE>(kOwnStates + 1);
-  static constexpr unsigned int kChanged = 1;  // the message of every state
+  static constexpr unsigned int kChanged = 1;       // the message of every state
+  static constexpr unsigned int kPictureThere = 2;  // the message of the other thread
 
   void after_corner(bool hadCorner);
   /// Changes the view while a corner that has been given stays where it is in the world.
@@ -151,6 +158,8 @@ class View : public qv::CatchTool {
   void pick(const CFPoint& from, const CFPoint& to);
   bool pick_at(CPoint point);
   void take(std::vector<int> hits);
+  /// The current view, moved by what it is being dragged.
+  CFCoor dragged_view() const;
   void repaint();
   /// Shows the picture again, with another overlay.
   void refresh();
@@ -177,6 +186,9 @@ class View : public qv::CatchTool {
   CPoint point_;
   std::optional<CPoint> dragFrom_;
   std::vector<int> picks_;
+  std::shared_ptr<const std::vector<int>> shownPicks_;  // null after a change
+  std::shared_ptr<const Picture> picture_;              // the last that was shown
+  PictureMaker::Clock::duration patience_ = std::chrono::milliseconds(8);
   Measuring measuring_;
   std::optional<CFRect> frame_;  // around what was found
 };

@@ -26,18 +26,6 @@ COLORREF background_of(const viewer::View& view) {
   return view.is_light() ? 0xFFFFFF : 0x000000;
 }
 
-/// The strips of the window that a shifted picture leaves free.
-void fill_around(HDC dc, const CRect& client, CPoint shift, COLORREF color) {
-  const HBRUSH brush = CreateSolidBrush(color);
-  const RECT strips[] = {{0, 0, client.right, shift.y},
-                         {0, client.bottom + shift.y, client.right, client.bottom},
-                         {0, 0, shift.x, client.bottom},
-                         {client.right + shift.x, 0, client.right, client.bottom}};
-  for (const RECT& strip : strips)
-    if (strip.left < strip.right && strip.top < strip.bottom) FillRect(dc, &strip, brush);
-  DeleteObject(brush);
-}
-
 }  // namespace
 
 DrawingWindow::DrawingWindow(HWND window, viewer::View::Listener& listener) : window_(window), view_(*this, listener) {}
@@ -79,10 +67,7 @@ void DrawingWindow::Post(unsigned int message) {
 
 const BitmapContext& DrawingWindow::Picture() {
   BitmapContext& picture = bitmap();
-  if (std::exchange(stale_, false)) {
-    picture.Clear(background_of(view_));
-    view_.paint(picture);
-  }
+  if (std::exchange(stale_, false)) view_.show(picture, background_of(view_));
   return picture;
 }
 
@@ -90,11 +75,9 @@ void DrawingWindow::paint() {
   PAINTSTRUCT painting;
   const HDC dc = BeginPaint(window_, &painting);
   const BitmapContext& picture = Picture();
-  const CPoint shift = view_.dragged_by().value_or(CPoint());
-  show_bitmap(dc, shift.x, shift.y, picture);
-  fill_around(dc, ClientRect(), shift, background_of(view_));
+  show_bitmap(dc, 0, 0, picture);
   if (view_.drawing()) {
-    paint_overlay(dc, shift);
+    paint_overlay(dc, view_.dragged_by().value_or(CPoint()));
   } else if (!emptyText_.empty()) {
     RECT client;
     GetClientRect(window_, &client);
@@ -214,7 +197,6 @@ bool DrawingWindow::handle_pointer(UINT message, WPARAM w, CPoint point) {
       TRACKMOUSEEVENT track = {sizeof track, TME_LEAVE, window_, 0};
       TrackMouseEvent(&track);
       view_.move(point);
-      if (view_.dragged_by()) InvalidateRect(window_, nullptr, FALSE);
       break;
     }
     case WM_MOUSELEAVE:
