@@ -142,6 +142,52 @@ TEST_F(Revisions, EveryEditIsFoundAndNothingElse) {
   }
 }
 
+/// Straight lines in pieces, in each state in others; some of another look, some with a gap, some longer.
+TEST_F(Revisions, BrokenLinesAreTheSameWhereTheyShowTheSame) {
+  enum { kOtherLook, kGap, kLonger, kOdd };
+  const auto write_parts = [&](DXF& to, int kind, int parts, const std::array<float, 4>& line, float by) {
+    const float until = kind == kLonger && &to == &after ? 1.2F : 1;
+    std::vector<float> at{0, until};
+    for (int i = 1; i < parts; ++i) at.push_back(until * static_cast<float>(1 + random() % 98) / 100);
+    std::sort(at.begin(), at.end());
+    at.erase(std::unique(at.begin(), at.end()), at.end());
+    for (std::size_t k = 1; k < at.size(); ++k) {
+      if (kind == kGap && k == 1 && &to == &after) continue;
+      const bool turned = random() % 2;
+      const float t = at[k - turned], u = at[k - 1 + turned];
+      to.Write_Line(line[0] + by + t * line[2], line[1] + t * line[3], 0, line[0] + by + u * line[2],
+                    line[1] + u * line[3], 0, kind == kOtherLook && &to == &after ? "BEAM" : "0",
+                    kind < kOdd ? "1" : "2", "BYLAYER");
+    }
+  };
+  for (const float shift : {0.0F, 700.0F}) {
+    before.New_MemDxf(), after.New_MemDxf();
+    start(before), start(after);
+    std::size_t odd = 0;
+    for (int i = 0; i < 600; ++i) {
+      const std::array line{place(), place(), place() / 10 - 1500, place() / 10 - 1500};
+      write_parts(before, i % 12, 1 + static_cast<int>(random() % 3), line, 0);
+      write_parts(after, i % 12, 2 + static_cast<int>(random() % 3), line, shift);
+      odd += i % 12 < kOdd;
+    }
+    for (int i = 0; shift > 0 && i < 3000; ++i) {  // by which the shift is found
+      const float x = place(), y = place();
+      before.Write_Circle(x, y, 0, static_cast<float>(i + 1), "0", "BYLAYER", "BYLAYER");
+      after.Write_Circle(x + shift, y, 0, static_cast<float>(i + 1), "0", "BYLAYER", "BYLAYER");
+    }
+    const qv::Comparison found = qv::Compare(before, after);
+    EXPECT_EQ(found.shift, CFPoint(shift, 0));
+    EXPECT_GE(found.differences.size(), odd);
+    const auto color_of = [](const DXF& dxf, int number) {
+      POSITION at = dxf.m_EntityList.GetHeadPosition();
+      while (number-- > 0) dxf.m_EntityList.GetNext(at);
+      return static_cast<ACAD_LINE*>(dxf.m_EntityList.GetAt(at))->m_nColor;
+    };
+    for (const qv::Difference& d : found.differences)
+      EXPECT_EQ(d.after >= 0 ? color_of(after, d.after) : color_of(before, d.before), 1);
+  }
+}
+
 /// On a coarse raster nearly everything is there several times.
 TEST_F(Revisions, MatchesAsManyAsAComparisonOfAllWithAll) {
   for (int round = 0; round < 20; ++round) {
@@ -150,8 +196,9 @@ TEST_F(Revisions, MatchesAsManyAsAComparisonOfAllWithAll) {
     std::vector<Line> lines[2];
     for (int side = 0; side < 2; ++side)
       for (int i = 0; i < 300; ++i) {
-        const auto step = [&] { return static_cast<float>(random() % 3); };
-        Line l{step(), step(), step(), step()};
+        // Of points on a parabola no three lie on a line.
+        const auto p = static_cast<float>(random() % 5), q = static_cast<float>(random() % 5);
+        Line l{p, p * p, q, q * q};
         (side ? after : before).Write_Line(l[0], l[1], 0, l[2], l[3], 0, "0", "BYLAYER", "BYLAYER");
         if (std::pair(l[2], l[3]) < std::pair(l[0], l[1])) l = {l[2], l[3], l[0], l[1]};
         lines[side].push_back(l);

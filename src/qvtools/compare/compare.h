@@ -9,9 +9,10 @@
 /// steps, each with what the one before left over:
 ///   1. the same piece at the same place;
 ///   2. when most is left over: the shift of the whole sheet that matches more, and the same again;
-///   3. the same points with another look or another size: changed;
-///   4. the same piece at another place: moved;
-///   5. a text with other words in its place: changed.
+///   3. lines that show the same in other pieces: one in two, two in three;
+///   4. the same points with another look or another size: changed;
+///   5. the same piece at another place: moved;
+///   6. a text with other words in its place: changed.
 /// What is left over then was removed from the old drawing or added to the new one.
 ///
 /// The definitions of layers and line types are not compared, nor is what cannot be seen (the alignment point of a

@@ -100,6 +100,7 @@ class Matcher {
     match_in_place();
     const std::size_t least = std::min(old_.all.size(), new_.all.size());
     if (findShift_ && 2 * matched_ < least) try_shift();
+    match_broken(old_, new_, found_, tolerance_);
     match_changed();
     match_moved();
     match_words();

@@ -20,6 +20,9 @@ struct Matches {
 
 Matches match(const Pieces& before, const Pieces& after, const CompareOptions& options);
 
+/// Joins lines that are left over of both drawings and show the same in other pieces: broken where the others are not.
+void match_broken(const Pieces& before, const Pieces& after, Matches& matches, double tolerance);
+
 /// The places of the differences, and in each difference the number of its place.
 std::vector<DifferentPlace> find_places(std::vector<Difference>& differences, double near);
 
