@@ -96,6 +96,19 @@ std::vector<std::string> font_folders(const std::string& programDirectory) {
   return folders;
 }
 
+std::vector<std::string> shape_folders(const std::string& drawing, const std::string& programDirectory) {
+  std::vector<std::string> folders = font_folders(programDirectory);
+  const std::size_t slash = drawing.find_last_of("/\\");
+  folders.insert(folders.begin(), slash == drawing.npos ? "" : drawing.substr(0, slash + 1));
+  return folders;
+}
+
+std::string listed(const std::vector<std::string>& names) {
+  std::string all;
+  for (const std::string& name : names) all += (all.empty() ? "" : ", ") + name;
+  return all;
+}
+
 FontFiles load_fonts(const char* program, const std::string& programDirectory, const std::string& named) {
   FontFiles files;
   const std::vector<std::string> folders = font_folders(programDirectory);

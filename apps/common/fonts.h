@@ -19,6 +19,9 @@ struct FontFiles {
 /// program, and where an installation has them.
 std::vector<std::string> font_folders(const std::string& programDirectory);
 
+/// Where the shapes are looked for that a drawing places: its own folder, then those of the fonts.
+std::vector<std::string> shape_folders(const std::string& drawing, const std::string& programDirectory);
+
 /// Loads the shape fonts into `G_ShapeFont`, of any kind of shape file: those that are named ("TXT.shx" or
 /// "TXT.shx,BIG.shx", files or names in the folders), else the free ones. Says on standard error, under the program's
 /// name, which of them is missing. Returns what was loaded.
@@ -31,5 +34,8 @@ bool change_fonts(const FontFiles& files);
 /// The fonts of the style that most texts of the document have, where $QVTOOLS_FONTS has them, else the usual ones.
 /// `replaced` gets the names of all fonts that styles of texts name and that will not draw them.
 FontFiles fonts_for(DXF& document, const FontFiles& usual, std::vector<std::string>& replaced);
+
+/// Names as a text: "a, b, c".
+std::string listed(const std::vector<std::string>& names);
 
 }  // namespace qvapps

@@ -30,9 +30,7 @@ void import_file(const std::string& path, DXF& dxf, const qv::ImportOptions& opt
   if (qv::Import(path.c_str(), dxf, options, report)) return;
   const bool sheet = !options.layout.empty() && !report.layouts.empty();
   if (!sheet) throw failure(path);
-  std::string names;
-  for (const std::string& name : report.layouts) names += (names.empty() ? "" : ", ") + name;
-  throw std::runtime_error(path + ": has no sheet \"" + options.layout + "\", but " + names);
+  throw std::runtime_error(path + ": has no sheet \"" + options.layout + "\", but " + qvapps::listed(report.layouts));
 }
 
 /// Loads the fonts that the drawing's styles name, and says which are replaced. True when others are loaded now: texts
@@ -43,10 +41,9 @@ bool suit_fonts(const std::string& path, DXF& dxf) {
   const bool others = g_lettering.byDrawing && fonts != g_lettering.fonts && qvapps::change_fonts(fonts);
   if (others) g_lettering.fonts = fonts;
   g_lettering.byDrawing = false;  // what is drawn together has one pair of fonts
-  std::string names;
-  for (const std::string& name : replaced) names += (names.empty() ? "" : ", ") + name;
-  if (!names.empty())
-    std::fprintf(stderr, "qvdraw: %s: its texts are drawn in other fonts than %s\n", path.c_str(), names.c_str());
+  if (!replaced.empty())
+    std::fprintf(stderr, "qvdraw: %s: its texts are drawn in other fonts than %s\n", path.c_str(),
+                 qvapps::listed(replaced).c_str());
   return others;
 }
 
@@ -71,9 +68,7 @@ std::unique_ptr<DXF> load_drawing(const std::string& path, const qv::ImportOptio
   dxf->New_MemDxf();
   if (qv::path_kind(path.c_str()) != qv::PathKind::File) throw failure(path);
   qv::ImportOptions found = options;
-  found.shapeFolders = g_lettering.folders;
-  const std::size_t slash = path.find_last_of("/\\");
-  found.shapeFolders.insert(found.shapeFolders.begin(), slash == path.npos ? "" : path.substr(0, slash + 1));
+  found.shapeFolders = qvapps::shape_folders(path, g_lettering.programDirectory);
   import_file(path, *dxf, found, report);
   if (suit_fonts(path, *dxf)) import_file(path, *dxf, found, report);
   if (const std::string summary = report.summary(); !summary.empty())

@@ -21,7 +21,7 @@ using qvapps::layer_of;
 struct Lettering {
   qvapps::FontFiles fonts;
   bool byDrawing = true;
-  std::vector<std::string> folders;
+  std::string programDirectory;
 };
 void set_lettering(Lettering lettering);
 

@@ -35,7 +35,7 @@ int main(int argc, char** argv) {
     if (program.get_subcommands().empty()) throw qvdraw::UsageError("a command is missing");
     const std::string directory = system.program_directory();
     const qvapps::FontFiles files = qvapps::load_fonts("qvdraw", directory, call.fonts);
-    qvdraw::set_lettering({files, call.fonts.empty(), qvapps::font_folders(directory)});
+    qvdraw::set_lettering({files, call.fonts.empty(), directory});
   });
   try {
     program.parse(argc, argv);

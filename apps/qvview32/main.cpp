@@ -43,9 +43,10 @@ int main(int argc, char** argv) {
   const qvapps::System system(argc, argv);
   qv::Win32Host host(nullptr, qv::captions::kCalculationMessages);
   qv::SetHost(&host);
-  qvapps::load_fonts("qvview32", system.program_directory());
+  const std::string directory = system.program_directory();
+  const qvapps::FontFiles fonts = qvapps::load_fonts("qvview32", directory);
   int code = 1;
-  if (const std::unique_ptr<qvview32::Viewer> viewer = qvview32::Viewer::Create(language_of_user())) {
+  if (const std::unique_ptr<qvview32::Viewer> viewer = qvview32::Viewer::Create(language_of_user(), fonts, directory)) {
     if (const std::wstring path = named_drawing(); !path.empty()) viewer->Open(path);
     code = run_messages(*viewer);
   }

@@ -89,8 +89,9 @@ Text reason_of(qvapps::Unreadable why) {
 
 }  // namespace
 
-std::unique_ptr<Viewer> Viewer::Create(qvview::Language language) {
-  std::unique_ptr<Viewer> viewer(new Viewer(language));
+std::unique_ptr<Viewer> Viewer::Create(qvview::Language language, const qvapps::FontFiles& fonts,
+                                       const std::string& programDirectory) {
+  std::unique_ptr<Viewer> viewer(new Viewer(language, fonts, programDirectory));
   return viewer->create() ? std::move(viewer) : nullptr;
 }
 
@@ -219,10 +220,18 @@ void Viewer::copy_measures() {
 void Viewer::Open(const std::wstring& path) {
   const std::string name = path_of(path);
   auto document = std::make_unique<DXF>();
-  document->New_MemDxf();
   const HCURSOR before = SetCursor(LoadCursorW(nullptr, IDC_WAIT));
+  qv::ImportOptions options;
+  options.shapeFolders = qvapps::shape_folders(name, programDirectory_);
   qv::ImportReport report;
-  const bool loaded = qv::Import(name.c_str(), *document, {}, report) != 0;
+  const auto read = [&] {
+    document->New_MemDxf();
+    return qv::Import(name.c_str(), *document, options, report) != 0;
+  };
+  std::vector<std::string> replaced;
+  bool loaded = read();
+  // Texts are measured when they are read.
+  if (loaded && load_fonts(qvapps::fonts_for(*document, usualFonts_, replaced))) loaded = read();
   SetCursor(before);
   if (!loaded) return complain(Text::CannotOpen, path, words(reason_of(qvapps::diagnose(name))));
   auto drawing = std::make_unique<qvview::Drawing>(std::move(document), view_->is_light(), std::move(report.notes),
@@ -233,7 +242,21 @@ void Viewer::Open(const std::wstring& path) {
     view_->open(std::move(drawing));
   path_ = path;
   report_ = wide_of_utf8(report.summary().c_str());
+  if (!replaced.empty())
+    report_ += (report_.empty() ? L"" : L"; ") +
+               filled(words(Text::FontsReplaced), wide_of_utf8(qvapps::listed(replaced).c_str()));
   show_title();
+}
+
+/// True when others are loaded now.
+bool Viewer::load_fonts(const qvapps::FontFiles& fonts) {
+  if (fonts == loadedFonts_) return false;
+  std::optional<qvview::Drawing::Still> still;
+  if (view_->drawing()) still.emplace(*view_->drawing());
+  if (!qvapps::change_fonts(fonts)) return false;
+  loadedFonts_ = fonts;
+  view_->fonts_changed();
+  return true;
 }
 
 void Viewer::ask_for_drawing() {

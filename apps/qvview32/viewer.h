@@ -10,6 +10,7 @@
 #include <optional>
 #include <string>
 
+#include "common/fonts.h"
 #include "model/captions.h"
 #include "model/plot_setup.h"
 #include "qvtools/widgets/win32/drawing_window.h"
@@ -20,7 +21,8 @@ namespace qvview32 {
 class Viewer : public qvview::View::Listener {
  public:
   /// Makes and shows the window. Null when Windows refuses it.
-  static std::unique_ptr<Viewer> Create(qvview::Language language);
+  static std::unique_ptr<Viewer> Create(qvview::Language language, const qvapps::FontFiles& fonts,
+                                        const std::string& programDirectory);
   ~Viewer() override;
   Viewer(const Viewer&) = delete;
   Viewer& operator=(const Viewer&) = delete;
@@ -42,7 +44,8 @@ class Viewer : public qvview::View::Listener {
   struct Command;
   static const Command kCommands[];
 
-  explicit Viewer(qvview::Language language) : language_(language) {}
+  Viewer(qvview::Language language, const qvapps::FontFiles& fonts, const std::string& programDirectory)
+      : language_(language), usualFonts_(fonts), loadedFonts_(fonts), programDirectory_(programDirectory) {}
   static LRESULT CALLBACK window_proc(HWND window, UINT message, WPARAM w, LPARAM l);
   bool create();
   HMENU make_menu() const;
@@ -54,6 +57,7 @@ class Viewer : public qvview::View::Listener {
 
   void ask_for_drawing();
   void reload();
+  bool load_fonts(const qvapps::FontFiles& fonts);
   void save_picture();
   void plot(bool toFile);
   bool plot_to_file(HWND owner, std::string& problem);
@@ -66,6 +70,9 @@ class Viewer : public qvview::View::Listener {
   std::wstring words(qvview::Text text) const;
 
   qvview::Language language_;
+  qvapps::FontFiles usualFonts_;
+  qvapps::FontFiles loadedFonts_;
+  std::string programDirectory_;
   HWND window_ = nullptr;
   HACCEL keys_ = nullptr;
   std::optional<qv::DrawingWindow> drawing_;

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
-#include <cstdio>
 #include <memory>
 #include <string>
 #include <thread>
@@ -11,8 +10,8 @@
 
 #include "dxf/workload.h"
 #include "qvtools/import/import.h"
-#include "qvtools/system/filesystem.h"
 #include "qvtools/widgets/viewer/view.h"
+#include "support/temporary_directory.h"
 
 namespace {
 
@@ -66,7 +65,8 @@ std::vector<double> moved(View& view, HiddenWindow& window, const Move& move) {
 // the share of pictures that are there in time, and how soon the sharp one follows the last move.
 void LookAtPlan(benchmark::State& state) {
   constexpr double kTick = 1000.0 / 60;
-  const std::string path = qv::temporary_directory() + "qvbench-plan.dxf";
+  const qvtest::TemporaryDirectory directory;
+  const std::string path = directory.path("plan.dxf");
   {
     DXF dxf;
     dxf.New_MemDxf();
@@ -108,7 +108,6 @@ void LookAtPlan(benchmark::State& state) {
     state.counters["median ms"] = took[took.size() / 2];
     state.counters["longest ms"] = took.back();
   }
-  std::remove(path.c_str());
 }
 BENCHMARK(LookAtPlan)->Iterations(1)->Unit(benchmark::kMillisecond);
 

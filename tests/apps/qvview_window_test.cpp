@@ -1,10 +1,12 @@
 #include <gmock/gmock.h>
 
+#include <QtCore/QFile>
 #include <QtCore/QMimeData>
 #include <QtCore/QSettings>
 #include <QtGui/QAction>
 #include <QtGui/QDropEvent>
 #include <QtWidgets/QApplication>
+#include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QMenu>
 #include <QtWidgets/QMenuBar>
@@ -59,6 +61,38 @@ class MainWindowTest : public testing::Test {
   QString path_;
   std::optional<MainWindow> window_;
 };
+
+/// Its texts are drawn in the fonts that it names, where the user's folder has them; others are told.
+TEST_F(MainWindowTest, ADrawingIsDrawnInItsOwnFonts) {
+  const auto write = [&](const char* font) {
+    DXF dxf;
+    dxf.New_MemDxf();
+    dxf.Add_STyle("OWN", font, "");
+    dxf.Write_Text(0, 0, 0, 10, 0, "WIDE", "OWN", "0", "BYLAYER", "BYLAYER");
+    const std::string path = directory_.path(std::to_string(std::strlen(font)) + ".dxf");
+    dxf.Write_MemDxf_To_File(path.c_str());
+    return QString::fromStdString(path);
+  };
+  const auto told = [&] {
+    QString all;
+    for (const QLabel* const label : window_->findChildren<QLabel*>()) all += label->toolTip();
+    return all;
+  };
+  QFile::copy(QV_FONTS "hztxt.shx", QString::fromStdString(directory_.path("unused.shx")));
+  QFile::copy(QV_FONTS "txt.shx", QString::fromStdString(directory_.path("Own.SHX")));
+  qputenv("QVTOOLS_FONTS", QByteArray::fromStdString(directory_.prefix()));
+  ASSERT_EQ(G_ShapeFont.m_pTxtData, nullptr);
+  window_->open(write("C:\\FONTS\\own"));
+  EXPECT_NE(G_ShapeFont.m_pTxtData, nullptr);
+  EXPECT_EQ(told(), "");
+  window_->open(write("absent.shx"));
+  EXPECT_EQ(G_ShapeFont.m_pTxtData, nullptr) << "the usual ones, of which there are none here";
+  EXPECT_EQ(told(), "Texts are drawn in other fonts than absent.shx");
+  window_->findChild<QTabWidget*>()->setCurrentIndex(0);
+  EXPECT_NE(G_ShapeFont.m_pTxtData, nullptr) << "each tab has its own";
+  EXPECT_EQ(told(), "");
+  qunsetenv("QVTOOLS_FONTS");
+}
 
 TEST_F(MainWindowTest, EveryCaptionChangesWithTheLanguage) {
   const auto captions = [&] {

@@ -1,5 +1,6 @@
 #include "ui/loading.h"
 
+#include <QtCore/QCoreApplication>
 #include <QtCore/QEventLoop>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
@@ -63,10 +64,12 @@ bool run_in_thread(QWidget* parent, const Words& words, const QString& what,
 /// Reads a file's drawing; null, with the reason, when it cannot be read.
 std::unique_ptr<DXF> read(const QString& path, qv::ImportReport& report, Text& reason, const Progress& progress) {
   const std::string name = native(path);
+  qv::ImportOptions options;
+  options.shapeFolders = qvapps::shape_folders(name, native(QCoreApplication::applicationDirPath()));
   reason = reason_of(qvapps::Unreadable::NoDrawing);
   auto document = std::make_unique<DXF>();
   document->New_MemDxf();
-  if (qv::Import(name.c_str(), *document, {}, report, progress)) return document;
+  if (qv::Import(name.c_str(), *document, options, report, progress)) return document;
   reason = reason_of(qvapps::diagnose(name));
   return nullptr;
 }
@@ -77,14 +80,16 @@ std::string native(const QString& path) {
   return QFile::encodeName(path).toStdString();
 }
 
-Loaded load_drawing(QWidget* parent, const Words& words, const QString& path, bool lightBackground) {
+Loaded load_drawing(QWidget* parent, const Words& words, const QString& path, bool lightBackground,
+                    const qvapps::FontFiles& usual) {
   const std::string name = native(path);
-  if (qv::path_kind(name.c_str()) != qv::PathKind::File) return {nullptr, reason_of(qvapps::diagnose(name)), {}};
+  if (qv::path_kind(name.c_str()) != qv::PathKind::File) return {nullptr, reason_of(qvapps::diagnose(name)), {}, {}};
   Loaded loaded;
   const bool done =
       run_in_thread(parent, words, words(Text::Reading, QFileInfo(path).fileName()), [&](const Progress& progress) {
         std::unique_ptr<DXF> document = read(path, loaded.report, loaded.reason, progress);
         if (!document) return;
+        loaded.fonts.files = qvapps::fonts_for(*document, usual, loaded.fonts.replaced);
         loaded.drawing = std::make_unique<Drawing>(std::move(document), lightBackground, loaded.report.notes,
                                                    qvapps::unit_of(loaded.report));
         loaded.drawing->prepared({});
@@ -121,7 +126,7 @@ std::vector<ACAD_ENTITY*> entities_of(const DXF& dxf) {
 }  // namespace
 
 LoadedComparison load_comparison(QWidget* parent, const Words& words, const QString& before, const QString& after,
-                                 bool lightBackground) {
+                                 bool lightBackground, const qvapps::FontFiles& usual) {
   LoadedComparison loaded;
   const QString what = words(Text::ComparedWith, QFileInfo(before).fileName(), QFileInfo(after).fileName());
   const bool done = run_in_thread(parent, words, what, [&](const Progress& progress) {
@@ -133,6 +138,7 @@ LoadedComparison load_comparison(QWidget* parent, const Words& words, const QStr
     if (!olds) return static_cast<void>(loaded.failed = before);
     const std::unique_ptr<DXF> news = read(after, report, loaded.reason, half(0.4));
     if (!news) return static_cast<void>(loaded.failed = after);
+    loaded.fonts.files = qvapps::fonts_for(*news, usual, loaded.fonts.replaced);
     auto compared = std::make_unique<ComparedDrawings>();
     compared->found = qv::Compare(*olds, *news);
     std::unique_ptr<DXF> drawn = qv::DrawComparison(*olds, *news, compared->found);

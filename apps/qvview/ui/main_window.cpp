@@ -51,7 +51,7 @@ QString file_filter(const Words& words, Text kind, const char* pattern) {
 }  // namespace
 
 MainWindow::MainWindow(Language language, const qvapps::FontFiles& usualFonts)
-    : words_(language), usualFonts_(usualFonts), fonts_(usualFonts), book_(new QTabWidget) {
+    : words_(language), usualFonts_(usualFonts), fonts_(usualFonts), loaded_(usualFonts), book_(new QTabWidget) {
   book_->setTabBarAutoHide(true);
   book_->setTabsClosable(true);
   book_->setMovable(false);
@@ -79,6 +79,7 @@ MainWindow::Tab& MainWindow::add_tab() {
   tabs_.push_back(std::make_unique<Tab>());
   Tab& tab = *tabs_.back();
   tab.canvas = new Canvas;
+  tab.fonts = loaded_;
   tab.canvas->SetLanguage(words_.language());
   tab.canvas->SetEmptyText(words_(Text::NoDrawing));
   connect(tab.canvas, &Canvas::ViewChanged, this, [this] { on_view_changed(); });
@@ -98,6 +99,7 @@ void MainWindow::show_tab(int index) {
   if (index < 0 || index >= static_cast<int>(tabs_.size())) return;
   tab_ = tabs_[static_cast<std::size_t>(index)].get();
   canvas().setFocus();
+  draw_with(fonts_of(tab_->fonts));
   name_tab(*tab_);
   refresh_panels();
   on_mode_changed();
@@ -201,7 +203,7 @@ void MainWindow::restore_settings() {
   qvapps::FontFiles fonts = usualFonts_;
   if (settings.contains(kTextFontKey)) fonts.text = native(settings.value(kTextFontKey).toString());
   if (settings.contains(kBigFontKey)) fonts.big = native(settings.value(kBigFontKey).toString());
-  if (qvapps::change_fonts(fonts)) fonts_ = fonts;
+  if (draw_with(fonts)) fonts_ = fonts;
   setWindowTitle(QStringLiteral("qvview"));
   show_status();
 }
@@ -217,10 +219,19 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 
 // ---------------------------------------------------------------- files
 
-Loaded MainWindow::load(const QString& path) {
+/// Texts are measured when they are read: what has other fonts than those that are loaded is read once more.
+template <class Load>
+auto MainWindow::load_with_its_fonts(const Load& load) {
   // Events are handled while the drawing is read; none of them may load another in between.
   const QScopedValueRollback<bool> busy(loading_, true);
-  return load_drawing(this, words_, path, view().is_light());
+  auto loaded = load();
+  const qvapps::FontFiles& fonts = fonts_of(loaded.fonts.files);
+  if (loaded.drawing && fonts != loaded_ && draw_with(fonts)) loaded = load();
+  return loaded;
+}
+
+Loaded MainWindow::load(const QString& path) {
+  return load_with_its_fonts([&] { return load_drawing(this, words_, path, view().is_light(), usualFonts_); });
 }
 
 void MainWindow::tell_failure(const QString& path, Text reason) {
@@ -243,7 +254,7 @@ void MainWindow::open(const QString& path) {
   }
   Tab& tab = tab_for_opening();
   tab.path = absolute;
-  take_report(tab, loaded.report);
+  take_report(tab, loaded.report, loaded.fonts);
   view().open(std::move(loaded.drawing));
   restore_view(tab);
   RecentFiles::add(absolute);
@@ -253,10 +264,15 @@ void MainWindow::open(const QString& path) {
   show_status();
 }
 
-void MainWindow::take_report(Tab& tab, const qv::ImportReport& report) const {
+void MainWindow::take_report(Tab& tab, const qv::ImportReport& report, const ChosenFonts& fonts) const {
   tab.offset = QPointF(report.offset[0], report.offset[1]);
   tab.summary = QString::fromStdString(report.summary());
   tab.report = QString::fromStdString(report.text());
+  tab.fonts = fonts.files;
+  if (fonts.replaced.empty()) return;
+  const QString told = words_(Text::FontsReplaced, QString::fromStdString(qvapps::listed(fonts.replaced)));
+  tab.summary += (tab.summary.isEmpty() ? QString() : QStringLiteral("; ")) + told;
+  tab.report += told + QLatin1Char('\n');
 }
 
 void MainWindow::show_report() {
@@ -308,17 +324,15 @@ void MainWindow::compare_with_older() {
 
 void MainWindow::compare(const QString& before, const QString& after) {
   if (loading_) return;
-  LoadedComparison loaded;
-  {
-    const QScopedValueRollback<bool> busy(loading_, true);
-    loaded = load_comparison(this, words_, before, after, view().is_light());
-  }
+  LoadedComparison loaded =
+      load_with_its_fonts([&] { return load_comparison(this, words_, before, after, view().is_light(), usualFonts_); });
   if (!loaded.drawing) return tell_failure(loaded.failed, loaded.reason);
   Tab& tab = tab_->compared ? *tab_ : tab_for_opening();
   compare_->refresh(nullptr);
   tab.path = QFileInfo(after).absoluteFilePath();
   tab.older = QFileInfo(before).absoluteFilePath();
   tab.compared = std::move(loaded.compared);
+  tab.fonts = loaded.fonts.files;
   const CFRect seen = view().seen();
   const bool again = view().drawing() != nullptr;
   view().open(std::move(loaded.drawing));
@@ -373,7 +387,7 @@ void MainWindow::reload(Tab& tab, bool asked) {
   // What is still being written by another program is broken off: the next change brings the whole.
   const bool whole = loaded.drawing && (asked || loaded.report.complete);
   if (whole) {
-    take_report(tab, loaded.report);
+    take_report(tab, loaded.report, loaded.fonts);
     loaded.drawing->set_background(tab.canvas->View().is_light());
     tab.canvas->View().reload(std::move(loaded.drawing));
     if (&tab == tab_) refresh_panels();
@@ -446,27 +460,44 @@ void MainWindow::choose_angles() {
     view().set_angles(*angles);
 }
 
+/// The fonts that a drawing is drawn with: the user's choice goes before its own.
+const qvapps::FontFiles& MainWindow::fonts_of(const qvapps::FontFiles& ofDrawing) const {
+  return fonts_ == usualFonts_ ? ofDrawing : fonts_;
+}
+
+bool MainWindow::draw_with(const qvapps::FontFiles& fonts) {
+  if (fonts == loaded_) return true;
+  std::vector<std::unique_ptr<Drawing::Still>> still;
+  for (const auto& tab : tabs_)
+    if (Drawing* const drawing = tab->canvas->View().drawing())
+      still.push_back(std::make_unique<Drawing::Still>(*drawing));
+  if (!qvapps::change_fonts(fonts)) return false;
+  loaded_ = fonts;
+  for (const auto& tab : tabs_) tab->canvas->View().fonts_changed();
+  return true;
+}
+
 bool MainWindow::use_fonts(const qvapps::FontFiles& fonts) {
   if (loading_) return true;  // a thread measures texts
-  if (!qvapps::change_fonts(fonts)) return false;
+  if (fonts != usualFonts_ && !draw_with(fonts)) return false;
   fonts_ = fonts;
+  draw_with(fonts_of(tab_->fonts));
   QSettings settings;
   const auto keep = [&](const char* key, const std::string& path, const std::string& usual) {
     path == usual ? settings.remove(key) : settings.setValue(key, QFile::decodeName(path.c_str()));
   };
   keep(kTextFontKey, fonts.text, usualFonts_.text);
   keep(kBigFontKey, fonts.big, usualFonts_.big);
-  for (const auto& tab : tabs_) tab->canvas->View().fonts_changed();
   statusBar()->showMessage(words_(Text::FontChanged), kMessageTime);
   return true;
 }
 
 void MainWindow::choose_font(std::string qvapps::FontFiles::*which) {
-  const QString present = QFile::decodeName((fonts_.*which).c_str());
+  const QString present = QFile::decodeName((loaded_.*which).c_str());
   const QString path = QFileDialog::getOpenFileName(this, words_(Text::ShapeFontTitle), present,
                                                     file_filter(words_, Text::ShapeFontFiles, "*.shx *.SHX"));
   if (path.isEmpty()) return;
-  qvapps::FontFiles fonts = fonts_;
+  qvapps::FontFiles fonts = loaded_;
   fonts.*which = native(path);
   if (!use_fonts(fonts)) QMessageBox::warning(this, words_(Text::ShapeFontTitle), words_(Text::NoFont, path));
 }

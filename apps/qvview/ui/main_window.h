@@ -45,9 +45,10 @@ class MainWindow : public QMainWindow {
   struct Tab {
     Canvas* canvas;
     QString path;
-    QString summary;  // what was converted and left out; empty when nothing was
-    QString report;   // all of it
-    QPointF offset;   // that the drawing was moved by, to be put back on coordinates that are shown
+    QString summary;          // what was converted and left out; empty when nothing was
+    QString report;           // all of it
+    qvapps::FontFiles fonts;  // those that it names, where they are there
+    QPointF offset;           // that the drawing was moved by, to be put back on coordinates that are shown
     std::unique_ptr<FileWatch> watch;
     std::unique_ptr<ComparedDrawings> compared;
     QString older;  // of a comparison
@@ -93,7 +94,9 @@ class MainWindow : public QMainWindow {
   void restore_view(Tab& tab) const;
   void tell_failure(const QString& path, Text reason);
   Loaded load(const QString& path);
-  void take_report(Tab& tab, const qv::ImportReport& report) const;
+  template <class Load>
+  auto load_with_its_fonts(const Load& load);
+  void take_report(Tab& tab, const qv::ImportReport& report, const ChosenFonts& fonts) const;
   void show_report();
   void compare_with_older();
   void swap_sides();
@@ -109,6 +112,8 @@ class MainWindow : public QMainWindow {
   void choose_angles();
   void choose_font(std::string qvapps::FontFiles::*which);
   bool use_fonts(const qvapps::FontFiles& fonts);
+  const qvapps::FontFiles& fonts_of(const qvapps::FontFiles& ofDrawing) const;
+  bool draw_with(const qvapps::FontFiles& fonts);
   void show_picked();
   void copy(const QString& text);
   void copy_point();
@@ -121,7 +126,8 @@ class MainWindow : public QMainWindow {
 
   Words words_;
   qvapps::FontFiles usualFonts_;
-  qvapps::FontFiles fonts_;
+  qvapps::FontFiles fonts_;   // that the user chose; the usual ones leave it to the drawings
+  qvapps::FontFiles loaded_;  // that texts are drawn in now
   QTabWidget* book_;
   std::vector<std::unique_ptr<Tab>> tabs_;  // in the order of the book's
   Tab* tab_ = nullptr;                      // the one in front

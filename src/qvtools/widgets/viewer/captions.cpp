@@ -192,6 +192,7 @@ constexpr Caption kCaptions[] = {
     {Text::Exported, "已输出 %1", "%1 is written"},
     {Text::Copied, "已复制", "Copied"},
     {Text::FontChanged, "字体已更换", "The font is changed"},
+    {Text::FontsReplaced, "文字未用图中的字体 %1", "Texts are drawn in other fonts than %1"},
     {Text::Reloaded, "图形已重新读入", "The drawing has been read again"},
     {Text::ChangedUnreadable, "文件已改变但无法读入,仍显示原图形",
      "The file has changed but does not load; the drawing before it stays"},

@@ -199,6 +199,7 @@ enum class Text {
   Exported,
   Copied,
   FontChanged,
+  FontsReplaced,
   Reloaded,
   ChangedUnreadable,
   // dialogs
