@@ -61,6 +61,7 @@ const Viewer::Command Viewer::kCommands[] = {
     {Text::ClearMeasures, [](Viewer& v) { v.view_->clear_measures(); }, L"Ctrl+Shift+M", 'M', FCONTROL | FSHIFT},
     {Text::Catching, [](Viewer& v) { v.view_->switch_catching(); }, L"F3", VK_F3, 0},
     {Text::HelpMenu, nullptr, L"", 0, 0},
+    {Text::Handling, [](Viewer& v) { v.tell(Text::Handling, v.words(Text::NativeHandlingText)); }, L"F1", VK_F1, 0},
     {Text::About, [](Viewer& v) { v.tell_about(); }, L"", 0, 0},
 };
 
@@ -332,7 +333,11 @@ void Viewer::show_title() {
 
 void Viewer::tell_about() {
   const std::wstring about = filled(words(Text::AboutText), wide_of_utf8(QVTOOLS_VERSION));
-  MessageBoxW(window_, about.c_str(), words(Text::About).c_str(), MB_OK | MB_ICONINFORMATION);
+  tell(Text::About, about);
+}
+
+void Viewer::tell(Text title, const std::wstring& text) {
+  MessageBoxW(window_, text.c_str(), words(title).c_str(), MB_OK | MB_ICONINFORMATION);
 }
 
 void Viewer::complain(Text text, const std::wstring& name, const std::wstring& why) {

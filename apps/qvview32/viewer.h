@@ -66,6 +66,7 @@ class Viewer : public qvview::View::Listener {
   void set_mode(qvview::Mode mode);
   void show_title();
   void tell_about();
+  void tell(qvview::Text title, const std::wstring& text);
   void complain(qvview::Text text, const std::wstring& name, const std::wstring& why = L"");
   std::wstring words(qvview::Text text) const;
 

@@ -4,8 +4,10 @@
 #include <QtWidgets/QMenuBar>
 #include <QtWidgets/QMessageBox>
 #include <QtWidgets/QToolBar>
+#include <algorithm>
 
 #include "qvtools/version.h"
+#include "ui/icons.h"
 #include "ui/main_window.h"
 #include "ui/recent_files.h"
 
@@ -15,12 +17,12 @@ namespace {
 
 // What is special about a command.
 constexpr unsigned kSeparated = 1;         // a line before it
-constexpr unsigned kButton = 2;            // in the tool bar too
 constexpr unsigned kChecked = 4;           // on or off
 constexpr unsigned kNeedsDrawing = 8;      // of no use without one
 constexpr unsigned kCanvasKeys = 16;       // keys that tables use for themselves
 constexpr unsigned kNeedsComparison = 32;  // of use in a comparison alone
 
+constexpr int kIconSize = 24;               // the raster that icons are drawn on, in Qt's units
 constexpr double kIsometric = 35.26438968;  // degrees: all three axes look equally long
 
 }  // namespace
@@ -30,9 +32,9 @@ const std::vector<MainWindow::Menu>& MainWindow::menus() {
   static const std::vector<Menu> kMenus = {
       {Text::FileMenu,
        {
-           {Text::Open, "Ctrl+O", [](W& w) { w.choose_drawing(); }, kButton},
-           {Text::Reload, "F5", [](W& w) { w.reload(*w.tab_, true); }, kNeedsDrawing},
-           {Text::CompareWith, "Ctrl+D", [](W& w) { w.compare_with_older(); }, kNeedsDrawing},
+           {Text::Open, "Ctrl+O", [](W& w) { w.choose_drawing(); }, 0, "open"},
+           {Text::Reload, "F5", [](W& w) { w.reload(*w.tab_, true); }, kNeedsDrawing, "reload"},
+           {Text::CompareWith, "Ctrl+D", [](W& w) { w.compare_with_older(); }, kNeedsDrawing, "compare"},
            {Text::SwapSides, "Ctrl+Shift+D", [](W& w) { w.swap_sides(); }, kNeedsComparison},
            {Text::NextPlace, "N", [](W& w) { w.compare_->go(1); }, kNeedsComparison},
            {Text::PreviousPlace, "Shift+N", [](W& w) { w.compare_->go(-1); }, kNeedsComparison},
@@ -40,20 +42,20 @@ const std::vector<MainWindow::Menu>& MainWindow::menus() {
            {Text::NextTab, "Ctrl+Tab",
             [](W& w) { w.book_->setCurrentIndex((w.book_->currentIndex() + 1) % w.book_->count()); }},
            {Text::CloseTab, "Ctrl+W", [](W& w) { w.close_tab(w.book_->currentIndex()); }, kNeedsDrawing},
-           {Text::Export, "Ctrl+E", [](W& w) { w.export_picture(); }, kSeparated | kNeedsDrawing | kButton},
+           {Text::Export, "Ctrl+E", [](W& w) { w.export_picture(); }, kSeparated | kNeedsDrawing, "export"},
            {Text::Plot, "Ctrl+Shift+P", [](W& w) { w.plot(true); }, kNeedsDrawing},
            {Text::Print, "Ctrl+P", [](W& w) { w.plot(false); }, kNeedsDrawing},
            {Text::Quit, "Ctrl+Q", [](W& w) { w.close(); }, kSeparated},
        }},
       {Text::ViewMenu,
        {
-           {Text::ShowAll, "Home F", [](W& w) { w.view().show_all(); }, kNeedsDrawing | kButton | kSeparated},
-           {Text::ShowPrevious, "Backspace", [](W& w) { w.view().ShowPre(); }, kButton},
-           {Text::WindowZoom, "Z", [](W& w) { w.view().set_mode(Mode::WindowZoom); },
-            kNeedsDrawing | kButton | kChecked},
-           {Text::Enlarge, "+ =", [](W& w) { w.view().zoom_out(); }, kNeedsDrawing | kButton},
-           {Text::Reduce, "-", [](W& w) { w.view().zoom_in(); }, kNeedsDrawing | kButton},
-           {Text::Hand, "H", [](W& w) { w.view().set_mode(Mode::Hand); }, kNeedsDrawing | kButton | kChecked},
+           {Text::ShowAll, "Home F", [](W& w) { w.view().show_all(); }, kNeedsDrawing | kSeparated, "show-all"},
+           {Text::ShowPrevious, "Backspace", [](W& w) { w.view().ShowPre(); }, 0, "show-previous"},
+           {Text::WindowZoom, "Z", [](W& w) { w.view().set_mode(Mode::WindowZoom); }, kNeedsDrawing | kChecked,
+            "window-zoom"},
+           {Text::Enlarge, "+ =", [](W& w) { w.view().zoom_out(); }, kNeedsDrawing, "enlarge"},
+           {Text::Reduce, "-", [](W& w) { w.view().zoom_in(); }, kNeedsDrawing, "reduce"},
+           {Text::Hand, "H", [](W& w) { w.view().set_mode(Mode::Hand); }, kNeedsDrawing | kChecked, "hand"},
            {Text::DarkBackground, "B", [](W& w) { w.set_dark(w.view().is_light()); }, kSeparated | kChecked},
        }},
       {Text::PanMenu,
@@ -80,14 +82,14 @@ const std::vector<MainWindow::Menu>& MainWindow::menus() {
        true},
       {Text::PickMenu,
        {
-           {Text::PickEntities, "S", [](W& w) { w.view().set_mode(Mode::Pick); }, kNeedsDrawing | kButton | kChecked},
+           {Text::PickEntities, "S", [](W& w) { w.view().set_mode(Mode::Pick); }, kNeedsDrawing | kChecked, "pick"},
            {Text::SelectAll, "Ctrl+A", [](W& w) { w.view().select_all(); }, kNeedsDrawing | kSeparated},
            {Text::ClearPicks, "Esc",
             [](W& w) {
               if (!w.view().cancel()) w.view().clear_picks();
             }},
            {Text::ShowPicked, "G", [](W& w) { w.show_picked(); }, kNeedsDrawing},
-           {Text::FindTexts, "Ctrl+F", [](W& w) { w.find(); }, kNeedsDrawing | kSeparated | kButton},
+           {Text::FindTexts, "Ctrl+F", [](W& w) { w.find(); }, kNeedsDrawing | kSeparated, "find"},
            {Text::OnlyPickedLayers, "L", [](W& w) { w.change_layers([](View& v) { v.show_picked_layers(true); }); },
             kNeedsDrawing | kSeparated},
            {Text::HidePickedLayers, "Shift+L",
@@ -101,7 +103,7 @@ const std::vector<MainWindow::Menu>& MainWindow::menus() {
       {Text::MeasureMenu,
        {
            {Text::MeasureDistance, "M I,P", [](W& w) { w.view().begin_measure(MeasureKind::Distance); },
-            kNeedsDrawing | kButton | kChecked},
+            kNeedsDrawing | kChecked, "measure"},
            {Text::MeasureAngle, "I,A", [](W& w) { w.view().begin_measure(MeasureKind::Angle); },
             kNeedsDrawing | kChecked},
            {Text::MeasureRadius, "I,D", [](W& w) { w.view().begin_measure(MeasureKind::Radius); },
@@ -163,14 +165,20 @@ void MainWindow::build_menus() {
   actions_.assign(static_cast<std::size_t>(Text::kCount), nullptr);
   auto* const bar = addToolBar(QString());
   bar->setObjectName(QStringLiteral("tools"));
+  bar->setIconSize({kIconSize, kIconSize});
   words_.bind(Text::ToolBar, [bar](const QString& text) { bar->setWindowTitle(text); });
   QMenu* viewMenu = nullptr;
   for (const Menu& row : menus()) {
     QMenu* const menu = row.inView ? viewMenu->addMenu(QString()) : menuBar()->addMenu(QString());
     words_.bind(row.caption, [menu](const QString& text) { menu->setTitle(text); });
+    const bool hasButtons = std::ranges::any_of(row.commands, [](const Command& c) { return c.icon != nullptr; });
+    if (hasButtons && !buttons_.empty()) bar->addSeparator();
     for (const Command& command : row.commands) {
       QAction* const action = add_command(*menu, command);
-      if (command.options & kButton) bar->addAction(action);
+      if (command.icon) {
+        bar->addAction(action);
+        buttons_.push_back({action, command.icon});
+      }
       if (command.caption == Text::Open) add_recent_menu(*menu);
     }
     if (row.caption == Text::ViewMenu) viewMenu = menu;
@@ -178,6 +186,11 @@ void MainWindow::build_menus() {
   }
   viewMenu->addSeparator();
   panelMenu_ = viewMenu;
+}
+
+void MainWindow::paint_icons() {
+  const QColor ink = palette().color(QPalette::ButtonText);
+  for (const auto& [action, name] : buttons_) action->setIcon(icon(name, ink));
 }
 
 void MainWindow::build_language_menu() {

@@ -449,6 +449,7 @@ void MainWindow::plot(bool toFile) {
 void MainWindow::set_dark(bool dark) {
   for (const auto& tab : tabs_) tab->canvas->SetLight(!dark);
   setPalette(dark ? dark_palette() : QPalette());
+  paint_icons();
 }
 
 void MainWindow::turn(double a, double b) {

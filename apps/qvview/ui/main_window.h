@@ -59,6 +59,7 @@ class MainWindow : public QMainWindow {
     const char* keys;  // separated by blanks
     void (*run)(MainWindow&);
     unsigned options = 0;
+    const char* icon = nullptr;  // of its button in the tool bar
   };
   struct Menu {
     Text caption;
@@ -69,6 +70,7 @@ class MainWindow : public QMainWindow {
 
   void build_menus();
   QAction* add_command(QMenu& menu, const Command& command);
+  void paint_icons();
   void add_recent_menu(QMenu& menu);
   void build_language_menu();
   void build_panels();
@@ -143,7 +145,8 @@ class MainWindow : public QMainWindow {
   QLabel* pointer_ = nullptr;
   QLabel* scale_ = nullptr;
   QLabel* count_ = nullptr;
-  std::vector<QAction*> actions_;  // by their captions
+  std::vector<QAction*> actions_;                          // by their captions
+  std::vector<std::pair<QAction*, const char*>> buttons_;  // with their icons
   std::vector<QAction*> needDrawing_;
   std::vector<QAction*> needComparison_;
   std::vector<QAction*> canvasActions_;

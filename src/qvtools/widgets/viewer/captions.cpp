@@ -287,6 +287,19 @@ constexpr Caption kCaptions[] = {
      "<tr><td><b>N / Shift+N</b></td><td>comparison: the next place / the previous one</td></tr>"
      "<tr><td><b>Home / Backspace</b></td><td>everything / the previous view</td></tr>"
      "<tr><td><b>+ / − / arrows</b></td><td>enlarge / reduce / pan</td></tr></table>"},
+    {Text::NativeHandlingText,
+     "滚轮:以光标为中心缩放\n按住中键:移动图形(双击中键:全部显示)\n"
+     "左键:点取图元或拉窗口拾取;Shift 或 Ctrl 增减\n右键、Esc:放弃角点,退出模式\n"
+     "M、Ctrl+1 至 Ctrl+5:量测;F3 / Tab:捕捉开关 / 换捕捉点\n"
+     "se sm sc sq si su sb sn sp st:量测时只捕捉一种点;sa 全部,sf 不捕捉\nCtrl+F:查找文字\n\n"
+     "本程序没有:多个图形的标签页、图形比较、边读边看、图层与属性面板、其他视角、选择字体、最近打开的图形。",
+     "Wheel: zooms about the pointer\nMiddle button: drags the drawing (a double click shows everything)\n"
+     "Left button: picks an entity or by a window; Shift or Ctrl adds and removes\n"
+     "Right button, Esc: give up a corner or a mode\n"
+     "M, Ctrl+1 to Ctrl+5: measure; F3 / Tab: catching on and off / the next caught point\n"
+     "se sm sc sq si su sb sn sp st: catch one kind of point; sa all, sf none\nCtrl+F: finds texts\n\n"
+     "This program has no tabs, no comparison, no reading in the background, no panels of layers and properties, no "
+     "views from other directions, no choice of fonts, no recent drawings."},
     {Text::AboutText, "qvview %1\nDXF 图形浏览程序,QVTOOLS 的一部分",
      "qvview %1\nA viewer of DXF drawings, part of QVTOOLS"},
 };

@@ -264,6 +264,7 @@ enum class Text {
   CannotPrint,
   // pages
   HandlingText,
+  NativeHandlingText,
   AboutText,
   kCount
 };
