@@ -356,10 +356,9 @@ CFRect Drawing::extent_of(int i, const ViewAngles& angles) {
 }
 
 void Drawing::draw(CDC& dc, const CFCoor& coor, const ViewAngles& angles, bool everyLetter) {
-  qv::PreparedDrawing& ready = prepared(angles);
-  if (!everyLetter) return static_cast<void>(draw_all(dc, coor, ready, nullptr));
   const Still still(*this);
-  ready.SetReadableHeight(0);
+  qv::PreparedDrawing& ready = prepared(angles);
+  ready.SetReadableHeight(everyLetter ? 0 : kReadable);
   draw_all(dc, coor, ready, nullptr);
   ready.SetReadableHeight(kReadable);
 }
