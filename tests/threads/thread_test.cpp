@@ -160,6 +160,10 @@ void look(Findings& findings, const std::string& name) {
         v.drawing()->part({0, 5, 9});
       },
       [](View& v) {
+        qv::BitmapContext picture(200, 150, 0);
+        v.draw_into(picture, {200, 150}, !v.is_light());
+      },
+      [](View& v) {
         v.set_angles(v.CurrentAngles().is_plan() ? qv::ViewAngles{0.5F, 0.6F} : qv::ViewAngles());
       },
       [](View& v) { v.fonts_changed(); },
