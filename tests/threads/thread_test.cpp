@@ -183,6 +183,8 @@ void look(Findings& findings, const std::string& name) {
   view.leave();
   while (view.cancel()) continue;  // what the picture alone would not show
   view.set_light(false);
+  view.show_all_layers();
+  view.show_all();
   view.set_patience(std::chrono::minutes(1));
   view.show(window.bitmap, 0);
   add(findings, "seen", lit(window.bitmap));
