@@ -50,6 +50,7 @@ class MainWindowTest : public testing::Test {
   Canvas& canvas() const { return window_->canvas(); }
   /// How many pixels of the drawing have a colour.
   int pixels(QRgb colour) const {
+    canvas().View().set_patience(std::chrono::minutes(1));  // the sharp picture, however busy the machine is
     const QImage image = canvas().grab().toImage();
     int n = 0;
     for (int y = 0; y < image.height(); ++y)
