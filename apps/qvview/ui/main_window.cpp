@@ -235,6 +235,7 @@ Loaded MainWindow::load(const QString& path) {
 }
 
 void MainWindow::tell_failure(const QString& path, Text reason) {
+  draw_with(fonts_of(tab_->fonts));  // those of what was to be read may be loaded
   if (reason == Text::GivenUp) return statusBar()->showMessage(words_(Text::GivenUp), kMessageTime);
   QMessageBox::warning(this, words_(Text::OpenTitle), words_(Text::CannotOpen, path, words_(reason)));
 }
@@ -398,6 +399,7 @@ void MainWindow::reload(Tab& tab, bool asked) {
   } else {
     statusBar()->showMessage(words_(asked ? Text::GivenUp : Text::ChangedUnreadable), kMessageTime);
   }
+  draw_with(fonts_of(tab_->fonts));  // another tab's may be loaded
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
