@@ -187,25 +187,31 @@ void strike_all(const Scenario& scenario, const Expected& expected, const Kind& 
   }
 }
 
-/// One row of the table; the number of its faults.
-long run_row(const Scenario& scenario, bool brief, Outcome* shared) {
+/// Prints a line of the table; returns the number of its faults.
+long print_row(const char* name, const Counts& counts) {
+  long faults = 0;
+  std::printf("%-24s", name);
+  for (int v = 0; v < kVerdicts; ++v) {
+    if (v > Failed) faults += counts[v];
+    if (counts[v] || v <= Failed) std::printf(" %5ld %s", counts[v], kVerdictNames[v]);
+  }
+  std::puts("");
+  std::fflush(stdout);
+  return faults;
+}
+
+/// One row of the table, whose numbers are added to those of all.
+void run_row(const Scenario& scenario, bool brief, Outcome* shared, Counts& all) {
   const Expected expected = expected_of(scenario);
-  long total[kVerdicts] = {};
+  Counts total = {};
   for (const Kind& kind : kKinds) {
     if (kind.saversOnly && scenario.what != Scenario::Saves) continue;
     Counts counts = {};
     strike_all(scenario, expected, kind, brief, counts, shared);
     for (int v = 0; v < kVerdicts; ++v) total[v] += counts[v];
   }
-  long faults = 0;
-  std::printf("%-24s", scenario.name);
-  for (int v = 0; v < kVerdicts; ++v) {
-    if (v > Failed) faults += total[v];
-    if (total[v] || v <= Failed) std::printf(" %5ld %s", total[v], kVerdictNames[v]);
-  }
-  std::puts("");
-  std::fflush(stdout);
-  return faults;
+  print_row(scenario.name, total);
+  for (int v = 0; v < kVerdicts; ++v) all[v] += total[v];
 }
 
 }  // namespace
@@ -226,9 +232,10 @@ int main(int argc, char** argv) {
   auto* const shared = static_cast<Outcome*>(
       ::mmap(nullptr, sizeof(Outcome), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0));
   write_inputs();
-  long faults = 0;
+  Counts all = {};
   for (const Scenario& scenario : scenarios())
-    if (wanted.empty() || wanted.contains(scenario.name)) faults += run_row(scenario, brief, shared);
+    if (wanted.empty() || wanted.contains(scenario.name)) run_row(scenario, brief, shared, all);
+  const long faults = print_row("all", all);
   std::filesystem::remove_all(folder);
   std::printf("%ld faults\n", faults);
   return faults == 0 ? 0 : 1;

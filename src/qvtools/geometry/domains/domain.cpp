@@ -1,6 +1,11 @@
 #include "qvtools/geometry/domains/domain.h"
 
+#include <algorithm>
+#include <bit>
+#include <cfloat>
+#include <cmath>
 #include <cstddef>
+#include <cstdint>
 
 #include "qvtools/geometry/domains/internal/domain_edge.h"
 #include "qvtools/geometry/domains/internal/lanes.h"
@@ -26,17 +31,17 @@ float radius_of(const CDomainEdge& edge) {
   return JH_GetDistance(edge.cx, edge.cy, edge.x, edge.y);
 }
 
-/// Where vertices lie against a band about the tested height: bit 0 for above it, bit 1 for below it. An edge can come
-/// within tol of the point, or cross its ray, only when its ends have no bit in common.
+/// The heights between which a vertex lies near a point: those beyond the tolerance, and a little more.
 struct Band {
   float low;
   float high;
   Band(float py, float tol) {
     const double reach = tol > 0 ? tol : 0;
-    low = std::nextafter(static_cast<float>(py - reach), -HUGE_VALF);
-    high = std::nextafter(static_cast<float>(py + reach), HUGE_VALF);
+    low = static_cast<float>(py - reach);
+    high = static_cast<float>(py + reach);
+    low -= std::fabs(low) * FLT_EPSILON + FLT_MIN;
+    high += std::fabs(high) * FLT_EPSILON + FLT_MIN;
   }
-  int beside(float y) const { return static_cast<int>(y > high) | static_cast<int>(y < low) << 1; }
 };
 
 /// x, y, cx, cy, which lie next to each other in the record.
@@ -44,6 +49,59 @@ Lanes coordinates(const CDomainEdge& edge) {
   static_assert(offsetof(CDomainEdge, cy) == offsetof(CDomainEdge, x) + 3 * sizeof(float));
   return load_lanes(reinterpret_cast<const char*>(&edge) + offsetof(CDomainEdge, x));
 }
+
+/// Up to 64 vertices, a bit each: which lie above the band and below it, and from which an arc leaves. An edge can come
+/// within tol of the point, or cross its ray, only when its ends lie neither both above the band nor both below it: as
+/// bits they are found without a branch.
+class Vertices {
+ public:
+  static constexpr int kMost = 64;
+
+  /// Takes n of them, and widens the box that they lie in: x and y, each in four lanes, those of any vertices.
+  void take(const CDomainEdge* edges, int n, const Band& band, Lanes (&low)[2], Lanes (&high)[2]) {
+    count_ = n;
+    above_ = below_ = arcs_ = 0;
+    int anyArc = 0;
+    for (int i = 0; i < n; i += 4) {
+      const CDomainEdge* const four[] = {edges + i, edges + std::min(i + 1, n - 1), edges + std::min(i + 2, n - 1),
+                                         edges + std::min(i + 3, n - 1)};
+      const Lanes ab = interleave(coordinates(*four[0]), coordinates(*four[1]));
+      const Lanes cd = interleave(coordinates(*four[2]), coordinates(*four[3]));
+      const Lanes x = first_halves(ab, cd);
+      const Lanes y = second_halves(ab, cd);
+      low[0] = lower(x, low[0]);
+      low[1] = lower(y, low[1]);
+      high[0] = higher(x, high[0]);
+      high[1] = higher(y, high[1]);
+      above_ |= bits_of(y > band.high) << i;
+      below_ |= bits_of(y < band.low) << i;
+      anyArc |= four[0]->isArc | four[1]->isArc | four[2]->isArc | four[3]->isArc;
+    }
+    for (int i = 0; anyArc && i < n; ++i) arcs_ |= std::uint64_t{edges[i].isArc != 0} << i;
+  }
+  /// Calls f(i, isArc) for those of the edges that end at vertex i which are arcs or may be near; the first comes from
+  /// the last of the vertices before.
+  template <class F>
+  void for_each_near(const Vertices& before, const F& f) const {
+    const auto previous = [&](std::uint64_t bits, std::uint64_t bitsBefore) {
+      return bits << 1 | (bitsBefore >> (before.count_ - 1) & 1);
+    };
+    const std::uint64_t arcs = previous(arcs_, before.arcs_);
+    const std::uint64_t beside =
+        (above_ & previous(above_, before.above_)) | (below_ & previous(below_, before.below_));
+    const int unused = kMost - count_;
+    for (std::uint64_t near = (~beside | arcs) << unused >> unused; near; near &= near - 1) {
+      const int i = std::countr_zero(near);
+      f(i, (arcs >> i & 1) != 0);
+    }
+  }
+
+ private:
+  int count_ = 0;
+  std::uint64_t above_ = 0;
+  std::uint64_t below_ = 0;
+  std::uint64_t arcs_ = 0;
+};
 
 struct Answer {
   bool on = false;
@@ -77,25 +135,28 @@ int CPointInDomain::Point_In_Domain(int n, const CDomainEdge* edges, float px, f
   if (n < 1) return 0;
   const Band band(py, tol);
   Answer answer;
-  Lanes low = coordinates(edges[0]), high = low;
+  const Lanes x = all_lanes(edges[0].x), y = all_lanes(edges[0].y);
+  Lanes low[] = {x, y}, high[] = {x, y};
   EdgeBox arcs({edges[0].x, edges[0].y});
-  const CDomainEdge* edge = edges + n - 1;
-  int here = band.beside(edge->y);
-  for (const CDomainEdge* next = edges; next != edges + n; edge = next++) {
-    const Lanes v = coordinates(*next);
-    low = lower(v, low);
-    high = higher(v, high);
-    const int there = band.beside(next->y);
-    if (edge->isArc) {
-      include_arc(arcs, *edge, *next);
-      answer.take(*edge, *next, px, py, tol);
-    } else if ((here & there) == 0) {
-      answer.take_straight(*edge, *next, px, py, tol);
-    }
-    here = there;
+  Vertices before, vertices;
+  before.take(edges + n - 1, 1, band, low, high);
+  for (int first = 0; first < n; first += Vertices::kMost) {
+    vertices.take(edges + first, std::min(n - first, Vertices::kMost), band, low, high);
+    vertices.for_each_near(before, [&](int i, bool isArc) {
+      const CDomainEdge& next = edges[first + i];
+      const CDomainEdge& edge = edges[first + i > 0 ? first + i - 1 : n - 1];
+      if (!isArc) return answer.take_straight(edge, next, px, py, tol);
+      include_arc(arcs, edge, next);
+      answer.take(edge, next, px, py, tol);
+    });
+    before = vertices;
   }
-  arcs.include(low[0], low[1]);
-  arcs.include(high[0], high[1]);
+  const Lanes lows = lower(first_halves(low[0], low[1]), second_halves(low[0], low[1]));
+  const Lanes highs = higher(first_halves(high[0], high[1]), second_halves(high[0], high[1]));
+  for (const int i : {0, 1}) {
+    arcs.include(lows[i], lows[i + 2]);
+    arcs.include(highs[i], highs[i + 2]);
+  }
   arcs.store(xmin, ymin, xmax, ymax);
   return answer.on || answer.inside;
 }
