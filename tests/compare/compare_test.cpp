@@ -188,6 +188,40 @@ TEST_F(Revisions, BrokenLinesAreTheSameWhereTheyShowTheSame) {
   }
 }
 
+/// Its corners may be counted from any of them, either way.
+TEST_F(Revisions, SurfacesAreTheSameFromAnyCorner) {
+  for (int i = 0; i < 64; ++i) {
+    const float x = place(), y = place();
+    const float px[] = {x, x + 400, x + 500, x + 30}, py[] = {y, y + 20, y + 300, y + 250};
+    for (DXF* const to : {&before, &after}) {
+      const int first = to == &before ? 0 : i % 4, step = to == &before || i % 8 < 4 ? 1 : 3;
+      const auto corner = [&](int k) { return (first + k * step) % 4; };
+      const int a = corner(0), b = corner(1), c = corner(2), d = corner(3);
+      if (i % 2)
+        to->Write_Solid(px[a], py[a], 0, px[b], py[b], 0, px[d], py[d], 0, px[c], py[c], 0, "0", "1", "BYLAYER");
+      else
+        to->Write_3DFace(px[a], py[a], 0, px[b], py[b], 0, px[c], py[c], 0, px[d], py[d], 0, "0", "1", "BYLAYER");
+      to->Write_Point(x, y + 900, 0, "0");
+    }
+  }
+  EXPECT_TRUE(qv::Compare(before, after).IsSame());
+  // A solid whose sides cross is another one.
+  before.Write_Solid(0, 0, 0, 9, 0, 0, 0, 9, 0, 9, 9, 0, "0", "1", "BYLAYER");
+  after.Write_Solid(0, 0, 0, 9, 0, 0, 9, 9, 0, 0, 9, 0, "0", "1", "BYLAYER");
+  after.Write_Point(5, 5, 0, "0");
+  const qv::Comparison found = qv::Compare(before, after);
+  EXPECT_EQ(found.Count(ChangeKind::Removed), 1);
+  EXPECT_EQ(found.Count(ChangeKind::Added), 2);
+  const std::unique_ptr<DXF> drawn = qv::DrawComparison(before, after, found);
+  ASSERT_TRUE(drawn);
+  std::map<int, int> kinds;
+  for (POSITION at = drawn->m_EntityList.GetHeadPosition(); at;)
+    ++kinds[static_cast<ACAD_ENTITY*>(drawn->m_EntityList.GetNext(at))->GetType()];
+  EXPECT_EQ(kinds[ACAD_TYPE_SOLID], 34);
+  EXPECT_EQ(kinds[ACAD_TYPE_3DFACE], 32);
+  EXPECT_EQ(kinds[ACAD_TYPE_POINT], 65);
+}
+
 /// On a coarse raster nearly everything is there several times.
 TEST_F(Revisions, MatchesAsManyAsAComparisonOfAllWithAll) {
   for (int round = 0; round < 20; ++round) {

@@ -47,6 +47,27 @@ std::vector<std::array<int, 4>> strokes(CShx& font, const std::string& text, flo
 
 using Strokes = std::vector<std::array<int, 4>>;
 
+TEST(ShxTextFont, GivesDerivedClassesItsShapes) {
+  struct Derived : CShx {
+    using CShx::DrawShx;
+    using CShx::GetWidth;
+    using CShx::GetXY;
+  } font;
+  float dx, dy;
+  font.GetXY(0x21, dx, dy);
+  EXPECT_EQ(std::pair(dx, dy), std::pair(2.0F, 1.0F));
+  const std::string record = std::string("A", 2) + kBar + '\0';
+  const auto* const shape = reinterpret_cast<const unsigned char*>(record.data());
+  EXPECT_EQ(font.GetWidth(shape), 4);
+  RecordingContext context;
+  float x = 100, y = 50;
+  font.DrawShx(shape, &context, x, y, 2, 0, 0, -2);
+  ASSERT_EQ(context.segments.size(), 1U);
+  EXPECT_EQ(context.segments[0].from, CPoint(100, 50));
+  EXPECT_EQ(context.segments[0].to, CPoint(100, 42));
+  EXPECT_EQ(std::pair(x, y), std::pair(108.0F, 50.0F));
+}
+
 TEST(ShxTextFont, LoadsItsDocumentedForm) {
   Fonts f;
   ASSERT_EQ(f.load_txt(text_font({{'A', kBar}, {'?', "x"}, {300, "ignored"}, {'B', kBar}}, 21)), 1);

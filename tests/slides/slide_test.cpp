@@ -86,6 +86,29 @@ TEST(Slides, EveryRecordKindIsRead) {
   }
 }
 
+TEST(Slides, RecordsAreReadOneByOne) {
+  const TemporaryDirectory directory;
+  const std::string rest = bytes("20 30 40  b-2 b1 b3  b1  4 -1 xFD00 1 2 xFD00 3 4 xFD00 5 6 xFD00 7 8");
+  std::FILE* const file = std::fopen(directory.write("records", rest).c_str(), "rb");
+  ASSERT_TRUE(file);
+  CWxSlide slide;
+  const struct {
+    int record;
+    void (CWxSlide::*read)(std::FILE*);
+  } records[] = {{10, &CWxSlide::Read_Line},
+                 {0xFB05, &CWxSlide::Read_Offset},
+                 {0xFE01, &CWxSlide::Read_Common_Pt},
+                 {0xFF03, &CWxSlide::Change_Color},
+                 {0xFD00, &CWxSlide::Read_Solid}};
+  for (const auto& r : records) {
+    slide.m_nRecord = static_cast<unsigned short>(r.record);
+    (slide.*r.read)(file);
+  }
+  EXPECT_EQ(std::fgetc(file), EOF) << "none is left";
+  std::fclose(file);
+  EXPECT_EQ(items(slide), "255 10,20 30,40;255 15,18 11,23;255 15,18 16,19;3;254 1,2 3,4 5,6 7,8;");
+}
+
 TEST(Slides, HeadersOfBothLevels) {
   CWxSlide slide;
   EXPECT_EQ(read(slide, "AutoCAD Slide\r\n\x1A" + std::string(60, 'x')), 0);
