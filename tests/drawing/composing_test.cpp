@@ -113,6 +113,9 @@ TEST_F(Composing, BarsAreMeasuredAndWeighed) {
   list.Add({"3", BarShape::Straight, 3, 25, 1, 0, 0, 0, 4000});
   EXPECT_EQ(qv::BarList::Length(list.bars()[0]), 14800);
   EXPECT_NEAR(qv::BarList::Length(list.bars()[1]), 1800 + 2 * 11.87 * 8, 1);
+  EXPECT_EQ(qv::BarList::Length({"4", BarShape::Bent, 3, 25, 1, 3000, 400, 0, 0}), 3400);
+  EXPECT_EQ(qv::BarList::Length({"5", BarShape::Cranked, 3, 25, 1, 3000, 400, 70, 0}), 3940);
+  EXPECT_NEAR(qv::BarList::Length({"6", BarShape::Tie, 1, 10, 1, 250, 0, 0, 0}), 250 + 2 * 118.7, 1);
   const auto sums = list.Sums();
   ASSERT_EQ(sums.size(), 2U);
   EXPECT_EQ(sums[0].diameter, 8);

@@ -208,7 +208,16 @@ TEST_F(Display, InsertsPlaceTheirBlocksByTranslation) {
     dxf.m_EntityList.AddTail(insert);
   }
   draw();
-  EXPECT_EQ(dc.calls, "M120,90 L130,80 ");
+  const std::string shown = "M120,90 L130,80 ";
+  EXPECT_EQ(dc.calls, shown);
+  auto* const insert = static_cast<ACAD_INSERT*>(dxf.m_EntityList.GetHead());
+  dc.clear();
+  block->Draw(&dc, &coor, insert);
+  EXPECT_EQ(dc.calls, shown);
+  dc.clear();
+  block->Draw3D(&dc, &coor, 0, std::numbers::pi_v<float> / 2, insert);
+  EXPECT_EQ(dc.calls, shown);
+  dc.clear();
   DXF file;  // not in memory: draws nothing
   dc.clear();
   file.Draw(&dc, &coor);
