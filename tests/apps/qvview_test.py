@@ -47,7 +47,9 @@ class Journey(unittest.TestCase):
         self.addCleanup(directory.cleanup)
         self.path = lambda name: os.path.join(directory.name, name)
         end, other = os.pipe()
-        server = subprocess.Popen(["Xvfb", "-displayfd", str(other), "-screen", "0", "1300x850x24", "-nolisten", "tcp"],
+        # Without -noreset a screen whose last client has gone is made anew, and takes no other client meanwhile.
+        server = subprocess.Popen(["Xvfb", "-displayfd", str(other), "-screen", "0", "1300x850x24", "-nolisten", "tcp",
+                                   "-noreset"],
                                   pass_fds=[other], stderr=subprocess.DEVNULL)
         self.addCleanup(lambda: (server.terminate(), server.wait()))
         os.close(other)
