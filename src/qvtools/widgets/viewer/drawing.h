@@ -88,6 +88,7 @@ class Drawing {
   /// While one lives, no picture is drawn in the other thread.
   class Still {
    public:
+    /// Stops the drawing of its pictures, until the end of this.
     explicit Still(Drawing& drawing) : maker_(drawing.maker_) { maker_.Rest(); }
     ~Still() { maker_.GoOn(); }
     Still(const Still&) = delete;

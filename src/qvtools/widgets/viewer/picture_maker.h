@@ -27,6 +27,7 @@ struct PictureOf {
   COLORREF background = 0;
   std::shared_ptr<const std::vector<int>> picks;  ///< what is highlighted; null for nothing
 
+  /// Whether both show the same.
   friend bool operator==(const PictureOf& a, const PictureOf& b) {
     return a.coor.origin == b.coor.origin && a.coor.scale == b.coor.scale && a.coor.reverseY == b.coor.reverseY &&
            a.angles == b.angles && a.size == b.size && a.background == b.background && a.picks == b.picks;
@@ -37,18 +38,20 @@ struct PictureOf {
 struct Picture {
   explicit Picture(PictureOf what) : of(std::move(what)), pixels(of.size.cx, of.size.cy, of.background) {}
 
-  PictureOf of;
-  BitmapContext pixels;
+  PictureOf of;          ///< what it shows
+  BitmapContext pixels;  ///< as far as they are drawn
 };
 
 /// Makes pictures, one at a time and the one that was asked for last. Its calls are one thread's; what it draws from
 /// must not change but after `Rest` or `Forget`.
 class PictureMaker {
  public:
+  /// What is waited by.
   using Clock = std::chrono::steady_clock;
   /// Draws a picture while the answer is that it goes on; true when it is whole. Called in the thread.
   using Draw = std::function<bool(Picture&, const std::function<bool()>& goesOn)>;
 
+  /// A maker that draws so. The thread begins with the first picture.
   explicit PictureMaker(Draw draw) : draw_(std::move(draw)) {}
   /// Gives up what is being drawn.
   ~PictureMaker();
