@@ -3,6 +3,7 @@
 /// Values of a field at many points: the answers of `CChang`, from a grid that is built once.
 
 #include <cstdint>
+#include <limits>
 #include <vector>
 
 #include "qvtools/engineering/field.h"
@@ -13,7 +14,7 @@ namespace qv {
 class QV_API FieldLocator {
  public:
   /// Sorts the mesh into a grid. The field is not owned; it must live, with its mesh unchanged, while it is asked.
-  /// Takes some 30 bytes a triangle where they are of about one size, and never more than 300.
+  /// Takes some 50 bytes a triangle where they are of about one size, and never more than 600.
   /// When memory runs out, report 301, and every answer is the field's own, as slow as that is.
   explicit FieldLocator(const CChang& field);
 
@@ -23,40 +24,57 @@ class QV_API FieldLocator {
   int Contains(float x, float y) const;
 
  private:
-  void sort(const CChang& field);
-  /// The numbers of what lies in each cell, cell after cell, in ascending order.
+  /// A part of the grid in steps of a cell's 128th, its last steps included; nothing when they come before the first.
+  struct Box {
+    std::int64_t left;
+    std::int64_t top;
+    std::int64_t right;
+    std::int64_t bottom;
+    std::int64_t cells() const;
+  };
+  static constexpr Box kNowhere = {0, 0, -1, -1};
+  static constexpr Box kEverywhere = {0, 0, std::numeric_limits<std::int64_t>::max() / 2, 0};
+  /// What reaches into a cell, and into which part of it.
+  struct Entry {
+    std::uint32_t number;
+    std::uint32_t part;
+  };
+  /// The entries of each cell, cell after cell, in ascending order of their numbers.
   struct Bins {
     std::vector<std::size_t> start;
-    std::vector<std::uint32_t> items;
+    std::vector<Entry> entries;
   };
-  struct Cells {
-    int left;
-    int top;
-    int right;
-    int bottom;
+  /// A cell and the place in it.
+  struct Place {
+    std::size_t cell;
+    std::uint32_t within;
   };
-  template <class CellsOf>
-  Bins sort_into_cells(int count, const CellsOf& cells_of) const;
+  /// The grid's cells along x or along y.
+  struct Axis {
+    double origin = 0;
+    int cells = 1;
+    double lastStep = 0;
+  };
+  void sort(const CChang& field);
   void lay_grid();
-  Cells triangle_cells(const CChangTri& tri);
-  Cells cells_around(double left, double top, double right, double bottom) const {
-    return {column(left), row(top), column(right), row(bottom)};
-  }
-  int column(double x) const;
-  int row(double y) const;
-  std::size_t cell(int column, int row) const;
-  int first_node_at(float x, float y) const;
-  int first_triangle_at(float x, float y) const;
+  Bins sort_into_cells(const std::vector<Box>& boxes) const;
+  Box box_around(double left, double top, double right, double bottom) const;
+  Box reach(const CChangNode& node) const;
+  Box reach(const CChangTri& tri) const;
+  std::int64_t step(double at, const Axis& axis) const;
+  std::size_t cell(std::int64_t column, std::int64_t row) const;
+  Place place(float x, float y) const;
+  int first_node_at(const Place& place, float x, float y) const;
+  int first_triangle_at(const Place& place, float x, float y) const;
   int nearest_node(float x, float y) const;
   void scan_for_nearest(std::size_t at, float x, float y, float& least, int& nearest) const;
 
   const CChang& field_;
   bool ready_ = false;
-  double left_ = 0;
-  double top_ = 0;
-  double cellsPerUnit_ = 1;
-  int columns_ = 1;
-  int rows_ = 1;
+  Axis columns_;
+  Axis rows_;
+  double cellSize_ = 1;
+  double stepsPerUnit_ = 1;
   double largest_ = 0;  // of all coordinates, without their signs
   Bins nodes_;
   Bins triangles_;
