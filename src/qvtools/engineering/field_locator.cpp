@@ -2,10 +2,10 @@
 
 #include <cmath>
 #include <limits>
+#include <new>
 
 #include "qvtools/engineering/internal/field_mesh.h"
 #include "qvtools/services/internal/out_of_memory.h"
-#include "qvtools/system/internal/prefetch.h"
 
 namespace qv {
 
@@ -41,23 +41,8 @@ bool is_finite(const CChangNode& node) {
 }  // namespace
 
 FieldLocator::FieldLocator(const CChang& field) : field_(field) {
-  ready_ = detail::unless_out_of_memory([&] { return sort(field), true; }, false);
-}
-
-void FieldLocator::sort(const CChang& field) {
-  lay_grid();
-  std::vector<Box> boxes;
-  boxes.reserve(static_cast<std::size_t>(std::max(field.m_Nodes.GetSize(), field.m_Tris.GetSize())));
-  for (const CChangNode& node : field.m_Nodes) boxes.push_back(reach(node));
-  nodes_ = sort_into_cells(boxes);
-  boxes.clear();
-  for (const CChangTri& tri : field.m_Tris) {
-    const Box box = reach(tri);
-    const bool loose = box.cells() > kMostCells;
-    if (loose) looseTriangles_.push_back(static_cast<std::uint32_t>(boxes.size()));
-    boxes.push_back(loose ? kNowhere : box);
-  }
-  triangles_ = sort_into_cells(boxes);
+  const auto sort = [this] { return lay_grid(), sort_into_cells(), true; };
+  ready_ = detail::unless_out_of_memory(sort, false);
 }
 
 /// A grid over the nodes with about two triangles or one node to a cell, whose cells are larger than a node's reach.
@@ -109,10 +94,28 @@ std::int64_t FieldLocator::Box::cells() const {
   return ((right >> kStepBits) - (left >> kStepBits) + 1) * ((bottom >> kStepBits) - (top >> kStepBits) + 1);
 }
 
-/// Each box is entered in all cells that it reaches into, with its part of the cell.
-FieldLocator::Bins FieldLocator::sort_into_cells(const std::vector<Box>& boxes) const {
-  Bins bins;
-  bins.start.assign(cell(0, rows_.cells) + 2, 0);
+/// Nodes and triangles are entered in all cells that they reach into.
+void FieldLocator::sort_into_cells() {
+  struct Item {
+    Box box;
+    Entry entry;
+    int number;
+  };
+  std::vector<Item> items;
+  items.reserve(static_cast<std::size_t>(field_.m_Nodes.GetSize()) + static_cast<std::size_t>(field_.m_Tris.GetSize()));
+  for (int i = 0; i < field_.m_Nodes.GetSize(); ++i) items.push_back({reach(field_.m_Nodes[i]), {0, {i, -1, -1}}, -1});
+  for (int i = 0; i < field_.m_Tris.GetSize(); ++i) {
+    const Box box = reach(field_.m_Tris[i]);
+    if (box.cells() == 0) continue;
+    const auto& node = field_.m_Tris[i].node;
+    const Entry entry = {0, {node[0] - 1, node[1] - 1, node[2] - 1}};
+    if (box.cells() <= kMostCells) {
+      items.push_back({box, entry, i});
+    } else {
+      loose_.push_back(entry);
+      looseNumbers_.push_back(i);
+    }
+  }
   const auto for_each_cell = [&](const Box& box, const auto& enter) {
     for (std::int64_t top = box.top; top <= box.bottom; top = (top | kLastOfCell) + 1) {
       const std::int64_t bottom = std::min(box.bottom, top | kLastOfCell);
@@ -124,17 +127,23 @@ FieldLocator::Bins FieldLocator::sort_into_cells(const std::vector<Box>& boxes) 
     }
   };
   // Counted one place up and summed, start[c + 1] is where cell c begins; filling moves it to where the cell ends.
-  for (const Box& box : boxes) {
-    for_each_cell(box, [&](std::size_t c, std::uint32_t) { ++bins.start[c + 2]; });
+  start_.assign(cell(0, rows_.cells) + 2, 0);
+  std::uint64_t entered = 0;
+  for (const Item& item : items) {
+    for_each_cell(item.box, [&](std::size_t c, std::uint32_t) { ++start_[c + 2], ++entered; });
   }
-  for (std::size_t c = 2; c < bins.start.size(); ++c) bins.start[c] += bins.start[c - 1];
-  bins.entries.resize(bins.start.back());
-  std::uint32_t number = 0;
-  for (const Box& box : boxes) {
-    for_each_cell(box, [&](std::size_t c, std::uint32_t part) { bins.entries[bins.start[c + 1]++] = {number, part}; });
-    ++number;
+  if (entered > std::numeric_limits<std::uint32_t>::max()) throw std::bad_alloc();
+  for (std::size_t c = 2; c < start_.size(); ++c) start_[c] += start_[c - 1];
+  entries_.resize(entered);
+  if (!loose_.empty()) numbers_.resize(entered);
+  for (const Item& item : items) {
+    for_each_cell(item.box, [&](std::size_t c, std::uint32_t part) {
+      const std::uint32_t place = start_[c + 1]++;
+      entries_[place] = item.entry;
+      entries_[place].part = part;
+      if (!loose_.empty()) numbers_[place] = item.number;
+    });
   }
-  return bins;
 }
 
 FieldLocator::Box FieldLocator::reach(const CChangNode& node) const {
@@ -160,40 +169,38 @@ FieldLocator::Box FieldLocator::reach(const CChangTri& tri) const {
   return box_around(left - widen, top - widen, right + widen, bottom + widen);
 }
 
-/// The first node at the point, -1 when there is none.
-inline int FieldLocator::first_node_at(const Place& place, float x, float y) const {
-  for (std::size_t i = nodes_.start[place.cell]; i < nodes_.start[place.cell + 1]; ++i) {
-    const Entry& entry = nodes_.entries[i];
-    if (!lies_in(place.within, entry.part)) continue;
-    const int number = static_cast<int>(entry.number);
-    const CChangNode& node = field_.m_Nodes[number];
-    if (get_dist(node.x, node.y, x, y) < detail::kSamePlace) return number;
-  }
-  return -1;
+/// Whether the point is the entry's node, or lies in its triangle.
+inline bool FieldLocator::is_at(const Entry& entry, float x, float y) const {
+  const CChangNode* const nodes = field_.m_Nodes.GetData();
+  const CChangNode& a = nodes[entry.node[0]];
+  if (entry.is_node()) return get_dist(a.x, a.y, x, y) < detail::kSamePlace;
+  return detail::contains({&a, nodes + entry.node[1], nodes + entry.node[2]}, x, y);
 }
 
-/// The first triangle that contains the point, -1 when there is none.
-inline int FieldLocator::first_triangle_at(const Place& place, float x, float y) const {
-  const auto contains = [&](std::uint32_t i) {
-    return detail::contains(detail::whole_corners(field_, field_.m_Tris[static_cast<int>(i)]), x, y);
-  };
-  std::uint32_t first = ~0U;
-  for (std::size_t i = triangles_.start[place.cell]; i < triangles_.start[place.cell + 1]; ++i) {
-    const Entry& entry = triangles_.entries[i];
-    if (!lies_in(place.within, entry.part) || !contains(entry.number)) continue;
-    first = entry.number;
-    break;
+/// What answers for the point: the first node there or, without one, the first triangle that contains it; null when
+/// there is neither.
+inline const FieldLocator::Entry* FieldLocator::first_at(float x, float y) const {
+  const Place at = place(x, y);
+  const Entry* const end = entries_.data() + start_[at.cell + 1];
+  const Entry* found = entries_.data() + start_[at.cell];
+  while (found != end && !(lies_in(at.within, found->part) && is_at(*found, x, y))) ++found;
+  if (found == end) found = nullptr;
+  if (loose_.empty() || (found && found->is_node())) return found;
+  const Entry* const loose =
+      first_loose_before(found ? numbers_[found - entries_.data()] : field_.m_Tris.GetSize(), x, y);
+  return loose ? loose : found;
+}
+
+const FieldLocator::Entry* FieldLocator::first_loose_before(int number, float x, float y) const {
+  for (std::size_t i = 0; i < loose_.size() && looseNumbers_[i] < number; ++i) {
+    if (is_at(loose_[i], x, y)) return &loose_[i];
   }
-  for (const std::uint32_t i : looseTriangles_) {
-    if (i >= first) break;
-    if (contains(i)) return static_cast<int>(i);
-  }
-  return static_cast<int>(first);
+  return nullptr;
 }
 
 void FieldLocator::scan_for_nearest(std::size_t at, float x, float y, float& least, int& nearest) const {
-  for (std::size_t i = nodes_.start[at]; i < nodes_.start[at + 1]; ++i) {
-    const int number = static_cast<int>(nodes_.entries[i].number);
+  for (std::size_t i = start_[at]; i < start_[at + 1] && entries_[i].is_node(); ++i) {
+    const int number = entries_[i].node[0];
     const CChangNode& node = field_.m_Nodes[number];
     const float distance = get_dist(node.x, node.y, x, y);
     if (distance < least || (distance == least && number < nearest)) {
@@ -211,7 +218,8 @@ int FieldLocator::nearest_node(float x, float y) const {
   float least = detail::kFarAway;
   int nearest = -1;
   for (int ring = 0; ring < std::max(columns_.cells, rows_.cells); ++ring) {
-    const std::int64_t left = homeColumn - ring, right = homeColumn + ring, top = homeRow - ring, bottom = homeRow + ring;
+    const std::int64_t left = homeColumn - ring, right = homeColumn + ring, top = homeRow - ring,
+                       bottom = homeRow + ring;
     // The point may lie outside the grid: then all cells are at least as far as the ring's own side of it.
     const double reach = ring > 1 ? (ring - 1) * cellSize_ : 0;
     if (reach > static_cast<double>(least) * 1.0001) break;
@@ -228,21 +236,19 @@ int FieldLocator::nearest_node(float x, float y) const {
 float FieldLocator::Value(float x, float y) const {
   if (!ready_) return field_.Get_Value(x, y);
   const int k = detail::value_index(field_);
-  const Place at = place(x, y);
-  // The nodes are looked at first, mostly without result; meanwhile this comes from memory.
-  detail::prefetch(&triangles_.start[at.cell]);
-  if (const int node = first_node_at(at, x, y); node >= 0) return field_.m_Nodes[node].value[k];
-  if (const int i = first_triangle_at(at, x, y); i >= 0) {
-    return detail::interpolate(detail::whole_corners(field_, field_.m_Tris[i]), k, x, y);
+  const CChangNode* const nodes = field_.m_Nodes.GetData();
+  if (const Entry* const found = first_at(x, y)) {
+    const CChangNode* const a = nodes + found->node[0];
+    return found->is_node() ? a->value[k]
+                            : detail::interpolate({a, nodes + found->node[1], nodes + found->node[2]}, k, x, y);
   }
   const int nearest = nearest_node(x, y);
-  return nearest >= 0 ? field_.m_Nodes[nearest].value[k] : 0;
+  return nearest >= 0 ? nodes[nearest].value[k] : 0;
 }
 
 int FieldLocator::Contains(float x, float y) const {
   if (!ready_) return field_.PointInChang(x, y);
-  const Place at = place(x, y);
-  return first_node_at(at, x, y) >= 0 || first_triangle_at(at, x, y) >= 0 ? 1 : 0;
+  return first_at(x, y) ? 1 : 0;
 }
 
 }  // namespace qv

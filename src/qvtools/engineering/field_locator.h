@@ -14,7 +14,7 @@ namespace qv {
 class QV_API FieldLocator {
  public:
   /// Sorts the mesh into a grid. The field is not owned; it must live, with its mesh unchanged, while it is asked.
-  /// Takes some 50 bytes a triangle where they are of about one size, and never more than 600.
+  /// Takes some 90 bytes a triangle where they are of about one size, and never more than 1,400.
   /// When memory runs out, report 301, and every answer is the field's own, as slow as that is.
   explicit FieldLocator(const CChang& field);
 
@@ -34,15 +34,12 @@ class QV_API FieldLocator {
   };
   static constexpr Box kNowhere = {0, 0, -1, -1};
   static constexpr Box kEverywhere = {0, 0, std::numeric_limits<std::int64_t>::max() / 2, 0};
-  /// What reaches into a cell, and into which part of it.
+  /// What reaches into a cell, and into which part of it: a triangle with its corners, or a node alone. Numbers count
+  /// from 0.
   struct Entry {
-    std::uint32_t number;
     std::uint32_t part;
-  };
-  /// The entries of each cell, cell after cell, in ascending order of their numbers.
-  struct Bins {
-    std::vector<std::size_t> start;
-    std::vector<Entry> entries;
+    int node[3];
+    bool is_node() const { return node[1] < 0; }
   };
   /// A cell and the place in it.
   struct Place {
@@ -55,17 +52,17 @@ class QV_API FieldLocator {
     int cells = 1;
     double lastStep = 0;
   };
-  void sort(const CChang& field);
   void lay_grid();
-  Bins sort_into_cells(const std::vector<Box>& boxes) const;
+  void sort_into_cells();
   Box box_around(double left, double top, double right, double bottom) const;
   Box reach(const CChangNode& node) const;
   Box reach(const CChangTri& tri) const;
   std::int64_t step(double at, const Axis& axis) const;
   std::size_t cell(std::int64_t column, std::int64_t row) const;
   Place place(float x, float y) const;
-  int first_node_at(const Place& place, float x, float y) const;
-  int first_triangle_at(const Place& place, float x, float y) const;
+  bool is_at(const Entry& entry, float x, float y) const;
+  const Entry* first_at(float x, float y) const;
+  const Entry* first_loose_before(int number, float x, float y) const;
   int nearest_node(float x, float y) const;
   void scan_for_nearest(std::size_t at, float x, float y, float& least, int& nearest) const;
 
@@ -76,9 +73,13 @@ class QV_API FieldLocator {
   double cellSize_ = 1;
   double stepsPerUnit_ = 1;
   double largest_ = 0;  // of all coordinates, without their signs
-  Bins nodes_;
-  Bins triangles_;
-  std::vector<std::uint32_t> looseTriangles_;  // in no cell, in ascending order
+  // The entries of each cell, cell after cell: nodes, then triangles, each in ascending order of their numbers.
+  std::vector<std::uint32_t> start_;
+  std::vector<Entry> entries_;
+  // Triangles that are in no cell, in ascending order; only with them the numbers of what is entered are needed.
+  std::vector<Entry> loose_;
+  std::vector<int> looseNumbers_;
+  std::vector<int> numbers_;
 };
 
 }  // namespace qv

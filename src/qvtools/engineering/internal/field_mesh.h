@@ -32,14 +32,10 @@ inline bool is_whole(const CChang& field, const CChangTri& tri) {
   return std::all_of(tri.node, tri.node + 3, [n](int node) { return node >= 1 && node <= n; });
 }
 
-/// The corners of a whole triangle.
-inline Corners whole_corners(const CChang& field, const CChangTri& tri) {
+inline Corners corners(const CChang& field, const CChangTri& tri) {
+  if (!is_whole(field, tri)) return {};
   const CChangNode* const nodes = field.m_Nodes.GetData() - 1;
   return {nodes + tri.node[0], nodes + tri.node[1], nodes + tri.node[2]};
-}
-
-inline Corners corners(const CChang& field, const CChangTri& tri) {
-  return is_whole(field, tri) ? whole_corners(field, tri) : Corners{};
 }
 
 inline bool contains(const Corners& t, float x, float y) {
