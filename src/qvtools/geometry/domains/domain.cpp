@@ -44,11 +44,31 @@ struct Band {
   }
 };
 
-/// x, y, cx, cy, which lie next to each other in the record.
-Lanes coordinates(const CDomainEdge& edge) {
-  static_assert(offsetof(CDomainEdge, cy) == offsetof(CDomainEdge, x) + 3 * sizeof(float));
-  return load_lanes(reinterpret_cast<const char*>(&edge) + offsetof(CDomainEdge, x));
+/// isArc (as bits), x, y, cx, which lie next to each other in the record.
+Lanes first_fields(const CDomainEdge& edge) {
+  static_assert(offsetof(CDomainEdge, y) == offsetof(CDomainEdge, isArc) + 2 * sizeof(float));
+  return load_lanes(&edge.isArc);
 }
+
+/// The box of vertices: x and y in four lanes each, those of any of them.
+struct LanesBox {
+  Lanes low[2];
+  Lanes high[2];
+  explicit LanesBox(const CDomainEdge& edge)
+      : low{all_lanes(edge.x), all_lanes(edge.y)}, high{all_lanes(edge.x), all_lanes(edge.y)} {}
+  void include(Lanes x, Lanes y) {
+    low[0] = lower(x, low[0]);
+    low[1] = lower(y, low[1]);
+    high[0] = higher(x, high[0]);
+    high[1] = higher(y, high[1]);
+  }
+  EdgeBox all() const {
+    const Lanes lows = lower(first_halves(low[0], low[1]), second_halves(low[0], low[1]));
+    const Lanes highs = higher(first_halves(high[0], high[1]), second_halves(high[0], high[1]));
+    const Lanes least = lower(lows, swap_pairs(lows)), most = higher(highs, swap_pairs(highs));
+    return {least[0], least[2], most[0], most[2]};
+  }
+};
 
 /// Up to 64 vertices, a bit each: which lie above the band and below it, and from which an arc leaves. An edge can come
 /// within tol of the point, or cross its ray, only when its ends lie neither both above the band nor both below it: as
@@ -57,27 +77,17 @@ class Vertices {
  public:
   static constexpr int kMost = 64;
 
-  /// Takes n of them, and widens the box that they lie in: x and y, each in four lanes, those of any vertices.
-  void take(const CDomainEdge* edges, int n, const Band& band, Lanes (&low)[2], Lanes (&high)[2]) {
+  Vertices(const CDomainEdge& only, const Band& band)
+      : count_(1), above_(only.y > band.high), below_(only.y < band.low), arcs_(only.isArc != 0) {}
+
+  /// n of them, whose box becomes part of the given one.
+  Vertices(const CDomainEdge* edges, int n, const Band& band, LanesBox& box) {
+    // The odd ones come first, to stand behind the others in the end; the last of them more than once.
+    int i = n & ~3;
+    if (i < n)
+      take_four(edges[i], edges[std::min(i + 1, n - 1)], edges[std::min(i + 2, n - 1)], edges[n - 1], band, box);
+    while ((i -= 4) >= 0) take_four(edges[i], edges[i + 1], edges[i + 2], edges[i + 3], band, box);
     count_ = n;
-    above_ = below_ = arcs_ = 0;
-    int anyArc = 0;
-    for (int i = 0; i < n; i += 4) {
-      const CDomainEdge* const four[] = {edges + i, edges + std::min(i + 1, n - 1), edges + std::min(i + 2, n - 1),
-                                         edges + std::min(i + 3, n - 1)};
-      const Lanes ab = interleave(coordinates(*four[0]), coordinates(*four[1]));
-      const Lanes cd = interleave(coordinates(*four[2]), coordinates(*four[3]));
-      const Lanes x = first_halves(ab, cd);
-      const Lanes y = second_halves(ab, cd);
-      low[0] = lower(x, low[0]);
-      low[1] = lower(y, low[1]);
-      high[0] = higher(x, high[0]);
-      high[1] = higher(y, high[1]);
-      above_ |= bits_of(y > band.high) << i;
-      below_ |= bits_of(y < band.low) << i;
-      anyArc |= four[0]->isArc | four[1]->isArc | four[2]->isArc | four[3]->isArc;
-    }
-    for (int i = 0; anyArc && i < n; ++i) arcs_ |= std::uint64_t{edges[i].isArc != 0} << i;
   }
   /// Calls f(i, isArc) for those of the edges that end at vertex i which are arcs or may be near; the first comes from
   /// the last of the vertices before.
@@ -97,6 +107,18 @@ class Vertices {
   }
 
  private:
+  void take_four(const CDomainEdge& a, const CDomainEdge& b, const CDomainEdge& c, const CDomainEdge& d,
+                 const Band& band, LanesBox& box) {
+    const Lanes A = first_fields(a), B = first_fields(b), C = first_fields(c), D = first_fields(d);
+    const Lanes ab = interleave(A, B), cd = interleave(C, D);
+    const Lanes x = second_halves(ab, cd);
+    const Lanes y = first_halves(interleave_last(A, B), interleave_last(C, D));
+    box.include(x, y);
+    above_ = above_ << 4 | bits_of(y > band.high);
+    below_ = below_ << 4 | bits_of(y < band.low);
+    arcs_ = arcs_ << 4 | bits_of(reinterpret_cast<LaneBits>(first_halves(ab, cd)) != 0);
+  }
+
   int count_ = 0;
   std::uint64_t above_ = 0;
   std::uint64_t below_ = 0;
@@ -135,13 +157,11 @@ int CPointInDomain::Point_In_Domain(int n, const CDomainEdge* edges, float px, f
   if (n < 1) return 0;
   const Band band(py, tol);
   Answer answer;
-  const Lanes x = all_lanes(edges[0].x), y = all_lanes(edges[0].y);
-  Lanes low[] = {x, y}, high[] = {x, y};
+  LanesBox box(edges[0]);
   EdgeBox arcs({edges[0].x, edges[0].y});
-  Vertices before, vertices;
-  before.take(edges + n - 1, 1, band, low, high);
+  Vertices before(edges[n - 1], band);
   for (int first = 0; first < n; first += Vertices::kMost) {
-    vertices.take(edges + first, std::min(n - first, Vertices::kMost), band, low, high);
+    const Vertices vertices(edges + first, std::min(n - first, Vertices::kMost), band, box);
     vertices.for_each_near(before, [&](int i, bool isArc) {
       const CDomainEdge& next = edges[first + i];
       const CDomainEdge& edge = edges[first + i > 0 ? first + i - 1 : n - 1];
@@ -151,12 +171,7 @@ int CPointInDomain::Point_In_Domain(int n, const CDomainEdge* edges, float px, f
     });
     before = vertices;
   }
-  const Lanes lows = lower(first_halves(low[0], low[1]), second_halves(low[0], low[1]));
-  const Lanes highs = higher(first_halves(high[0], high[1]), second_halves(high[0], high[1]));
-  for (const int i : {0, 1}) {
-    arcs.include(lows[i], lows[i + 2]);
-    arcs.include(highs[i], highs[i + 2]);
-  }
+  arcs.include(box.all());
   arcs.store(xmin, ymin, xmax, ymax);
   return answer.on || answer.inside;
 }

@@ -35,6 +35,13 @@ inline Lanes all_lanes(float v) {
 inline Lanes interleave(Lanes a, Lanes b) {
   return Lanes{a[0], b[0], a[1], b[1]};
 }
+/// The last two lanes of two, in turns: a2 b2 a3 b3.
+inline Lanes interleave_last(Lanes a, Lanes b) {
+  return Lanes{a[2], b[2], a[3], b[3]};
+}
+inline Lanes swap_pairs(Lanes a) {
+  return Lanes{a[1], a[0], a[3], a[2]};
+}
 /// The first two lanes of two, or their last two.
 inline Lanes first_halves(Lanes a, Lanes b) {
   return Lanes{a[0], a[1], b[0], b[1]};

@@ -118,12 +118,17 @@ struct EdgeBox {
   float x2;
   float y2;
 
-  explicit EdgeBox(const CFPoint& p) : x1(p.x), y1(p.y), x2(p.x), y2(p.y) {}
+  EdgeBox(float left, float bottom, float right, float top) : x1(left), y1(bottom), x2(right), y2(top) {}
+  explicit EdgeBox(const CFPoint& p) : EdgeBox(p.x, p.y, p.x, p.y) {}
   void include(float x, float y) {
     x1 = x < x1 ? x : x1;
     y1 = y < y1 ? y : y1;
     x2 = x > x2 ? x : x2;
     y2 = y > y2 ? y : y2;
+  }
+  void include(const EdgeBox& box) {
+    include(box.x1, box.y1);
+    include(box.x2, box.y2);
   }
   void store(float& left, float& bottom, float& right, float& top) const {
     left = x1;
