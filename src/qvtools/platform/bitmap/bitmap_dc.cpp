@@ -5,6 +5,7 @@
 
 #include "qvtools/platform/bitmap/internal/polygon_scan.h"
 #include "qvtools/platform/internal/pen_pattern.h"
+#include "qvtools/system/internal/pages.h"
 
 namespace qv {
 namespace {
@@ -124,7 +125,11 @@ inline void step_inside(std::uint32_t* at, int stride, int dx, int dy, auto pain
 BitmapContext::BitmapContext(int width, int height, COLORREF background)
     : width_(std::clamp(width, 1, 32767)), height_(std::clamp(height, 1, 32767)) {
   try {
-    pixels_.assign(static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_), pixel_of(background));
+    const std::size_t count = static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_);
+    pixels_.reserve(count);
+    // A steep line's pixels lie in a page each, were they small.
+    detail::wish_large_pages(pixels_.data(), count * sizeof(std::uint32_t));
+    pixels_.assign(count, pixel_of(background));
   } catch (const std::bad_alloc&) {
     width_ = height_ = 0;
   }
