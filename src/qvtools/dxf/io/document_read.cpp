@@ -57,7 +57,7 @@ int DXF::find_section(std::string_view keyword) {
   reader_->rewind();
   bool named = false;  // the line before says that a name follows
   for (Line line; reader_->next_line(line); named = line.is("  2"))
-    if (named && line.is(keyword)) return 1;
+    if (named && line.is(Word(keyword))) return 1;
   return 0;
 }
 
@@ -105,7 +105,7 @@ template <class Entry>
 void read_entries(GroupReader& in, Entry* table, int count) {
   for (int i = 0; i < count; ++i) {
     while (in.next()) {
-      if (in.at(0, kKeyword<Entry>)) {
+      if (in.at(0, kOpening<Entry>)) {
         read_opened(in, table[i]);
         break;
       }

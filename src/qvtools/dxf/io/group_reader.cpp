@@ -1,5 +1,6 @@
 #include "qvtools/dxf/io/internal/group_reader.h"
 
+#include <algorithm>
 #include <new>
 
 #include "qvtools/services/messages.h"
@@ -83,7 +84,8 @@ bool GroupReader::next_slowly() {
 }
 
 void GroupReader::finish_pair(const Line& codeLine) {
-  code_ = codeLine.ended && codeLine.text.size() == 3 ? code_of(codeLine.text.data()) : kUnknownCode;
+  code_ = kUnknownCode;
+  if (codeLine.ended && codeLine.text.size() == 3) code_ = std::max(code_of(codeLine.text.data()), kUnknownCode);
   if (code_ == 0) count_block_end();
 }
 

@@ -12,11 +12,9 @@ namespace qv::detail {
 namespace {
 
 /// The words that end a record, those that come often first.
-constexpr Word kRecordEnds[] = {Word("LINE"),    Word("VERTEX"),   Word("TEXT"),    Word("CIRCLE"), Word("ARC"),
-                                Word("SEQEND"),  Word("POLYLINE"), Word("SOLID"),   Word("INSERT"), Word("POINT"),
-                                Word("3DFACE"),  Word("ENDSEC"),   Word("ENDBLK"),  Word("BLOCK"),  Word("LAYER"),
-                                Word("LTYPE"),   Word("STYLE"),    Word("TABLE"),   Word("ENDTAB"), Word("TABLES"),
-                                Word("SECTION"), Word("ENTITIES"), Word("VIEWPORT")};
+constexpr Word kRecordEnds[] = {"LINE",   "VERTEX", "TEXT",   "CIRCLE", "ARC",     "SEQEND",   "POLYLINE", "SOLID",
+                                "INSERT", "POINT",  "3DFACE", "ENDSEC", "ENDBLK",  "BLOCK",    "LAYER",    "LTYPE",
+                                "STYLE",  "TABLE",  "ENDTAB", "TABLES", "SECTION", "ENTITIES", "VIEWPORT"};
 
 /// A line as a terminated text, for the general parsers.
 struct Terminated {
@@ -38,8 +36,7 @@ struct Kind {
   bool (*read)(GroupReader&, WorkingRecords&);
 };
 
-#define QV_KIND(KEYWORD, member) \
-  {Word(kKeyword<ACAD_##KEYWORD>), ACAD_TYPE_##KEYWORD, read_kind<&WorkingRecords::member>},
+#define QV_KIND(KEYWORD, member) {kOpening<ACAD_##KEYWORD>, ACAD_TYPE_##KEYWORD, read_kind<&WorkingRecords::member>},
 constexpr Kind kKinds[] = {QV_FOR_EACH_ENTITY_KIND(QV_KIND)};
 #undef QV_KIND
 
@@ -63,7 +60,13 @@ int integer_of(const Line& value) {
 void text_of(const Line& line, char* field, std::size_t size) {
   const std::string_view text = line.value();
   if (text.size() >= size) return copy_text(field, size, Terminated(text).text);
-  std::memcpy(field, text.data(), text.size());
+  // Nearly all are short, and of as good as random length: a copy of fixed length needs no branch for it.
+  constexpr std::size_t kShort = 16;
+  if (text.size() < kShort && size >= kShort) {
+    std::memcpy(field, text.data(), kShort);
+  } else {
+    std::memcpy(field, text.data(), text.size());
+  }
   field[text.size()] = '\0';
 }
 
@@ -117,9 +120,9 @@ bool read_rest(GroupReader& in, ACAD_BLOCK& block) {
 ACAD_Entity_Type read_entity(GroupReader& in, WorkingRecords& records, Within within) {
   while (in.next()) {
     if (in.code() != 0) continue;
-    if (in.at(0, "ENDSEC") || in.at(0, "EOF") || (within == Within::Block && in.at(0, "ENDBLK"))) return ACAD_TYPE_END;
     const Kind* const kind = std::ranges::find(kKinds, in.value().word(), &Kind::keyword);
     if (kind != std::end(kKinds)) return kind->read(in, records) ? kind->type : ACAD_TYPE_NONE;
+    if (in.at(0, "ENDSEC") || in.at(0, "EOF") || (within == Within::Block && in.at(0, "ENDBLK"))) return ACAD_TYPE_END;
   }
   return ACAD_TYPE_END;
 }

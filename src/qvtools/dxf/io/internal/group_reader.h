@@ -23,6 +23,8 @@ struct Word {
   std::size_t size = 0;
 
   constexpr Word() = default;
+  template <std::size_t N>
+  consteval Word(const char (&text)[N]) : Word(std::string_view(text)) {}
   constexpr explicit Word(std::string_view text) : size(text.size()) {
     for (std::size_t i = 0; i < size; ++i) letters |= std::uint64_t{static_cast<unsigned char>(text[i])} << 8 * i;
   }
@@ -35,7 +37,7 @@ struct Line {
   std::string_view text;
   bool ended = false;
 
-  bool is(std::string_view word) const { return ended && text == word; }
+  bool is(const Word& expected) const { return word() == expected; }
   /// The line as a word; the empty one when it is longer than words are, or was cut.
   Word word() const {
     Word result;
@@ -71,7 +73,7 @@ class GroupReader {
   }
   int code() const { return code_; }
   const Line& value() const { return value_; }
-  bool at(int code, std::string_view word) const { return code_ == code && value_.is(word); }
+  bool at(int code, const Word& word) const { return code_ == code && value_.is(word); }
   /// Gives the last pair back: `next` reads it again.
   void unread();
 
@@ -110,32 +112,44 @@ class GroupReader {
   };
   static constexpr std::uint16_t kNoFeeds[2] = {kNoFeed, kNoFeed};
 
-  /// The code that three characters name as the writer writes it.
+  /// What a character of a code counts for at its place, or so little that no sum with it is a code.
+  struct CodeDigits {
+    std::int16_t tens[256];
+    std::int16_t ones[256];
+    constexpr CodeDigits() : tens(), ones() {
+      for (int c = 0; c < 256; ++c) tens[c] = ones[c] = -1000;
+      for (int d = 0; d <= 9; ++d) ones['0' + d] = static_cast<std::int16_t>(d);
+      for (int d = 1; d <= 9; ++d) tens['0' + d] = static_cast<std::int16_t>(10 * d);
+      tens[' '] = 0;
+    }
+  };
+  static const CodeDigits kCodeDigits;
+  /// The code that three characters name as the writer writes it, below 0 for any others.
   static int code_of(const char* line) {
-    const unsigned tens = static_cast<unsigned char>(line[1]) - unsigned{'0'};
-    const unsigned ones = static_cast<unsigned char>(line[2]) - unsigned{'0'};
-    if (line[0] != ' ' || ones > 9 || (tens - 1 > 8 && line[1] != ' ')) return kUnknownCode;
-    return static_cast<int>(tens <= 9 ? 10 * tens + ones : ones);
+    const int code =
+        kCodeDigits.tens[static_cast<unsigned char>(line[1])] + kCodeDigits.ones[static_cast<unsigned char>(line[2])];
+    return line[0] == ' ' ? code : kUnknownCode;
   }
   std::size_t ahead() const { return static_cast<std::size_t>(end_ - at_.text); }
   /// Takes a pair whose code line is just as the writer writes it and whose value line is not too long, which is nearly
   /// every pair; false, with nothing taken, for any other.
   bool take_plain_pair() {
     const char* const line = at_.text;
-    const std::size_t codeEnd = at_.feed[0];
-    const std::size_t valueEnd = at_.feed[1];
+    const std::uint16_t* const feed = at_.feed;
+    const std::size_t codeEnd = feed[0];
+    const std::size_t valueEnd = feed[1];
     const std::size_t length = valueEnd - codeEnd - 1;
     if (length >= kMaxLine) return false;
     const char* const first = block_ + codeEnd + 1;
     const auto codeLength = first - line - 1;
     if (codeLength != 3 && (codeLength != 4 || line[3] != '\r')) return false;
     const int code = code_of(line);
-    if (code == kUnknownCode) return false;
-    pair_ = at_;
-    at_ = {block_ + valueEnd + 1, at_.feed + 2};
+    if (code < 0) return false;
+    pair_ = {line, feed};
+    at_ = {block_ + valueEnd + 1, feed + 2};
     code_ = code;
     value_ = {std::string_view(first, length - (length > 0 && first[length - 1] == '\r')), true};
-    if (code_ == 0) count_block_end();
+    if (code == 0) count_block_end();
     return true;
   }
   void count_block_end() {
@@ -171,5 +185,7 @@ class GroupReader {
   char hostCode_[kMaxLine + 1];
   char hostValue_[kMaxLine + 1];
 };
+
+inline constexpr GroupReader::CodeDigits GroupReader::kCodeDigits;
 
 }  // namespace qv::detail

@@ -42,7 +42,7 @@ inline constexpr std::size_t kIndexMargin = 64;
 
 /// Writes the offsets of the line feeds among the first `size` bytes (at most 65536) of the text and returns their end.
 inline std::uint16_t* index_line_feeds(const char* text, std::size_t size, std::uint16_t* out) {
-  constexpr int kUsual = 12;  // line feeds of 64 bytes of a drawing, more or less
+  constexpr int kUsual = 16;  // line feeds of 64 bytes of a drawing, or fewer
   for (std::size_t at = 0; at < size; at += 64) {
     std::uint64_t mask = line_feed_mask(text + at);
     if (size - at < 64) mask &= (std::uint64_t{1} << (size - at)) - 1;

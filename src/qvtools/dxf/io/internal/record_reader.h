@@ -11,6 +11,10 @@
 
 namespace qv::detail {
 
+/// The word that opens a record.
+template <class Record>
+inline constexpr Word kOpening{kKeyword<Record>};
+
 /// Whether a group-0 value ends the record before it.
 bool ends_record(const Line& value);
 
@@ -149,7 +153,7 @@ bool read_opened(GroupReader& in, auto& record) {
 /// Reads a whole record: 0 when the next pair does not open one, or when it cannot take a pair, else 1.
 template <class Record>
 int read_record(GroupReader& in, Record& record) {
-  return in.next() && in.at(0, kKeyword<Record>) && read_opened(in, record) ? 1 : 0;
+  return in.next() && in.at(0, kOpening<Record>) && read_opened(in, record) ? 1 : 0;
 }
 
 int read_record(std::FILE* file, auto& record) {
