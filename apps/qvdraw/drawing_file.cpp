@@ -4,23 +4,13 @@
 #include <iterator>
 #include <stdexcept>
 
-#include "common/unreadable.h"
+#include "failure.h"
 #include "progress.h"
 #include "qvtools/system/filesystem.h"
 
 namespace qvdraw {
 
 namespace {
-
-/// By the kinds of `qvapps::Unreadable`.
-constexpr const char* kReasons[] = {
-    "there is no such file", "is a directory",    "is a device or a pipe, no file",
-    "cannot be opened",      "is no DXF drawing",
-};
-
-std::runtime_error failure(const std::string& path) {
-  return std::runtime_error(path + ": " + kReasons[static_cast<int>(qvapps::diagnose(path))]);
-}
 
 Lettering g_lettering;
 
@@ -29,7 +19,7 @@ void import_file(const std::string& path, DXF& dxf, const qv::ImportOptions& opt
   const Progress progress("reading " + path);
   if (qv::Import(path.c_str(), dxf, options, report)) return;
   const bool sheet = !options.layout.empty() && !report.layouts.empty();
-  if (!sheet) throw failure(path);
+  if (!sheet) throw failure(path, "is no DXF drawing");
   throw std::runtime_error(path + ": has no sheet \"" + options.layout + "\", but " + qvapps::listed(report.layouts));
 }
 
@@ -66,7 +56,7 @@ const char* kind_name(ACAD_ENTITY& entity) {
 std::unique_ptr<DXF> load_drawing(const std::string& path, const qv::ImportOptions& options, qv::ImportReport& report) {
   auto dxf = std::make_unique<DXF>();
   dxf->New_MemDxf();
-  if (qv::path_kind(path.c_str()) != qv::PathKind::File) throw failure(path);
+  if (qv::path_kind(path.c_str()) != qv::PathKind::File) throw failure(path, "is no DXF drawing");
   qv::ImportOptions found = options;
   found.shapeFolders = qvapps::shape_folders(path, g_lettering.programDirectory);
   import_file(path, *dxf, found, report);

@@ -7,6 +7,7 @@
 
 #include "commands.h"
 #include "drawing_file.h"
+#include "failure.h"
 
 namespace qvdraw {
 
@@ -20,7 +21,7 @@ void print(const Json& json) {
 
 void load_field(CChang& field, const std::string& path) {
   std::FILE* const file = qv::open_text(path.c_str(), "rt");
-  if (!file) throw std::runtime_error(path + ": cannot be opened");
+  if (!file) throw failure(path, "cannot be opened");
   field.LoadData(file);
   std::fclose(file);
   if (field.m_Nodes.GetSize() == 0) throw std::runtime_error(path + ": is no field: it has no nodes");
@@ -76,8 +77,7 @@ void run_db(const DatabaseRequest& request) {
   const std::string& path = request.database;
   CDataBaseFile file;
   if (!file.Open_File(path.c_str(), CDataBaseFile::IO_READ))
-    throw std::runtime_error(path + (std::filesystem::exists(path) ? ": is no database with an index at its end"
-                                                                   : ": there is no such file"));
+    throw failure(path, "is no database with an index at its end");
   if (request.segment.empty()) return print_segments(file, request.json);
   if (!file.Read_Named_Segment(request.segment.c_str()))
     throw std::runtime_error(request.segment + ": there is no such segment");

@@ -5,7 +5,7 @@
 #include "commands.h"
 #include "common/picture_file.h"
 #include "common/system.h"
-#include "qvtools/system/filesystem.h"
+#include "failure.h"
 #include "qvtools/system/saved_file.h"
 
 namespace qvdraw {
@@ -15,9 +15,8 @@ namespace {
 using Kind = qv::ShapeFile::Kind;
 
 qv::ShapeFile load_font(const std::string& path) {
-  if (qv::path_kind(path.c_str()) != qv::PathKind::File) throw std::runtime_error(path + ": there is no such file");
   qv::ShapeFile font;
-  if (!font.Load(path.c_str())) throw std::runtime_error(path + ": " + font.error());
+  if (!font.Load(path.c_str())) throw failure(path, font.error().c_str());
   return font;
 }
 

@@ -7,6 +7,7 @@
 #include "commands.h"
 #include "common/picture_file.h"
 #include "drawing_file.h"
+#include "failure.h"
 #include "slide_samples.h"
 
 namespace qvdraw {
@@ -55,14 +56,13 @@ CWxSlide load_slide(const std::string& name) {
     if (slide.m_Items.empty()) std::fprintf(stderr, "qvdraw: %s: the slide is empty\n", name.c_str());
     return slide;
   }
-  if (std::filesystem::exists(name)) throw std::runtime_error(name + ": is no slide file");
+  if (std::filesystem::exists(name)) throw failure(name, "is no slide file");
   throw std::runtime_error(name + ": there is no such slide file, nor a library with such a slide");
 }
 
 void open_library(CWxSlideLib& library, const std::string& path) {
   if (library.Open_SLB(path.c_str())) return;
-  throw std::runtime_error(path +
-                           (std::filesystem::exists(path) ? ": is no slide library" : ": there is no such file"));
+  throw failure(path, "is no slide library");
 }
 
 void list(CWxSlideLib& library) {

@@ -3,16 +3,15 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
 #include <string_view>
-#include <system_error>
 #include <vector>
 
 #include "command_line.h"
 #include "font_writer.h"
+#include "qvtools/system/filesystem.h"
 #include "qvtools/system/saved_file.h"
 #include "qvtools/version.h"
 #include "shape_source.h"
@@ -57,8 +56,7 @@ void print_help() {
 }
 
 bool read_file(const std::string& path, std::string& bytes) {
-  std::error_code error;
-  if (!std::filesystem::exists(path, error) || std::filesystem::is_directory(path, error)) return false;
+  if (qv::path_kind(path.c_str()) != qv::PathKind::File) return false;
   std::ifstream file(path, std::ios::binary);
   bytes.assign(std::istreambuf_iterator<char>(file), {});
   return file.is_open();

@@ -308,6 +308,11 @@ class BadCalls(unittest.TestCase):
                 self.expect(1, words, message)
                 self.assertEqual(run(*words).stderr.count("\n"), 1)
             self.assertEqual(run("render", good, "-o", os.path.join(directory, "a.png")).returncode, 0)
+            if not QVDRAW[-1].endswith(".exe"):
+                os.mkfifo(os.path.join(directory, "pipe"))
+                for endless in ("/dev/zero", os.path.join(directory, "pipe")):
+                    for command in ("info", "fonts", "db", "slides", "value"):
+                        self.expect(1, [command, endless] + ["1", "1"] * (command == "value"), "is a device or a pipe")
 
     def test_help_and_version(self):
         self.assertEqual(run("help").stdout, run("--help").stdout)

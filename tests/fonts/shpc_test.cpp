@@ -117,6 +117,9 @@ TEST(ShapeCompiler, TellsBadUsageFromFailure) {
   EXPECT_EQ(run(directory, "a b c").exitCode, 2);
   EXPECT_EQ(run(directory, "a b --what").exitCode, 2);
   EXPECT_EQ(run(directory, "none.shp b.shx").errors, "shpc: none.shp: cannot be read\n");
+#ifndef _WIN32
+  EXPECT_EQ(run(directory, "/dev/zero b.shx").errors, "shpc: /dev/zero: cannot be read\n");
+#endif
   EXPECT_EQ(run(directory, ". b.shx").exitCode, 1);
   directory.write("a.shp", kHead);
   EXPECT_EQ(run(directory, "a.shp no/b.shx").errors, "shpc: no/b.shx: cannot be written\n");

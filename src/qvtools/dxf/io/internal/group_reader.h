@@ -117,10 +117,13 @@ class GroupReader {
     std::int16_t tens[256];
     std::int16_t ones[256];
     constexpr CodeDigits() : tens(), ones() {
-      for (int c = 0; c < 256; ++c) tens[c] = ones[c] = -1000;
-      for (int d = 0; d <= 9; ++d) ones['0' + d] = static_cast<std::int16_t>(d);
-      for (int d = 1; d <= 9; ++d) tens['0' + d] = static_cast<std::int16_t>(10 * d);
-      tens[' '] = 0;
+      constexpr std::int16_t kNone = -1000;
+      for (int c = 0; c < 256; ++c) {
+        const bool digit = c >= '0' && c <= '9';
+        const auto value = static_cast<std::int16_t>(c - '0');
+        ones[c] = digit ? value : kNone;
+        tens[c] = c == ' ' ? std::int16_t{0} : digit && value > 0 ? static_cast<std::int16_t>(10 * value) : kNone;
+      }
     }
   };
   static const CodeDigits kCodeDigits;
