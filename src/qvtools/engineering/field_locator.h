@@ -14,12 +14,13 @@ namespace qv {
 class QV_API FieldLocator {
  public:
   /// Sorts the mesh into a grid. The field is not owned; it must live, with its mesh unchanged, while it is asked.
-  /// Takes some 90 bytes a triangle where they are of about one size, and never more than 1,400.
+  /// Takes some 90 bytes a triangle where they are of about one size, and never more than 1,400; while it is made, 90
+  /// more.
   /// When memory runs out, report 301, and every answer is the field's own, as slow as that is.
   explicit FieldLocator(const CChang& field);
 
   /// What `CChang::Get_Value` and `CChang::PointInChang` answer. Triangles much larger than the others are looked at
-  /// one by one; so are nodes and triangles whose coordinates are no finite numbers.
+  /// one by one; so are those whose coordinates are no finite numbers.
   float Value(float x, float y) const;
   int Contains(float x, float y) const;
 

@@ -109,10 +109,10 @@ class Vertices {
  private:
   void take_four(const CDomainEdge& a, const CDomainEdge& b, const CDomainEdge& c, const CDomainEdge& d,
                  const Band& band, LanesBox& box) {
-    const Lanes A = first_fields(a), B = first_fields(b), C = first_fields(c), D = first_fields(d);
-    const Lanes ab = interleave(A, B), cd = interleave(C, D);
+    const Lanes fields[] = {first_fields(a), first_fields(b), first_fields(c), first_fields(d)};
+    const Lanes ab = interleave(fields[0], fields[1]), cd = interleave(fields[2], fields[3]);
     const Lanes x = second_halves(ab, cd);
-    const Lanes y = first_halves(interleave_last(A, B), interleave_last(C, D));
+    const Lanes y = first_halves(interleave_last(fields[0], fields[1]), interleave_last(fields[2], fields[3]));
     box.include(x, y);
     above_ = above_ << 4 | bits_of(y > band.high);
     below_ = below_ << 4 | bits_of(y < band.low);
