@@ -13,10 +13,12 @@ struct Sign {
   const char* code;
 };
 
-/// The text font's own signs, as other programs have them: grades of steel by their numbers. Behind "^" they look for
-/// the letter of a control character.
-constexpr Sign kSigns[] = {{'^', "^ "},     {0x7F, "%%d"},   {0x80, "%%p"},   {0x81, "%%c"},
-                           {0x82, "%%130"}, {0x83, "%%131"}, {0x85, "%%133"}, {0x8B, "%%139"}};
+/// The text font's own signs, as other programs have them: grades of steel by their numbers, signs that any font may
+/// have by those of Unicode. Behind "^" they look for the letter of a control character.
+constexpr Sign kSigns[] = {{'^', "^ "},        {0x7F, "%%d"},      {0x80, "%%p"},      {0x81, "%%c"},
+                           {0x82, "%%130"},    {0x83, "%%131"},    {0x85, "%%133"},    {0x8B, "%%139"},
+                           {0x8C, "\\U+00B2"}, {0x8D, "\\U+00B3"}, {0x8E, "\\U+2260"}, {0x8F, "\\U+2264"},
+                           {0x90, "\\U+2265"}, {0x91, "\\U+2248"}};
 
 std::string with_codes(const char* text) {
   std::string out;
