@@ -121,6 +121,11 @@ TEST_F(Composing, BarsAreMeasuredAndWeighed) {
   EXPECT_EQ(sums[0].diameter, 8);
   EXPECT_NEAR(sums[1].length, 33.6, 1e-9);
   EXPECT_NEAR(list.Mass(), 33.6 * 3.85 + 0.395 * 199.0, 0.1);
+  // What is printed adds up: 3.57 and 3.57 kg are 3.6 and 3.6.
+  qv::BarList halves;
+  for (const char* mark : {"1", "2"}) halves.Add({mark, BarShape::Straight, 3, 12, 1, 4020.4, 0, 0, 0});
+  EXPECT_NEAR(halves.Mass(), 7.2, 1e-9);
+  EXPECT_NEAR(halves.Sums()[0].length, 8.04, 1e-9);
   list.Draw(*sgt, 0, 0);
   const auto texts = texts_of(*sgt);
   for (const char* text : {"14800", "33.60", "129.4"}) EXPECT_THAT(texts, testing::Contains(text));
@@ -134,6 +139,9 @@ TEST_F(Composing, NotesAreWrappedBetweenCharacters) {
   EXPECT_EQ(lines[0], "\xBB\xEC\xC4\xFD");
   EXPECT_EQ(lines[1], "\xCD\xC1\xA1\xA3");
   EXPECT_THAT(qv::WrapText("a bb  ccc, d", 3, 0.1F), ElementsAre("a", "bb", "ccc,", "d"));
+  // A number stays with its unit where there is room for both.
+  EXPECT_THAT(qv::WrapText("long 17.40 m", 3, qv::SheetTextWidth("long 17.40", 3)), ElementsAre("long", "17.40 m"));
+  EXPECT_THAT(qv::WrapText("17.40 m", 3, 0.1F), ElementsAre("17.40", "m"));
   for (const std::string& line : qv::WrapText(std::string(500, 'x') + " " + note, 1, 1e6F))
     EXPECT_TRUE(line.size() <= 99 || line == std::string(500, 'x'));
   EXPECT_THAT(qv::WrapText("", 3, 10), ElementsAre(""));

@@ -24,6 +24,19 @@ double hook_length(int grade, int diameter) {
   return bend + std::max(10 * d, 75.0);
 }
 
+double to_step(double value, double step) {
+  return std::round(value / step) * step;
+}
+
+/// The length of all bars of a position in m, and their mass in kg, as the list has them: what is printed adds up.
+double listed_length(const BarList::Bar& bar) {
+  return to_step(to_step(BarList::Length(bar), 1) * bar.count / 1000, 0.01);
+}
+
+double listed_mass(const BarList::Bar& bar) {
+  return to_step(BarMass(bar.diameter, listed_length(bar)), 0.1);
+}
+
 std::string rounded(double value) {
   return std::to_string(std::lround(value));
 }
@@ -131,12 +144,11 @@ void BarList::Add(Bar bar) {
 std::vector<BarList::Sum> BarList::Sums() const {
   std::vector<Sum> sums;
   for (const Bar& bar : bars_) {
-    const double length = Length(bar) * bar.count / 1000;
     const auto same = [&](const Sum& sum) { return sum.grade == bar.grade && sum.diameter == bar.diameter; };
     auto sum = std::ranges::find_if(sums, same);
     if (sum == sums.end()) sum = sums.insert(sums.end(), {bar.grade, bar.diameter, 0, 0});
-    sum->length += length;
-    sum->mass += BarMass(bar.diameter, length);
+    sum->length += listed_length(bar);
+    sum->mass += listed_mass(bar);
   }
   std::ranges::sort(sums, {}, [](const Sum& sum) { return std::pair(sum.grade, sum.diameter); });
   return sums;
@@ -159,9 +171,8 @@ CFRect BarList::Draw(CBase_SGT& sgt, float x, float top, double mostHeight) cons
   table.AddHeader({captions::kBarMark, captions::kBarShape, captions::kBarSize, captions::kBarLength,
                    captions::kBarCount, captions::kTotalLength, captions::kTotalMass});
   for (const Bar& bar : bars_) {
-    const double length = Length(bar) * bar.count / 1000;
     table.AddRow({bar.mark, "", size_text(bar.grade, bar.diameter), rounded(Length(bar)), std::to_string(bar.count),
-                  with_decimals("%.2f", length), with_decimals("%.1f", BarMass(bar.diameter, length))},
+                  with_decimals("%.2f", listed_length(bar)), with_decimals("%.1f", listed_mass(bar))},
                  kRowHeight);
   }
   const SheetTable::Place place = table.Draw(sgt, x, top);

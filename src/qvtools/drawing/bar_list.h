@@ -51,9 +51,10 @@ class QV_API BarList {
   void Add(Bar bar);
   /// The bars, in the order in which they were added.
   const std::vector<Bar>& bars() const { return bars_; }
-  /// The bars added up by grade and diameter.
+  /// The bars added up by grade and diameter: the sums of what the list prints, so lengths of one bar count as whole
+  /// mm, those of a position as steps of 0.01 m, its mass as steps of 0.1 kg.
   std::vector<Sum> Sums() const;
-  /// The mass of all bars, kg.
+  /// The mass of all bars, kg: the sum of those.
   double Mass() const;
 
   /// Draws the list with its upper left corner at (x, top) and the sums per diameter below it, in the current colour,

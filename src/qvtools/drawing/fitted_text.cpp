@@ -1,8 +1,10 @@
 #include "qvtools/drawing/fitted_text.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "qvtools/drawing/internal/placing.h"
+#include "qvtools/text/code_page.h"
 #include "qvtools/text/gbk_text.h"
 
 using namespace qv::detail;
@@ -42,7 +44,8 @@ float share_before(Across across) {
 }  // namespace
 
 float SheetTextWidth(const char* text, float height) {
-  return G_ShapeFont.GetHzWidth(text, height, kWidthFactor);
+  if (!std::strstr(text, "\\U+")) return G_ShapeFont.GetHzWidth(text, height, kWidthFactor);
+  return G_ShapeFont.GetHzWidth(drawn_text(text).c_str(), height, kWidthFactor);
 }
 
 void DrawSheetText(CBase_SGT& sgt, float x, float y, float height, const char* text, Across across, float angle) {

@@ -12,6 +12,7 @@ namespace qv {
 enum class Across { Left, Center, Right };
 
 /// The width of a text of both fonts, in the unit of the height, with the width factor of the composer's styles, 0.75.
+/// "\U+XXXX", which `to_gbk` makes of what GBK lacks, counts as the sign that is drawn.
 QV_API float SheetTextWidth(const char* text, float height);
 
 /// Writes a text from (x, y) on its base line: its left end, its middle or its right end there. The height is in model

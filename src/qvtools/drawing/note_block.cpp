@@ -17,18 +17,34 @@ bool closes(std::string_view character) {
   return std::ranges::find(kMarks, character) != std::end(kMarks);
 }
 
+bool is_digit(char c) {
+  return c >= '0' && c <= '9';
+}
+
+bool is_letter(char c) {
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+
+/// Whether a blank holds a number and its unit together, or the name of a standard and its number.
+bool holds_together(std::string_view before, std::string_view after) {
+  const std::size_t last = before.find_last_not_of(' ');
+  if (last == before.npos) return false;
+  return (is_digit(before[last]) && is_letter(after[0])) || (is_letter(before[last]) && is_digit(after[0]));
+}
+
 /// The pieces between which a line may be broken: a Chinese character, or a word with the blanks behind it, each with
-/// the closing marks that follow.
-std::vector<std::string> pieces(std::string_view text) {
+/// the closing marks that follow. With `whole` numbers stay with their units.
+std::vector<std::string> pieces(std::string_view text, bool whole) {
   std::vector<std::string> pieces;
-  const std::string whole(text);
+  const std::string ended(text);
   bool word = false;  // whether the last piece goes on
-  for (const char* at = whole.c_str(); *at;) {
+  for (const char* at = ended.c_str(); *at;) {
     const std::size_t n = char_length(at);
     const std::string_view character(at, n);
     const bool blank = character == " ";
     const bool afterBlank = !pieces.empty() && pieces.back().back() == ' ';
-    const bool joins = !pieces.empty() && (blank || closes(character) || (word && n == 1 && !afterBlank));
+    const bool joins = !pieces.empty() && (blank || closes(character) || (word && n == 1 && !afterBlank) ||
+                                           (whole && word && afterBlank && holds_together(pieces.back(), character)));
     if (joins)
       pieces.back() += character;
     else
@@ -49,14 +65,21 @@ std::string without_blanks_behind(std::string text) {
 std::vector<std::string> WrapText(std::string_view text, float height, float width) {
   constexpr std::size_t kMostBytes = kContentsSize - 1;
   std::vector<std::string> lines(1);
-  for (const std::string& piece : pieces(text)) {
-    const std::string longer = lines.back() + piece;
-    const std::string seen = without_blanks_behind(longer);
-    const bool fits = seen.size() <= kMostBytes && SheetTextWidth(seen.c_str(), height) <= width;
-    if (fits || lines.back().empty())
-      lines.back() = longer;
+  const auto fits = [&](const std::string& line) {
+    const std::string seen = without_blanks_behind(line);
+    return seen.size() <= kMostBytes && SheetTextWidth(seen.c_str(), height) <= width;
+  };
+  const auto add = [&](const std::string& piece) {
+    if (lines.back().empty() || fits(lines.back() + piece))
+      lines.back() += piece;
     else
       lines.push_back(piece);
+  };
+  for (const std::string& piece : pieces(text, true)) {
+    if (fits(piece))
+      add(piece);
+    else
+      for (const std::string& part : pieces(piece, false)) add(part);
   }
   for (std::string& line : lines) line = without_blanks_behind(std::move(line));
   return lines;

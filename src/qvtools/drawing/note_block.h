@@ -12,7 +12,8 @@
 namespace qv {
 
 /// The lines of a text (GBK) that are no wider than `width`, in the unit of the height: broken between Chinese
-/// characters and at blanks, never before a closing mark, and after 99 bytes at the latest, which is what a record of a
+/// characters and at blanks, never before a closing mark, between a number and its unit ("17.40 m") only where both are
+/// wider than a line, and after 99 bytes at the latest, which is what a record of a
 /// text holds. A word that is wider stands alone and stands out. Never empty.
 QV_API std::vector<std::string> WrapText(std::string_view text, float height, float width);
 
