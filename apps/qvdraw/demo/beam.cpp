@@ -36,7 +36,8 @@ struct Beam {
   float half = data.number("sizes", "column") / 2;
   float dense = data.number("sizes", "dense");  // zone of close stirrups at a support
   float reach = data.number("sizes", "extra");  // of the extra top bars from a support
-  Bar upper{data, "top"}, extra{data, "extra"}, lower{data, "bottom"}, stirrup{data, "stirrup"}, side{data, "side"};
+  Bar upper{data, "top"}, lower{data, "bottom"}, side{data, "side"}, stirrup{data, "stirrup"}, extra{data, "extra"},
+      tie{data, "tie"};
 
   Beam(const Sample& sample, CFPoint place) : data(sample), top(place.y) {
     axes.push_back(place.x);
@@ -45,6 +46,23 @@ struct Beam {
   float bottom() const { return top - depth; }
   float left() const { return axes.front() - half + kInset; }  // ends of the long bars
   float right() const { return axes.back() + half - kInset; }
+  float middle() const { return (axes.front() + axes.back()) / 2; }
+  /// How far side bars reach into the end columns.
+  float anchorage() const { return 15 * static_cast<float>(side.diameter); }
+  /// The heights of the side bars, from below.
+  float side_level(int i) const {
+    return bottom() + kInset + static_cast<float>(i) * (depth - 2 * kInset) / static_cast<float>(side.count / 2 + 1);
+  }
+  /// Where the stirrups of a span stand: the first 50 mm from the column, close ones at both ends.
+  std::vector<float> stirrups(std::size_t span) const {
+    std::vector<float> places;
+    const float from = axes[span] + half + 50;
+    const float to = axes[span + 1] - half - 50;
+    const float close = dense - 50;
+    for (float at = from; at <= to + 1; at += at < from + close || at > to - close - 1 ? 100.0F : 200.0F)
+      places.push_back(at);
+    return places;
+  }
 
   static constexpr float kInset = 40;
   static constexpr float kStub = 800;
@@ -94,14 +112,12 @@ void draw_bars(CBase_SGT& sgt, const Beam& beam) {
   const float x2[] = {beam.left() + 60, beam.left() + 60, beam.right() - 60, beam.right() - 60};
   const float y2[] = {bottom + 330, bottom, bottom, bottom + 330};
   sgt.Draw_XianGangJin(4, x2, y2);
+  const float reach = beam.half - beam.anchorage();
+  for (int i = 1; i <= beam.side.count / 2; ++i)
+    sgt.Draw_XianGangJin(beam.axes.front() + reach, beam.side_level(i), beam.axes.back() - reach, beam.side_level(i));
   use_pen(sgt, "STEEL", "3");
-  for (std::size_t i = 0; i + 1 < beam.axes.size(); ++i) {
-    const float from = beam.axes[i] + beam.half + 50;
-    const float to = beam.axes[i + 1] - beam.half - 50;
-    const float dense = beam.dense - 50;
-    for (float at = from; at <= to + 1; at += at < from + dense || at > to - dense - 1 ? 100.0F : 200.0F)
-      sgt.Draw_Line(at, bottom, at, top);
-  }
+  for (std::size_t i = 0; i + 1 < beam.axes.size(); ++i)
+    for (const float at : beam.stirrups(i)) sgt.Draw_Line(at, bottom, at, top);
 }
 
 float place_of_section(const Beam& beam, const Sample::Row& row) {
@@ -117,7 +133,8 @@ void draw_marks(CBase_SGT& sgt, const Beam& beam) {
   qv::Leaders above(qv::Leaders::Side::Above, beam.top + 1000);
   above.Add(first + 1300, top, beam.upper.text, beam.upper.mark);
   above.Add(middle - 1000, top - 60, beam.extra.text, beam.extra.mark);
-  above.Add(middle + 2450, beam.top - 350, beam.stirrup.text, beam.stirrup.mark);
+  above.Add(middle + 2600, beam.top - 350, beam.stirrup.text, beam.stirrup.mark);
+  above.Add(middle + 4500, beam.side_level(beam.side.count / 2), beam.side.text, beam.side.mark);
   above.Draw(sgt);
   qv::Leaders below(qv::Leaders::Side::Below, beam.bottom() - 420);
   below.Add(first + 4100, beam.bottom() + Beam::kInset, beam.lower.text, beam.lower.mark);
@@ -150,17 +167,27 @@ void draw_marks(CBase_SGT& sgt, const Beam& beam) {
 qv::BarList draw_bars_apart(CBase_SGT& sgt, const Beam& beam, float y) {
   const float cover = beam.data.number("sizes", "cover");
   const float length = beam.right() - beam.left();
-  const double stirrups = 2 * (2 * 11 + 20);  // by the elevation: close ones at both ends of each span
+  const float between = beam.axes.back() - beam.axes.front() - 2 * beam.half;
+  const float sides = between + 2 * beam.anchorage();
+  // By the elevation; a tie for each pair of side bars at twice the distance of the stirrups at mid-span.
+  std::size_t stirrups = 0;
+  int ties = 0;
+  for (std::size_t i = 0; i + 1 < beam.axes.size(); ++i) {
+    stirrups += beam.stirrups(i).size();
+    const double clear = beam.axes[i + 1] - beam.axes[i] - 2 * beam.half - 100;
+    ties += beam.side.count / 2 * (static_cast<int>(clear / beam.data.number("sizes", "ties")) + 1);
+  }
   using qv::BarShape;
   qv::BarList list;
   const auto add = [&](const Bar& bar, BarShape shape, int count, double a, double b, double c) {
     list.Add({std::to_string(bar.mark), shape, bar.grade, bar.diameter, count, a, b, c, 0});
   };
   add(beam.upper, BarShape::BentTwice, beam.upper.count, length, 375, 375);
-  add(beam.extra, BarShape::Straight, beam.extra.count, 2 * beam.reach, 0, 0);
   add(beam.lower, BarShape::BentTwice, beam.lower.count, length - 120, 330, 330);
+  add(beam.side, BarShape::Straight, beam.side.count, sides, 0, 0);
   add(beam.stirrup, BarShape::Stirrup, static_cast<int>(stirrups), beam.width - 2 * cover, beam.depth - 2 * cover, 0);
-  add(beam.side, BarShape::Straight, beam.side.count, beam.axes.back() - beam.axes.front() - 2 * beam.half + 360, 0, 0);
+  add(beam.extra, BarShape::Straight, beam.extra.count, 2 * beam.reach, 0, 0);
+  add(beam.tie, BarShape::Tie, ties, beam.width - 2 * cover, 0, 0);
 
   const float h = sgt.m_fZiGao[0];
   const struct {
@@ -171,7 +198,8 @@ qv::BarList draw_bars_apart(CBase_SGT& sgt, const Beam& beam, float y) {
     double length;
   } bars[] = {{beam.upper, beam.left(), beam.right(), -375, qv::BarList::Length(list.bars()[0])},
               {beam.extra, beam.axes[1] - beam.reach, beam.axes[1] + beam.reach, 0, 2 * beam.reach},
-              {beam.lower, beam.left() + 60, beam.right() - 60, 330, qv::BarList::Length(list.bars()[2])}};
+              {beam.side, beam.middle() - sides / 2, beam.middle() + sides / 2, 0, sides},
+              {beam.lower, beam.left() + 60, beam.right() - 60, 330, qv::BarList::Length(list.bars()[1])}};
   for (const auto& bar : bars) {
     use_pen(sgt, "STEEL", "1");
     const float x[] = {bar.x1, bar.x1, bar.x2, bar.x2};
@@ -192,21 +220,46 @@ qv::BarList draw_bars_apart(CBase_SGT& sgt, const Beam& beam, float y) {
 /// The sections side by side, at 1:10.
 void draw_sections(CBase_SGT& sgt, const Beam& beam, CFPoint place) {
   constexpr float kScale = 10;
+  constexpr float kLine = 8;  // stirrups and bars are as large as they are
+  constexpr float kDot = 24;
   using Bars = CBase_SGT::CLiangZongJin;
   const auto entry = [](const Bar& bar, int row) { return Bars{bar.count, bar.grade, bar.diameter, row}; };
-  const Bars plain[] = {entry(beam.upper, -1), entry(beam.lower, 1), entry(beam.side, 0)};
-  const Bars inner[] = {entry(beam.upper, -1), entry(beam.extra, -2), entry(beam.lower, 1), entry(beam.side, 0)};
+  // Numbered through, with the stirrup behind them, as the data has them.
+  const Bars bars[] = {entry(beam.upper, -1), entry(beam.lower, 1), entry(beam.side, 0)};
+  const float cover = beam.data.number("sizes", "cover");
+  const float inset = cover + kLine + kDot / 2;
   for (const Sample::Row& row : beam.data.rows("sections")) {
     const bool second = row.number(1) > 1;
     {
       const qv::SecondScale detail(sgt, place.x, place.y, kScale);
-      // Bars of some 25 mm and stirrups of 8 mm as large as they are.
-      sgt.m_fGJDotWidth = 24;
-      sgt.m_fGJLineWidth = 8;
+      sgt.m_fGJDotWidth = kDot;
+      sgt.m_fGJLineWidth = kLine;
       use_pen(sgt, "CONCRETE", "7");
-      sgt.Draw_Liang_Section(0, 0, beam.width, beam.depth, beam.data.number("sizes", "cover"), second ? 4 : 3,
-                             second ? inner : plain,
-                             {beam.stirrup.grade, beam.stirrup.diameter, static_cast<int>(row.number(3)), 2}, 0);
+      sgt.Draw_Liang_Section(0, 0, beam.width, beam.depth, cover, 3, bars,
+                             {beam.stirrup.grade, beam.stirrup.diameter, static_cast<int>(row.number(3)), 2},
+                             beam.upper.mark);
+      use_pen(sgt, "STEEL", "1");
+      const int rows = beam.side.count / 2;
+      const auto level = [&](int i) {
+        return inset + static_cast<float>(i) * (beam.depth - 2 * inset) / static_cast<float>(rows + 1);
+      };
+      for (int i = 1; i <= rows; ++i) sgt.Draw_LaJieJin(inset, level(i), beam.width - inset, level(i), 0);
+      const float out = beam.width + 30;
+      const float tie[] = {beam.width / 2, level(1) + kDot / 2};
+      const auto length = [&](const std::string& text) {
+        return static_cast<float>(text.size()) * 0.8F * sgt.m_fDimTextHeight + 2 * sgt.m_fBiLiChi;
+      };
+      sgt.Draw_GangJin_BiaoZhu(out, level(1) - 70, 1, &tie[0], &tie[1], length(beam.tie.text), beam.tie.mark, 0, 1,
+                               beam.tie.text.c_str());
+      if (second) {
+        // The extra bars, in the second row.
+        const float high = beam.depth - inset - 2 * kDot;
+        const float x[] = {inset, beam.width - inset};
+        const float y[] = {high, high};
+        for (const float at : x) sgt.Draw_YuanDianGangJin(at, high, 0, 0);
+        sgt.Draw_GangJin_BiaoZhu(out, high - 2.4F * kDot, 2, x, y, length(beam.extra.text), beam.extra.mark, 0, 1,
+                                 beam.extra.text.c_str());
+      }
       use_pen(sgt, "DIM", "5");
       const float widths[] = {0, beam.width};
       const float depths[] = {0, beam.depth};
@@ -248,12 +301,10 @@ Sheet compose_beam(const Sample& project, const Sample& data) {
   draw_concrete(sgt, beam);
   draw_bars(sgt, beam);
   draw_marks(sgt, beam);
-  const CFPoint title = sheet.from_left(166, 265);
-  draw_title(sgt, title.x, title.y, data.text("words", "title"), "1:50");
+  draw_title(sgt, beam.middle(), sheet.from_left(0, 260).y, data.text("words", "title"), "1:50");
   const qv::BarList list = draw_bars_apart(sgt, beam, sheet.from_left(0, 246).y);
-  const CFPoint apart = sheet.from_left(166, 196);
   sgt.m_fTuMingText = sgt.m_fZiGao[2];
-  draw_title(sgt, apart.x, apart.y, data.text("words", "apart"), "1:50");
+  draw_title(sgt, beam.middle(), sheet.from_left(0, 182).y, data.text("words", "apart"), "1:50");
   sgt.m_fTuMingText = sgt.m_fZiGao[3];
   draw_sections(sgt, beam, sheet.from_left(34, 66));
   draw_hook(sgt, beam, sheet.from_left(292, 108));

@@ -11,55 +11,84 @@ namespace qvdraw {
 
 namespace {
 
-constexpr float kSpan = 6.6F;     // m
-constexpr float kPermanent = 24;  // kN/m
-constexpr float kVariable = 12;
 constexpr int kPoints = 24;  // along each span
 
 /// A beam of two equal spans under an even load on each.
 struct Beam {
-  float left;
+  float span;  // m
+  float left;  // kN/m
   float right;
-  float inner_moment() const { return -(left + right) * kSpan * kSpan / 16; }
+  float inner_moment() const { return -(left + right) * span * span / 16; }
   /// Moment and shear force at a distance from the left support.
   float moment(float x) const {
-    const bool first = x <= kSpan;
-    const float at = first ? x : 2 * kSpan - x;
+    const bool first = x <= span;
+    const float at = first ? x : 2 * span - x;
     const float load = first ? left : right;
-    return load * at * (kSpan - at) / 2 + inner_moment() * at / kSpan;
+    return load * at * (span - at) / 2 + inner_moment() * at / span;
   }
   float shear(float x, bool first) const {
     const float load = first ? left : right;
-    const float at = first ? x : 2 * kSpan - x;
-    const float value = load * (kSpan / 2 - at) + inner_moment() / kSpan;
+    const float at = first ? x : 2 * span - x;
+    const float value = load * (span / 2 - at) + inner_moment() / span;
     return first ? value : -value;
   }
 };
 
-/// Steel area in mm2 for a moment in kNm, from the rectangular stress block of a 300 by 700 section in C30, with bars
-/// of fy = 360 MPa.
-float steel_area(float moment) {
-  const double strength = 1.0 * 14.3 * 300;
-  const double depth = 660;
-  const double m = std::fabs(moment) * 1e6;
-  return static_cast<float>(strength / 360 * (depth - std::sqrt(depth * depth - 2 * m / strength)));
-}
+/// The section and its materials.
+struct Section {
+  double width;        // mm
+  double depth;        // to the bars
+  double compression;  // MPa
+  double tension;
+  double steel;
+  explicit Section(const Sample& data)
+      : width(number(data, "width")),
+        depth(number(data, "depth")),
+        compression(number(data, "fc")),
+        tension(number(data, "ft")),
+        steel(number(data, "fy")) {}
+  static double number(const Sample& data, const char* key) { return static_cast<double>(data.number("section", key)); }
+  /// Steel area in mm2 for a moment in kNm, from the rectangular stress block.
+  float area(float moment) const {
+    const double strength = compression * width;
+    const double m = std::fabs(moment) * 1e6;
+    return static_cast<float>(strength / steel * (depth - std::sqrt(depth * depth - 2 * m / strength)));
+  }
+  /// What the concrete alone resists in shear, kN.
+  float shear() const { return static_cast<float>(0.7 * tension * width * depth / 1000); }
+};
+
+/// The live load on both spans, on the left one, and on the right one.
+struct Cases {
+  Beam full;
+  Beam left;
+  Beam right;
+  explicit Cases(const Sample& data) {
+    const float span = data.number("loads", "span");
+    const float permanent = data.number("loads", "permanent");
+    const float most = permanent + data.number("loads", "variable");
+    full = {span, most, most};
+    left = {span, most, permanent};
+    right = {span, permanent, most};
+  }
+};
 
 void word(CBase_SGT& sgt, const Sample& data, float x, float y, float height, const char* key) {
   qv::DrawSheetText(sgt, x, y, height, data.text("words", key).c_str());
 }
 
-void draw_moments(CBase_SGT& sgt, const Sample& data, const Beam& full, const Beam& half) {
+void draw_moments(CBase_SGT& sgt, const Sample& data, const Cases& cases) {
   std::vector<float> x;
   std::vector<float> both;
   std::vector<float> one;
   for (int i = 0; i <= 2 * kPoints; ++i) {
-    x.push_back(kSpan * static_cast<float>(i) / kPoints);
-    both.push_back(full.moment(x.back()));
-    one.push_back(half.moment(x.back()));
+    x.push_back(cases.full.span * static_cast<float>(i) / kPoints);
+    both.push_back(cases.full.moment(x.back()));
+    one.push_back(cases.left.moment(x.back()));
   }
-  sgt.Draw_Curve2(60, 180, static_cast<int>(x.size()), x.data(), both.data(), one.data(), 0, 2 * kSpan, -250, 150, 150,
-                  80, 7, 8, data.text("words", "moments").c_str(), data.text("words", "moment").c_str(), 5, 0, 0);
+  sgt.Draw_Curve2(60, 180, static_cast<int>(x.size()), x.data(), both.data(), one.data(), 0, 2 * cases.full.span, -300,
+                  200, 150, 84, 7, 10, data.text("words", "moments").c_str(), data.text("words", "moment").c_str(), 5,
+                  0, 0);
   use_pen(sgt, "TEXT", "7");
   word(sgt, data, 60, 166, 3, "full");
   word(sgt, data, 105, 166, 3, "half");
@@ -73,7 +102,7 @@ void draw_shear_forces(CBase_SGT& sgt, const Sample& data, const Beam& full) {
   info.width = 145;
   info.height = 84;
   info.xmin = -1;
-  info.xmax = 2 * kSpan + 1;
+  info.xmax = 2 * full.span + 1;
   info.ymin = -200;
   info.ymax = 200;
   info.nx = 7;
@@ -84,7 +113,7 @@ void draw_shear_forces(CBase_SGT& sgt, const Sample& data, const Beam& full) {
   info.values = 1;
   CArray<float, float> x;
   CArray<float, float> y;
-  const float at[] = {0, kSpan, kSpan, 2 * kSpan};
+  const float at[] = {0, full.span, full.span, 2 * full.span};
   for (int i = 0; i < 4; ++i) {
     x.Add(at[i]);
     y.Add(full.shear(at[i], i < 2));
@@ -93,28 +122,31 @@ void draw_shear_forces(CBase_SGT& sgt, const Sample& data, const Beam& full) {
   word(sgt, data, 373, 166, 3, "along");
 }
 
-void draw_steel(CBase_SGT& sgt, const Sample& data, const Beam& full) {
+void draw_steel(CBase_SGT& sgt, const Sample& data, const Cases& cases, const Section& section) {
   std::vector<float> x;
   std::vector<float> area;
   for (int i = 0; i <= kPoints; ++i) {
-    x.push_back(2 * kSpan * static_cast<float>(i) / kPoints);
-    area.push_back(steel_area(full.moment(x.back())));
+    x.push_back(2 * cases.full.span * static_cast<float>(i) / kPoints);
+    float most = 0;
+    for (const Beam& beam : {cases.full, cases.left, cases.right})
+      most = std::max(most, section.area(beam.moment(x.back())));
+    area.push_back(most);
   }
   sgt.m_nAxisYFormat = 0;
-  sgt.Draw_Curve(60, 60, static_cast<int>(x.size()), x.data(), area.data(), 0, 2 * kSpan, 0, 1000, 150, 75, 7, 8,
-                 data.text("words", "steel").c_str(), data.text("words", "area").c_str(), 1, 0, 1);
+  sgt.Draw_Curve(60, 60, static_cast<int>(x.size()), x.data(), area.data(), 0, 2 * cases.full.span, 0, 1400, 150, 75, 7,
+                 7, data.text("words", "steel").c_str(), data.text("words", "area").c_str(), 1, 0, 1);
   sgt.m_nAxisYFormat = 2;
   word(sgt, data, 178, 47, 3, "along");
 }
 
-void draw_results(CBase_SGT& sgt, const Sample& data, const Beam& full, const Beam& half) {
+void draw_results(CBase_SGT& sgt, const Sample& data, const Cases& cases, const Section& section) {
   use_pen(sgt, "TEXT", "7");
   sgt.m_fTuMingText = sgt.m_fZiGao[2];
   draw_title(sgt, 320, 140, data.text("words", "title"), "");
   float y = 128;
   const auto line = [&](const std::string& text) {
     qv::DrawSheetText(sgt, 245, y, 3.5F, text.c_str());
-    y -= 8;
+    y -= 7;
   };
   for (const std::string& given : data.lines("given")) line(given);
   char text[100];
@@ -122,14 +154,25 @@ void draw_results(CBase_SGT& sgt, const Sample& data, const Beam& full, const Be
     qv::format_text(text, sizeof text, format, static_cast<double>(value));
     line(text);
   };
-  result("MB = -(g+q)*L*L/8 = %.1f kN\xA1\xA4m", full.inner_moment());
+  result("MB = -(g+q)L\\U+00B2/8 = %.1f kN\xA1\xA4m", cases.full.inner_moment());
   float most = 0;
-  for (int i = 0; i <= 660; ++i) most = std::max(most, half.moment(0.01F * static_cast<float>(i)));
+  for (int i = 0; i <= 1000; ++i)
+    most = std::max(most, cases.left.moment(cases.left.span * static_cast<float>(i) / 1000));
   result("Mmax = %.1f kN\xA1\xA4m", most);
-  result("VB = %.1f kN", full.shear(kSpan, true));
-  result("As,B = %.0f mm2", steel_area(full.inner_moment()));
-  const std::string bars = bar_text("2C25+2C22") + ":  As = %.0f mm2";
-  result(bars.c_str(), static_cast<float>(qv::BarArea(25, 2) + qv::BarArea(22, 2)));
+  const float shear = -cases.full.shear(cases.full.span, true);
+  result("VB = 5(g+q)L/8 = %.1f kN", shear);
+  result("0.7 ft b h0 = %.1f kN", section.shear());
+  line(data.text("words", shear > section.shear() ? "stirrups" : "nominal stirrups"));
+  result("As(MB) = %.0f mm\\U+00B2", section.area(cases.full.inner_moment()));
+  result("As(Mmax) = %.0f mm\\U+00B2", section.area(most));
+  for (const char* key : {"top", "bottom"}) {
+    // "2C25+2C22": counts and diameters.
+    const Sample::Row& bars = data.row("bars", key);
+    double area = 0;
+    for (std::size_t i = 1; i + 1 < bars.fields.size(); i += 2)
+      area += qv::BarArea(static_cast<int>(bars.number(i + 1)), static_cast<int>(bars.number(i)));
+    result((bar_text(bars.text(0)) + ":  As = %.0f mm\\U+00B2").c_str(), static_cast<float>(area));
+  }
 }
 
 }  // namespace
@@ -138,14 +181,14 @@ Sheet compose_calculation(const Sample& project, const Sample& data) {
   constexpr float kShortDash = 1;  // curves are chains of lines a few millimetres long
   Sheet sheet = new_sheet(project, data, kShortDash);
   CBase_SGT& sgt = *sheet.sgt;
-  const Beam full{kPermanent + kVariable, kPermanent + kVariable};
-  const Beam half{kPermanent + kVariable, kPermanent};
+  const Cases cases(data);
+  const Section section(data);
   use_pen(sgt, "CHART", "7");
-  draw_moments(sgt, data, full, half);
+  draw_moments(sgt, data, cases);
   use_pen(sgt, "CHART", "7");
-  draw_shear_forces(sgt, data, full);
-  draw_steel(sgt, data, full);
-  draw_results(sgt, data, full, half);
+  draw_shear_forces(sgt, data, cases.full);
+  draw_steel(sgt, data, cases, section);
+  draw_results(sgt, data, cases, section);
   return sheet;
 }
 

@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "demo/demo.h"
 #include "qvtools/drawing/dimension_chain.h"
 #include "qvtools/drawing/fitted_text.h"
@@ -69,34 +71,38 @@ void draw_section(CBase_SGT& sgt, const Sample::Row& row, const CFRect& cell) {
   sgt.Draw_Line(0, -h / 2 - 60, 0, h / 2 + 60);
 }
 
-/// A column from storey to storey, with the zones of close stirrups.
+/// A column from its footing to the floor, with the zones of close stirrups.
 void draw_zones(CBase_SGT& sgt, const Sample& data, CFPoint place) {
   const auto measure = [&](const char* key) { return data.number("detail", key); };
   const float half = measure("width") / 2;
   const float beam = measure("beam");
+  const float footing = measure("footing");
   const float storey = measure("storey");
   const float clear = storey - beam;
   const float x = place.x;
   const float y = place.y;
   const float out = half + 450;
   use_pen(sgt, "CONCRETE", "7");
-  for (const float level : {y, y + storey}) {
+  for (const auto& [level, depth] : {std::pair(y, footing), std::pair(y + storey, beam)})
     for (const float side : {-1.0F, 1.0F}) {
       sgt.Draw_Line(x + side * half, level, x + side * out, level);
-      sgt.Draw_Line(x + side * half, level - beam, x + side * out, level - beam);
-      sgt.Draw_Cut_Sym(x + side * out, level - beam, x + side * out, level);
+      sgt.Draw_Line(x + side * half, level - depth, x + side * out, level - depth);
+      sgt.Draw_Cut_Sym(x + side * out, level - depth, x + side * out, level);
     }
-  }
+  sgt.Draw_Line(x - half, y - footing, x + half, y - footing);
   for (const float side : {-half, half}) {
     sgt.Draw_Line(x + side, y, x + side, y + clear);
-    sgt.Draw_Line(x + side, y - beam, x + side, y - beam - 400);
     sgt.Draw_Line(x + side, y + storey, x + side, y + storey + 400);
   }
-  sgt.Draw_Cut_Sym(x - half, y - beam - 400, x + half, y - beam - 400);
   sgt.Draw_Cut_Sym(x - half, y + storey + 400, x + half, y + storey + 400);
   use_pen(sgt, "STEEL", "1");
-  for (const float side : {-half + 45, -half / 3, half / 3, half - 45})
-    sgt.Draw_XianGangJin(x + side, y - beam - 330, x + side, y + storey + 330);
+  const float low = y - footing + 90;
+  for (const float side : {-1.0F, 1.0F}) {
+    const float px[] = {x + side * (half + 330), x + side * (half - 45), x + side * (half - 45)};
+    const float py[] = {low, low, y + storey + 330};
+    sgt.Draw_XianGangJin(3, px, py);
+    sgt.Draw_XianGangJin(x + side * half / 3, low, x + side * half / 3, y + storey + 330);
+  }
   use_pen(sgt, "STEEL", "3");
   const float dense = measure("dense");
   const float bottom = measure("bottom");
@@ -104,10 +110,15 @@ void draw_zones(CBase_SGT& sgt, const Sample& data, CFPoint place) {
        at += at < y + bottom - 40 || at > y + clear - dense - 10 ? 100.0F : 200.0F)
     sgt.Draw_Line(x - half + 40, at, x + half - 40, at);
   use_pen(sgt, "DIM", "5");
-  const float levels[] = {y - beam, y, y + bottom, y + clear - dense, y + clear, y + storey};
+  const float levels[] = {y - footing, y, y + bottom, y + clear - dense, y + clear, y + storey};
   const float storeys[] = {y, y + storey};
   qv::DrawDimensionChain(sgt, qv::ChainSide::Left, levels, x - half - 1100, 6);
   qv::DrawDimensionChain(sgt, qv::ChainSide::Left, storeys, x - half - 1500, 4);
+  const float right = x + out + 150;
+  for (const auto& [at, key] : {std::pair(y, "foot"), std::pair(y + storey, "level")}) {
+    sgt.Draw_Line(right, at, right + 1000, at);
+    sgt.Draw_BiaoGao(right + 300, at, measure(key), 0);
+  }
   use_pen(sgt, "TEXT", "7");
   const auto zone = [&](float middle) {
     qv::DrawSheetText(sgt, x + half + 150, middle - sgt.m_fZiGao[1] / 2, sgt.m_fZiGao[1],
@@ -157,8 +168,8 @@ Sheet compose_columns(const Sample& project, const Sample& data) {
   const CFPoint detail = sheet.from_left(450, 232);
   draw_zones(sgt, data, detail);
   sgt.m_fTuMingText = sgt.m_fZiGao[2];
-  draw_title(sgt, detail.x, detail.y - 1700, data.text("words", "detail"), "1:50");
-  draw_notes(sgt, data, {sheet.from_left(372, 0).x, detail.y - 2300}, 175);
+  draw_title(sgt, detail.x, detail.y - 1350, data.text("words", "detail"), "1:50");
+  draw_notes(sgt, data, {sheet.from_left(372, 0).x, detail.y - 2000}, 175);
   return sheet;
 }
 

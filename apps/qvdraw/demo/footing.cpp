@@ -1,3 +1,7 @@
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
 #include "demo/demo.h"
 #include "qvtools/drawing/bar_list.h"
 #include "qvtools/drawing/dimension_chain.h"
@@ -8,6 +12,8 @@ namespace qvdraw {
 
 namespace {
 
+constexpr float kColumnCover = 25;
+
 struct Footing {
   const Sample& data;
   CFPoint middle;  // of the plan, on the sheet
@@ -17,6 +23,17 @@ struct Footing {
   float column = data.number("footing", "column");
   float lean = data.number("footing", "lean");
   static constexpr float kCover = 40;
+  static constexpr float kFirst = 75;  // from the edge to the first bar of the net
+  static constexpr float kAbove = 90;  // from the base to the bars that stand on the net
+  float starter_bend() const { return 15 * data.row("footing", "starter").number(3); }
+  /// Where the bars of the net stand along a side, no farther apart than their spacing.
+  std::vector<float> net(float side, const char* name) const {
+    const float room = side - 2 * kFirst;
+    const float gaps = std::ceil(std::max(room, 0.0F) / std::max(data.row("footing", name).number(3), 20.0F));
+    std::vector<float> at{kFirst};
+    for (float i = 1; i <= gaps; ++i) at.push_back(kFirst + room * i / gaps);
+    return at;
+  }
 
   struct Bar {
     int mark;
@@ -57,10 +74,11 @@ void draw_plan(CBase_SGT& sgt, const Footing& footing) {
   const float left = x - a / 2 + Footing::kCover;
   const float low = y - b / 2 + Footing::kCover;
   const float reach = 0.36F * a;
-  for (int i = 0; i < 5; ++i) {
-    const float off = 10 + 150 * static_cast<float>(i);
-    sgt.Draw_XianGangJin(left, low + off, left + reach, low + off);
-    sgt.Draw_XianGangJin(left + off, low, left + off, low + reach);
+  const std::vector<float> across = footing.net(b, "bars x");
+  const std::vector<float> along = footing.net(a, "bars y");
+  for (std::size_t i = 0; i < std::min({across.size(), along.size(), std::size_t{5}}); ++i) {
+    sgt.Draw_XianGangJin(left, y - b / 2 + across[i], left + reach, y - b / 2 + across[i]);
+    sgt.Draw_XianGangJin(x - a / 2 + along[i], low, x - a / 2 + along[i], low + reach);
   }
   use_pen(sgt, "CONCRETE", "7");
   sgt.Draw_Cut_Sym(left + reach, low - 20, left + reach, low + 700);
@@ -83,8 +101,8 @@ void draw_plan(CBase_SGT& sgt, const Footing& footing) {
                          x - a / 2 - 20 * s, 6);
   qv::DrawDimensionChain(sgt, qv::ChainSide::Left, edges(y, {b}), x - a / 2 - 28 * s, 4);
   qv::Leaders labels(qv::Leaders::Side::Right, x + a / 2 + 8 * s);
-  labels.Add(left + 0.8F * reach, low + 160, footing.bar("bars x").text, footing.bar("bars x").mark);
-  labels.Add(left + 460, low + 0.9F * reach, footing.bar("bars y").text, footing.bar("bars y").mark);
+  labels.Add(left + 0.8F * reach, y - b / 2 + across[1], footing.bar("bars x").text, footing.bar("bars x").mark);
+  labels.Add(x - a / 2 + along[3], low + 0.9F * reach, footing.bar("bars y").text, footing.bar("bars y").mark);
   labels.Draw(sgt);
   use_pen(sgt, "DIM", "7");
   sgt.Draw_PouXian(x - a / 2 - 12 * s, y - 150, x + a / 2 + 12 * s, y - 150, "A", 1, 1);
@@ -112,12 +130,13 @@ void draw_section(CBase_SGT& sgt, const Footing& footing, float x, float y) {
   use_pen(sgt, "STEEL", "1");
   const float low = y + Footing::kCover;
   sgt.Draw_XianGangJin(x - a + Footing::kCover, low, x + a - Footing::kCover, low);
-  for (float dot = x - a + 65; dot < x + a - 40; dot += 150) sgt.Draw_YuanDianGangJin(dot, low, 0, 2.2F);
+  const std::vector<float> net = footing.net(2 * a, "bars y");
+  for (const float dot : net) sgt.Draw_YuanDianGangJin(x - a + dot, low, 0, 2.2F);
   for (const float side : {-1.0F, 1.0F}) {
-    const float px[] = {x + side * (c - 45 + 150), x + side * (c - 45), x + side * (c - 45)};
-    const float py[] = {low + 50, low + 50, head - 40};
+    const float px[] = {x + side * (c - 45 + footing.starter_bend()), x + side * (c - 45), x + side * (c - 45)};
+    const float py[] = {y + Footing::kAbove, y + Footing::kAbove, head - 40};
     sgt.Draw_XianGangJin(3, px, py);
-    sgt.Draw_XianGangJin(x + side * 85, low + 50, x + side * 85, head - 40);
+    sgt.Draw_XianGangJin(x + side * 85, y + Footing::kAbove, x + side * 85, head - 40);
   }
   for (const float tie : {low + 120, second - 80}) sgt.Draw_XianGangJin(x - c + 35, tie, x + c - 35, tie);
   for (float tie = second + 50; tie < head - 60; tie += 100) sgt.Draw_XianGangJin(x - c + 35, tie, x + c - 35, tie);
@@ -129,8 +148,9 @@ void draw_section(CBase_SGT& sgt, const Footing& footing, float x, float y) {
     right.Add(px, py, footing.bar(name).text, footing.bar(name).mark);
   };
   add(x + c - 45, second + 170, "starter");
-  add(x + c - 60, second + 50, "ties");
-  add(x + a - 185, low + 30, "bars y");
+  right.Add(x + c - 60, second + 350, bar_text(footing.data.text("footing", "column ties")));
+  add(x + c - 60, second - 80, "ties");
+  add(x - a + net[net.size() - 2], low + 30, "bars y");
   add(x + a - 400, low, "bars x");
   right.Draw(sgt);
   qv::DrawDimensionChain(sgt, qv::ChainSide::Below, edges(x, {2 * (a + footing.lean), 2 * a, 2 * b, 2 * c}), y - 16 * s,
@@ -164,7 +184,7 @@ Sheet compose_footing(const Sample& project, const Sample& data) {
   draw_title(sgt, section.x, plan.y, data.text("words", "section title"), "1:20");
 
   use_pen(sgt, "TEXT", "7");
-  qv::SheetTable table = table_of(data, "schedule", {{18}, {18}, {34}, {34}, {16}, {16}, {30}, {30}, {28}});
+  qv::SheetTable table = table_of(data, "schedule", {{16}, {34}, {32}, {32}, {15}, {15}, {28}, {28}, {26}});
   table.SetTitle(data.text("words", "schedule"));
   const CFPoint left = sheet.from_left(14, 146);
   const float below = table.Draw(sgt, left.x, left.y).all().y1;
@@ -172,16 +192,27 @@ Sheet compose_footing(const Sample& project, const Sample& data) {
 
   using qv::BarShape;
   qv::BarList list;
-  const double side = footing.base[0] - 2 * Footing::kCover;
-  for (const char* name : {"bars x", "bars y"}) {
+  const struct {
+    const char* name;
+    float length;
+    float across;
+  } nets[] = {{"bars x", footing.base[0], footing.base[1]}, {"bars y", footing.base[1], footing.base[0]}};
+  for (const auto& [name, length, across] : nets) {
     const Sample::Row& row = data.row("footing", name);
-    const int count = static_cast<int>(side / row.number(3)) + 1;
-    list.Add({row.text(0), BarShape::Straight, 3, static_cast<int>(row.number(2)), count, side, 0, 0, 0});
+    list.Add({row.text(0), BarShape::Straight, 3, static_cast<int>(row.number(2)),
+              static_cast<int>(footing.net(across, name).size()), length - 2 * Footing::kCover, 0, 0, 0});
   }
-  list.Add({"3", BarShape::Bent, 3, 25, 12, 2200, 150, 0, 0});
-  list.Add({"4", BarShape::Stirrup, 1, 10, 8, 550, 550, 0, 0});
+  const Sample::Row& starter = data.row("footing", "starter");
+  const double stands = footing.heights[0] + footing.heights[1] - Footing::kAbove + starter.number(4);
+  for (const auto& [letter, more] : {std::pair("a", 0.0F), std::pair("b", starter.number(5))})
+    list.Add({starter.text(0) + letter, BarShape::Bent, 3, static_cast<int>(starter.number(3)),
+              static_cast<int>(starter.number(2)) / 2, stands + more, footing.starter_bend(), 0, 0});
+  const Sample::Row& ties = data.row("footing", "ties");
+  const double tie = footing.column - 2 * kColumnCover;
+  list.Add({ties.text(0), BarShape::Stirrup, 1, static_cast<int>(ties.number(3)), static_cast<int>(ties.number(2)), tie,
+            tie, 0, 0});
   use_pen(sgt, "TEXT", "7");
-  const CFPoint corner = sheet.from_left(401, 152);
+  const CFPoint corner = sheet.from_left(401, 158);
   list.Draw(sgt, corner.x, corner.y);
   return sheet;
 }

@@ -181,7 +181,7 @@ Sheet compose_plan(const Sample& project, const Sample& data) {
   const float below = draw_notes(sgt, data, sheet.from_right(166, 12), 158);
   const float s = sgt.m_fBiLiChi;
   const float left = sheet.from_right(166, 0).x;
-  qv::SheetTable beams = table_of(data, "beam schedule", {{28}, {23}, {23}, {20}, {38}, {22}});
+  qv::SheetTable beams = table_of(data, "beam schedule", {{22}, {22}, {19}, {25}, {17}, {35}, {18}}, {.textHeight = 3});
   beams.SetTitle(data.text("words", "beam schedule"));
   const float next = beams.Draw(sgt, left, below - 18 * s).all().y1;
   qv::SheetTable storeys = table_of(data, "storeys", {{30}, {44}, {44}, {36}});

@@ -69,9 +69,10 @@ float to_number(const std::string& text) {
 std::string bar_text(const std::string& text) {
   constexpr char kSigns[] = {'\x82', '\x83', '\x8B'};
   std::string signs = text;
-  for (std::size_t i = 0; i + 1 < signs.size(); ++i)
-    if (signs[i] >= 'A' && signs[i] <= 'C' && signs[i + 1] >= '0' && signs[i + 1] <= '9')
-      signs[i] = kSigns[signs[i] - 'A'];
+  for (std::size_t i = 0; i < signs.size(); ++i) {
+    const bool counts = i + 1 < signs.size() ? signs[i + 1] >= '0' && signs[i + 1] <= '9' : signs.size() == 1;
+    if (signs[i] >= 'A' && signs[i] <= 'C' && counts) signs[i] = kSigns[signs[i] - 'A'];
+  }
   return signs;
 }
 

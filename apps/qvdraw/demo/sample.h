@@ -8,7 +8,7 @@ namespace qvdraw {
 
 /// The data of a sample sheet, from a text file (UTF-8): sections "[name]" of lines "key = field, field ..." or "field,
 /// field ..."; "#" begins a comment. Fields come as GBK. In braces the letters A, B and C before a number are the signs
-/// of steel grades 1, 2 and 3: "{4C22}".
+/// of steel grades 1, 2 and 3: "{4C22}"; so is a letter alone: "{C}".
 class Sample {
  public:
   struct Row {

@@ -73,6 +73,7 @@ struct Places {
   float across = (narrow ? 0.85F : 0.72F) * width;  // of the top bars along y
   float bottomLabel = narrow ? 1000 : 0.5F * width;
   static constexpr float kOffAxis = 480;  // from the axis of a beam to the middle of a mark beside it
+  static constexpr float kOffHook = 560;  // where a hook stands between them
 };
 
 void draw_panels(CBase_SGT& sgt, const Storey& storey, const Sample& slab) {
@@ -126,7 +127,7 @@ void draw_panels(CBase_SGT& sgt, const Storey& storey, const Sample& slab) {
       const float upright = x[i] + at.upright;
       use_pen(sgt, "STEEL", "1");
       draw_bottom_bar(sgt, upright, low + kIntoBeam, upright, high - kIntoBeam, hook);
-      label(sgt, alongY, upright, low, upright, high, Places::kOffAxis, !at.low);
+      label(sgt, alongY, upright, low, upright, high, Places::kOffHook, !at.low);
       // Over the beam below this band, and at the upper edge of the storey or of the stair.
       const float across = x[i] + at.across;
       const bool hasBelow = b > 0 && !storey.is_stair(i, bands[b - 1].row);
@@ -145,6 +146,7 @@ void draw_section(CBase_SGT& sgt, const Storey& storey, const Sample& slab, CFPo
   constexpr float kScale = 25;
   constexpr float kSpan = 4200;
   constexpr float kStub = 900;
+  constexpr float kSpacing = 150;  // of the bars that are cut
   const float thick = storey.data.number("sizes", "slab");
   const struct {
     float middle;
@@ -178,25 +180,25 @@ void draw_section(CBase_SGT& sgt, const Storey& storey, const Sample& slab, CFPo
     for (int i = 0; i < 2; ++i) {
       const float x = static_cast<float>(i) * kSpan;
       draw_bottom_bar(sgt, x + 10, low, x + kSpan - 10, low, 30);
-      for (float dot = x + 250; dot < x + kSpan - 150; dot += 300) sgt.Draw_YuanDianGangJin(dot, low, 0, 1.9F);
+      for (float dot = x + 225; dot < x + kSpan - 150; dot += kSpacing) sgt.Draw_YuanDianGangJin(dot, low, 0, 1.9F);
     }
     draw_bottom_bar(sgt, 2 * kSpan + 10, low, to + 60, low, 30);
     draw_top_bar(sgt, -100, high, edge.reach, high, 75);
     draw_top_bar(sgt, kSpan - top.reach, high, kSpan + top.reach, high, 75);
     draw_top_bar(sgt, 2 * kSpan - top.reach, high, to + 60, high, 75);
     for (const float middle : {0.0F, kSpan, 2 * kSpan})
-      for (const float off : {-900.0F, -600.0F, -300.0F, 300.0F, 600.0F, 900.0F})
+      for (float off = -975; off < top.reach; off += kSpacing)
         if (middle + off > 0 && middle + off < to) sgt.Draw_YuanDianGangJin(middle + off, high, 0, -1.9F);
     use_pen(sgt, "DIM", "5");
     above.Add(500, high, edge.text, edge.mark);
     above.Add(kSpan - 250, high, top.text, top.mark);
-    above.Add(kSpan + 900, high - 12, spread.text, spread.mark);
+    above.Add(kSpan + 975, high - 12, spread.text, spread.mark);
     above.Add(2 * kSpan + 450, high, top.text, top.mark);
     above.Draw(sgt);
     below.Add(1400, low, bottom.text, bottom.mark);
-    below.Add(2650, low + 12, across.text, across.mark);
+    below.Add(2625, low + 12, across.text, across.mark);
     below.Add(kSpan + 1400, low, bottom.text, bottom.mark);
-    below.Add(kSpan + 2650, low + 12, across.text, across.mark);
+    below.Add(kSpan + 2625, low + 12, across.text, across.mark);
     below.Draw(sgt);
     const float reaches[] = {kSpan - top.reach, kSpan, kSpan + top.reach};
     qv::DrawDimensionChain(sgt, qv::ChainSide::Above, reaches, 260, 7);
@@ -239,12 +241,12 @@ void draw_edge(CBase_SGT& sgt, const Storey& storey, const Sample& slab, CFPoint
   const float bx[] = {-120, -120, edge.reach, edge.reach};
   const float by[] = {-250, -19, -19, -100};
   sgt.Draw_XianGangJin(4, bx, by);
-  for (const float dot : {250.0F, 500.0F, 750.0F, 1000.0F}) sgt.Draw_YuanDianGangJin(dot, -19, 0, -1.8F);
+  for (float dot = 200; dot < edge.reach - 50; dot += 150) sgt.Draw_YuanDianGangJin(dot, -19, 0, -1.8F);
   use_pen(sgt, "AXIS", "1", "DASHDOT");
   sgt.Draw_Line(0, 60, 0, -kDepth - 60);
   use_pen(sgt, "DIM", "5");
   qv::Leaders above(qv::Leaders::Side::Above, 120);
-  above.Add(200, -19, edge.text, edge.mark);
+  above.Add(275, -19, edge.text, edge.mark);
   above.Add(500, -29, spread.text, spread.mark);
   above.Draw(sgt);
   qv::Leaders below(qv::Leaders::Side::Below, -thick - 90);

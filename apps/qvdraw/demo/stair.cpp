@@ -39,6 +39,20 @@ void draw_plan(CBase_SGT& sgt, const Stair& stair, float x, float y) {
   use_pen(sgt, "CONCRETE", "7");
   sgt.Draw_Rect_LB(bay + stair.wall, stair.depth + stair.wall, x - stair.half, y - stair.half, 0);
   sgt.Draw_Rect_LB(bay - stair.wall, stair.depth - stair.wall, left, y + stair.half, 0);
+  // Columns at the corners, posts at the ends of the landing's beam.
+  const std::vector<float> corner = stair.data.numbers("columns", "corner");
+  const std::vector<float> post = stair.data.numbers("columns", "post");
+  const auto column = [&](float cx, float cy, const std::vector<float>& size) {
+    use_pen(sgt, "COLUMN", "8");
+    fill(sgt, cx - size.at(0) / 2, cy - size.at(1) / 2, cx + size.at(0) / 2, cy + size.at(1) / 2);
+    use_pen(sgt, "COLUMN", "7");
+    sgt.Draw_Rect_C(size.at(0), size.at(1), cx, cy, 0);
+  };
+  for (const float cx : {x, x + bay}) {
+    for (const float cy : {y, top}) column(cx, cy, corner);
+    column(cx, top - stair.near() + post.at(1) / 2, post);
+  }
+  use_pen(sgt, "CONCRETE", "7");
   const float well = right - left - 2 * flight;  // between the flights
   const float from = top - stair.far();
   const float to = top - stair.near();
@@ -66,7 +80,13 @@ void draw_plan(CBase_SGT& sgt, const Stair& stair, float x, float y) {
   qv::DrawSheetText(sgt, up + 250, from + 3 * stair.tread + 80, sgt.m_fZiGao[0], "TB1");
   qv::DrawSheetText(sgt, left + 300, from + 3 * stair.tread + 80, sgt.m_fZiGao[0], "TB2");
   qv::DrawSheetText(sgt, (left + right) / 2 + 500, top - 900, h, "PB1", qv::Across::Center);
-  qv::DrawSheetText(sgt, left + 250, to + width + 1.2F * s, sgt.m_fZiGao[0], "TL1");
+  qv::DrawSheetText(sgt, left + 400, to + width + 1.2F * s, sgt.m_fZiGao[0], "TL1");
+  qv::DrawSheetText(sgt, left + 250, top - 7 * s, sgt.m_fZiGao[0], "TL2");
+  for (const float cy : {y, top}) {
+    const float under = cy == y ? corner[1] / 2 + 1.5F * s : -corner[1] / 2 - 4 * s;
+    qv::DrawSheetText(sgt, right - 1.5F * s, cy + under, sgt.m_fZiGao[0], "KZ4", qv::Across::Right);
+  }
+  qv::DrawSheetText(sgt, right - 1.5F * s, to + post[1] + 1.2F * s, sgt.m_fZiGao[0], "TZ1", qv::Across::Right);
   qv::DrawSheetText(sgt, left + 250, from - width - 3.7F * s, sgt.m_fZiGao[0], "TL1");
   use_pen(sgt, "DIM", "5");
   sgt.Draw_BiaoGao((left + right) / 2 - 300, top - 1700, stair.size("middle"), 0);
@@ -91,7 +111,7 @@ void draw_plan(CBase_SGT& sgt, const Stair& stair, float x, float y) {
   qv::DrawDimensionChain(sgt, qv::ChainSide::Left, lengths, x - 10 * s, 6);
   qv::DrawDimensionChain(sgt, qv::ChainSide::Left, axesY, x - 20 * s, 4);
   use_pen(sgt, "DIM", "7");
-  sgt.Draw_PouXian(up + 500, y - 5 * s, up + 500, top + 8 * s, "A", 0, 0);
+  sgt.Draw_PouXian(up + 200, y - 5 * s, up + 200, top + 8 * s, "A", 0, 0);
 }
 
 /// A flight from (x, y), the top of the slab before its first riser, climbing by `step` (positive to the right): the
@@ -108,6 +128,18 @@ void draw_flight(CBase_SGT& sgt, const Stair& stair, float x, float y, float ste
   sgt.Draw_Line(x, y - under, x + static_cast<float>(stair.steps) * step, y + rise - under);
 }
 
+/// The concrete of a flight that is cut.
+void fill_flight(CBase_SGT& sgt, const Stair& stair, float x, float y, float step) {
+  use_pen(sgt, "CONCRETE", "8");
+  const float under = stair.slab * get_dist(0.0F, 0.0F, stair.tread, stair.riser) / stair.tread;
+  for (int i = 0; i < stair.steps; ++i) {
+    const float px = x + static_cast<float>(i) * step;
+    const float py = y + static_cast<float>(i) * stair.riser;
+    sgt.Draw_Solid(px, py - under, px + step, py + stair.riser - under, px, py + stair.riser, px + step,
+                   py + stair.riser);
+  }
+}
+
 /// The section; (x, y) is the axis at the landing, at the level 0.
 void draw_section(CBase_SGT& sgt, const Stair& stair, float x, float y) {
   const float s = sgt.m_fBiLiChi;
@@ -119,6 +151,7 @@ void draw_section(CBase_SGT& sgt, const Stair& stair, float x, float y) {
   const float near = x + stair.near();
   const float far = x + stair.far();
   const float end = x + stair.depth;
+  fill_flight(sgt, stair, far, low, -stair.tread);
   use_pen(sgt, "CONCRETE", "7");
   draw_flight(sgt, stair, far, low, -stair.tread);
   draw_flight(sgt, stair, near, middle, stair.tread);
@@ -154,9 +187,14 @@ void draw_section(CBase_SGT& sgt, const Stair& stair, float x, float y) {
     sgt.Draw_Cut_Sym(wall - stair.half, low - 500, wall + stair.half, low - 500);
     sgt.Draw_Cut_Sym(wall - stair.half, high + 700, wall + stair.half, high + 700);
   }
+  // The post behind, down to its beam.
+  for (const float side : {near - beam[0], near}) sgt.Draw_Line(side, middle - beam[1], side, low - 500);
+  sgt.Draw_Cut_Sym(near - beam[0], low - 500, near, low - 500);
   use_pen(sgt, "TEXT", "7");
   const float h = sgt.m_fZiGao[0];
-  qv::DrawSheetText(sgt, near - beam[0] / 2, middle - beam[1] - 4 * s, h, "TL1", qv::Across::Center);
+  qv::DrawSheetText(sgt, near - beam[0] - 1.5F * s, low + 700, h, "TZ1", qv::Across::Right);
+  qv::DrawSheetText(sgt, x + stair.half + 1.5F * s, middle - beam[1] - 4 * s, h, "TL2");
+  qv::DrawSheetText(sgt, near - beam[0] - 1.5F * s, middle - beam[1] - 1 * s, h, "TL1", qv::Across::Right);
   qv::DrawSheetText(sgt, far + beam[0] / 2, high - beam[1] - 4 * s, h, "TL1", qv::Across::Center);
   qv::DrawSheetText(sgt, far + beam[0] / 2, low - beam[1] - 4 * s, h, "TL1", qv::Across::Center);
   qv::DrawSheetText(sgt, x + 1000, middle - stair.slab - 4 * s, h, "PB1", qv::Across::Center);
@@ -218,10 +256,10 @@ void draw_slab(CBase_SGT& sgt, const Stair& stair, float x, float y) {
   const CFPoint last = at(end + 120, cover);
   sgt.Draw_XianGangJin(first.x, first.y, last.x, last.y);
   const float high = stair.slab - cover;
-  const float quarter = 900;
-  const CFPoint foot[] = {at(-150, high - 250), at(-150, high), at(quarter, high), at(quarter, high - 75)};
+  const float quarter = stair.data.row("bars", "top").number(2);
+  const CFPoint foot[] = {at(-150, high - 200), at(-150, high), at(quarter, high), at(quarter, high - 75)};
   const CFPoint head[] = {at(end - quarter, high - 75), at(end - quarter, high), at(end + 150, high),
-                          at(end + 150, high - 250)};
+                          at(end + 150, high - 200)};
   for (const auto& points : {foot, head}) {
     float px[4], py[4];
     for (int i = 0; i < 4; ++i) px[i] = points[i].x, py[i] = points[i].y;
@@ -249,6 +287,8 @@ void draw_slab(CBase_SGT& sgt, const Stair& stair, float x, float y) {
   qv::Leaders below(qv::Leaders::Side::Below, -520);
   add(below, at(1300, cover), "bottom");
   add(below, at(1950, cover + 17), "spread");
+  const CFPoint underside = at(2550, 0);
+  below.Add(underside.x, underside.y, "h=" + stair.data.text("sizes", "slab"));
   below.Draw(sgt);
   qv::Leaders above(qv::Leaders::Side::Above, topLevel + 330);
   add(above, at(500, high), "top");
@@ -258,8 +298,10 @@ void draw_slab(CBase_SGT& sgt, const Stair& stair, float x, float y) {
   add(right, {end + beam[0] - 45, topLevel - 45}, "beam");
   add(right, {end + beam[0] - 45, topLevel - beam[1] + 45}, "lower");
   right.Draw(sgt);
-  const float lengths[] = {-beam[0], 0, end, end + beam[0]};
+  const float lengths[] = {-beam[0], 0, quarter, end - quarter, end, end + beam[0]};
+  const float span[] = {0, end};
   qv::DrawDimensionChain(sgt, qv::ChainSide::Below, lengths, -780, 5);
+  qv::DrawDimensionChain(sgt, qv::ChainSide::Below, span, -980, 4);
   const float rises[] = {0, topLevel};
   qv::DrawDimensionChain(sgt, qv::ChainSide::Left, rises, -850, 5);
 }
@@ -302,8 +344,8 @@ Sheet compose_stair(const Sample& project, const Sample& data) {
   const CFPoint below = sheet.from_left(290, 18);
   draw_title(sgt, below.x, below.y, data.text("words", "slab title"), "1:25");
   use_pen(sgt, "TEXT", "7");
-  const CFPoint corner = sheet.from_right(122, 24);
-  qv::SheetTable table = table_of(data, "schedule", {{17}, {22}, {24}, {24}, {28}}, {.textHeight = 3});
+  const CFPoint corner = sheet.from_right(124, 24);
+  qv::SheetTable table = table_of(data, "schedule", {{15}, {22}, {30}, {24}, {28}}, {.textHeight = 3});
   table.SetTitle(data.text("words", "schedule"));
   table.Draw(sgt, corner.x, corner.y);
   draw_beam(sgt, stair, sheet.from_right(86, 178));

@@ -11,11 +11,27 @@ bool Storey::is_stair(std::size_t i, std::size_t j) const {
          static_cast<float>(j) == data.number("sizes", "stair row");
 }
 
-const std::string& Storey::column_at(std::size_t i, std::size_t j) const {
+namespace {
+
+/// Which of the kinds of columns stands where axes i and j cross.
+std::size_t kind_of_column(const Storey& storey, std::size_t i, std::size_t j) {
+  const auto& grid = storey.grid;
+  const auto is_stair = [&](std::size_t bay, std::size_t row) { return storey.is_stair(bay, row); };
   const bool atSide = i == 0 || i + 1 == grid.x().size();
   const bool atEnd = j == 0 || j + 1 == grid.y().size();
   const bool atStair = is_stair(i, j) || is_stair(i - 1, j) || is_stair(i, j - 1) || is_stair(i - 1, j - 1);
-  return data.row("columns", "marks").text(atStair ? 3 : atSide && atEnd ? 0 : atSide || atEnd ? 1 : 2);
+  return atStair ? 3 : atSide && atEnd ? 0 : atSide || atEnd ? 1 : 2;
+}
+
+}  // namespace
+
+const std::string& Storey::column_at(std::size_t i, std::size_t j) const {
+  return data.row("columns", "marks").text(kind_of_column(*this, i, j));
+}
+
+CFPoint Storey::column_size(std::size_t i, std::size_t j) const {
+  const std::size_t kind = kind_of_column(*this, i, j);
+  return {data.row("columns", "widths").number(kind), data.row("columns", "depths").number(kind)};
 }
 
 float Storey::middle_of_row(const std::string& row) const {
@@ -26,14 +42,15 @@ float Storey::middle_of_row(const std::string& row) const {
 namespace {
 
 void draw_columns(CBase_SGT& sgt, const Storey& storey) {
-  const float size = storey.data.number("sizes", "column");
-  const float h = size / 2;
-  for (const float x : storey.grid.x())
-    for (const float y : storey.grid.y()) {
+  for (std::size_t i = 0; i < storey.grid.x().size(); ++i)
+    for (std::size_t j = 0; j < storey.grid.y().size(); ++j) {
+      const float x = storey.grid.x()[i];
+      const float y = storey.grid.y()[j];
+      const auto [b, h] = storey.column_size(i, j);
       use_pen(sgt, "COLUMN", "8");
-      fill(sgt, x - h, y - h, x + h, y + h);
+      fill(sgt, x - b / 2, y - h / 2, x + b / 2, y + h / 2);
       use_pen(sgt, "COLUMN", "7");
-      sgt.Draw_Rect_C(size, size, x, y, 0);
+      sgt.Draw_Rect_C(b, h, x, y, 0);
     }
 }
 
@@ -52,19 +69,18 @@ void draw_beam(CBase_SGT& sgt, float x1, float y1, float x2, float y2, float wid
 void draw_beams(CBase_SGT& sgt, const Storey& storey) {
   const auto& x = storey.grid.x();
   const auto& y = storey.grid.y();
-  const float c = storey.data.number("sizes", "column") / 2;
   const auto width = [&](const std::string& axis) { return storey.data.row("axis beams", axis).number(1); };
   const auto is_open = [&](std::size_t i, std::size_t j) {  // also beyond the storey
     return i >= x.size() - 1 || j >= y.size() - 1 || storey.is_stair(i, j);
   };
   for (std::size_t j = 0; j < y.size(); ++j)
     for (std::size_t i = 0; i + 1 < x.size(); ++i)
-      draw_beam(sgt, x[i] + c, y[j], x[i + 1] - c, y[j], width(storey.grid.yNames[j]), is_open(i, j),
-                is_open(i, j - 1));
+      draw_beam(sgt, x[i] + storey.column_size(i, j).x / 2, y[j], x[i + 1] - storey.column_size(i + 1, j).x / 2, y[j],
+                width(storey.grid.yNames[j]), is_open(i, j), is_open(i, j - 1));
   for (std::size_t i = 0; i < x.size(); ++i)
     for (std::size_t j = 0; j + 1 < y.size(); ++j)
-      draw_beam(sgt, x[i], y[j] + c, x[i], y[j + 1] - c, width(storey.grid.xNames[i]), is_open(i - 1, j),
-                is_open(i, j));
+      draw_beam(sgt, x[i], y[j] + storey.column_size(i, j).y / 2, x[i], y[j + 1] - storey.column_size(i, j + 1).y / 2,
+                width(storey.grid.xNames[i]), is_open(i - 1, j), is_open(i, j));
   for (const Sample::Row& row : storey.data.rows("secondary beams")) {
     const float level = storey.middle_of_row(row.key);
     const auto j = static_cast<std::size_t>(qv::parse_int(row.key));

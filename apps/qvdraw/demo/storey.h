@@ -17,6 +17,8 @@ struct Storey {
   bool is_stair(std::size_t i, std::size_t j) const;
   /// The mark of the column where axes i and j cross.
   const std::string& column_at(std::size_t i, std::size_t j) const;
+  /// Its width and depth.
+  CFPoint column_size(std::size_t i, std::size_t j) const;
   /// The middle of a row of panels, where its secondary beam runs.
   float middle_of_row(const std::string& row) const;
 };
