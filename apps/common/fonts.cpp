@@ -109,6 +109,13 @@ std::string listed(const std::vector<std::string>& names) {
   return all;
 }
 
+std::string replacement(const std::vector<std::string>& replaced, const FontFiles& by) {
+  std::vector<std::string> names;
+  for (const std::string& file : {by.text, by.big})
+    if (!file.empty()) names.push_back(plain_name(file));
+  return listed(replaced) + (names.empty() ? "" : " -> " + listed(names));
+}
+
 FontFiles load_fonts(const char* program, const std::string& programDirectory, const std::string& named) {
   FontFiles files;
   const std::vector<std::string> folders = font_folders(programDirectory);

@@ -38,4 +38,7 @@ FontFiles fonts_for(DXF& document, const FontFiles& usual, std::vector<std::stri
 /// Names as a text: "a, b, c".
 std::string listed(const std::vector<std::string>& names);
 
+/// What is drawn in which fonts instead, by their names: "simplex.shx -> txt.shx, hztxt.shx".
+std::string replacement(const std::vector<std::string>& replaced, const FontFiles& by);
+
 }  // namespace qvapps

@@ -33,7 +33,7 @@ bool suit_fonts(const std::string& path, DXF& dxf) {
   g_lettering.byDrawing = false;  // what is drawn together has one pair of fonts
   if (!replaced.empty())
     std::fprintf(stderr, "qvdraw: %s: its texts are drawn in other fonts than %s\n", path.c_str(),
-                 qvapps::listed(replaced).c_str());
+                 qvapps::replacement(replaced, g_lettering.fonts).c_str());
   return others;
 }
 

@@ -245,7 +245,7 @@ void Viewer::Open(const std::wstring& path) {
   report_ = wide_of_utf8(report.summary().c_str());
   if (!replaced.empty())
     report_ += (report_.empty() ? L"" : L"; ") +
-               filled(words(Text::FontsReplaced), wide_of_utf8(qvapps::listed(replaced).c_str()));
+               filled(words(Text::FontsReplaced), wide_of_utf8(qvapps::replacement(replaced, loadedFonts_).c_str()));
   show_title();
 }
 

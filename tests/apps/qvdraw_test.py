@@ -160,7 +160,7 @@ class Demo(unittest.TestCase):
                 file.write(words.replace(" ", "\n"))
             said = [run("render", path("texts.dxf"), "-o", path(name), QVTOOLS_FONTS=folder).stderr
                     for name, folder in (("a.png", fonts), ("b.png", ""))]
-            self.assertEqual(said, ["", f"qvdraw: {path('texts.dxf')}: its texts are drawn in other fonts than mine.shx\n"])
+            self.assertEqual(said, ["", f"qvdraw: {path('texts.dxf')}: its texts are drawn in other fonts than mine.shx -> txt.shx, hztxt.shx\n"])
             with open(path("a.png"), "rb") as a, open(path("b.png"), "rb") as b:
                 self.assertEqual(a.read(), b.read())
             self.assertIn("it is no shape file", run("fonts", path("texts.dxf")).stderr)

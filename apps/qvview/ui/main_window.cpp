@@ -271,7 +271,8 @@ void MainWindow::take_report(Tab& tab, const qv::ImportReport& report, const Cho
   tab.report = QString::fromStdString(report.text());
   tab.fonts = fonts.files;
   if (fonts.replaced.empty()) return;
-  const QString told = words_(Text::FontsReplaced, QString::fromStdString(qvapps::listed(fonts.replaced)));
+  const QString told =
+      words_(Text::FontsReplaced, QString::fromStdString(qvapps::replacement(fonts.replaced, fonts.files)));
   tab.summary += (tab.summary.isEmpty() ? QString() : QStringLiteral("; ")) + told;
   tab.report += told + QLatin1Char('\n');
 }
