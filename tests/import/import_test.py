@@ -132,7 +132,7 @@ class Import(unittest.TestCase):
         doc.header["$INSUNITS"] = 6
         doc.modelspace().add_line((0, 0), (1.5, 0))
         doc.modelspace().add_mtext("梁 %%c8", dxfattribs={"char_height": 0.0035})
-        doc.modelspace().add_text("Φ8 %%130 ±0.000", dxfattribs={"height": 0.003})
+        doc.modelspace().add_text("Φ8 %%130 ±0.000 m%%140", dxfattribs={"height": 0.003})
         doc.modelspace().add_text("±" * 40, dxfattribs={"height": 0.002})
         path = os.path.join(self.folder.name, "metres.dxf")
         doc.saveas(path)
@@ -144,7 +144,7 @@ class Import(unittest.TestCase):
         self.assertIn("keep the fonts' own signs, since their codes would not fit: 1", said)
         texts = {t.dxf.text: t.dxf.height for t in made.modelspace().query("TEXT")}
         self.assertEqual([len(text) for text, height in texts.items() if height == 2], [40])
-        self.assertEqual({text: height for text, height in texts.items() if height != 2}, {"梁 %%c8": 3.5, "Φ8 %%130 %%p0.000": 3})
+        self.assertEqual({text: height for text, height in texts.items() if height != 2}, {"梁 %%c8": 3.5, "Φ8 %%130 %%p0.000 m\\U+00B2": 3})
         told = subprocess.run([QVDRAW, "info", path, "--json"], capture_output=True, text=True, timeout=60)
         file = json.loads(told.stdout)["file"]
         self.assertEqual((file["encoding"], file["unit"], file["complete"]), ("UTF-8", 6, True))

@@ -25,11 +25,13 @@ bool is_letter(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
 }
 
-/// Whether a blank holds a number and its unit together, or the name of a standard and its number.
+/// Whether a blank holds a number and its unit together ("17.40 m"), or a standard and its number ("GB/T 50001").
 bool holds_together(std::string_view before, std::string_view after) {
-  const std::size_t last = before.find_last_not_of(' ');
-  if (last == before.npos) return false;
-  return (is_digit(before[last]) && is_letter(after[0])) || (is_letter(before[last]) && is_digit(after[0]));
+  before = before.substr(0, before.find_last_not_of(' ') + 1);
+  if (before.empty()) return false;
+  const std::string_view word = before.substr(before.find_last_of(' ') + 1);
+  const bool isName = std::ranges::all_of(word, [](char c) { return (c >= 'A' && c <= 'Z') || c == '/'; });
+  return (is_digit(before.back()) && is_letter(after[0])) || (isName && is_digit(after[0]));
 }
 
 /// The pieces between which a line may be broken: a Chinese character, or a word with the blanks behind it, each with
