@@ -183,7 +183,7 @@ int main(int argc, char** argv) {
   float x = 3400;
   for (const Beam& beam : beams) draw_section(*sgt, beam, std::exchange(x, x + 5000), 8000);
   const std::vector<std::string> notes = {qv::to_gbk("混凝土 C30; 纵筋 HRB400, 箍筋 HPB300; 断面比例 1:10。"),
-                                          qv::to_gbk("面积单位 mm2; 钢筋面积按 GB/T 1499.2。")};
+                                          qv::to_gbk("面积单位 mm²; 钢筋面积按 GB/T 1499.2。")};
   qv::NoteBlock(qv::to_gbk("说明:"), notes).Draw(*sgt, 18000, 19000, 200);
 
   if (!sgt->Write_MemDxf_To_File("beams.dxf")) return fail("beams.dxf", "cannot be written");

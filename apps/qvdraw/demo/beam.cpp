@@ -311,7 +311,7 @@ Sheet compose_beam(const Sample& project, const Sample& data) {
   use_pen(sgt, "TEXT", "7");
   const CFPoint corner = sheet.from_right(150, 22);
   const float below = list.Draw(sgt, corner.x, corner.y).y1;
-  draw_notes(sgt, data, {corner.x, below - 10 * sgt.m_fBiLiChi}, 140);
+  draw_notes(sgt, data, {corner.x, below - 10 * sgt.m_fBiLiChi}, 110);
   return sheet;
 }
 

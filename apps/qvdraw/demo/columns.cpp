@@ -169,7 +169,7 @@ Sheet compose_columns(const Sample& project, const Sample& data) {
   draw_zones(sgt, data, detail);
   sgt.m_fTuMingText = sgt.m_fZiGao[2];
   draw_title(sgt, detail.x, detail.y - 1350, data.text("words", "detail"), "1:50");
-  draw_notes(sgt, data, {sheet.from_left(372, 0).x, detail.y - 2000}, 175);
+  draw_notes(sgt, data, {sheet.from_left(372, 0).x, detail.y - 2000}, 137);
   return sheet;
 }
 

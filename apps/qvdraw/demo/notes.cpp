@@ -65,8 +65,8 @@ Sheet compose_notes(const Sample& project, const Sample& data) {
   CBase_SGT& sgt = *sheet.sgt;
   const CFPoint title = sheet.from_left(185, 374);
   draw_title(sgt, title.x, title.y, data.text("words", "title"), "");
-  draw_column(sgt, data, "notes 1", sheet.from_left(12, 360), 168);
-  draw_column(sgt, data, "notes 2", sheet.from_left(196, 360), 168);
+  draw_column(sgt, data, "notes 1", sheet.from_left(12, 360), 134);
+  draw_column(sgt, data, "notes 2", sheet.from_left(196, 360), 134);
   use_pen(sgt, "TEXT", "7");
   const CFPoint corner = sheet.from_left(380, 378);
   const auto table = [&](const char* name, float y, std::vector<qv::SheetTable::Column> columns) {

@@ -178,7 +178,7 @@ Sheet compose_plan(const Sample& project, const Sample& data) {
   const CFPoint under = sheet.from_left(310, 20);
   draw_title(sgt, under.x, under.y, data.text("words", "section title"), "1:50");
 
-  const float below = draw_notes(sgt, data, sheet.from_right(166, 12), 158);
+  const float below = draw_notes(sgt, data, sheet.from_right(166, 12), 122);
   const float s = sgt.m_fBiLiChi;
   const float left = sheet.from_right(166, 0).x;
   qv::SheetTable beams = table_of(data, "beam schedule", {{22}, {22}, {19}, {25}, {17}, {35}, {18}}, {.textHeight = 3});

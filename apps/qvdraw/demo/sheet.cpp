@@ -1,5 +1,6 @@
 #include "demo/sheet.h"
 
+#include <algorithm>
 #include <stdexcept>
 #include <utility>
 
@@ -93,8 +94,10 @@ void draw_title(CBase_SGT& sgt, float x, float y, const std::string& title, cons
   const float half = qv::SheetTextWidth(title.c_str(), height) / 2 + s;
   qv::DrawSheetText(sgt, x, y + s, height, title.c_str(), qv::Across::Center);
   sgt.Draw_Pline(x - half, y, x + half, y, sgt.m_fTuMingWidth, sgt.m_fTuMingWidth);
-  // Other programs' fonts are wider than what is measured.
-  qv::DrawSheetText(sgt, x + 1.25F * half + 2 * s, y + s, 0.7F * height, scale.c_str());
+  // Other programs' Chinese characters are wider than what is measured.
+  const auto chinese = std::ranges::count_if(title, [](char c) { return static_cast<unsigned char>(c) > 0xA0; }) / 2;
+  const float wider = 0.3F * height * static_cast<float>(chinese);
+  qv::DrawSheetText(sgt, x + half + 3 * s + wider, y + s, 0.7F * height, scale.c_str());
 }
 
 float draw_notes(CBase_SGT& sgt, const Sample& sample, CFPoint place, double width) {

@@ -305,7 +305,7 @@ Sheet compose_slab(const Sample& project, const Sample& slab, const Sample& data
   const CFPoint under = sheet.from_left(310, 18);
   draw_title(sgt, under.x, under.y, slab.text("words", "section title"), "1:25");
 
-  const float below = draw_notes(sgt, slab, sheet.from_right(166, 12), 158);
+  const float below = draw_notes(sgt, slab, sheet.from_right(166, 12), 122);
   qv::SheetTable bars = table_of(slab, "schedule", {{20}, {34}, {46, qv::Across::Left}, {46}});
   bars.SetTitle(slab.text("words", "schedule"));
   const float next = bars.Draw(sgt, sheet.from_right(166, 0).x, below - 20 * s).all().y1;

@@ -349,7 +349,7 @@ Sheet compose_stair(const Sample& project, const Sample& data) {
   table.SetTitle(data.text("words", "schedule"));
   table.Draw(sgt, corner.x, corner.y);
   draw_beam(sgt, stair, sheet.from_right(86, 178));
-  draw_notes(sgt, data, sheet.from_left(14, 122), 150);
+  draw_notes(sgt, data, sheet.from_left(14, 122), 142);
   return sheet;
 }
 
