@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 
 #include "demo/demo.h"
@@ -175,7 +176,7 @@ qv::BarList draw_bars_apart(CBase_SGT& sgt, const Beam& beam, float y) {
   for (std::size_t i = 0; i + 1 < beam.axes.size(); ++i) {
     stirrups += beam.stirrups(i).size();
     const double clear = beam.axes[i + 1] - beam.axes[i] - 2 * beam.half - 100;
-    ties += beam.side.count / 2 * (static_cast<int>(clear / beam.data.number("sizes", "ties")) + 1);
+    ties += beam.side.count / 2 * (static_cast<int>(clear / std::max(beam.data.number("sizes", "ties"), 20.0F)) + 1);
   }
   using qv::BarShape;
   qv::BarList list;

@@ -171,7 +171,7 @@ void draw_results(CBase_SGT& sgt, const Sample& data, const Cases& cases, const 
     double area = 0;
     for (std::size_t i = 1; i + 1 < bars.fields.size(); i += 2)
       area += qv::BarArea(static_cast<int>(bars.number(i + 1)), static_cast<int>(bars.number(i)));
-    result((bar_text(bars.text(0)) + ":  As = %.0f mm\\U+00B2").c_str(), static_cast<float>(area));
+    line(bar_text(bars.text(0)) + ":  As = " + std::to_string(std::lround(area)) + " mm\\U+00B2");
   }
 }
 

@@ -29,7 +29,7 @@ struct Footing {
   /// Where the bars of the net stand along a side, no farther apart than their spacing.
   std::vector<float> net(float side, const char* name) const {
     const float room = side - 2 * kFirst;
-    const float gaps = std::ceil(std::max(room, 0.0F) / std::max(data.row("footing", name).number(3), 20.0F));
+    const float gaps = std::max(1.0F, std::ceil(room / std::max(data.row("footing", name).number(3), 20.0F)));
     std::vector<float> at{kFirst};
     for (float i = 1; i <= gaps; ++i) at.push_back(kFirst + room * i / gaps);
     return at;
@@ -101,8 +101,9 @@ void draw_plan(CBase_SGT& sgt, const Footing& footing) {
                          x - a / 2 - 20 * s, 6);
   qv::DrawDimensionChain(sgt, qv::ChainSide::Left, edges(y, {b}), x - a / 2 - 28 * s, 4);
   qv::Leaders labels(qv::Leaders::Side::Right, x + a / 2 + 8 * s);
-  labels.Add(left + 0.8F * reach, y - b / 2 + across[1], footing.bar("bars x").text, footing.bar("bars x").mark);
-  labels.Add(x - a / 2 + along[3], low + 0.9F * reach, footing.bar("bars y").text, footing.bar("bars y").mark);
+  labels.Add(left + 0.8F * reach, y - b / 2 + across.at(1), footing.bar("bars x").text, footing.bar("bars x").mark);
+  labels.Add(x - a / 2 + along.at(std::min(along.size() - 1, std::size_t{3})), low + 0.9F * reach,
+             footing.bar("bars y").text, footing.bar("bars y").mark);
   labels.Draw(sgt);
   use_pen(sgt, "DIM", "7");
   sgt.Draw_PouXian(x - a / 2 - 12 * s, y - 150, x + a / 2 + 12 * s, y - 150, "A", 1, 1);

@@ -83,10 +83,10 @@ void draw_plan(CBase_SGT& sgt, const Stair& stair, float x, float y) {
   qv::DrawSheetText(sgt, left + 400, to + width + 1.2F * s, sgt.m_fZiGao[0], "TL1");
   qv::DrawSheetText(sgt, left + 250, top - 7 * s, sgt.m_fZiGao[0], "TL2");
   for (const float cy : {y, top}) {
-    const float under = cy == y ? corner[1] / 2 + 1.5F * s : -corner[1] / 2 - 4 * s;
+    const float under = cy == y ? corner.at(1) / 2 + 1.5F * s : -corner.at(1) / 2 - 4 * s;
     qv::DrawSheetText(sgt, right - 1.5F * s, cy + under, sgt.m_fZiGao[0], "KZ4", qv::Across::Right);
   }
-  qv::DrawSheetText(sgt, right - 1.5F * s, to + post[1] + 1.2F * s, sgt.m_fZiGao[0], "TZ1", qv::Across::Right);
+  qv::DrawSheetText(sgt, right - 1.5F * s, to + post.at(1) + 1.2F * s, sgt.m_fZiGao[0], "TZ1", qv::Across::Right);
   qv::DrawSheetText(sgt, left + 250, from - width - 3.7F * s, sgt.m_fZiGao[0], "TL1");
   use_pen(sgt, "DIM", "5");
   sgt.Draw_BiaoGao((left + right) / 2 - 300, top - 1700, stair.size("middle"), 0);
