@@ -248,7 +248,8 @@ class Samples(unittest.TestCase):
     def test_changed_data_changes_the_sheets_and_bad_data_is_told(self):
         samples = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../../apps/qvdraw/samples")
         for old, new, told in ((b"office = ", b"office = XYZ", ""), (b"bay = 3600", b"bay = wide", '"wide" is no number'),
-                               (b"spans = 7800", b"spans = 900000*7800", "too many numbers"), (b"[bars]", b"[rods]", "no section [bars]")):
+                               (b"spans = 7800", b"spans = 900000*7800", "too many numbers"), (b"heights = ", b"heights = 0*", "too few numbers"),
+                               (b"stair bay = ", b"stair bay = 9", "there is no axis"), (b"[bars]", b"[rods]", "no section [bars]")):
             with tempfile.TemporaryDirectory() as folder:
                 for name in os.listdir(samples):
                     with open(os.path.join(samples, name), "rb") as source, open(os.path.join(folder, name), "wb") as copy:

@@ -42,7 +42,7 @@ struct Beam {
 
   Beam(const Sample& sample, CFPoint place) : data(sample), top(place.y) {
     axes.push_back(place.x);
-    for (const float span : sample.numbers("sizes", "spans")) axes.push_back(axes.back() + span);
+    for (const float span : sample.numbers("sizes", "spans", 1)) axes.push_back(axes.back() + span);
   }
   float bottom() const { return top - depth; }
   float left() const { return axes.front() - half + kInset; }  // ends of the long bars
@@ -122,8 +122,8 @@ void draw_bars(CBase_SGT& sgt, const Beam& beam) {
 }
 
 float place_of_section(const Beam& beam, const Sample::Row& row) {
-  const auto span = static_cast<std::size_t>(row.number(1));
-  return beam.axes.at(span - 1) + row.number(2) * (beam.axes.at(span) - beam.axes.at(span - 1));
+  const float span = row.number(1);
+  return axis(beam.axes, span - 1) + row.number(2) * (axis(beam.axes, span) - axis(beam.axes, span - 1));
 }
 
 void draw_marks(CBase_SGT& sgt, const Beam& beam) {

@@ -17,9 +17,9 @@ constexpr float kColumnCover = 25;
 struct Footing {
   const Sample& data;
   CFPoint middle;  // of the plan, on the sheet
-  std::vector<float> base = data.numbers("footing", "base");
-  std::vector<float> step = data.numbers("footing", "step");
-  std::vector<float> heights = data.numbers("footing", "heights");
+  std::vector<float> base = data.numbers("footing", "base", 2);
+  std::vector<float> step = data.numbers("footing", "step", 2);
+  std::vector<float> heights = data.numbers("footing", "heights", 2);
   float column = data.number("footing", "column");
   float lean = data.number("footing", "lean");
   static constexpr float kCover = 40;

@@ -66,6 +66,12 @@ float to_number(const std::string& text) {
 
 }  // namespace
 
+float axis(const std::vector<float>& axes, float number) {
+  const bool there = number >= 0 && number < static_cast<float>(axes.size());
+  if (!there) throw std::runtime_error("there is no axis " + std::to_string(std::lround(number) + 1));
+  return axes[static_cast<std::size_t>(number)];
+}
+
 std::string bar_text(const std::string& text) {
   constexpr char kSigns[] = {'\x82', '\x83', '\x8B'};
   std::string signs = text;
@@ -120,7 +126,7 @@ const Sample::Row& Sample::row(const std::string& section, const std::string& ke
   throw std::runtime_error(path_ + ": [" + section + "] has no \"" + key + "\"");
 }
 
-std::vector<float> Sample::numbers(const std::string& section, const std::string& key) const {
+std::vector<float> Sample::numbers(const std::string& section, const std::string& key, std::size_t least) const {
   constexpr std::size_t kMost = 100;
   std::vector<float> numbers;
   for (const std::string& text : row(section, key).fields) {
@@ -131,6 +137,7 @@ std::vector<float> Sample::numbers(const std::string& section, const std::string
     for (std::size_t i = 0; i < count; ++i)
       numbers.push_back(to_number(times == text.npos ? text : text.substr(times + 1)));
   }
+  if (numbers.size() < least) throw std::runtime_error("\"" + key + "\" has too few numbers");
   return numbers;
 }
 

@@ -27,8 +27,8 @@ class Sample {
   const Row& row(const std::string& section, const std::string& key) const;
   std::string text(const std::string& section, const std::string& key) const { return row(section, key).whole; }
   float number(const std::string& section, const std::string& key) const { return row(section, key).number(0); }
-  /// At most some hundred numbers, of which "6*7800" stands for six.
-  std::vector<float> numbers(const std::string& section, const std::string& key) const;
+  /// At least so many numbers, at most some hundred, of which "6*7800" stands for six.
+  std::vector<float> numbers(const std::string& section, const std::string& key, std::size_t least) const;
   /// The lines of a section as they are, for notes.
   std::vector<std::string> lines(const std::string& section) const;
 
@@ -36,6 +36,9 @@ class Sample {
   std::string path_;
   std::map<std::string, std::vector<Row>> sections_;
 };
+
+/// An axis by its number from 0; throws where there is none.
+float axis(const std::vector<float>& axes, float number);
 
 /// A bar text such as "4C22" or "A8@100" with the signs of the steel grades.
 std::string bar_text(const std::string& text);

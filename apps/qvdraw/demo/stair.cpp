@@ -40,17 +40,17 @@ void draw_plan(CBase_SGT& sgt, const Stair& stair, float x, float y) {
   sgt.Draw_Rect_LB(bay + stair.wall, stair.depth + stair.wall, x - stair.half, y - stair.half, 0);
   sgt.Draw_Rect_LB(bay - stair.wall, stair.depth - stair.wall, left, y + stair.half, 0);
   // Columns at the corners, posts at the ends of the landing's beam.
-  const std::vector<float> corner = stair.data.numbers("columns", "corner");
-  const std::vector<float> post = stair.data.numbers("columns", "post");
+  const std::vector<float> corner = stair.data.numbers("columns", "corner", 2);
+  const std::vector<float> post = stair.data.numbers("columns", "post", 2);
   const auto column = [&](float cx, float cy, const std::vector<float>& size) {
     use_pen(sgt, "COLUMN", "8");
-    fill(sgt, cx - size.at(0) / 2, cy - size.at(1) / 2, cx + size.at(0) / 2, cy + size.at(1) / 2);
+    fill(sgt, cx - size[0] / 2, cy - size[1] / 2, cx + size[0] / 2, cy + size[1] / 2);
     use_pen(sgt, "COLUMN", "7");
-    sgt.Draw_Rect_C(size.at(0), size.at(1), cx, cy, 0);
+    sgt.Draw_Rect_C(size[0], size[1], cx, cy, 0);
   };
   for (const float cx : {x, x + bay}) {
     for (const float cy : {y, top}) column(cx, cy, corner);
-    column(cx, top - stair.near() + post.at(1) / 2, post);
+    column(cx, top - stair.near() + post[1] / 2, post);
   }
   use_pen(sgt, "CONCRETE", "7");
   const float well = right - left - 2 * flight;  // between the flights
@@ -62,7 +62,7 @@ void draw_plan(CBase_SGT& sgt, const Stair& stair, float x, float y) {
     sgt.Draw_Line(right - flight, level, right, level);
   }
   sgt.Draw_Rect_LB(well, stair.run, left + flight, from, 0);
-  const float width = stair.data.numbers("sizes", "beam")[0];
+  const float width = stair.data.numbers("sizes", "beam", 2)[0];
   use_pen(sgt, "BEAM", "3", "DASHED");
   sgt.Draw_Line(left, to + width, right, to + width);
   sgt.Draw_Line(left, from - width, right, from - width);
@@ -83,10 +83,10 @@ void draw_plan(CBase_SGT& sgt, const Stair& stair, float x, float y) {
   qv::DrawSheetText(sgt, left + 400, to + width + 1.2F * s, sgt.m_fZiGao[0], "TL1");
   qv::DrawSheetText(sgt, left + 250, top - 7 * s, sgt.m_fZiGao[0], "TL2");
   for (const float cy : {y, top}) {
-    const float under = cy == y ? corner.at(1) / 2 + 1.5F * s : -corner.at(1) / 2 - 4 * s;
+    const float under = cy == y ? corner[1] / 2 + 1.5F * s : -corner[1] / 2 - 4 * s;
     qv::DrawSheetText(sgt, right - 1.5F * s, cy + under, sgt.m_fZiGao[0], "KZ4", qv::Across::Right);
   }
-  qv::DrawSheetText(sgt, right - 1.5F * s, to + post.at(1) + 1.2F * s, sgt.m_fZiGao[0], "TZ1", qv::Across::Right);
+  qv::DrawSheetText(sgt, right - 1.5F * s, to + post[1] + 1.2F * s, sgt.m_fZiGao[0], "TZ1", qv::Across::Right);
   qv::DrawSheetText(sgt, left + 250, from - width - 3.7F * s, sgt.m_fZiGao[0], "TL1");
   use_pen(sgt, "DIM", "5");
   sgt.Draw_BiaoGao((left + right) / 2 - 300, top - 1700, stair.size("middle"), 0);
@@ -143,7 +143,7 @@ void fill_flight(CBase_SGT& sgt, const Stair& stair, float x, float y, float ste
 /// The section; (x, y) is the axis at the landing, at the level 0.
 void draw_section(CBase_SGT& sgt, const Stair& stair, float x, float y) {
   const float s = sgt.m_fBiLiChi;
-  const std::vector<float> beam = stair.data.numbers("sizes", "beam");
+  const std::vector<float> beam = stair.data.numbers("sizes", "beam", 2);
   const auto level = [&](const char* key) { return y + 1000 * stair.size(key); };
   const float low = level("low");
   const float middle = level("middle");
@@ -224,7 +224,7 @@ void draw_section(CBase_SGT& sgt, const Stair& stair, float x, float y) {
 
 /// The bars of a flight, at 1:25; (x, y) is the foot of its first riser on the sheet.
 void draw_slab(CBase_SGT& sgt, const Stair& stair, float x, float y) {
-  const std::vector<float> beam = stair.data.numbers("sizes", "beam");
+  const std::vector<float> beam = stair.data.numbers("sizes", "beam", 2);
   const auto bar = [&](const char* name) { return stair.data.row("bars", name); };
   const qv::SecondScale detail(sgt, x, y, 25);
   const float rise = static_cast<float>(stair.steps) * stair.riser;
@@ -308,7 +308,7 @@ void draw_slab(CBase_SGT& sgt, const Stair& stair, float x, float y) {
 
 /// The section of the beams, at 1:10.
 void draw_beam(CBase_SGT& sgt, const Stair& stair, CFPoint place) {
-  const std::vector<float> size = stair.data.numbers("sizes", "beam");
+  const std::vector<float> size = stair.data.numbers("sizes", "beam", 2);
   {
     const qv::SecondScale detail(sgt, place.x, place.y, 10);
     sgt.m_fGJDotWidth = 18;

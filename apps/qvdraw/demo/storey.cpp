@@ -35,8 +35,8 @@ CFPoint Storey::column_size(std::size_t i, std::size_t j) const {
 }
 
 float Storey::middle_of_row(const std::string& row) const {
-  const auto j = static_cast<std::size_t>(qv::parse_int(row));
-  return (grid.y().at(j) + grid.y().at(j + 1)) / 2;
+  const auto j = static_cast<float>(qv::parse_int(row));
+  return (axis(grid.y(), j) + axis(grid.y(), j + 1)) / 2;
 }
 
 namespace {
@@ -92,13 +92,13 @@ void draw_beams(CBase_SGT& sgt, const Storey& storey) {
 }
 
 void draw_stair_opening(CBase_SGT& sgt, const Storey& storey) {
-  const auto i = static_cast<std::size_t>(storey.data.number("sizes", "stair bay"));
-  const auto j = static_cast<std::size_t>(storey.data.number("sizes", "stair row"));
+  const float i = storey.data.number("sizes", "stair bay");
+  const float j = storey.data.number("sizes", "stair row");
   constexpr float kEdge = 150;
-  const float x1 = storey.grid.x().at(i) + kEdge;
-  const float x2 = storey.grid.x().at(i + 1) - kEdge;
-  const float y1 = storey.grid.y().at(j) + kEdge;
-  const float y2 = storey.grid.y().at(j + 1) - kEdge;
+  const float x1 = axis(storey.grid.x(), i) + kEdge;
+  const float x2 = axis(storey.grid.x(), i + 1) - kEdge;
+  const float y1 = axis(storey.grid.y(), j) + kEdge;
+  const float y2 = axis(storey.grid.y(), j + 1) - kEdge;
   use_pen(sgt, "CONCRETE", "8");
   sgt.Draw_Line(x1, y1, x2, y2);
   sgt.Draw_Line(x1, y2, x2, y1);

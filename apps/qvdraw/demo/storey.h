@@ -12,7 +12,7 @@ struct Storey {
   const Sample& data;
   qv::AxisGrid grid;
   Storey(const Sample& sample, float x, float y)
-      : data(sample), grid(x, y, sample.numbers("axes", "x"), sample.numbers("axes", "y")) {}
+      : data(sample), grid(x, y, sample.numbers("axes", "x", 6), sample.numbers("axes", "y", 3)) {}
   /// Whether the panel between axes i and i + 1, j and j + 1 is the stair's opening.
   bool is_stair(std::size_t i, std::size_t j) const;
   /// The mark of the column where axes i and j cross.
