@@ -15,16 +15,18 @@ namespace {
 /// Which pixels of a picture are set.
 class Mask {
  public:
-  Mask(const BitmapContext& bitmap, COLORREF ground) : width_(bitmap.Width()) {
-    for (int y = 0; y < bitmap.Height(); ++y)
+  Mask(const BitmapContext& bitmap, COLORREF ground) : width_(bitmap.Width()), height_(bitmap.Height()) {
+    set_.reserve(static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_));
+    for (int y = 0; y < height_; ++y)
       for (int x = 0; x < width_; ++x) set_.push_back(bitmap.GetPixel(x, y) != ground);
   }
   bool is_set(int x, int y) const {
-    return set_[static_cast<std::size_t>(y) * static_cast<std::size_t>(width_) + static_cast<std::size_t>(x)] != 0;
+    return x >= 0 && x < width_ && y >= 0 && y < height_ &&
+           set_[static_cast<std::size_t>(y) * static_cast<std::size_t>(width_) + static_cast<std::size_t>(x)] != 0;
   }
   /// Clears what is not set here.
   void clear_others(BitmapContext& bitmap, COLORREF ground) const {
-    for (int y = 0; y < bitmap.Height(); ++y)
+    for (int y = 0; y < height_; ++y)
       for (int x = 0; x < width_; ++x)
         if (!is_set(x, y)) bitmap.SetPixel(x, y, ground);
   }
@@ -45,6 +47,7 @@ class Mask {
 
  private:
   int width_;
+  int height_;
   std::vector<char> set_;
 };
 
@@ -106,11 +109,18 @@ bool is_straight(const ACAD_POLYLINE& r, const Plane& plane, const DrawingContex
   return straight;
 }
 
+void add_drawn_points(const auto& r, const Plane& plane, Box& box) {
+  for_each_point(r, [&](const Point3& p) { box.add(plane(p)); });
+}
+void add_drawn_points(const ACAD_POLYLINE& r, const Plane& plane, Box& box) {
+  for_each_segment(r, plane, [&](const Segment& s) { box.add(s.from), box.add(s.to); });
+}
+
 /// Whether lines show wherever their ends are rounded to: below a pixel they may not, nor may dashes.
 bool shows(const auto& r, const Plane& plane, DrawingContext& to) {
   constexpr double kShown = 1.1;  // pixels: more than one, whatever single precision loses
   Box box;
-  for_each_point(r, [&](const Point3& p) { box.add(plane(p)); });
+  add_drawn_points(r, plane, box);
   const double extent = std::max(double{box.x2} - box.x1, double{box.y2} - box.y1);
   if constexpr (requires { r.m_szLType; })
     if (to.has_patterns() && to.pattern(r.m_szLType)) return false;
@@ -224,7 +234,8 @@ bool BlockStamp::draw(const CFPoint& shift, DrawingContext& to) {
   const double x = double{corner_.x} + shift.x;
   const double y = double{corner_.y} + shift.y;
   constexpr double kLoss = 1e-7;  // of a float
-  if (!(std::max(std::fabs(x), std::fabs(y)) * scale * kLoss < kMostLoss)) return false;
+  const double far = std::max({std::fabs(x), std::fabs(y), std::fabs(double{corner_.x}), std::fabs(double{corner_.y})});
+  if (!(far * scale * kLoss < kMostLoss)) return false;
   // In parts of a pixel.
   const double partsX = std::floor((x - coor.GetOrigin().x) * scale * kSide + 0.5);
   const double partsY =
