@@ -1,6 +1,6 @@
-# Runs a fuzz target over its corpus as a plain test: qvtools_replay(name source corpus).
+# Runs a fuzz target over its corpus as a plain test: qvtools_replay(name source corpus [SOURCE…]).
 function(qvtools_replay name source corpus)
-  add_executable(replay_${name} ${source} ${PROJECT_SOURCE_DIR}/fuzz/replay_main.cpp)
+  add_executable(replay_${name} ${source} ${PROJECT_SOURCE_DIR}/fuzz/replay_main.cpp ${ARGN})
   qvtools_target(replay_${name})
   target_include_directories(replay_${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
   target_compile_definitions(replay_${name} PRIVATE QV_FONTS="${PROJECT_BINARY_DIR}/fonts/")

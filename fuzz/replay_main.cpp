@@ -33,6 +33,7 @@ int main(int argc, char** argv) {
   int files = 0;
   for (int i = 1; i < argc; ++i) {
     for (const auto& entry : std::filesystem::directory_iterator(argv[i])) {
+      if (!entry.is_regular_file()) continue;
       std::ifstream file(entry.path(), std::ios::binary);
       (i == 1 ? feed_changed : feed)({std::istreambuf_iterator<char>(file), {}});
       ++files;

@@ -1,8 +1,9 @@
-// Any bytes as a module's data file: its marker checked, its name loaded, saved and loaded again.
+// Any bytes as a module's data file: its marker checked, its name loaded, saved behind a marker and loaded again.
 
 #include "../harness.h"
 #include "../memory_file.h"
 #include "qvtools/engineering/base_data.h"
+#include "qvtools/services/files.h"
 #include "qvtools/system/textfile.h"
 
 using qvfuzz::require;
@@ -19,11 +20,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   }
   require(base.LoadData(file) == 1);
   std::fclose(file);
+  G_strWorkPath = qvfuzz::scratch().prefix().c_str();
+  require(base.SetFileName(memory.path().c_str()) == 1 && base.Remove_Result_Files() == 1);
   file = qv::open_text(copy.path().c_str(), "wt");
-  require(base.SaveData(file) == 1);
+  require(base.SetBiaoShi(file, "MARK") == 1 && base.SaveData(file) == 1);
   std::fclose(file);
   CQvBaseData again;
   file = qv::open_text(copy.path().c_str(), "rt");
+  require(again.CheckBiaoShi(file, "##MARK") == 1);
   require(again.LoadData(file) == 1 && again.m_strName == base.m_strName);
   std::fclose(file);
   return 0;

@@ -1,4 +1,4 @@
-// Any bytes as the file of user-defined grades: read and saved. What was saved is read and saved the same.
+// Any bytes as the file of user-defined grades: read, asked and saved. What was saved is read and saved the same.
 
 #include <algorithm>
 #include <cmath>
@@ -29,6 +29,17 @@ bool is_short(const CUserOpt& options) {
          });
 }
 
+/// What grades are found must have names, and are found by the library's own look-up too.
+void ask(const CUserOpt& options) {
+  for (int code = -1; code < 100; ++code) {
+    Con_Prop concrete;
+    Rein_Prop bar;
+    require(!options.GetRc(code, &concrete) || get_rc_property(code, &concrete));
+    require(!options.GetRein(code, &bar) || get_rein_property(code, &bar));
+    require(!_HNT(code).IsEmpty() && !_GJ(code).IsEmpty());
+  }
+}
+
 /// Reads the file and saves it again; returns the saved bytes.
 std::string read_and_save(CUserOpt& options) {
   require(options.ReadData() == 1);
@@ -43,6 +54,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   qvfuzz::scratch().write(kFile, {reinterpret_cast<const char*>(data), size});
   CUserOpt options;
   const std::string saved = read_and_save(options);
+  ask(options);
   CUserOpt again;
   if (is_short(options)) require(read_and_save(again) == saved);
   return 0;

@@ -1,4 +1,5 @@
-// Font files of any bytes: load, measure, draw; take apart, make plain. The first byte chooses the kind of font.
+// Font files of any bytes: load, measure, draw; take apart, make plain. The first byte chooses the kind of font and the
+// way in which it is loaded.
 
 #include <cstddef>
 #include <cstdint>
@@ -15,7 +16,10 @@ namespace {
 void make_plain(const std::string& bytes) {
   qv::ShapeFile file;
   if (!file.Load(bytes)) return;
-  for (const qv::ShapeFile::Shape& shape : file.shapes()) file.outline(shape, 0.1);
+  for (const qv::ShapeFile::Shape& shape : file.shapes()) {
+    file.outline(shape, 0.1);
+    if (!shape.name.empty() && !file.find(shape.name)) __builtin_trap();
+  }
   for (const auto& [plain, big] : {std::pair{qv::plain_text_font(file), false}, {qv::plain_big_font(file), true}}) {
     qv::ShapeFile made;
     if (plain.bytes.empty()) continue;
@@ -33,7 +37,21 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const MemoryFile file(data + 1, size - 1);
   if (!file.good()) return 0;
   CShx font;
-  const int loaded = data[0] & 1 ? font.SetHzFont("", file.path().c_str()) : font.SetTxtFont("", file.path().c_str());
+  const std::string path = file.path();
+  int loaded = 0;
+  switch (data[0] & 5) {
+    case 0:
+      loaded = font.SetTxtFont("", path.c_str());
+      break;
+    case 1:
+      loaded = font.SetHzFont("", path.c_str());
+      break;
+    case 4:
+      loaded = qv::LoadTextFont(font, path.c_str());
+      break;
+    default:
+      loaded = qv::LoadBigFont(font, path.c_str());
+  }
   if (!loaded && (font.m_pTxtIndex || font.m_pTxtData || font.m_pHzIndex || font.m_pHzData)) __builtin_trap();
   static qv::BitmapContext bitmap(64, 64, 0);
   const char text[] = "?A z\x82\xB0\xA1\xD6\xD0\xFE\xFE\xA1";

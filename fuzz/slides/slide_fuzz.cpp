@@ -37,5 +37,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   library.Read_SLD("DOOR", &slide);
   if (library.m_nCount < 16) library.SLB2SLD(qvfuzz::scratch().prefix().c_str());
   use(slide);
+  // By a name that holds the library's.
+  const std::string copy = qvfuzz::scratch().write("named.slb", {reinterpret_cast<const char*>(data + 1), size - 1});
+  library.Read_SLB_SLD((copy.substr(0, copy.size() - 4) + ".first").c_str(), &slide);
   return 0;
 }

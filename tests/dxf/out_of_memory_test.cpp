@@ -120,4 +120,32 @@ TEST(OutOfMemory, GivesTheDocumentedResultAndKeepsWhatWasThere) {
   std::fclose(record);
 }
 
+// What was lost is not lost in the file too.
+TEST(OutOfMemory, ADrawingThatWasCutShortIsNotSavedOverItsFile) {
+  const qvtest::TemporaryDirectory directory;
+  DXF whole;
+  whole.New_MemDxf();
+  for (int i = 0; i < 50; ++i) add_polyline(whole);
+  const std::string path = directory.path("whole.dxf");
+  ASSERT_EQ(whole.Write_MemDxf_To_File(path.c_str()), 1);
+  const std::string bytes = directory.read("whole.dxf");
+  qvtest::RecordingHost host;
+  DXF cut;
+  for (int n = 0; !cut.IsCutShort(); ++n) {
+    ASSERT_LT(n, 5000);
+    cut.Close();
+    cut.New_MemDxf();
+    const qvtest::FailingAllocations failing(n, qvtest::FailingAllocations::Which::All);
+    cut.Read_FileDxf_To_Mem(path.c_str());
+  }
+  EXPECT_FALSE(cut.IsComplete());
+  EXPECT_EQ(cut.Write_MemDxf_To_File(path.c_str()), 0);
+  EXPECT_EQ(host.box(), "The Drawing Was Not Read To Its End: Its File Is Kept !");
+  EXPECT_EQ(directory.read("whole.dxf"), bytes);
+  EXPECT_EQ(cut.Write_MemDxf_To_File(directory.path("part.dxf").c_str()), 1);
+  cut.TakeAsComplete();
+  EXPECT_EQ(cut.Write_MemDxf_To_File(path.c_str()), 1);
+  EXPECT_LT(directory.read("whole.dxf").size(), bytes.size());
+}
+
 }  // namespace

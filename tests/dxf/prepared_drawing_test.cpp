@@ -267,22 +267,34 @@ TEST_F(PreparedDrawing, CopiesBlocksThatComeOftenAndCanBeGivenUp) {
 
 TEST_F(PreparedDrawing, CopiesLieWithinAPixel) {
   constexpr int kInserts = 60;
+  enum { Dense, WithLoneDetail, OfDetails, OfArcs, kBlocks };
   int copied = 0;
-  for (const bool lone : {false, true}) {
+  for (int kind = 0; kind < kBlocks; ++kind) {
     dxf.Close();
     dxf.New_MemDxf();
-    ACAD_BLOCK& block = add_dense_block(1000, 30);
-    // A detail that shows or not as it happens to be rounded: a block that has one alone is not copied.
-    if (lone) add_line(block, {60, 60}, {60.3F, 60.2F});
+    ACAD_BLOCK& block = add_dense_block(kind < OfDetails ? 1000 : 0, 30);
+    // A detail that shows or not as it happens to be rounded: a block that has one alone, or nothing else, is not
+    // copied.
+    if (kind == WithLoneDetail) add_line(block, {60, 60}, {60.3F, 60.2F});
+    if (kind == OfDetails) {  // each of which shows at all places that are tried, though not at all others
+      add_line(block, {-0.8F, 0}, {-0.8F, 0});
+      for (int i = 0; i < 40; ++i) add_line(block, {0, 0}, {3.4F, 0});
+    }
+    for (int i = 0; i < 40 && kind == OfArcs; ++i) {
+      auto* const circle = new ACAD_CIRCLE;
+      circle->m_fRadius = number(0, 6);
+      block.m_EntityList.AddTail(circle);
+    }
     for (int i = 0; i < kInserts; ++i) add_insert("DENSE", place(), place());
     qv::PreparedDrawing prepared(dxf);
     for (int i = 0; i < 10; ++i) {
-      CFCoor coor(CFPoint(number(-1000, -900), number(900, 1000) * (i % 2 ? 1 : -1)), number(0.12F, 0.3F), i % 2);
+      CFCoor coor(CFPoint(number(-1000, -900), number(900, 1000) * (i % 2 ? 1 : -1)),
+                  kind == OfDetails ? 0.25F : number(0.12F, 0.3F), i % 2);
       qv::BitmapContext direct(kSize, kSize, 0), own(kSize, kSize, 0);
       dxf.Draw(&direct, &coor);
       prepared.Draw(&own, &coor);
-      EXPECT_TRUE(lies_within_a_pixel(direct, own) && lies_within_a_pixel(own, direct)) << i;
-      EXPECT_TRUE(!lone || differences(direct, own) == 0) << i;
+      EXPECT_TRUE(lies_within_a_pixel(direct, own) && lies_within_a_pixel(own, direct)) << kind << ' ' << i;
+      EXPECT_TRUE(kind == Dense || differences(direct, own) == 0) << kind << ' ' << i;
       copied += differences(direct, own) > 0;
     }
   }

@@ -106,11 +106,12 @@ TEST_F(Database, KeepsPercentSigns) {
   file.Add_Item("kept", "%d%% %%%%", 50);
   file.Write_Segment();
   EXPECT_EQ(file.Write_Text_Line("5%n %s"), 1);
+  EXPECT_EQ(file.Write_Text_Line("two\nlines"), 1);
   file.Begin_Named_Segment("%d%n");
   file.Add_Text_Item("%s", "50%% %n");
   file.Write_Segment();
   file.Close_File();
-  EXPECT_NE(work.read("db").find("\r\n5%n %s\r\n"), std::string::npos);
+  EXPECT_NE(work.read("db").find("\r\n5%n %s\r\ntwo\r\nlines\r\n"), std::string::npos);
   open();
   ASSERT_EQ(file.Read_Segment("%s", "%d%n"), 1);
   EXPECT_EQ(value("%s"), "50% %n\n");

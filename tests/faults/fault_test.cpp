@@ -20,8 +20,16 @@
 #include "faults/injection.h"
 #include "faults/scenario.h"
 
+/// Keeps what a coverage build has counted, which _exit would lose.
+extern "C" void __gcov_dump() __attribute__((weak));
+
 namespace faults {
 namespace {
+
+[[noreturn]] void leave() {
+  if (__gcov_dump) __gcov_dump();
+  _exit(0);
+}
 
 /// What is said of a run; all but the first two are faults of the library.
 enum Verdict { Succeeded, Failed, Crash, Hang, WrongSuccess, NotKept, Unusable, Leak, OpenFile, LeftFile, kVerdicts };
@@ -100,7 +108,7 @@ Outcome run(const Scenario& scenario, const Expected& expected, const Plan& plan
     bool struck = false;
     const Verdict verdict = judge(scenario, expected, plan, struck);
     *shared = {verdict, struck};
-    _exit(0);
+    leave();
   }
   int status = 0;
   waitpid(child, &status, 0);
@@ -117,7 +125,8 @@ Outcome kill(const Scenario& scenario, const Expected& expected, const Plan& pla
     made.prepare();
     arm(plan);
     made.act();
-    _exit(0);
+    disarm();
+    leave();
   }
   int status = 0;
   waitpid(child, &status, 0);

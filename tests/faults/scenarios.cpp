@@ -409,6 +409,37 @@ std::vector<Scenario> make_scenarios() {
              [](Two& t) { return t.into->Open_MemDxf() && t.into->InsertDxf(t.from.get(), 1, 2, 30) != 0; },
              [](Two& t) { return saved(*t.into); });
        }},
+      {"underlay", W::Keeps,
+       [] {
+         struct Underlaid {
+           Sheet sheet;
+           std::unique_ptr<DXF> drawing = read("blocks.dxf");
+         };
+         return with<Underlaid>(
+             fresh<Underlaid>,
+             [](Underlaid& u) {
+               return qv::Underlay(*u.sheet.composer, *u.drawing, {.x = 1, .y = 2, .angle = 30}, 2,
+                                   {.name = "A-", .prefix = true}) != 0;
+             },
+             [](Underlaid& u) { return saved(*u.sheet.composer); });
+       }},
+      {"compare", W::Parts,
+       [] {
+         struct Compared {
+           std::unique_ptr<DXF> before = read("in.dxf");
+           std::unique_ptr<DXF> after = read("blocks.dxf");
+           std::unique_ptr<DXF> drawn;
+         };
+         return with<Compared>(
+             fresh<Compared>,
+             [](Compared& c) {
+               const qv::Comparison found = qv::Compare(*c.before, *c.after);
+               if (found.same < 0) return false;
+               c.drawn = qv::DrawComparison(*c.before, *c.after, found);
+               return c.drawn != nullptr;
+             },
+             [](Compared& c) { return c.drawn ? saved(*c.drawn) : std::string(); });
+       }},
       {"copy block", W::Keeps,
        [] {
          struct Blocks {
@@ -493,6 +524,27 @@ std::vector<Scenario> make_scenarios() {
       {"plot pdf", W::Keeps, [] { return plots("out.pdf"); }},
       {"plot svg", W::Keeps, [] { return plots("out.svg"); }},
       {"plot png", W::Keeps, [] { return plots("out.png"); }},
+      {"plot pages", W::Parts,
+       [] {
+         struct Printed {
+           std::unique_ptr<DXF> dxf = read("blocks.dxf");
+           qv::BitmapContext bitmap{120, 90, 0xFFFFFF};
+         };
+         return with<Printed>(
+             fresh<Printed>,
+             [](Printed& p) {
+               const qv::PlotSource source{.document = p.dxf.get(), .name = "drawing"};
+               qv::PlotPages pages({&source, 1}, {});
+               return pages.report().problem.empty() && pages.draw(0, p.bitmap, 0.3);
+             },
+             [](Printed& p) { return pixels(p.bitmap); });
+       }},
+      {"font made plain", W::Keeps,
+       [] {
+         return with<Fonts>(
+             fresh<Fonts>, [](Fonts& f) { return qv::LoadBigFont(f.shx, "in.shx") != 0; },
+             [](Fonts& f) { return std::string(qv::FormattedText<64>("%f", f.shx.GetHzWidth("\xB0\xA1", 3, 1))); });
+       }},
       {"fonts", W::Keeps,
        [] {
          return with<Fonts>(
@@ -719,6 +771,7 @@ void write_inputs() {
   const std::string corpus = QV_SOURCE_DIR "/fuzz/import/corpus/text/";
   write_bytes("foreign1.dxf", bytes_of((corpus + "kinds0").c_str()));
   write_bytes("foreign2.dxf", bytes_of((corpus + "kinds2").c_str()));
+  write_bytes("in.shx", bytes_of(QV_SOURCE_DIR "/fuzz/fonts/corpus/shx/extended_big").substr(1));
   write_bytes("foreign3.dxf", bytes_of((corpus + "pictures_of_objects").c_str()));
   const std::string slide = slide_bytes();
   write_bytes("in.sld", slide);

@@ -176,6 +176,11 @@ TEST(PlainFont, DrawsWhatTheFontDraws) {
   const qv::PlainFont big = qv::plain_big_font(chinese);
   expect_plain(big, "\xD6\xD0", wanted, 10);
   EXPECT_EQ(big.without, 1) << "A has no place in a big font";
+
+  // The same character of another code page.
+  const ShapeFile japanese = loaded(big_font({{0x9286, ring}}, codes({10, 0, 0, 0}), 1));
+  const qv::PlainFont renumbered = qv::plain_big_font(japanese, qv::CodePage::ShiftJis);
+  expect_plain(renumbered, "\xD6\xD0", wanted, 10);
 }
 
 // A box of 16 by 16, half as wide and put 4 to the right by the character that is composed of it.

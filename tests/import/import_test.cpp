@@ -546,6 +546,17 @@ TEST_F(Import, WhatWouldGrowWithoutBoundsIsRefused) {
   EXPECT_EQ(reason("INSERT"), "a block of too many entities");
 }
 
+TEST_F(Import, CanBeGivenUp) {
+  std::string points;
+  for (int i = 0; i < 20000; ++i) points += "0 POINT/8 0/10 0/20 0/";
+  const std::string path = directory.write("many.dxf", groups("0 SECTION/2 ENTITIES/" + points + "0 ENDSEC/0 EOF"));
+  become("0 LINE/8 0/10 0/20 0/11 4/21 0");
+  int asked = 0;
+  EXPECT_EQ(qv::Import(path.c_str(), dxf, options, report, [&](double share) { return ++asked < 3 && share < 1; }), 0);
+  EXPECT_EQ(asked, 3);
+  EXPECT_EQ(words(dxf.m_EntityList), "LINE 0,0 4,0") << "as it was";
+}
+
 TEST_F(Import, MemoryThatRunsOutLeavesTheDocumentAsItWas) {
   const qvtest::RecordingHost host;
   // Blocks that are turned, texts that need styles and notes, fills, and a place that is far away.

@@ -130,6 +130,13 @@ TEST(Pens, TheFirstRuleThatMatchesCounts) {
     EXPECT_FALSE(PenTable::parse(w.text, problem)) << w.text;
     EXPECT_NE(problem.find(w.problem), std::string::npos) << problem;
   }
+  const qvtest::TemporaryDirectory directory;
+  const auto read = [&](const std::string& path) { return PenTable::read(path.c_str(), problem).has_value(); };
+  EXPECT_TRUE(read(directory.write("good", "any -> 0.35")));
+  EXPECT_FALSE(read(directory.path("none")));
+  EXPECT_EQ(problem, "cannot be opened");
+  EXPECT_FALSE(read(directory.write("large", std::string((1 << 20) + 1, ';'))));
+  EXPECT_EQ(problem, "is too large for a table of pens");
   for (const char* const name : PenTable::built_in_names())
     EXPECT_TRUE(PenTable::built_in(name)->find(7, "0", "")) << name;
 }
@@ -213,6 +220,10 @@ TEST(Plots, WhatMakesNoSenseIsToldAndLeavesNoFile) {
     EXPECT_NE(report.problem.find(c.problem), std::string::npos) << report.problem;
     EXPECT_TRUE(report.pages.empty());
   }
+  PlotReport report;
+  const PlotSource source{&drawing, nullptr, "d", 1};
+  EXPECT_FALSE(Plot({&source, 1}, directory.path("a.pdf"), {}, report, [](double) { return false; }));
+  EXPECT_EQ(report.problem, "plotting was given up");
   EXPECT_TRUE(std::filesystem::is_empty(directory.path("")));
 }
 
@@ -234,6 +245,12 @@ TEST(Plots, PagesAreFittedOrToldNotToFit) {
   ASSERT_TRUE(Plot({&source, 1}, directory.path("large.svg"), options, report));
   EXPECT_FALSE(report.pages[0].fits);
   EXPECT_NE(report.remarks[1].find("800 x 390 mm at 1:5"), std::string::npos) << report.remarks[1];
+  drawing.Write_Line(NAN, 0, 0, 1, 1, 0, "0", "7", "CONTINUOUS");
+  drawing.Write_Solid(0, 0, 0, 1, 0, 0, 0, INFINITY, 0, 1, 1, 0, "0", "7", "CONTINUOUS");
+  drawing.Write_Text(NAN, 0, 0, 5, 0, "T", "STANDARD", "0", "7", "CONTINUOUS");
+  ASSERT_TRUE(Plot({&source, 1}, directory.path("odd.svg"), options, report)) << report.problem;
+  const auto told = [](const std::string& remark) { return remark.find("3 entities have coordinates") != remark.npos; };
+  EXPECT_EQ(std::count_if(report.remarks.begin(), report.remarks.end(), told), 1);
 }
 
 TEST(Plots, BytesDependOnTheDrawingAlone) {

@@ -1,7 +1,9 @@
 #include "qvtools/engineering/materials.h"
 
 #include <algorithm>
+#include <atomic>
 #include <iterator>
+#include <mutex>
 #include <string>
 
 #include "qvtools/services/captions.h"
@@ -61,8 +63,14 @@ std::FILE* open_options() {
 }
 
 const CUserOpt& user_options() {
-  if (!G_bUserOptRead) G_UserOpt.ReadData();
-  G_bUserOptRead = 1;
+  // The first look-up may tell that the disk failed, and a host may look up again while it shows that.
+  static std::recursive_mutex reading;
+  const std::atomic_ref<int> isRead(G_bUserOptRead);
+  if (!isRead.load(std::memory_order_acquire)) {
+    const std::lock_guard guard(reading);
+    if (!isRead.load(std::memory_order_relaxed)) G_UserOpt.ReadData();
+    isRead.store(1, std::memory_order_release);
+  }
   return G_UserOpt;
 }
 

@@ -56,7 +56,7 @@ class QV_API CUserOpt {
 };
 
 /// The grades that the look-ups below use, and whether their file was read: the first look-up does, once, and counts
-/// a missing file as read.
+/// a missing file as read. Threads may look up at once; a host that changes the grades does so while none does.
 extern QV_API CUserOpt G_UserOpt;
 extern QV_API int G_bUserOptRead;
 

@@ -209,7 +209,9 @@ struct FontBlocks {
 int LoadTextFont(CShx& font, const char* path) {
   const auto load = [&] {
     ShapeFile file;
-    if (font.m_pTxtIndex || !file.Load(path) || file.is_plain()) return font.SetTxtFont("", path);
+    const bool whole = file.Load(path);
+    if (file.is_unread()) return 0;
+    if (font.m_pTxtIndex || !whole || file.is_plain()) return font.SetTxtFont("", path);
     return FontBlocks::adopt_txt(font, bytes_of(plain_text_font(file).bytes));
   };
   return unless_out_of_memory(load, 0);
@@ -218,7 +220,9 @@ int LoadTextFont(CShx& font, const char* path) {
 int LoadBigFont(CShx& font, const char* path) {
   const auto load = [&] {
     ShapeFile file;
-    if (font.m_pHzIndex || !file.Load(path) || file.is_plain()) return font.SetHzFont("", path);
+    const bool whole = file.Load(path);
+    if (file.is_unread()) return 0;
+    if (font.m_pHzIndex || !whole || file.is_plain()) return font.SetHzFont("", path);
     return FontBlocks::adopt_hz(font, bytes_of(plain_big_font(file).bytes));
   };
   return unless_out_of_memory(load, 0);

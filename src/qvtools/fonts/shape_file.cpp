@@ -147,6 +147,7 @@ int ShapeFile::Load(const char* path) {
   } catch (const std::bad_alloc&) {
   }
   error_ = "it cannot be read";
+  unread_ = true;
   return 0;
 }
 
@@ -175,6 +176,7 @@ int ShapeFile::Load(std::string bytes) {
   } catch (const std::bad_alloc&) {
     *this = {};
     error_ = "out of memory";
+    unread_ = true;
   }
   return 0;
 }

@@ -67,6 +67,8 @@ class QV_API ShapeFile {
   double below() const { return below_; }
   /// Why it could not be read.
   const std::string& error() const { return error_; }
+  /// Whether that was for lack of memory or a file that cannot be read, whatever it holds.
+  bool is_unread() const { return unread_; }
 
   /// All shapes but the one that describes the font, by rising code; of several with one code, the last of the file.
   const std::vector<Shape>& shapes() const { return shapes_; }
@@ -86,6 +88,7 @@ class QV_API ShapeFile {
   Kind kind_ = Kind::None;
   bool extended_ = false;
   bool plain_ = false;
+  bool unread_ = false;
   double above_ = 0;
   double below_ = 0;
   double cellWidth_ = 0;  // of an extended big font

@@ -323,10 +323,10 @@ struct PlotPages::Parts {
   std::vector<bool> told;  // of the pages that were drawn before
 };
 
-PlotPages::PlotPages(std::span<const PlotSource> sources, const PlotOptions& options)
-    : parts_(std::make_unique<Parts>()) {
+PlotPages::PlotPages(std::span<const PlotSource> sources, const PlotOptions& options) {
   const bool planned = unless_out_of_memory(
       [&] {
+        parts_ = std::make_unique<Parts>();
         parts_->sources.assign(sources.begin(), sources.end());
         parts_->options = options;
         parts_->plans = Planner(parts_->options, parts_->report).plan(parts_->sources);
@@ -334,19 +334,18 @@ PlotPages::PlotPages(std::span<const PlotSource> sources, const PlotOptions& opt
         return true;
       },
       false);
-  if (planned) return;
-  parts_->report = {};
-  parts_->report.problem = "memory ran out";
+  if (!planned) parts_.reset();
 }
 
 PlotPages::~PlotPages() = default;
 
 const PlotReport& PlotPages::report() const {
-  return parts_->report;
+  static const PlotReport noMemory{.pages = {}, .remarks = {}, .problem = "memory ran out"};
+  return parts_ ? parts_->report : noMemory;
 }
 
 bool PlotPages::draw(std::size_t page, CDC& dc, double dots, CPoint corner) {
-  if (page >= parts_->report.pages.size() || !(dots > 0 && std::isfinite(dots))) return false;
+  if (!parts_ || page >= parts_->report.pages.size() || !(dots > 0 && std::isfinite(dots))) return false;
   return unless_out_of_memory(
       [&] {
         const PagePlan& plan = parts_->plans[page];

@@ -131,7 +131,7 @@ class PlotPages {
 
  private:
   struct Parts;
-  std::unique_ptr<Parts> parts_;
+  std::unique_ptr<Parts> parts_;  // null when memory ran out
 };
 
 }  // namespace qv

@@ -2,19 +2,34 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 #include <set>
 
-#include "qvtools/dxf/model/internal/points.h"
+#include "qvtools/dxf/view/internal/reach.h"
 #include "qvtools/platform/bitmap/bitmap_dc.h"
 
 namespace qv::detail {
 
+namespace {
+
 /// Which pixels of a picture are set.
-class BlockStamp::Mask {
+class Mask {
  public:
-  explicit Mask(CSize size)
-      : width_(size.cx), set_(static_cast<std::size_t>(size.cx) * static_cast<std::size_t>(size.cy)) {}
-  char* row(int y) { return set_.data() + static_cast<std::ptrdiff_t>(y) * width_; }
+  Mask(const BitmapContext& bitmap, COLORREF ground) : width_(bitmap.Width()), height_(bitmap.Height()) {
+    set_.reserve(static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_));
+    for (int y = 0; y < height_; ++y)
+      for (int x = 0; x < width_; ++x) set_.push_back(bitmap.GetPixel(x, y) != ground);
+  }
+  bool is_set(int x, int y) const {
+    return x >= 0 && x < width_ && y >= 0 && y < height_ &&
+           set_[static_cast<std::size_t>(y) * static_cast<std::size_t>(width_) + static_cast<std::size_t>(x)] != 0;
+  }
+  /// Clears what is not set here.
+  void clear_others(BitmapContext& bitmap, COLORREF ground) const {
+    for (int y = 0; y < height_; ++y)
+      for (int x = 0; x < width_; ++x)
+        if (!is_set(x, y)) bitmap.SetPixel(x, y, ground);
+  }
   /// The pixels that are set or lie beside one.
   Mask widened() const {
     Mask wide = *this;
@@ -29,26 +44,25 @@ class BlockStamp::Mask {
     spread(static_cast<std::size_t>(width_));
     return wide;
   }
-  bool lies_in(const Mask& other) const {
-    for (std::size_t i = 0; i < set_.size(); ++i)
-      if (set_[i] > other.set_[i]) return false;
-    return true;
-  }
 
  private:
   int width_;
+  int height_;
   std::vector<char> set_;
 };
 
-namespace {
-
 constexpr int kMostPixels = 1 << 17;  // of a block: what shows more is drawn line by line
+constexpr double kMostLoss = 0.05;    // in pixels, by which single precision moves a copy
 
+/// Draws the entities of the block that are chosen, where no insert has moved them.
 void draw_unmoved(const ACAD_BLOCK& block, const Plane& plane, const CFCoor& coor, CDC& dc,
-                  const Appearance& appearance) {
+                  const Appearance& appearance, auto is_chosen) {
   dc.SetBkMode(BackgroundMode::Transparent);
   DrawingContext to = drawing_context(&dc, coor, appearance);
-  walk_block(block, [&](ACAD_ENTITY& entity) { return draw_entity(entity, plane, to), false; });
+  walk_block(block, [&](ACAD_ENTITY& entity) {
+    if (is_chosen(entity)) draw_entity(entity, plane, to);
+    return false;
+  });
 }
 
 /// A colour that no entity of the block has.
@@ -68,116 +82,160 @@ COLORREF ground_of(const ACAD_BLOCK& block, const DrawingContext& to) {
   return ground;
 }
 
-/// Whether each picture has a pixel within one of each pixel of the others.
-bool look_alike(const auto& masks, const auto& wide) {
-  return std::ranges::all_of(wide, [&](const auto& w) {
-    return std::ranges::all_of(masks, [&](const auto& mask) { return mask.lies_in(w); });
+// Whether a record is drawn by straight lines between its points, a text in whole pixels from its first: drawn a part
+// of a pixel aside, its pixels are then those that it has here, or lie beside them. Where arcs end and which pixels an
+// area takes may change by more.
+
+bool is_straight(const auto&, const Plane&, const DrawingContext&) {
+  return false;
+}
+bool is_straight(const ACAD_POINT&, const Plane&, const DrawingContext&) {
+  return true;
+}
+bool is_straight(const ACAD_TEXT&, const Plane&, const DrawingContext&) {
+  return true;
+}
+bool is_straight(const ACAD_LINE&, const Plane&, const DrawingContext&) {
+  return true;
+}
+bool is_straight(const ACAD_3DFACE&, const Plane&, const DrawingContext&) {
+  return true;
+}
+bool is_straight(const ACAD_POLYLINE& r, const Plane& plane, const DrawingContext& to) {
+  bool straight = true;
+  for_each_segment(r, plane, [&](const Segment& s) {
+    straight = straight && s.is_straight() && !is_wide(std::max(s.startWidth, s.endWidth), to);
   });
+  return straight;
 }
 
-/// The boxes of a block's details below a pixel, which show or not as they happen to be rounded.
-std::vector<Box> details_of(const ACAD_BLOCK& block, const Plane& plane, double scale) {
-  std::vector<Box> details;
+void add_drawn_points(const auto& r, const Plane& plane, Box& box) {
+  for_each_point(r, [&](const Point3& p) { box.add(plane(p)); });
+}
+void add_drawn_points(const ACAD_POLYLINE& r, const Plane& plane, Box& box) {
+  for_each_segment(r, plane, [&](const Segment& s) { box.add(s.from), box.add(s.to); });
+}
+
+/// Whether lines show wherever their ends are rounded to: below a pixel they may not, nor may dashes.
+bool shows(const auto& r, const Plane& plane, DrawingContext& to) {
+  constexpr double kShown = 1.1;  // pixels: more than one, whatever single precision loses
+  Box box;
+  add_drawn_points(r, plane, box);
+  const double extent = std::max(double{box.x2} - box.x1, double{box.y2} - box.y1);
+  if constexpr (requires { r.m_szLType; })
+    if (to.has_patterns() && to.pattern(r.m_szLType)) return false;
+  return extent * to.coor().GetScale() >= kShown;
+}
+bool shows(const ACAD_POINT&, const Plane&, DrawingContext&) {
+  return true;
+}
+bool shows(const ACAD_TEXT&, const Plane&, DrawingContext&) {
+  return true;
+}
+
+/// Whether an entity's pixels, drawn a part of a pixel aside, are those that it has here, or lie beside them.
+bool keeps_its_pixels(ACAD_ENTITY& entity, const Plane& plane, DrawingContext& to) {
+  return visit_record(
+      entity, [&](const auto& record) { return is_straight(record, plane, to) && shows(record, plane, to); },
+      [](ACAD_ENTITY&) { return false; });
+}
+
+/// The boxes that a block's other entities are drawn in.
+std::vector<Box> reaches_of_others(const ACAD_BLOCK& block, const Plane& plane, DrawingContext& to) {
+  const double curved = 2 / double{to.coor().GetScale()};  // a device's circle may be larger by this
+  std::vector<Box> boxes;
   const auto add = [&](const auto& record) {
-    Box box;
-    for_each_point(record, [&](const Point3& p) { box.add(plane(p)); });
-    const double extent = std::max(double{box.x2} - box.x1, double{box.y2} - box.y1) * scale;
-    if (!box.is_empty() && extent < 1) details.push_back(box);
+    boxes.push_back(reach(record, plane));
+    if (!is_straight(record, plane, to)) widen(boxes.back(), curved);
   };
   walk_block(block, [&](ACAD_ENTITY& entity) {
-    visit_record(
-        entity,
-        [&](const auto& record) {
-          using Record = std::remove_cvref_t<decltype(record)>;
-          if constexpr (!std::is_same_v<Record, ACAD_TEXT> && !std::is_same_v<Record, ACAD_POINT>) add(record);
-        },
-        [](ACAD_ENTITY&) {});
+    if (!keeps_its_pixels(entity, plane, to)) visit_record(entity, add, [](ACAD_ENTITY&) {});
     return false;
   });
-  return details;
+  std::erase_if(boxes, [](const Box& box) { return box.is_empty(); });
+  return boxes;
 }
 
-/// Whether all pixels that a detail may take, drawn up to a part of a pixel aside, are set.
-bool covers(auto& mask, const Box& detail, const CFCoor& coor, double aside) {
-  const double y = coor.IsReverseY() ? coor.GetOrigin().y - detail.y2 : detail.y1 - coor.GetOrigin().y;
-  const double left = (detail.x1 - coor.GetOrigin().x) * coor.GetScale() + 0.5 - aside;
+/// Whether all pixels that a box may take, drawn up to so many parts of a pixel aside, are set.
+bool covers(const Mask& mask, const Box& box, const CFCoor& coor, double aside) {
+  const double y = coor.IsReverseY() ? coor.GetOrigin().y - box.y2 : box.y1 - coor.GetOrigin().y;
+  const double left = (box.x1 - coor.GetOrigin().x) * coor.GetScale() + 0.5 - aside;
   const double top = y * coor.GetScale() + 0.5 - aside;
-  const double right = left + (detail.x2 - detail.x1) * coor.GetScale() + 2 * aside;
-  const double bottom = top + (detail.y2 - detail.y1) * coor.GetScale() + 2 * aside;
+  const double right = left + (box.x2 - box.x1) * coor.GetScale() + 2 * aside;
+  const double bottom = top + (box.y2 - box.y1) * coor.GetScale() + 2 * aside;
   for (auto line = static_cast<int>(top); line <= static_cast<int>(bottom); ++line)
     for (auto i = static_cast<int>(left); i <= static_cast<int>(right); ++i)
-      if (!mask.row(line)[i]) return false;
+      if (!mask.is_set(i, line)) return false;
   return true;
 }
 
 }  // namespace
 
 BlockStamp::BlockStamp(const ACAD_BLOCK& block, int entities, const Box& reach, int margin, const Plane& plane,
-                       DrawingContext& to) {
+                       DrawingContext& to)
+    : block_(block), plane_(plane), mostRuns_(static_cast<std::size_t>(entities / 2)) {
   const double scale = to.coor().GetScale();
   const double width = (double{reach.x2} - reach.x1) * scale + 2 * margin + 2;
   const double height = (double{reach.y2} - reach.y1) * scale + 2 * margin + 2;
-  if (!(width * height <= kMostPixels)) return;
+  pays_ = width * height <= kMostPixels;
+  if (!pays_) return;
+  size_ = CSize(static_cast<int>(width), static_cast<int>(height));
   const double top = to.coor().IsReverseY() ? reach.y2 + margin / scale : reach.y1 - margin / scale;
   corner_ = CFPoint(static_cast<float>(reach.x1 - margin / scale), static_cast<float>(top));
-  pays_ = draw_pictures(block, static_cast<std::size_t>(entities / 2),
-                        CSize(static_cast<int>(width), static_cast<int>(height)), plane, to);
+  ground_ = ground_of(block, to);
+  others_ = reaches_of_others(block, plane, to);
 }
 
-bool BlockStamp::draw_pictures(const ACAD_BLOCK& block, std::size_t mostRuns, CSize size, const Plane& plane,
-                               const DrawingContext& to) {
+bool BlockStamp::make_picture(int place, DrawingContext& to) {
   const double step = 1 / (kSide * double{to.coor().GetScale()});
   const int reverse = to.coor().IsReverseY();
-  const COLORREF ground = ground_of(block, to);
-  const std::vector<Box> details = details_of(block, plane, to.coor().GetScale());
-  std::vector<Mask> masks;
-  std::vector<Mask> wide;
-  for (int place = 0; place < kPlaces; ++place) {
-    const double x = corner_.x - place % kSide * step;
-    const double y = corner_.y + place / kSide * (reverse ? step : -step);
-    const CFCoor coor(CFPoint(static_cast<float>(x), static_cast<float>(y)), to.coor().GetScale(), reverse);
-    BitmapContext bitmap(size.cx, size.cy, ground);
-    if (bitmap.Width() == 0) return false;
-    draw_unmoved(block, plane, coor, bitmap, to.appearance());
-    masks.emplace_back(size);
-    if (!take(bitmap, ground, mostRuns, pictures_[place], masks.back())) return false;
-    wide.push_back(masks.back().widened());
-    const double aside = 0.5 / kSide;
-    if (!std::ranges::all_of(details, [&](const Box& detail) { return covers(wide.back(), detail, coor, aside); }))
-      return false;
+  const double x = corner_.x - place % kSide * step;
+  const double y = corner_.y + place / kSide * (reverse ? step : -step);
+  const CFCoor coor(CFPoint(static_cast<float>(x), static_cast<float>(y)), to.coor().GetScale(), reverse);
+  BitmapContext bitmap(size_.cx, size_.cy, ground_);
+  if (bitmap.Width() == 0) return false;
+  std::optional<Mask> sure;
+  if (!others_.empty()) {
+    draw_unmoved(block_, plane_, coor, bitmap, to.appearance(),
+                 [&](ACAD_ENTITY& entity) { return keeps_its_pixels(entity, plane_, to); });
+    sure.emplace(bitmap, ground_);
+    const Mask wide = sure->widened();
+    constexpr double kAside = 0.5 / kSide + kMostLoss;
+    if (!std::ranges::all_of(others_, [&](const Box& box) { return covers(wide, box, coor, kAside); })) return false;
   }
-  return look_alike(masks, wide);
+  draw_unmoved(block_, plane_, coor, bitmap, to.appearance(), [](ACAD_ENTITY&) { return true; });
+  if (sure) sure->clear_others(bitmap, ground_);
+  return take(bitmap, pictures_[place]);
 }
 
-bool BlockStamp::take(const BitmapContext& bitmap, COLORREF ground, std::size_t mostRuns, Picture& picture,
-                      Mask& mask) {
+bool BlockStamp::take(const BitmapContext& bitmap, Picture& picture) const {
   picture.left = bitmap.Width();
   for (int y = 0; y < bitmap.Height(); ++y) {
     const std::uint32_t* const pixels = bitmap.Pixels() + static_cast<std::ptrdiff_t>(y) * bitmap.Width();
     for (int begin = 0, end; begin < bitmap.Width(); begin = end) {
       for (end = begin + 1; end < bitmap.Width() && pixels[end] == pixels[begin];) ++end;
       const COLORREF color = bitmap.GetPixel(begin, y);
-      if (color == ground) continue;
+      if (color == ground_) continue;
       if (picture.runs.empty()) picture.top = y;
       picture.left = std::min(picture.left, begin);
       picture.runs.push_back({color, y, begin, end});
-      std::fill(mask.row(y) + begin, mask.row(y) + end, char{1});
     }
-    if (picture.runs.size() > mostRuns) return false;
+    if (picture.runs.size() > mostRuns_) return false;
   }
   std::stable_sort(picture.runs.begin(), picture.runs.end(),
                    [](const Run& r, const Run& s) { return r.color < s.color; });
-  return true;
+  return picture.isMade = true;
 }
 
-bool BlockStamp::draw(const CFPoint& shift, DrawingContext& to) const {
+bool BlockStamp::draw(const CFPoint& shift, DrawingContext& to) {
+  if (!pays_) return false;
   const CFCoor& coor = to.coor();
   const double scale = coor.GetScale();
   const double x = double{corner_.x} + shift.x;
   const double y = double{corner_.y} + shift.y;
   constexpr double kLoss = 1e-7;  // of a float
-  constexpr double kMost = 0.05;  // pixels
-  if (!(std::max(std::fabs(x), std::fabs(y)) * scale * kLoss < kMost)) return false;
+  const double far = std::max({std::fabs(x), std::fabs(y), std::fabs(double{corner_.x}), std::fabs(double{corner_.y})});
+  if (!(far * scale * kLoss < kMostLoss)) return false;
   // In parts of a pixel.
   const double partsX = std::floor((x - coor.GetOrigin().x) * scale * kSide + 0.5);
   const double partsY =
@@ -189,6 +247,7 @@ bool BlockStamp::draw(const CFPoint& shift, DrawingContext& to) const {
   const int place =
       static_cast<int>(partsX - double{kSide} * atX) + kSide * static_cast<int>(partsY - double{kSide} * atY);
   const Picture& picture = pictures_[place];
+  if (!picture.isMade && !make_picture(place, to)) return pays_ = false;
   if (atX + picture.left < 0 || atY + picture.top < 0) return false;
   for (const Run& run : picture.runs) {
     to.select_ink(run.color);

@@ -13,6 +13,7 @@
 #include "qvtools/dxf/view/internal/block_stamp.h"
 #include "qvtools/dxf/view/internal/draw.h"
 #include "qvtools/dxf/view/internal/pick.h"
+#include "qvtools/dxf/view/internal/reach.h"
 #include "qvtools/services/internal/out_of_memory.h"
 #include "qvtools/system/internal/prefetch.h"
 
@@ -20,71 +21,12 @@ namespace qv {
 
 namespace {
 
+using detail::add_point;
 using detail::Box;
 using detail::Plane;
-
-/// Letters hang over a text's ends and below its line by less than this many heights.
-constexpr double kOverhang = 2;
-
-/// How far a text is drawn or picked from its insertion point, in its heights.
-double text_reach(const ACAD_TEXT& r) {
-  return std::fabs(static_cast<double>(detail::text_width(r, 1))) + kOverhang;
-}
-
-/// Adds a point; one that is not finite makes the box endless.
-void add_point(Box& box, const CFPoint& p) {
-  if (std::isfinite(p.x) && std::isfinite(p.y))
-    box.add(p);
-  else
-    box = Box::everything();
-}
-
-/// Widens a box by a length, and by as much again as single precision may lose.
-void widen(Box& box, double by) {
-  if (box.is_empty()) return;
-  constexpr double kLoss = 1e-6;
-  const double far = std::max({std::fabs(box.x1), std::fabs(box.y1), std::fabs(box.x2), std::fabs(box.y2)});
-  const auto d = static_cast<float>(std::fabs(by) + far * kLoss);
-  box = std::isfinite(d) ? Box{box.x1 - d, box.y1 - d, box.x2 + d, box.y2 + d} : Box::everything();
-}
-
-// How far a record can be drawn or picked beyond the box of its points.
-
-double beyond_points(const auto&, const Box&) {
-  return 0;
-}
-double beyond_points(const ACAD_POINT&, const Box&) {
-  return detail::kPointExtent;
-}
-double beyond_points(const ACAD_TEXT& r, const Box&) {
-  return r.m_fHeight * text_reach(r);
-}
-double beyond_points(const ACAD_CIRCLE& r, const Box&) {
-  return r.m_fRadius;
-}
-double beyond_points(const ACAD_ARC& r, const Box&) {
-  return r.m_fRadius;
-}
-double beyond_points(const ACAD_POLYLINE& r, const Box& box) {
-  double width = std::max(std::fabs(r.m_fStartWidth), std::fabs(r.m_fEndWidth));
-  double bulge = 0;
-  for (const ACAD_VERTEX& vertex : r.m_Vertices) {
-    width = std::max<double>({width, std::fabs(vertex.m_fStartWidth), std::fabs(vertex.m_fEndWidth)});
-    bulge = std::max<double>(bulge, std::fabs(vertex.m_fBulge));
-  }
-  // No point of an arc lies farther from its nearer end than its apex does, chord / 2 * sqrt(1 + b^2), which is at most
-  // chord * (1 + b) / 2; the tip of a mitre lies within five half widths of its vertex.
-  const double chord = std::hypot(static_cast<double>(box.x2) - box.x1, static_cast<double>(box.y2) - box.y1);
-  return (bulge > 0 ? chord * (1 + bulge) / 2 : 0) + width * 2.5;
-}
-
-/// Where a record can be drawn or picked, in a plane; empty for what is never drawn.
-Box reach(const auto& r, const Plane& plane) {
-  Box box;
-  detail::for_each_point(r, [&](const Point3& p) { add_point(box, plane(p)); });
-  widen(box, beyond_points(r, box));
-  return box;
-}
+using detail::reach;
+using detail::text_reach;
+using detail::widen;
 
 /// Whether a line lies inside the rectangle, more than so far off its border: then there is nothing more to ask.
 bool lies_within(const Box& line, const CFRect& rect, double off) {
@@ -277,15 +219,15 @@ class PreparedDrawing::Blocks {
       Use& use = uses_[index];
       if (++use.inserts == kInserts && can_be_stamped(*block.block))
         use.stamp.emplace(*block.block, block.entities, block.reach, margin_, plane_, to_);
-      if (use.stamp && use.stamp->pays() && use.stamp->draw(plane_(detail::displacement(*block.block, insert)), to_))
-        return;
+      if (use.stamp && use.stamp->draw(plane_(detail::displacement(*block.block, insert)), to_)) return;
     }
     detail::draw_block(*block.block, insert, plane_, to_);
   }
 
  private:
-  static constexpr int kFewest = 8;    // entities of a block that is copied
-  static constexpr int kInserts = 24;  // the first that is copied: a copy takes sixteen drawings to make
+  static constexpr int kFewest = 8;  // entities of a block that is copied
+  static constexpr int kInserts =
+      12;  // the first that is copied: each of sixteen pictures takes up to two drawings to make
   struct Use {
     int inserts = 0;
     std::optional<detail::BlockStamp> stamp;

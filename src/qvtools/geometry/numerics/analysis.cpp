@@ -13,7 +13,7 @@ namespace {
 constexpr double kSameAbscissa = 1e-5;
 
 // The partial sum of `trapzd` between its stages.
-double trapezoid_sum = 0;
+thread_local double trapezoid_sum = 0;
 
 double value_of(float (*f)(float), double x) {
   return f(static_cast<float>(x));

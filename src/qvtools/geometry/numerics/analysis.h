@@ -20,12 +20,13 @@ QV_API void gaussj(float* a, int n, float* b, int m);
 QV_API void gaussj(double* a, int n, double* b, int m);
 
 /// The integral of f from a to b by Romberg's method: at most 20 stages, relative accuracy 1e-4. Results below 1e-4 are
-/// taken as they are. Error 0 when 20 stages do not suffice; the last value is returned. Not re-entrant, see `trapzd`.
+/// taken as they are. Error 0 when 20 stages do not suffice; the last value is returned. f must not integrate, see
+/// `trapzd`.
 QV_API float integeration_romberg(float (*f)(float), float a, float b);
 
 /// The n-th stage of the extended trapezoid rule for f from a to b; n = 1, 2, 3, ... must be called in order. The
-/// partial sum lies in one variable of the library: two integrations must not interleave. The stage n takes
-/// 2^(n-2) new points; n above 32 counts as 32.
+/// partial sum is the thread's: two integrations of one thread must not interleave. The stage n takes 2^(n-2) new
+/// points; n above 32 counts as 32.
 QV_API float trapzd(float (*f)(float), float a, float b, int n);
 
 /// The value at x of the polynomial through n points (Neville's algorithm), and the estimate dy of its error. Nothing
