@@ -234,8 +234,9 @@ bool BlockStamp::draw(const CFPoint& shift, DrawingContext& to) {
   const double x = double{corner_.x} + shift.x;
   const double y = double{corner_.y} + shift.y;
   constexpr double kLoss = 1e-7;  // of a float
-  const double far = std::max({std::fabs(x), std::fabs(y), std::fabs(double{corner_.x}), std::fabs(double{corner_.y})});
-  if (!(far * scale * kLoss < kMostLoss)) return false;
+  const double farthest =
+      std::max({std::fabs(x), std::fabs(y), std::fabs(double{corner_.x}), std::fabs(double{corner_.y})});
+  if (!(farthest * scale * kLoss < kMostLoss)) return false;
   // In parts of a pixel.
   const double partsX = std::floor((x - coor.GetOrigin().x) * scale * kSide + 0.5);
   const double partsY =

@@ -31,8 +31,8 @@ inline void add_point(Box& box, const CFPoint& p) {
 inline void widen(Box& box, double by) {
   if (box.is_empty()) return;
   constexpr double kLoss = 1e-6;
-  const double far = std::max({std::fabs(box.x1), std::fabs(box.y1), std::fabs(box.x2), std::fabs(box.y2)});
-  const auto d = static_cast<float>(std::fabs(by) + far * kLoss);
+  const double farthest = std::max({std::fabs(box.x1), std::fabs(box.y1), std::fabs(box.x2), std::fabs(box.y2)});
+  const auto d = static_cast<float>(std::fabs(by) + farthest * kLoss);
   box = std::isfinite(d) ? Box{box.x1 - d, box.y1 - d, box.x2 + d, box.y2 + d} : Box::everything();
 }
 
