@@ -134,8 +134,8 @@ void FieldLocator::sort_into_cells() {
   }
   if (entered > std::numeric_limits<std::uint32_t>::max()) throw std::bad_alloc();
   for (std::size_t c = 2; c < start_.size(); ++c) start_[c] += start_[c - 1];
-  entries_.resize(entered);
-  if (!loose_.empty()) numbers_.resize(entered);
+  entries_.resize(start_.back());
+  if (!loose_.empty()) numbers_.resize(entries_.size());
   for (const Item& item : items) {
     for_each_cell(item.box, [&](std::size_t c, std::uint32_t part) {
       const std::uint32_t place = start_[c + 1]++;
