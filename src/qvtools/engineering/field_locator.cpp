@@ -90,8 +90,10 @@ FieldLocator::Box FieldLocator::box_around(double left, double top, double right
   return {step(left, columns_), step(top, rows_), step(right, columns_), step(bottom, rows_)};
 }
 
-std::int64_t FieldLocator::Box::cells() const {
-  return ((right >> kStepBits) - (left >> kStepBits) + 1) * ((bottom >> kStepBits) - (top >> kStepBits) + 1);
+/// The number of cells that a box reaches into.
+std::int64_t FieldLocator::cells_of(const Box& box) {
+  return ((box.right >> kStepBits) - (box.left >> kStepBits) + 1) *
+         ((box.bottom >> kStepBits) - (box.top >> kStepBits) + 1);
 }
 
 /// Nodes and triangles are entered in all cells that they reach into.
@@ -106,10 +108,10 @@ void FieldLocator::sort_into_cells() {
   for (int i = 0; i < field_.m_Nodes.GetSize(); ++i) items.push_back({reach(field_.m_Nodes[i]), {0, {i, -1, -1}}, -1});
   for (int i = 0; i < field_.m_Tris.GetSize(); ++i) {
     const Box box = reach(field_.m_Tris[i]);
-    if (box.cells() == 0) continue;
+    if (cells_of(box) == 0) continue;
     const auto& node = field_.m_Tris[i].node;
     const Entry entry = {0, {node[0] - 1, node[1] - 1, node[2] - 1}};
-    if (box.cells() <= kMostCells) {
+    if (cells_of(box) <= kMostCells) {
       items.push_back({box, entry, i});
     } else {
       loose_.push_back(entry);

@@ -31,7 +31,6 @@ class QV_API FieldLocator {
     std::int64_t top;
     std::int64_t right;
     std::int64_t bottom;
-    std::int64_t cells() const;
   };
   static constexpr Box kNowhere = {0, 0, -1, -1};
   static constexpr Box kEverywhere = {0, 0, std::numeric_limits<std::int64_t>::max() / 2, 0};
@@ -55,6 +54,7 @@ class QV_API FieldLocator {
   };
   void lay_grid();
   void sort_into_cells();
+  static std::int64_t cells_of(const Box& box);
   Box box_around(double left, double top, double right, double bottom) const;
   Box reach(const CChangNode& node) const;
   Box reach(const CChangTri& tri) const;
