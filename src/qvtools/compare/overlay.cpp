@@ -38,7 +38,7 @@ class Overlay {
   void make_tables() {
     constexpr int kGrey = 8, kRed = 1, kGreen = 3, kCyan = 4, kMagenta = 6, kOrange = 30;
     drawing_->Set_MaxNum_of_Tables(kDefaultMaxLType, kDefaultMaxLayer, before_.m_nStyle + after_.m_nStyle + 1);
-    drawing_->New_MemDxf();
+    if (!drawing_->New_MemDxf()) throw std::bad_alloc();
     const CFRect sheet = after_.GetFRect();
     const float size = std::max(sheet.Width(), sheet.Height());
     const float dash = std::isfinite(size) && size > 0 ? size / 250 : 1;
