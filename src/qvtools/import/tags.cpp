@@ -8,7 +8,6 @@
 #include <cstring>
 #include <limits>
 
-#include "qvtools/dxf/io/internal/line_index.h"
 #include "qvtools/text/numbers.h"
 
 namespace qv::importing {
@@ -56,39 +55,23 @@ Form form_of(std::string_view file) {
   return narrow ? Form::BinaryNarrow : Form::BinaryWide;
 }
 
-TagReader::TagReader(std::string_view file) : file_(file), form_(form_of(file)), end_(file.data() + file.size()) {
+TagReader::TagReader(std::string_view file)
+    : file_(file), form_(form_of(file)), end_(file.data() + file.size()), plainEnd_(file.data()) {
+  constexpr std::size_t kLongestCode = 5;  // with CR LF
+  if (form_ == Form::Text && file.size() > kLongestCode) plainEnd_ = end_ - kLongestCode;
   seek(0);
 }
 
 void TagReader::seek(std::size_t place) {
   if (form_ != Form::Text) place = std::max(place, kBinaryMark);
   at_ = file_.data() + std::min(place, file_.size());
-  feeds_[0] = feeds_[1] = kNoFeed;
-  feed_ = feeds_;
-  chunkSize_ = kFirstChunk;
   pending_ = ended_ = false;
 }
 
-bool TagReader::index_more() {
-  if (at_ >= end_) return false;
-  chunk_ = at_;
-  const auto size = std::min(chunkSize_, static_cast<std::size_t>(end_ - at_));
-  chunkSize_ = std::min(4 * chunkSize_, kLargestChunk);
-  std::uint16_t* const last = detail::index_line_feeds(chunk_, size, feeds_);
-  last[0] = last[1] = kNoFeed;
-  feed_ = feeds_;
-  return true;
-}
-
 bool TagReader::next_line(std::string_view& line) {
-  if (*feed_ == kNoFeed && !index_more()) return false;
-  const char* end;
-  if (*feed_ == kNoFeed) {  // longer than a chunk
-    end = static_cast<const char*>(std::memchr(at_, '\n', static_cast<std::size_t>(end_ - at_)));
-    if (!end) end = end_;
-  } else {
-    end = chunk_ + *feed_++;
-  }
+  if (at_ >= end_) return false;
+  const char* end = detail::find_feed(at_, static_cast<std::size_t>(end_ - at_));
+  if (!end) end = end_;
   std::size_t size = static_cast<std::size_t>(end - at_);
   if (size > 0 && end[-1] == '\r') --size;
   line = {at_, size};

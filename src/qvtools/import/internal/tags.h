@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "qvtools/text/internal/fixed2.h"
+#include "qvtools/text/internal/line_feeds.h"
 
 namespace qv::importing {
 
@@ -80,34 +81,29 @@ class TagReader {
   std::size_t first_repair() const { return firstRepair_; }
 
  private:
-  static constexpr std::uint16_t kNoFeed = 0xFFFF;
-  static constexpr std::size_t kLargestChunk = 60 * 1024;
-  static constexpr std::size_t kFirstChunk = 1024;
-
-  /// Takes a group whose code stands right-aligned in three characters and whose lines lie in the present chunk, as
-  /// nearly all do.
+  /// Takes a group whose code stands right-aligned in three characters, as nearly all do.
   bool take_plain() {
-    if (feed_[0] == kNoFeed || feed_[1] == kNoFeed) return false;
     const char* const line = at_;
-    const char* const codeEnd = chunk_ + feed_[0];
-    const auto codeLength = codeEnd - line;
-    if (codeLength != 3 && (codeLength != 4 || line[3] != '\r')) return false;
+    if (line >= plainEnd_) return false;
+    const char* first = line + 4;
+    if (line[3] != '\n') {
+      if (line[3] != '\r' || line[4] != '\n') return false;
+      ++first;
+    }
     const unsigned tens = static_cast<unsigned char>(line[1]) - unsigned{'0'};
     const unsigned ones = static_cast<unsigned char>(line[2]) - unsigned{'0'};
     if (line[0] != ' ' || ones > 9 || (tens - 1 > 8 && line[1] != ' ')) return false;
-    const char* const valueEnd = chunk_ + feed_[1];
-    const auto length = static_cast<std::size_t>(valueEnd - codeEnd) - 1;
+    const char* const feed = detail::find_feed(first, static_cast<std::size_t>(end_ - first));
     place_ = static_cast<std::size_t>(line - file_.data());
     tag_.code = static_cast<int>(tens <= 9 ? 10 * tens + ones : ones);
-    tag_.text = {codeEnd + 1, length - (length > 0 && valueEnd[-1] == '\r')};
-    at_ = valueEnd + 1;
-    feed_ += 2;
+    // What lies before an empty line is a line feed.
+    tag_.text = {first, static_cast<std::size_t>(feed - first) - (feed[-1] == '\r')};
+    at_ = feed + 1;
     return true;
   }
   bool next_text();
   bool next_binary();
   bool next_line(std::string_view& line);
-  bool index_more();
   bool parse_code(std::string_view line, int& code);
   bool take(std::size_t size, const unsigned char*& bytes);
   bool take_value();
@@ -116,16 +112,13 @@ class TagReader {
   Form form_;
   const char* at_;
   const char* end_;
-  const char* chunk_ = nullptr;  // whose line ends are known
-  std::size_t chunkSize_ = kFirstChunk;
-  const std::uint16_t* feed_;
+  const char* plainEnd_;  // before it, a line feed ends whatever line begins; nothing of a binary file lies before it
   Tag tag_;
   bool pending_ = false;
   bool ended_ = false;
   std::size_t place_ = 0;
   int repairs_ = 0;
   std::size_t firstRepair_ = 0;
-  std::uint16_t feeds_[kLargestChunk + 64];
 };
 
 }  // namespace qv::importing

@@ -4,8 +4,8 @@
 /// right-aligned in three characters; lines are at most 289 bytes long (what follows counts as another line), and end
 /// in LF or CR LF. One pair can be given back.
 ///
-/// A drawing file of our own opening is read in large blocks, whose line ends are found first. A stream that a host
-/// opened is read line by line, so that it stands where the record ended.
+/// A drawing file of our own opening is read in large blocks. A stream that a host opened is read line by line, so that
+/// it stands where the record ended.
 
 #include <cstdint>
 #include <cstdio>
@@ -13,7 +13,7 @@
 #include <memory>
 #include <string_view>
 
-#include "qvtools/dxf/io/internal/line_index.h"
+#include "qvtools/text/internal/line_feeds.h"
 
 namespace qv::detail {
 
@@ -29,6 +29,33 @@ struct Word {
     for (std::size_t i = 0; i < size; ++i) letters |= std::uint64_t{static_cast<unsigned char>(text[i])} << 8 * i;
   }
   bool operator==(const Word&) const = default;
+};
+
+/// A group code: the three characters of its line as a number, compared at once. Only those that the writer produces
+/// name a code: right-aligned, without leading zeros.
+class GroupCode {
+ public:
+  consteval GroupCode(int code)
+      : letters_(' ' | static_cast<unsigned>(code < 10 ? ' ' : '0' + code / 10) << 8 |
+                 static_cast<unsigned>('0' + code % 10) << 16) {
+    if (code < 0 || code > 99) throw "no group code";
+  }
+  /// The code of a line of three characters, of which four can be read.
+  static GroupCode of(const char* line) {
+    std::uint32_t letters;
+    std::memcpy(&letters, line, sizeof letters);
+    return GroupCode(letters & 0xFFFFFF, 0);
+  }
+  /// Whether it may be one of the writer's, and is surely no end of a line: blanks and digits have this bit.
+  bool is_usual() const { return (letters_ & 0x202020) == 0x202020; }
+  /// What no line is equal to: the code of any other line, and what stands behind the last pair.
+  static constexpr GroupCode unknown() { return {1u << 24, 0}; }
+  static constexpr GroupCode end() { return {2u << 24, 0}; }
+  bool operator==(const GroupCode&) const = default;
+
+ private:
+  constexpr GroupCode(std::uint32_t letters, int) : letters_(letters) {}
+  std::uint32_t letters_;
 };
 
 /// A line without its end. `ended` is false when the length limit or the end of the file cut it. Sixteen bytes
@@ -53,7 +80,6 @@ struct Line {
 
 class GroupReader {
  public:
-  static constexpr int kUnknownCode = -1;
   static constexpr std::size_t kMaxLine = 289;
 
   /// What the stream is: ours to read ahead in, or a host's.
@@ -67,15 +93,19 @@ class GroupReader {
   void fail() { failed_ = true; }
 
   /// Reads the next pair; false at the end of the file.
-  bool next() {
-    reserve(kMaxPair);
-    return take_plain_pair() || next_slowly();
-  }
-  int code() const { return code_; }
+  bool next() { return take_plain_pair() || next_slowly(); }
+  GroupCode code() const { return code_; }
   const Line& value() const { return value_; }
-  bool at(int code, const Word& word) const { return code_ == code && value_.is(word); }
+  bool at(GroupCode code, const Word& word) const { return code_ == code && value_.is(word); }
   /// Gives the last pair back: `next` reads it again.
-  void unread();
+  void unread() {
+    if (code_ == 0 && value_.is("ENDBLK")) --blocksEnded_;
+    if (kind_ == Stream::Host) {
+      std::fseek(file_, hostPair_, SEEK_SET);
+    } else {
+      at_ = pair_;
+    }
+  }
 
   /// Goes back to the start of the file (own streams).
   void rewind();
@@ -84,7 +114,7 @@ class GroupReader {
   /// Calls `look` on the pairs ahead, at most kLookAhead of them, until it returns false, and goes back (own streams).
   void look_ahead(const auto& look) {
     reserve(kLookAhead * kMaxPair);
-    const Position mark = at_;
+    const char* const mark = at_;
     for (std::size_t i = 0; i < kLookAhead && next() && look(); ++i) {
     }
     at_ = mark;
@@ -96,63 +126,33 @@ class GroupReader {
  private:
   static constexpr std::size_t kMaxPair = 2 * (kMaxLine + 2);
   static constexpr std::size_t kLookAhead = 64;
-  /// Offsets within a block are far below kNoFeed: no line that reaches there passes for one that is short enough.
   static constexpr std::size_t kBlock = 63 * 1024;
-  static constexpr std::uint16_t kNoFeed = 0xFFFF;
-  static_assert(kBlock + kMaxLine < kNoFeed && kLookAhead * kMaxPair < kBlock);
-  struct Memory {
-    char text[kBlock + kIndexMargin];
-    std::uint16_t feeds[kBlock + kIndexMargin];
-  };
+  static_assert(kLookAhead * kMaxPair < kBlock);
+  /// So many zeros lie behind what was read: a line can be looked for at its very end.
+  static constexpr std::size_t kMargin = 512;
+  static constexpr char kNoText[kMargin] = {};
 
-  /// A place in the block, with the first line feed that does not lie before it.
-  struct Position {
-    const char* text = nullptr;
-    const std::uint16_t* feed = kNoFeeds;
-  };
-  static constexpr std::uint16_t kNoFeeds[2] = {kNoFeed, kNoFeed};
-
-  /// What a character of a code counts for at its place, or so little that no sum with it is a code.
-  struct CodeDigits {
-    std::int16_t tens[256];
-    std::int16_t ones[256];
-    constexpr CodeDigits() : tens(), ones() {
-      constexpr std::int16_t kNone = -1000;
-      for (int c = 0; c < 256; ++c) {
-        const bool digit = c >= '0' && c <= '9';
-        const auto value = static_cast<std::int16_t>(c - '0');
-        ones[c] = digit ? value : kNone;
-        tens[c] = c == ' ' ? std::int16_t{0} : digit && value > 0 ? static_cast<std::int16_t>(10 * value) : kNone;
-      }
-    }
-  };
-  static const CodeDigits kCodeDigits;
-  /// The code that three characters name as the writer writes it, below 0 for any others.
-  static int code_of(const char* line) {
-    const int code =
-        kCodeDigits.tens[static_cast<unsigned char>(line[1])] + kCodeDigits.ones[static_cast<unsigned char>(line[2])];
-    return line[0] == ' ' ? code : kUnknownCode;
-  }
-  std::size_t ahead() const { return static_cast<std::size_t>(end_ - at_.text); }
-  /// Takes a pair whose code line is just as the writer writes it and whose value line is not too long, which is nearly
-  /// every pair; false, with nothing taken, for any other.
+  std::size_t ahead() const { return static_cast<std::size_t>(end_ - at_); }
+  /// Takes a pair that lies in the block whole, with a code line of three characters and a value line that is not too
+  /// long, which is nearly every pair; false, with nothing taken, for any other.
   bool take_plain_pair() {
-    const char* const line = at_.text;
-    const std::uint16_t* const feed = at_.feed;
-    const std::size_t codeEnd = feed[0];
-    const std::size_t valueEnd = feed[1];
-    const std::size_t length = valueEnd - codeEnd - 1;
-    if (length >= kMaxLine) return false;
-    const char* const first = block_ + codeEnd + 1;
-    const auto codeLength = first - line - 1;
-    if (codeLength != 3 && (codeLength != 4 || line[3] != '\r')) return false;
-    const int code = code_of(line);
-    if (code < 0) return false;
-    pair_ = {line, feed};
-    at_ = {block_ + valueEnd + 1, feed + 2};
+    const char* const line = at_;
+    const GroupCode code = GroupCode::of(line);
+    const char* first = line + 4;
+    if (line[3] != '\n') {
+      if (line[3] != '\r' || line[4] != '\n') return false;
+      ++first;
+    }
+    const char* const feed = code.is_usual() ? find_feed(first, kMaxLine) : nullptr;
+    if (!feed) return false;
+    const auto length = static_cast<std::size_t>(feed - first);
+    pair_ = line;
+    at_ = feed + 1;
     code_ = code;
-    value_ = {std::string_view(first, length - (length > 0 && first[length - 1] == '\r')), true};
-    if (code == 0) count_block_end();
+    // What lies before an empty line is a line feed.
+    value_ = {std::string_view(first, length - (first[length - 1] == '\r')), true};
+    if (code_ == 0) [[unlikely]]
+      count_block_end();
     return true;
   }
   void count_block_end() {
@@ -165,8 +165,9 @@ class GroupReader {
   void finish_pair(const Line& codeLine);
   /// Makes at least `size` bytes of the file lie ahead, if it has so many.
   void reserve(std::size_t size) {
-    if (ahead() < size && !atEnd_) refill();
+    if (lacks(size)) refill();
   }
+  bool lacks(std::size_t size) const { return ahead() < size && !atEnd_; }
   void start();
   void refill();
   /// Tells of a disk that failed.
@@ -176,19 +177,16 @@ class GroupReader {
   Stream kind_;
   bool atEnd_ = false;
   bool failed_ = false;
-  int code_ = kUnknownCode;
+  GroupCode code_ = GroupCode::unknown();
   Line value_;
-  Position at_;
-  Position pair_;  // where the last pair began
-  const char* block_ = nullptr;
-  const char* end_ = nullptr;
+  const char* at_ = kNoText;
+  const char* pair_ = kNoText;  // where the last pair began
+  const char* end_ = kNoText;
   int blocksEnded_ = 0;
-  std::unique_ptr<Memory> memory_;
+  std::unique_ptr<char[]> block_;
   long hostPair_ = 0;
   char hostCode_[kMaxLine + 1];
   char hostValue_[kMaxLine + 1];
 };
-
-inline constexpr GroupReader::CodeDigits GroupReader::kCodeDigits;
 
 }  // namespace qv::detail

@@ -27,14 +27,13 @@ void text_of(const Line& value, char* field, std::size_t size);
 class FieldReader {
  public:
   explicit FieldReader(GroupReader& in) : in_(in) { advance(); }
-  /// The code of the pair at which it stands; kEnd behind the last.
-  int code() const { return code_; }
-  static constexpr int kEnd = -2;
+  /// The code of the pair at which it stands; the end behind the last.
+  GroupCode code() const { return code_; }
   /// False when a pair came that the record cannot take.
   bool good() const { return good_; }
   /// The number of pairs that were taken.
   int taken() const { return taken_; }
-  void advance() { code_ = in_.next() ? in_.code() : kEnd; }
+  void advance() { code_ = in_.next() ? in_.code() : GroupCode::end(); }
 
   template <int code, std::size_t N>
   void text(char (&field)[N]) {
@@ -96,7 +95,7 @@ class FieldReader {
   }
 
   GroupReader& in_;
-  int code_ = kEnd;
+  GroupCode code_ = GroupCode::end();
   bool good_ = true;
   int taken_ = 0;
   int stored_ = 0;
@@ -107,7 +106,7 @@ class FieldReader {
 /// a pair.
 bool read_groups(GroupReader& in, auto& record) {
   FieldReader fields(in);
-  while (fields.code() != FieldReader::kEnd) {
+  while (fields.code() != GroupCode::end()) {
     if (fields.code() == 0 && ends_record(in.value())) {
       in.unread();
       return true;
