@@ -71,9 +71,9 @@ void WriteDatabase(benchmark::State& state) {
   const std::string bytes = directory.read("own");
   for (auto _ : state) {
     const auto [once, segmentwise, baseline, disk] =
-        qvbench::medians([&] { write_at_once(own.c_str(), values); }, [&] { write_kept(kept.c_str(), values); },
-                         [&] { qvbench::write_plain_database(plain.c_str(), values); },
-                         [&] { write_bytes(directory.path("bytes").c_str(), bytes); });
+        qvbench::shortest([&] { write_at_once(own.c_str(), values); }, [&] { write_kept(kept.c_str(), values); },
+                          [&] { qvbench::write_plain_database(plain.c_str(), values); },
+                          [&] { write_bytes(directory.path("bytes").c_str(), bytes); });
     state.counters["ns/item"] = once / kSegments / kItems * 1e9;
     state.counters["ratio"] = baseline / once;
     state.counters["kept"] = baseline / segmentwise;
@@ -108,13 +108,13 @@ void ReadDatabase(benchmark::State& state) {
   write_at_once(path.c_str(), values);
   for (auto _ : state) {
     std::size_t ownBytes = 0, plainBytes = 0;
-    const auto [own, plain] =
-        qvbench::medians([&] { ownBytes = read_every_item(path.c_str(), values); },
-                         [&] {
-                           plainBytes = 0;
-                           qvbench::read_plain_database(
-                               path.c_str(), [&](const char*, const char* value) { plainBytes += std::strlen(value); });
-                         });
+    const auto [own, plain] = qvbench::shortest(
+        [&] { ownBytes = read_every_item(path.c_str(), values); },
+        [&] {
+          plainBytes = 0;
+          qvbench::read_plain_database(path.c_str(),
+                                       [&](const char*, const char* value) { plainBytes += std::strlen(value); });
+        });
     state.counters["ns/item"] = own / kSegments / kItems * 1e9;
     state.counters["ratio"] = plain / own;
     state.counters["least"] = 3;
@@ -132,14 +132,14 @@ void LookUpInDatabase(benchmark::State& state) {
   char value[CDataBaseFile::kValueSize];
   for (auto _ : state) {
     CDataBaseFile file;
-    const double open = qvbench::medians([&] {
+    const double open = qvbench::shortest([&] {
       file.Open_File(path.c_str(), CDataBaseFile::IO_READ);
       file.Read_Segment("Item77777");
       file.Get_Item("Top", value);
     })[0];
     constexpr int kLookUps = 10000;
     int found = 0;
-    const double one = qvbench::medians([&] {
+    const double one = qvbench::shortest([&] {
       for (unsigned i = 0; i < kLookUps; ++i) {
         file.Read_Segment("Item%d", static_cast<int>(i * 2654435761U % kSegments));
         found += file.Get_Item("Top", value);

@@ -1,4 +1,5 @@
-// The baseline of compose_lines.py: a million lines from arrays, by a loop of calls. Prints the milliseconds of each way.
+// The baseline of compose_lines.py: a million lines from arrays, by a loop of calls. Prints the milliseconds of each
+// way.
 
 #include <chrono>
 #include <cstdio>

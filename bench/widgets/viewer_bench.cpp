@@ -87,11 +87,13 @@ void LookAtPlan(benchmark::State& state) {
     state.counters["first picture ms"] = milliseconds(Clock::now() - begin);
     state.counters["of it reading ms"] = milliseconds(read - begin);
     view.middle_down({kWidth / 2, kHeight / 2});
-    std::vector<double> took =
-        moved(view, window, [&](int i) { view.move({kWidth / 2 + 3 * i, kHeight / 2 - 2 * i}); });
+    std::vector<double> took = moved(view, window, [&](int i) {
+      view.move({kWidth / 2 + 3 * i, kHeight / 2 - 2 * i});
+    });
     view.middle_up({kWidth / 2, kHeight / 2});
-    const std::vector<double> zoomed =
-        moved(view, window, [&](int i) { view.wheel({600, 500}, i % 40 < 20 ? 0.5 : -0.5, i > 0); });
+    const std::vector<double> zoomed = moved(view, window, [&](int i) {
+      view.wheel({600, 500}, i % 40 < 20 ? 0.5 : -0.5, i > 0);
+    });
     took.insert(took.end(), zoomed.begin(), zoomed.end());
     view.show_all();
     view.show(window.bitmap, 0);
