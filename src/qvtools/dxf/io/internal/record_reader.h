@@ -88,6 +88,7 @@ class FieldReader {
  private:
   template <int code, class F>
   void take(const F& f) {
+    static_assert(code >= 0 && code <= 99);
     if (code_ != code) return;
     f(in_.value());
     ++taken_;
