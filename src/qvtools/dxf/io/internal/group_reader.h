@@ -149,7 +149,7 @@ class GroupReader {
     at_ = feed + 1;
     code_ = code;
     // What lies before an empty line is a line feed.
-    value_ = {std::string_view(first, length - (first[length - 1] == '\r')), true};
+    value_ = {std::string_view(first, length - (feed[-1] == '\r')), true};
     if (code_ == 0) [[unlikely]]
       count_block_end();
     return true;
