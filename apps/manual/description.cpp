@@ -1,9 +1,12 @@
 #include "description.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <regex>
 #include <sstream>
 
+#include "qvdraw/command_line.h"
+#include "qvview/command_line.h"
 #include "shpc/command_line.h"
 
 namespace manual {
@@ -75,14 +78,28 @@ void describe_words(CLI::App& application, Command& command) {
     describe_words(*group, command);
 }
 
-}  // namespace
-
 Command described(CLI::App& program) {
   Command command{program.get_name(), program.get_description(), {}, {}, {}};
   describe_words(program, command);
   for (CLI::App* part : program.get_subcommands([](const CLI::App* p) { return !p->get_name().empty(); }))
     command.commands.push_back(described(*part));
   return command;
+}
+
+}  // namespace
+
+Command described_qvdraw() {
+  CLI::App program;
+  qvdraw::Call call;
+  qvdraw::define_command_line(program, call);
+  return described(program);
+}
+
+Command described_qvview() {
+  CLI::App program;
+  qvview::Call call;
+  qvview::define_command_line(program, call);
+  return described(program);
 }
 
 Command described_shpc() {

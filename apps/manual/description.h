@@ -1,6 +1,5 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <string>
 #include <vector>
 
@@ -30,10 +29,9 @@ struct Command {
   std::vector<Command> commands;
 };
 
-/// What the parser of a program's words knows.
-Command described(CLI::App& program);
-
-/// The shape compiler, which has a parser of its own.
+/// The programs, by what the parsers of their words know.
+Command described_qvdraw();
+Command described_qvview();
 Command described_shpc();
 
 }  // namespace manual

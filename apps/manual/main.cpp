@@ -6,8 +6,6 @@
 #include <fstream>
 
 #include "page.h"
-#include "qvdraw/command_line.h"
-#include "qvview/command_line.h"
 
 namespace {
 
@@ -74,13 +72,8 @@ int main(int argc, char** argv) {
     std::fputs("usage: make_manual DATE FOLDER\n", stderr);
     return 2;
   }
-  CLI::App qvdraw, qvview;
-  qvdraw::Call qvdrawCall;
-  qvdraw::define_command_line(qvdraw, qvdrawCall);
-  qvview::Call qvviewCall;
-  qvview::define_command_line(qvview, qvviewCall);
-  if (!write(manual::described(qvdraw), kQvdraw, argv[1], argv[2]) ||
-      !write(manual::described(qvview), kQvview, argv[1], argv[2]) ||
+  if (!write(manual::described_qvdraw(), kQvdraw, argv[1], argv[2]) ||
+      !write(manual::described_qvview(), kQvview, argv[1], argv[2]) ||
       !write(manual::described_shpc(), kShpc, argv[1], argv[2])) {
     std::fprintf(stderr, "make_manual: %s cannot be written\n", argv[2]);
     return 1;

@@ -1,5 +1,6 @@
 #include "command_line.h"
 
+#include <CLI/CLI.hpp>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -324,6 +325,14 @@ void add_commands(CLI::App& program, int& answer) {
   });
 }
 
+int complain(const CLI::App& program, const char* message, bool usage) {
+  std::fprintf(stderr, "qvdraw: %s\n", message);
+  const auto commands = program.get_subcommands();
+  if (!usage) return !commands.empty() && commands[0]->get_name() == "diff" ? 2 : 1;
+  std::fprintf(stderr, "see qvdraw %s--help\n", commands.empty() ? "" : (commands[0]->get_name() + ' ').c_str());
+  return 2;
+}
+
 }  // namespace
 
 void define_command_line(CLI::App& program, Call& call) {
@@ -336,6 +345,29 @@ void define_command_line(CLI::App& program, Call& call) {
   add_text(program, "--font", call.fonts, "TXT.shx[,BIG.shx]",
            "shape fonts to draw texts with; else those that the first drawing names, in the folder QVTOOLS_FONTS, or "
            "the free ones");
+}
+
+int run_command_line(int argc, char** argv, const std::function<void(const Call& call)>& prepare) {
+  CLI::App program;
+  Call call;
+  define_command_line(program, call);
+  // Runs before the command does.
+  program.parse_complete_callback([&] {
+    if (program.get_subcommands().empty()) throw UsageError("a command is missing");
+    prepare(call);
+  });
+  try {
+    program.parse(argc, argv);
+  } catch (const CLI::Success& asked) {
+    return program.exit(asked);
+  } catch (const CLI::ParseError& error) {
+    return complain(program, error.what(), true);
+  } catch (const UsageError& error) {
+    return complain(program, error.what(), true);
+  } catch (const std::exception& error) {
+    return complain(program, error.what(), false);
+  }
+  return call.answer;
 }
 
 }  // namespace qvdraw

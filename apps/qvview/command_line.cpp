@@ -1,5 +1,8 @@
 #include "qvview/command_line.h"
 
+#include <CLI/CLI.hpp>
+#include <cstdio>
+
 #include "qvtools/version.h"
 
 namespace qvview {
@@ -16,6 +19,20 @@ void define_command_line(CLI::App& program, Call& call) {
   program.parse_complete_callback([&call] {
     if (call.compare && call.files.size() != 2) throw CLI::ValidationError("--compare", "takes two drawings");
   });
+}
+
+std::optional<int> parse_command_line(int argc, char** argv, Call& call) {
+  CLI::App program;
+  define_command_line(program, call);
+  try {
+    program.parse(argc, argv);
+  } catch (const CLI::Success& asked) {
+    return program.exit(asked);
+  } catch (const CLI::ParseError& error) {
+    std::fprintf(stderr, "qvview: %s\nsee qvview --help\n", error.what());
+    return 2;
+  }
+  return std::nullopt;
 }
 
 }  // namespace qvview

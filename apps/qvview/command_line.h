@@ -1,8 +1,12 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
+#include <optional>
 #include <string>
 #include <vector>
+
+namespace CLI {
+class App;
+}
 
 namespace qvview {
 
@@ -15,5 +19,8 @@ struct Call {
 
 /// The one description of the words of a call. When `program` parses them, it fills `call`.
 void define_command_line(CLI::App& program, Call& call);
+
+/// Parses the words of a call. The exit code where that is all: the call asked for help, or is off, which is told.
+std::optional<int> parse_command_line(int argc, char** argv, Call& call);
 
 }  // namespace qvview

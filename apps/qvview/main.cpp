@@ -6,7 +6,6 @@
 #include <QtGui/QIcon>
 #include <QtWidgets/QApplication>
 #include <algorithm>
-#include <cstdio>
 #include <memory>
 #include <string_view>
 
@@ -49,17 +48,8 @@ int main(int argc, char** argv) {
   // The application takes its own options out of the words.
   std::unique_ptr<QApplication> application;
   if (!is_asked_about_itself(argc, argv)) application = std::make_unique<QApplication>(argc, argv);
-  CLI::App program;
   qvview::Call call;
-  qvview::define_command_line(program, call);
-  try {
-    program.parse(argc, argv);
-  } catch (const CLI::Success& asked) {
-    return program.exit(asked);
-  } catch (const CLI::ParseError& error) {
-    std::fprintf(stderr, "qvview: %s\nsee qvview --help\n", error.what());
-    return 2;
-  }
+  if (const auto ended = qvview::parse_command_line(argc, argv, call)) return *ended;
 
   QApplication::setOrganizationName("qvtools");
   QApplication::setApplicationName("qvview");
