@@ -296,9 +296,9 @@ bool is_utf8(std::string_view text) {
 }
 
 char32_t simplified_form(char32_t c) {
-  const std::u16string_view letters(detail::kTraditional);
-  const auto found = std::ranges::lower_bound(letters, c);
-  return found != letters.end() && *found == c ? detail::kSimplified[found - letters.begin()] : 0;
+  static constexpr std::u16string_view kLetters(detail::kTraditional);
+  const auto found = std::ranges::lower_bound(kLetters, c);
+  return found != kLetters.end() && *found == c ? detail::kSimplified[found - kLetters.begin()] : 0;
 }
 
 std::string drawn_text(std::string_view gbk) {
