@@ -23,8 +23,9 @@ class GridWriter {
  public:
   explicit GridWriter(double k) : k_(k) {}
 
+  /// More than the longest shape's where the outline needs more: all of them could be millions.
   std::string codes_of(const ShapeOutline& outline) {
-    for (std::size_t i = 0; i < outline.points.size(); ++i) {
+    for (std::size_t i = 0; i < outline.points.size() && !is_too_long(); ++i) {
       const ShapeOutline::Point& p = outline.points[i];
       const bool last = i + 1 == outline.points.size();
       if (!p.drawn && !last) continue;  // of several moves without the pen, where the last one ends counts
@@ -36,6 +37,8 @@ class GridWriter {
   }
 
  private:
+  bool is_too_long() const { return codes_.size() + run_.size() > static_cast<std::size_t>(kLongestShape); }
+
   void move_to(const ShapeOutline::Point& p, bool drawn) {
     const auto grid = [&](double v) { return std::lround(std::clamp(v * k_, -1e6, 1e6)); };
     const long x = grid(p.x);
