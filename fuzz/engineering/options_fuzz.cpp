@@ -29,13 +29,14 @@ bool is_short(const CUserOpt& options) {
          });
 }
 
-/// What grades are found must have names, and are found by the library's own look-up too.
+/// What grades are found must have names, and are found by the library's own look-up, which has others too.
 void ask(const CUserOpt& options) {
   for (int code = -1; code < 100; ++code) {
     Con_Prop concrete;
     Rein_Prop bar;
-    require(!options.GetRc(code, &concrete) || get_rc_property(code, &concrete));
-    require(!options.GetRein(code, &bar) || get_rein_property(code, &bar));
+    const bool builtIn = code >= 10 && code <= 60 && code % 5 == 0;
+    require(get_rc_property(code, &concrete) == (builtIn || options.GetRc(code, &concrete)));
+    require(get_rein_property(code, &bar) == ((code >= 1 && code <= 3) || options.GetRein(code, &bar)));
     require(!_HNT(code).IsEmpty() && !_GJ(code).IsEmpty());
   }
 }

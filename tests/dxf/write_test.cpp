@@ -124,6 +124,37 @@ TEST(DxfWriting, ANameThatReadsAsASectionIsReportedOnce) {
   EXPECT_EQ(host.MessageText(), "A Name Reads As A Section In DXF File !\r\n");
 }
 
+// A file without a table cannot be read by most programs: streaming says so. In memory the drawing is saved as it is.
+TEST(DxfWriting, AnEmptyTableIsReportedAndLosesNoEntity) {
+  const struct {
+    int DXF::*count;
+    const char* message;
+  } kCases[] = {
+      {&DXF::m_nLType, "Num_LType <= 0 !"}, {&DXF::m_nLayer, "Num_Layer <= 0 !"}, {&DXF::m_nStyle, "Num_Style <= 0 !"}};
+  const TemporaryDirectory directory;
+  const std::string path = directory.path("a.dxf");
+  for (const auto& c : kCases) {
+    RecordingHost host;
+    DXF streamed;
+    ASSERT_EQ(streamed.New(path.c_str()), 1);
+    streamed.*c.count = 0;
+    EXPECT_EQ(streamed.Write_Tables(), 0);
+    EXPECT_EQ(host.box(), c.message);
+    DXF memory;
+    memory.New_MemDxf();
+    memory.Write_Line(1, 2, 0, 3, 4, 0, "0", "1", "BYLAYER");
+    memory.*c.count = 0;
+    host.boxes.clear();
+    EXPECT_EQ(memory.Write_MemDxf_To_File(path.c_str()), 1);
+    EXPECT_EQ(host.box(), c.message);
+    DXF again;
+    again.New_MemDxf();
+    EXPECT_EQ(again.Read_FileDxf_To_Mem(path.c_str()), 1);
+    ASSERT_EQ(again.m_EntityList.GetCount(), 1) << c.message;
+    EXPECT_EQ(static_cast<ACAD_LINE*>(again.m_EntityList.GetHead())->m_End.y, 4);
+  }
+}
+
 TEST(DxfWriting, BlocksAreWrittenInFilesOnly) {
   const TemporaryDirectory directory;
   DXF dxf;

@@ -6,6 +6,8 @@
 
 #include "geometry/random_case.h"
 #include "qvtools/geometry/domains/prepared_domain.h"
+#include "support/failing_allocations.h"
+#include "support/recording_host.h"
 
 namespace {
 
@@ -149,6 +151,28 @@ TEST(Domain, StepsBreakEdgesAtTheAxisAndGiveSides) {
   domain.Find_SegmentPosition(a, b, 0);
   EXPECT_EQ(a.side, 0);
   EXPECT_EQ(domain.Find_Cross_Points_H(0, nullptr, 0, 0, 0), 0);
+}
+
+TEST(Domain, AnEdgeThatMemoryIsShortForStaysWhole) {
+  const qvtest::RecordingHost host;
+  const CFPoint ends[] = {{1, 0.5f}, {-1, 0.5f}};
+  CFRegion region(ends, 2);
+  region[0].C = region[1].C = -3.14159274f;
+  // Memory runs out at the first of two pieces, or, with room for one, at the second.
+  for (const int room : {0, 1}) {
+    Edges edges;
+    Region_To_Domain(region, edges);
+    edges.SetSize(2 + room);
+    edges.SetSize(2);
+    {
+      const qvtest::FailingAllocations failing(0, qvtest::FailingAllocations::Which::All);
+      EXPECT_EQ(CPointInDomain().Break_The_Edge(edges, 1), 0) << room;
+    }
+    EXPECT_EQ(QV_ERROR_CODE, 301);
+    ASSERT_EQ(edges.GetSize(), 2) << room;
+    EXPECT_EQ(edges[1].x, -1);
+    EXPECT_EQ(CPointInDomain().Break_The_Edge(edges, 1), 2) << "and can be broken later";
+  }
 }
 
 TEST(Domain, RegionsKeepTheirArcs) {

@@ -263,6 +263,31 @@ TEST_F(Import, EveryKindBecomesRecords) {
       {"0 LWPOLYLINE/8 0/90 2/39 2/10 0/20 0/10 4/20 0/0 SOLID/8 0/39 1/10 0/20 0/11 1/21 0/12 0/22 1",
        "POLYLINE 0,0 4,0; 3DFACE 0,0 4,0 4,0,2 0,0,2; SOLID 0,0 1,0 0,1 0,1; 3DFACE 0,0 1,0 1,0,1 0,0,1; "
        "3DFACE 1,0 0,1 0,1,1 1,0,1; 3DFACE 0,1 0,1 0,1,1 0,1,1; 3DFACE 0,1 0,0 0,0,1 0,1,1"},
+      // Groups that few files have.
+      {"0 LINE/8 0/10 0/20 0/11 1/21 0/39 2/210 0/220 -1/230 0", "LINE 0,0 1,0; 3DFACE 0,0 1,0 1,-2 0,-2"},
+      {"0 POLYLINE/8 0/66 1/70 0/0 VERTEX/10 0/20 0/40 1/41 2/42 1/0 VERTEX/10 4/20 0/0 SEQEND",
+       "POLYLINE 0,0b1w1:2 4,0"},
+      {"0 DIMENSION/8 0/3 S/70 1/10 -1/20 7/13 0/23 0/14 3/24 4/210 0/220 0/230 -1/1  ",
+       "LINE 0,0 -4,3; LINE 3,4 -1,7; LINE -4,3 -1,7"},
+      {"0 DIMENSION/8 0/3 S/70 0/10 0/20 5/13 0/23 0/14 9/24 0/1  /1001 ACAD/1000 DSTYLE/1002 {/1070 142/1040 1/1002 }",
+       "LINE 0,0 0,5; LINE 9,0 9,5; LINE 0,5 9,5; LINE 1,6 -1,4; LINE 8,4 10,6"},
+      {"0 DIMENSION/8 *ADSK_CONSTRAINTS/3 S/70 1/10 -1/20 7/13 0/23 0/14 3/24 4", ""},
+      {"0 MLEADER/8 0/300 CONTEXT_DATA{/40 1/41 2/304 t/12 20/22 9/13 0/23 1/171 1/301 }/170 0",
+       "TEXT 22,9 h2 w1 turn90 't'"},
+      {"0 MTEXT/8 0/10 0/20 0/40 3/71 1/1 a\\Nb/101 Embedded Object/71 2/44 10/45 2",
+       "TEXT 0,-3 h3 w1 'a'; TEXT 12,-3 h3 w1 'b'"},
+      {"0 MTEXT/8 0/10 0/20 0/40 3/71 1/1 a\\Pb/1001 ACAD/1000 ACAD_MTEXT_COLUMN_INFO_BEGIN/1070 48/1040 10/1070 49/"
+       "1040 2/1070 50/1040 4/1000 ACAD_MTEXT_COLUMN_INFO_END",
+       "TEXT 0,-3 h3 w1 'a'; TEXT 12,-3 h3 w1 'b'"},
+      {"0 MTEXT/8 0/10 0/20 0/40 3/71 1/1 \\Lu", "TEXT 0,-3 h3 w1 'u'; LINE 0,-3.6 2.16,-3.6"},
+      {"0 MTEXT/8 0/10 0/20 0/40 3/71 1/1 \\W2;%%p1%%%", "TEXT 0,-3 h3 w2 '\x80\x31%'"},
+      {"0 TEXT/8 0/10 1/20 2/40 3/41 1/1 %%p%%%^I^ x", "TEXT 1,2 h3 w1 '\x80% ^x'"},
+      {"0 HATCH/8 0/70 1/91 1/92 1/93 4/72 1/10 0/20 0/11 9/21 0/72 1/10 9/20 9/11 9/21 0/72 1/10 9/20 9/11 0/21 9/72 "
+       "1/10 0/20 9/11 0/21 0/97 0/75 0",
+       "SOLID 0,0 9,0 0,9 9,9"},
+      {"0 HATCH/8 0/70 1/91 2/92 3/72 0/73 1/93 4/10 0/20 0/10 9/20 0/10 9/20 9/10 0/20 9/97 0/"
+       "92 18/72 0/73 1/93 4/10 3/20 3/10 6/20 3/10 6/20 6/10 3/20 6/97 0/75 2",
+       "SOLID 0,0 9,0 0,9 9,9"},
       // What cannot be shown is left out.
       {"0 LINE/8 0/10 1e400/20 0/11 1/21 1/0 3DSOLID/8 0/0 NOVELTY/8 0/0 LINE/8 0/60 1/10 0/20 0/11 1/21 1", ""},
   };
@@ -330,6 +355,8 @@ TEST_F(Import, AnyFormOfFileIsRead) {
   }
   EXPECT_EQ(report.remarks.at(0).count, 2);
   EXPECT_EQ(report.remarks.at(0).line, 5);
+  ASSERT_EQ(import(body.substr(0, body.find("0\nENDSEC")) + "0\nTEXT\n8\n0\n40\n1\n1\nEOF\n7\nNO EOF\n"), 1);
+  EXPECT_FALSE(report.complete) << "texts and names are no end";
   ASSERT_EQ(import(body.substr(0, body.find("0\nENDSEC"))), 1);
   EXPECT_FALSE(report.complete);
   EXPECT_EQ(import("no drawing at all"), 0);
@@ -454,11 +481,13 @@ TEST_F(Import, LineTypesBeyondTheTableAreDrawnAsDashes) {
   ASSERT_EQ(import(groups("0 SECTION/2 TABLES/0 TABLE/2 LTYPE/" + types +
                           "0 ENDTAB/0 TABLE/2 LAYER/0 LAYER/2 L/62 7/6 T999/0 ENDTAB/0 ENDSEC/0 SECTION/2 ENTITIES/"
                           "0 LINE/8 L/10 0/20 0/11 5/21 0/0 LWPOLYLINE/8 0/6 T999/90 3/10 0/20 0/10 4/20 0/10 4/20 3/"
-                          "0 CIRCLE/8 0/6 T998/10 0/20 0/40 1/0 ENDSEC/0 EOF")),
+                          "0 CIRCLE/8 0/6 T998/10 0/20 0/40 1/0 LINE/8 L/10 0/20 9/11 100000/21 9/0 ENDSEC/0 EOF")),
             1);
   EXPECT_EQ(dxf.m_nLType, 1000);
   EXPECT_EQ(words(dxf.m_EntityList),
-            "LINE 0,0 2,0 on L; LINE 3,0 5,0 on L; LINE 0,0 2,0; POLYLINE 3,0 4,0 4,1; LINE 4,2 4,3; CIRCLE 0,0 r1");
+            "LINE 0,0 2,0 on L; LINE 3,0 5,0 on L; LINE 0,0 2,0; POLYLINE 3,0 4,0 4,1; LINE 4,2 4,3; CIRCLE 0,0 r1; "
+            "LINE 0,9 1e+05,9 on L");
+  EXPECT_NE(report.summary().find("1 times a line of too many dashes is drawn solid"), std::string::npos);
 }
 
 TEST_F(Import, ObjectsOfOtherProgramsShowTheirPictures) {
@@ -488,6 +517,9 @@ TEST_F(Import, ObjectsOfOtherProgramsShowTheirPictures) {
   part(20, {}, three);
   part(6, {}, three + reals({0, 0, 0, 4, 0, 0, 0, 4, 0}));
   part(36, {1, 1, 0, 0, 0, 1, 0, 1, 0, 2, 1, 0}, std::string("\x2D\x4E\0\0", 4));
+  part(14, {}, std::string(4, '\0'));  // the object's own colour again
+  part(6, {}, std::string{1, 0, 0, 0} + reals({7, 8, 0}));
+  part(2, {0, 0, 0, 1, 0, 0, 1});
   part(99, {});
   std::string hex;
   for (const char c : bytes) {
@@ -499,7 +531,8 @@ TEST_F(Import, ObjectsOfOtherProgramsShowTheirPictures) {
   for (const std::string name : {"ACAD_PROXY_ENTITY", "NOVELTY"}) {
     EXPECT_EQ(become("0 " + name + "/8 0/62 1/92 9/" + picture + "/93 8/310 00"),
               "CIRCLE 1,2 r5 c3; ARC 10,1 r2 90-180 c3; ARC 0,0 r1 0-180 c3; POLYLINE/1 0,0 4,0 0,4 c6; "
-              "SOLID 0,0 4,0 0,4 0,4 c6; TEXT 1,1 h2 w1 turn90 '\xD6\xD0' c6");
+              "SOLID 0,0 4,0 0,4 0,4 c6; TEXT 1,1 h2 w1 turn90 '\xD6\xD0' c6; "
+              "POINT 7,8; CIRCLE 0,0 r1 c1");
     EXPECT_EQ(kind(name)->becomes, "its own picture");
     EXPECT_NE(report.summary().find("a part of an object's own picture"), std::string::npos);
   }
@@ -515,6 +548,17 @@ TEST_F(Import, SheetsShowModelSpaceThroughTheirWindows) {
       1);
   // Ten units high at 1:1: the window shows x from 0 to 20 about 10, 5.
   EXPECT_EQ(words(dxf.m_EntityList), "TEXT 1,1 h2 w1 'sheet'; LINE 40,50 60,50");
+  // What the window hides, and what it shows otherwise.
+  ASSERT_EQ(
+      import(groups("0 SECTION/2 TABLES/0 TABLE/2 LAYER/0 LAYER/5 B7/2 H/62 1/0 ENDTAB/0 ENDSEC/0 SECTION/2 BLOCKS/"
+                    "0 BLOCK/5 AA/2 *Paper_Space/70 0/10 0/20 0/0 ENDBLK/0 ENDSEC/0 SECTION/2 ENTITIES/"
+                    "0 LINE/8 0/10 0/20 5/11 100/21 5/0 LINE/8 h/10 0/20 6/11 100/21 6/"
+                    "0 VIEWPORT/8 0/67 1/68 2/69 2/10 50/20 50/40 20/41 10/12 10/22 5/45 10/90 3/331 B7/340 99/"
+                    "0 ENDSEC/0 SECTION/2 OBJECTS/0 LAYOUT/100 AcDbLayout/1 Plan/71 1/330 AA/0 ENDSEC/0 EOF")),
+      1);
+  EXPECT_EQ(words(dxf.m_EntityList), "LINE 40,50 60,50");
+  for (const char* loss : {"border of its own", "in perspective", "cut in depth"})
+    EXPECT_NE(report.summary().find(loss), std::string::npos) << loss;
   options.layout = "none";
   EXPECT_EQ(import(groups("0 SECTION/2 ENTITIES/0 ENDSEC/0 EOF")), 0);
 }
@@ -544,6 +588,105 @@ TEST_F(Import, WhatWouldGrowWithoutBoundsIsRefused) {
                           "0 ENDSEC/0 SECTION/2 ENTITIES/0 INSERT/8 0/2 B0/10 0/20 0/0 ENDSEC/0 EOF")),
             1);
   EXPECT_EQ(reason("INSERT"), "a block of too many entities");
+}
+
+TEST_F(Import, WhatIsBeyondALimitIsTold) {
+  const auto losses = [&](std::string_view text) {
+    const auto found = std::ranges::find(report.remarks, text, &qv::ImportReport::Remark::text);
+    return found == report.remarks.end() || !found->loss ? 0 : found->count;
+  };
+  // The standard style and 999 others fit a table, and so do layer 0 and 999 others.
+  std::string styles;
+  std::string layers;
+  for (int i = 0; i < 1002; ++i) {
+    styles += "0 STYLE/2 S" + std::to_string(i) + "/41 .5/3 txt/";
+    layers += "0 LAYER/2 A name that is longer than a field " + std::to_string(i) + "/62 3/";
+  }
+  ASSERT_EQ(import(groups("0 SECTION/2 TABLES/0 TABLE/2 LAYER/" + layers + "0 ENDTAB/0 TABLE/2 STYLE/" + styles +
+                          "0 ENDTAB/0 ENDSEC/0 SECTION/2 ENTITIES/0 TEXT/8 A name that is longer than a field 1001/10 "
+                          "1/20 2/40 3/1 a/7 S998/"
+                          "0 TEXT/8 0/10 1/20 2/40 3/1 b/7 S1001/0 ENDSEC/0 EOF")),
+            1);
+  EXPECT_EQ(losses("a text style beyond the 1000th became the first"), 3);
+  EXPECT_EQ(losses("the file has more layers than the 1000 of a table"), 1);
+  EXPECT_EQ(dxf.m_nStyle, 1000);
+  EXPECT_EQ(dxf.m_nLayer, 1000);
+  EXPECT_EQ(words(dxf.m_EntityList), "TEXT 1,2 h3 w0.5 'a' on A name that is longer th_1002; TEXT 1,2 h3 w0.5 'b'");
+  EXPECT_STREQ(static_cast<ACAD_TEXT*>(dxf.m_EntityList.GetHead())->m_szStyle, "S998");
+  EXPECT_STREQ(static_cast<ACAD_TEXT*>(dxf.m_EntityList.GetTail())->m_szStyle, "STANDARD");
+  // What was made is within the limits of the files of its own.
+  const std::string saved = directory.path("saved.dxf");
+  ASSERT_EQ(dxf.Write_MemDxf_To_File(saved.c_str()), 1);
+  DXF again;
+  again.New_MemDxf();
+  ASSERT_EQ(again.Read_FileDxf_To_Mem(saved.c_str()), 1);
+  EXPECT_EQ(again.m_nStyle + again.m_nLayer, 2000);
+
+  std::string windows;
+  for (int i = 0; i < 203; ++i)
+    windows += "0 VIEWPORT/8 0/67 1/68 2/69 2/10 " + std::to_string(100 * i) + "/20 50/40 20/41 10/12 10/22 5/45 10/";
+  options.layout = "Paper";
+  become("0 LINE/8 0/10 0/20 5/11 100/21 5/" + windows + "0 POINT/67 1/8 0");
+  EXPECT_EQ(losses("a window beyond the 200th was left out"), 3);
+  EXPECT_EQ(dxf.m_EntityList.GetCount(), 201);
+  EXPECT_EQ(kind("LINE")->taken, 1) << "what several windows show is counted once";
+  options.layout.clear();
+
+  // Twenty times what one reference may make, in references of the two entities of A.
+  options.explode = true;
+  options.mostOfReference = 4;
+  std::string references;
+  for (int i = 0; i < 45; ++i) references += "0 INSERT/8 0/2 A/10 5/20 5/";
+  become(references + "0 POINT/8 0");
+  EXPECT_EQ(kind("INSERT")->converted, 40);
+  EXPECT_EQ(kind("INSERT")->leftOut, 5);
+  EXPECT_EQ(kind("INSERT")->reason, "too many entities of references in all");
+  EXPECT_EQ(dxf.m_EntityList.GetCount(), 81);
+  options.mostOfReference = 1;
+  become("0 ACAD_TABLE/8 0/2 A/10 5/20 5/11 0/21 1/0 POINT/8 0");
+  EXPECT_EQ(kind("ACAD_TABLE")->reason, "a block of too many entities");
+
+  // Names of kinds: those beyond the 199th are counted together, and a long name is one however long it is.
+  std::string entities = "0 LINE/8 0/10 0/20 0/11 1/21 1/";
+  for (int i = 0; i < 250; ++i) entities += "0 K" + std::to_string(i) + "/8 0/";
+  const std::string longName(70, 'N');
+  become("0 " + longName + "/8 0/0 " + longName + "/8 0/" + entities + "0 POINT/8 0");
+  ASSERT_EQ(report.kinds.size(), 200u);
+  EXPECT_EQ(report.kinds[0].leftOut, 2);
+  EXPECT_EQ(report.kinds[0].taken, 0);
+  EXPECT_EQ(report.kinds[199].name, "others");
+  EXPECT_EQ(report.kinds[199].leftOut, 250 - 197);
+  EXPECT_EQ(report.kinds[199].taken, 1);
+}
+
+TEST_F(Import, BlocksThatLieFarFromTheirBaseKeepTheirPlaces) {
+  ASSERT_EQ(import(groups("0 SECTION/2 TABLES/0 TABLE/2 LAYER/0 LAYER/2 OFF/62 -3/0 ENDTAB/0 ENDSEC/0 SECTION/2 BLOCKS/"
+                          "0 BLOCK/8 0/2 F/70 0/10 0/20 0/0 LINE/8 P/10 5000000/20 5000000/11 5000004.25/21 5000000/"
+                          "0 ENDBLK/0 ENDSEC/0 SECTION/2 ENTITIES/0 INSERT/8 OFF/2 F/10 -5000000/20 -5000000/"
+                          "0 ENDSEC/0 EOF")),
+            1);
+  // A layer that is off hides what is on it, not what the blocks on it have on other layers.
+  EXPECT_EQ(words(dxf.m_EntityList), "INSERT F 0,0");
+  ASSERT_EQ(dxf.m_BlockList.GetCount(), 1);
+  EXPECT_EQ(words(static_cast<ACAD_BLOCK*>(dxf.m_BlockList.GetHead())->m_EntityList), "LINE 0,0 4.25,0 on P");
+}
+
+TEST_F(Import, UnitsAreGuessedFromTheSizeWhenAskedFor) {
+  const struct {
+    const char* header;
+    qv::Unit unit;
+  } kCases[] = {{"70 1/9 $EXTMIN/10 0/20 0/9 $EXTMAX/10 20/20 10", qv::Unit::Metre},
+                {"70 1/9 $EXTMIN/10 -20000/20 0/9 $EXTMAX/10 0/20 10", qv::Unit::Millimetre},
+                {"70 1", qv::Unit::Millimetre},
+                {"70 0/9 $EXTMIN/10 0/20 0/9 $EXTMAX/10 20/20 10", qv::Unit::Inch}};
+  for (const auto& c : kCases)
+    for (const bool guess : {false, true}) {
+      options.guessUnit = guess;
+      ASSERT_EQ(import(groups(std::string("0 SECTION/2 HEADER/9 $MEASUREMENT/") + c.header +
+                              "/0 ENDSEC/0 SECTION/2 ENTITIES/0 POINT/8 0/0 ENDSEC/0 EOF")),
+                1);
+      EXPECT_EQ(report.unit, guess ? c.unit : qv::Unit::None) << c.header;
+    }
 }
 
 TEST_F(Import, CanBeGivenUp) {

@@ -34,9 +34,9 @@ std::size_t before_blanks(std::string_view file, std::size_t at) {
 constexpr std::string_view kSection = "SECTION";
 
 /// Where the group 0 of a word at a place of a text file begins; npos where the word belongs to none.
-std::size_t group_of_word(std::string_view file, std::size_t at) {
+std::size_t group_of_word(std::string_view file, std::string_view word, std::size_t at) {
   std::size_t before = before_blanks(file, at);
-  const char behind = at + kSection.size() < file.size() ? file[at + kSection.size()] : '\n';
+  const char behind = at + word.size() < file.size() ? file[at + word.size()] : '\n';
   if (before == 0 || file[before - 1] != '\n' || (behind != '\n' && behind != '\r' && behind != ' '))
     return std::string_view::npos;
   before = before_blanks(file, before - 1);
@@ -50,7 +50,7 @@ std::size_t group_of_word(std::string_view file, std::size_t at) {
 std::size_t add_sections(std::string_view there, bool isLast, std::size_t from, std::vector<std::size_t>& sections) {
   for (std::size_t at; (at = there.find(kSection, from)) != std::string_view::npos; from = at + kSection.size()) {
     if (at + kSection.size() == there.size() && !isLast) return at;
-    const std::size_t begin = group_of_word(there, at);
+    const std::size_t begin = group_of_word(there, kSection, at);
     if (begin != std::string_view::npos) sections.push_back(begin);
   }
   return std::max(from, there.size() - std::min(there.size(), kSection.size() - 1));
@@ -325,11 +325,17 @@ bool Drawing::open(const ImportOptions& options) {
 
 bool Drawing::is_complete() const {
   constexpr std::size_t kTail = 256;
+  constexpr std::string_view kEnd = "EOF";
+  constexpr std::size_t kNone = std::string_view::npos;
   const std::string_view file = source_.text();
   if (sections_.empty()) return true;
-  const std::string_view tail = file.substr(sections_.back().span.from);
-  const std::size_t end = tail.rfind("EOF");
-  return end != std::string_view::npos && (in.form() == Form::Text || tail.size() - end < kTail);
+  const std::size_t from = sections_.back().span.from;
+  std::size_t at = file.rfind(kEnd);
+  if (in.form() != Form::Text) return at != kNone && at >= from && file.size() - at < kTail;
+  // Texts and names may hold the word too.
+  while (at != kNone && at >= from && group_of_word(file, kEnd, at) == kNone)
+    at = at > 0 ? file.rfind(kEnd, at - 1) : kNone;
+  return at != kNone && at >= from;
 }
 
 double Drawing::expanded_count(int block, int depth) {

@@ -41,13 +41,14 @@ std::string Names::take(const std::string& original) {
   if (name.empty()) name = "_";
   std::string upper = name;
   upper_case(upper.data());
-  for (int n = 2; !taken_.insert(upper).second; ++n) {
+  if (taken_.insert(upper).second) return name;
+  for (int& n = numbers_.try_emplace(upper, 2).first->second;; ++n) {
     const std::string suffix = "_" + std::to_string(n);
     name = shortened(wanted, kLongest - suffix.size()) + suffix;
     upper = name;
     upper_case(upper.data());
+    if (taken_.insert(upper).second) return name;
   }
-  return name;
 }
 
 OutputTables::OutputTables(Drawing& file, ReportBuilder& report, double scale)

@@ -91,14 +91,16 @@ namespace qv::importing {
 
 void ReportBuilder::count(std::string_view kind, const Outcome& outcome, std::size_t at) {
   if (quiet) return;
-  constexpr std::size_t kMostKinds = 200;
+  constexpr std::size_t kMostKinds = 200;  // the last one stands for all others
+  constexpr std::size_t kLongestName = 60;
+  kind = kind.substr(0, kLongestName);
   if (last_ >= rows_.size() || rows_[last_].kind.name != kind) {
     last_ = 0;
     while (last_ < rows_.size() && rows_[last_].kind.name != kind) ++last_;
-    if (last_ == rows_.size() && last_ == kMostKinds) last_ = 0;
+    if (last_ == kMostKinds) --last_;
     if (last_ == rows_.size()) {
       rows_.emplace_back();
-      rows_[last_].kind.name = kind.substr(0, 60);
+      rows_[last_].kind.name = last_ + 1 < kMostKinds ? kind : "others";
       rows_[last_].first = at;
     }
   }

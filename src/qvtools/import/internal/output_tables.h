@@ -5,6 +5,7 @@
 #include <map>
 #include <set>
 #include <string>
+#include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
@@ -23,6 +24,8 @@ class Names {
  private:
   ReportBuilder& report_;
   std::unordered_set<std::string> taken_;
+  // The number to try next, by the name that was taken: thousands of names may be shortened to one.
+  std::unordered_map<std::string, int> numbers_;
 };
 
 /// Which text style a text needs.
