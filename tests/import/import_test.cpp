@@ -288,6 +288,29 @@ TEST_F(Import, EveryKindBecomesRecords) {
       {"0 HATCH/8 0/70 1/91 2/92 3/72 0/73 1/93 4/10 0/20 0/10 9/20 0/10 9/20 9/10 0/20 9/97 0/"
        "92 18/72 0/73 1/93 4/10 3/20 3/10 6/20 3/10 6/20 6/10 3/20 6/97 0/75 2",
        "SOLID 0,0 9,0 0,9 9,9"},
+      // Edges of hatches: ellipses whose angles are seen from the centre, the second turned and clockwise, and a spline
+      // through two points that leaves upward and comes back downward.
+      {"0 HATCH/8 0/70 1/91 1/92 1/93 2/72 1/10 0/20 0/11 4/21 0/72 3/10 0/20 0/11 4/21 0/40 .5/50 0/51 45/73 1/97 0/"
+       "75 0",
+       "SOLID 0,0 4,0 1.051,1.051 3.403,1.051; SOLID 1.051,1.051 3.403,1.051 1.789,1.789 1.789,1.789"},
+      {"0 HATCH/8 0/70 1/91 1/92 1/93 2/72 3/10 0/20 0/11 0/21 4/40 .5/50 315/51 360/73 0/72 1/10 0/20 4/11 0/21 0/"
+       "97 0/75 0",
+       "SOLID 0,0 0,0 -1.789,1.789 0,1.789; SOLID -1.789,1.789 0,1.789 -1.051,3.403 0,3.403; "
+       "SOLID -1.051,3.403 0,3.403 0,4 0,4"},
+      {"0 HATCH/8 0/70 1/91 1/92 1/93 2/72 1/10 4/20 0/11 0/21 0/72 4/94 3/73 0/74 0/95 0/96 0/97 2/11 0/21 0/11 4/21 "
+       "0/"
+       "12 0/22 1/13 0/23 -1/97 0/75 0",
+       "SOLID 0,0 4,0 0.625,0.75 3.375,0.75; SOLID 0.625,0.75 3.375,0.75 2,1 2,1"},
+      {"0 SPLINE/8 0/71 3/11 0/21 0/11 4/21 0/12 0/22 1/13 0/23 -1", "POLYLINE 0,0 0.625,0.75 2,1 3.375,0.75 4,0"},
+      // Texts between two points: aligned ones grow, fitted ones become wide. Tabs, fractions, tolerances.
+      {"0 TEXT/8 0/10 1/20 2/11 1/21 9.2/40 1/41 1/72 3/1 ab", "TEXT 1,2 h5 w1 turn90 'ab'"},
+      {"0 TEXT/8 0/10 1/20 2/11 8.2/21 2/40 1/41 1/72 5/1 ab", "TEXT 1,2 h1 w5 'ab'"},
+      {"0 MTEXT/8 0/10 0/20 0/40 3/71 1/1 a^Ibcdef^Ig",
+       "TEXT 0,-3 h3 w1 'a'; TEXT 12,-3 h3 w1 'bcdef'; TEXT 24,-3 h3 w1 'g'"},
+      {"0 MTEXT/8 0/10 0/20 0/40 3/71 1/1 \\S1#2;",
+       "TEXT 0,-1.5 h2.1 w1 '1'; TEXT 2.412,-3.6 h2.1 w1 '2'; LINE 1.512,-3.6 2.412,0.6"},
+      {"0 MTEXT/8 0/10 0/20 0/40 2/71 1/1 \\S+1^ -12;x",
+       "TEXT 0,-0.9 h1.4 w1 '+1'; TEXT 0,-2.5 h1.4 w1 '-12'; TEXT 3.024,-2 h2 w1 'x'"},
       // What cannot be shown is left out.
       {"0 LINE/8 0/10 1e400/20 0/11 1/21 1/0 3DSOLID/8 0/0 NOVELTY/8 0/0 LINE/8 0/60 1/10 0/20 0/11 1/21 1", ""},
   };
@@ -451,6 +474,81 @@ TEST_F(Import, NotesFollowReferencesAndTexts) {
   EXPECT_EQ(noted(dxf.m_EntityList.GetTail())->text, "°ö中");
 }
 
+// A length of 9.3 whose text is looked at, then its arrows.
+TEST_F(Import, DimensionsFollowTheirStyles) {
+  const struct {
+    const char* header;
+    const char* style;
+    const char* overrides;
+    const char* text;
+  } kCases[] = {
+      {"", "/3 <> mm/45 .5/271 2", "", "h1 w1 '9.50 mm'"},
+      {"", "/3 m/144 -2/271 1", "", "h1 w1 '18.6m'"},
+      {"", "/340 F1/271 1", "", "h1 w0.5 '9.3'"},
+      {"", "/340 F2/271 1", "", "h2 w1 '9.3'"},  // a text style of a fixed height
+      {"/9 $DIMSCALE/40 3/9 $DIMRND/40 2/9 $DIMLFAC/40 10/9 $DIMDEC/70 0", "", "", "h3 w1 '94'"},
+      {"/9 $DIMSCALE/40 3/9 $DIMDEC/70 0", "/40 2/271 1", "", "h2 w1 '9.3'"},
+      // What a dimension has of its own is words too; what other programs left behind it is none of it.
+      {"", "/3 m/271 1", "1070 3/1000 <> ft/1070 140/1040 4", "h4 w1 '9.3 ft'"},
+      {"", "/3 m/271 1", "1070 3/1000 /1070 271/1070 0", "h1 w1 '9'"},
+      {"", "/271 1", "1002 }/1001 OTHER/1070 140/1040 7", "h1 w1 '9.3'"},
+  };
+  const auto read = [&](const char* header, const std::string& style, const std::string& entity) {
+    return import(groups(
+        std::string("0 SECTION/2 HEADER/9 $ACADVER/1 AC1015") + header +
+        "/0 ENDSEC/0 SECTION/2 TABLES/0 TABLE/2 STYLE/0 STYLE/5 F1/2 NARROW/41 .5/0 STYLE/5 F2/2 HIGH/40 2/0 ENDTAB/"
+        "0 TABLE/2 DIMSTYLE/0 DIMSTYLE/2 D" +
+        style +
+        "/42 0/44 0/140 1/78 0/0 ENDTAB/0 ENDSEC/0 SECTION/2 BLOCKS/"
+        "0 BLOCK/2 DOT/10 0/20 0/0 CIRCLE/8 0/10 0/20 0/40 1/0 ENDBLK/0 ENDSEC/0 SECTION/2 ENTITIES/"
+        "0 DIMENSION/8 0/3 D/70 0/10 0/20 0/13 0/23 0/14 9.3/24 0" +
+        entity + "/0 ENDSEC/0 EOF"));
+  };
+  for (const auto& c : kCases) {
+    ASSERT_EQ(read(c.header, c.style, std::string("/1001 ACAD/1000 DSTYLE/1002 {/") + c.overrides + "/1002 }"), 1);
+    const std::string records = words(dxf.m_EntityList);
+    const std::size_t at = records.find(" h");
+    ASSERT_NE(at, std::string::npos) << records;
+    EXPECT_EQ(records.substr(at + 1), c.text) << c.header << c.style << c.overrides;
+  }
+  // Arrows by name, as release 12 has them: both alike, or each its own.
+  ASSERT_EQ(read("", "/5 dot/41 2", "/1  "), 1);
+  EXPECT_EQ(words(dxf.m_EntityList), "LINE 0,0 9.3,0; CIRCLE 0,0 r2; CIRCLE 9.3,0 r2");
+  ASSERT_EQ(read("", "/5 x/6 DOT/41 1/173 1", "/1  "), 1);
+  EXPECT_EQ(words(dxf.m_EntityList), "LINE 0,0 9.3,0; CIRCLE 0,0 r1; SOLID 9.3,0 8.3,0.1667 8.3,-0.1667 8.3,-0.1667");
+}
+
+TEST_F(Import, LineTypesHaveTheScalesOfFileAndEntity) {
+  ASSERT_EQ(import(groups("0 SECTION/2 HEADER/9 $LTSCALE/40 3/0 ENDSEC/0 SECTION/2 TABLES/0 TABLE/2 LTYPE/0 LTYPE/2 D/"
+                          "73 2/40 3/49 2/49 -1/0 ENDTAB/0 ENDSEC/0 SECTION/2 ENTITIES/0 LINE/8 0/6 D/10 0/20 0/11 1/"
+                          "21 0/0 LINE/8 0/6 D/48 2/10 0/20 0/11 1/21 0/0 ENDSEC/0 EOF")),
+            1);
+  const auto first_dash = [&](void* line) {
+    for (int i = 0; i < dxf.m_nLType; ++i)
+      if (std::string_view(dxf.m_pLType[i].m_szName) == static_cast<ACAD_LINE*>(line)->m_szLType)
+        return dxf.m_pLType[i].m_fElement[0];
+    return 0.0F;
+  };
+  EXPECT_EQ(first_dash(dxf.m_EntityList.GetHead()), 6);
+  EXPECT_EQ(first_dash(dxf.m_EntityList.GetTail()), 12);
+}
+
+// A record holds 99 bytes; letters are 0.72 wide for each byte that is drawn.
+TEST_F(Import, LongTextsAreDividedBetweenLetters) {
+  const std::string a(97, 'a');
+  const std::string place = "0 TEXT/8 0/10 0/20 0/40 1/41 1/1 ";
+  EXPECT_EQ(become(place + a + "bcd"), "TEXT 0,0 h1 w1 '" + a + "bc'; TEXT 71.28,0 h1 w1 'd'");
+  EXPECT_EQ(become(place + a + "b\\U+4E2Dd"), "TEXT 0,0 h1 w1 '" + a +
+                                                  "b'; TEXT 70.56,0 h1 w1 '\xD6\xD0"
+                                                  "d'");
+  EXPECT_EQ(become(place + a + "\\U+00F6d"), "TEXT 0,0 h1 w1 '" + a + "'; TEXT 69.84,0 h1 w1 '\\U+00F6d'");
+  EXPECT_EQ(become(place + a + "bcd/50 90"), "TEXT 0,0 h1 w1 turn90 '" + a + "bc'; TEXT 0,71.28 h1 w1 turn90 'd'");
+  EXPECT_EQ(become("0 TEXT/8 0/10 0/20 0/11 72/21 0/40 1/41 1/72 2/1 " + a + "bcd"),
+            "TEXT 0,0 h1 w1 '" + a + "bc'; TEXT 71.28,0 h1 w1 'd'");
+  EXPECT_EQ(static_cast<ACAD_TEXT*>(dxf.m_EntityList.GetHead())->m_nJustify, 0) << "its end is not the whole text's";
+  EXPECT_EQ(report.remarks.at(0).text, "a text longer than 99 bytes was divided");
+}
+
 TEST_F(Import, TraditionalLettersAreDrawnSimplified) {
   EXPECT_EQ(become("0 TEXT/8 0/10 0/20 0/40 1/41 1/1 \\U+9580\\U+7A97\\U+3400"),
             "TEXT 0,0 h1 w1 '\\U+9580\xB4\xB0\\U+3400'");
@@ -520,6 +618,19 @@ TEST_F(Import, ObjectsOfOtherProgramsShowTheirPictures) {
   part(14, {}, std::string(4, '\0'));  // the object's own colour again
   part(6, {}, std::string{1, 0, 0, 0} + reals({7, 8, 0}));
   part(2, {0, 0, 0, 1, 0, 0, 1});
+  // Texts with a font: raw, underlined, then with codes and backward; a shell of a triangle and five corners.
+  const auto wholes = [](std::initializer_list<int> values) {
+    std::string out;
+    for (const int v : values) out += {static_cast<char>(v), 0, 0, 0};
+    return out;
+  };
+  const std::string written("%%d\0", 4);
+  const std::string style = reals({2, 1, 0, 1});
+  part(11, {1, 1, 0, 0, 0, 1, 1, 0, 0}, written + wholes({3, 1}) + style + wholes({0, 0, 0, 0, 0}));
+  part(11, {1, 1, 0, 0, 0, 1, 1, 0, 0}, written + wholes({3, 1}) + style + wholes({0, 0, 0, 1, 0}));
+  part(11, {1, 1, 0, 0, 0, 1, 1, 0, 0}, written + wholes({3, 0}) + style + wholes({1, 0, 0, 0, 0}));
+  part(9, {},
+       wholes({5}) + reals({0, 0, 0, 4, 0, 0, 4, 4, 0, 2, 6, 0, 0, 4, 0}) + wholes({10, 3, 0, 1, 2, 5, 0, 1, 2, 3, 4}));
   part(99, {});
   std::string hex;
   for (const char c : bytes) {
@@ -532,10 +643,28 @@ TEST_F(Import, ObjectsOfOtherProgramsShowTheirPictures) {
     EXPECT_EQ(become("0 " + name + "/8 0/62 1/92 9/" + picture + "/93 8/310 00"),
               "CIRCLE 1,2 r5 c3; ARC 10,1 r2 90-180 c3; ARC 0,0 r1 0-180 c3; POLYLINE/1 0,0 4,0 0,4 c6; "
               "SOLID 0,0 4,0 0,4 0,4 c6; TEXT 1,1 h2 w1 turn90 '\xD6\xD0' c6; "
-              "POINT 7,8; CIRCLE 0,0 r1 c1");
+              "POINT 7,8; CIRCLE 0,0 r1 c1; TEXT 1,1 h2 w1 '%%d' c1; TEXT 1,1 h2 w1 '%%d' c1; LINE 1,0.6 5.32,0.6 c1; "
+              "TEXT -0.44,1 h2 w1 '\x7F' c1; 3DFACE 0,0 4,0 4,4 4,4 c1; POLYLINE/1 0,0 4,0 4,4 2,6 0,4 c1");
     EXPECT_EQ(kind(name)->becomes, "its own picture");
     EXPECT_NE(report.summary().find("a part of an object's own picture"), std::string::npos);
   }
+  // Binary files hold the bytes themselves.
+  const std::string fromText = words(dxf.m_EntityList);
+  std::string file("AutoCAD Binary DXF\r\n\x1A\0", 22);
+  const auto group = [&](int code, const std::string& value) {
+    file += {static_cast<char>(code & 255), static_cast<char>(code >> 8)};
+    file += value;
+  };
+  const auto word = [](const char* text) { return text + std::string(1, '\0'); };
+  group(0, word("SECTION")), group(2, word("ENTITIES")), group(0, word("NOVELTY")), group(8, word("0"));
+  group(62, std::string{1, 0}), group(92, wholes({1}));
+  for (std::size_t at = 0; at < bytes.size(); at += 127) {
+    const std::string chunk = bytes.substr(at, 127);
+    group(310, static_cast<char>(chunk.size()) + chunk);
+  }
+  group(0, word("ENDSEC")), group(0, word("EOF"));
+  ASSERT_EQ(import(file), 1);
+  EXPECT_EQ(words(dxf.m_EntityList), fromText);
 }
 
 TEST_F(Import, SheetsShowModelSpaceThroughTheirWindows) {

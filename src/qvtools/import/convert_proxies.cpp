@@ -262,19 +262,20 @@ void Picture::put_letters(std::uint32_t part, Bytes& in) {
   const auto read_text = [&] { text.text = wide ? in.wide_text() : job_.file.decoder.points(in.text()); };
   if (part == FontText || part == WideFontText) {
     read_text();
-    in.whole();  // how long it is, and whether codes are none
-    in.whole();
+    in.whole();  // how long it is
+    text.codes = in.whole() == 0;
   }
   text.height = in.real();
   text.width = in.real();
   text.oblique = degrees(in.real());
   if (part == FontText || part == WideFontText) {
     in.real();  // the space between letters
-    text.generation = (in.whole() ? 2 : 0) | (in.whole() ? 4 : 0);
+    text.generation = in.whole() ? 2 : 0;
+    text.generation |= in.whole() ? 4 : 0;
     in.whole();  // downward
     text.under = in.whole() != 0;
     text.over = in.whole() != 0;
-    text.codes = !text.under && !text.over;
+    text.codes = text.codes && !text.under && !text.over;
   } else {
     read_text();
   }

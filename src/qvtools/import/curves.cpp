@@ -196,14 +196,14 @@ void flatten_fit(Spline& s, double tolerance, std::vector<Vec>& out) {
   for (const Vec& v : s.fit)
     if (p.empty() || length(v - p.back()) > 0) p.push_back(v);
   if (s.closed && p.size() > 2 && length(p.front() - p.back()) > 0) p.push_back(p.front());
-  if (p.size() < 3) {
+  Vec start = unit(s.startTangent, {});
+  Vec end = unit(s.endTangent, {});
+  if (p.size() < 2 || (p.size() == 2 && length(start) == 0 && length(end) == 0)) {
     out = p;
     return;
   }
   std::vector<double> t(p.size(), 0);
   for (std::size_t i = 1; i < p.size(); ++i) t[i] = t[i - 1] + length(p[i] - p[i - 1]);
-  Vec start = unit(s.startTangent, {});
-  Vec end = unit(s.endTangent, {});
   if (s.closed && length(start) == 0) start = end = unit(p[1] - p[p.size() - 2], {});  // smooth across the seam
   std::vector<double> m[3];
   for (const int axis : {0, 1, 2}) {

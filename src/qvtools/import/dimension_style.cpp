@@ -13,13 +13,14 @@ DimensionStyle::DimensionStyle(Job& job, const Record& record) : job_(job) {
   bool within = false;
   int code = 0;
   for (const Tag& tag : record.extended) {
-    if (tag.code == 1000) within = word_of(tag) == "DSTYLE";
-    if (!within || (tag.code == 1002)) continue;
+    if (tag.code == 1000 && code == 0) within = word_of(tag) == "DSTYLE";
+    if (tag.code == 1001) within = false;
+    if (!within || tag.code == 1002) continue;
     if (tag.code == 1070 && code == 0) {
       code = integer_of(tag);
-    } else if (tag.code != 1000) {
-      if (tag.code >= 1010 && code != 0) own_.emplace_back(code, real_of(tag));
-      if (tag.code == 1005 && code != 0) ownWords_.push_back({code, false, 0, tag.text});
+    } else if (code != 0) {
+      if (tag.code >= 1010) own_.emplace_back(code, real_of(tag));
+      if (tag.code == 1000 || tag.code == 1005) ownWords_.push_back({code, false, 0, tag.text});
       code = 0;
     }
   }
@@ -77,6 +78,11 @@ double DimensionStyle::value(int code, const char* variable, double otherwise) c
 double DimensionStyle::size(int code, const char* variable, double inches, double metric) const {
   const double v = value(code, variable, job_.file.header.measurement == 1 ? metric : inches) * scale_;
   return std::isfinite(v) && v >= 0 ? v : inches * scale_;
+}
+
+double DimensionStyle::textHeight() const {
+  const double fixed = textStyle_ < 0 ? 0 : job_.file.styles[static_cast<std::size_t>(textStyle_)].height;
+  return fixed > 0 && std::isfinite(fixed) ? fixed : std::max(1e-9, size(140, "$DIMTXT", 0.18, 2.5));
 }
 
 double DimensionStyle::lengthFactor() const {

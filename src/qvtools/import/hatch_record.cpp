@@ -162,6 +162,8 @@ class HatchReader {
       if (t.code == 11) spline.fit.push_back({v, 0, 0});
       if (t.code == 21 && !spline.fit.empty()) spline.fit.back().y = v;
     }
+    spline.startTangent = {edge.real(12), edge.real(22), 0};
+    spline.endTangent = {edge.real(13), edge.real(23), 0};
     flatten_spline(std::move(spline), tolerance_, piece);
   }
 

@@ -216,15 +216,29 @@ bool Output::face(const Vec (&corners)[4]) {
   return put(record);
 }
 
+namespace {
+
+/// How much of a text a record takes: a letter or an escape that would be cut stands in the next one.
+std::size_t length_of_piece(std::string_view text, std::size_t most) {
+  constexpr std::size_t kEscape = 7;  // "\U+1234"
+  const std::size_t length = std::max<std::size_t>(1, cut_length(text.data(), most));
+  const std::size_t escape = length < text.size() ? text.substr(0, length).rfind("\\") : 0;
+  const bool cut = escape > 0 && escape != text.npos && escape + kEscape > length &&
+                   std::string_view("\\U+").starts_with(text.substr(escape, 3));
+  return cut ? escape : length;
+}
+
+}  // namespace
+
 bool Output::text(const TextLine& text) {
   if (window && (text.at.x < window->x1 || text.at.x > window->x2 || text.at.y < window->y1 || text.at.y > window->y2))
     return true;
   // A record holds 99 bytes: the rest goes on behind, by its measured width.
   constexpr std::size_t kMost = kContentsSize - 1;
   Vec place = text.at;
-  int justify = text.justify;
+  const int justify = text.bytes.size() > kMost ? 0 : text.justify;  // what is divided has one left end after the other
   for (std::string_view left = text.bytes; !left.empty();) {
-    const std::string_view piece = left.substr(0, std::max<std::size_t>(1, cut_length(left.data(), kMost)));
+    const std::string_view piece = left.substr(0, length_of_piece(left, kMost));
     Point3 at;
     Point3 align;
     if (!rounded(place, at) || !rounded(justify ? text.align : place, align)) return false;
@@ -239,7 +253,8 @@ bool Output::text(const TextLine& text) {
     record->m_fHeight = static_cast<float>(text.height);
     record->m_fRotation = static_cast<float>(text.turn);
     record->m_fWidthFactor = static_cast<float>(text.width);
-    copy_text(record->m_szText, piece.data());  // which takes as much
+    std::memcpy(record->m_szText, piece.data(), piece.size());
+    record->m_szText[piece.size()] = '\0';
     copy_text(record->m_szStyle, style.m_szName);
     put(record, left.size() == text.bytes.size() ? text.unicode : std::string());
     left.remove_prefix(piece.size());
@@ -247,7 +262,6 @@ bool Output::text(const TextLine& text) {
     report_.remark("a text longer than 99 bytes was divided");
     const double advance = text_width(std::string(piece), text.height, text.width);
     place = place + Vec{std::cos(radians(text.turn)), std::sin(radians(text.turn)), 0} * advance;
-    justify = 0;
   }
   return true;
 }

@@ -23,7 +23,8 @@ class DimensionStyle {
   double tick() const { return size(142, "$DIMTSZ", 0, 0); }
   double extensionGap() const { return size(42, "$DIMEXO", 0.0625, 0.625); }
   double extensionBeyond() const { return size(44, "$DIMEXE", 0.18, 1.25); }
-  double textHeight() const { return std::max(1e-9, size(140, "$DIMTXT", 0.18, 2.5)); }
+  /// The text style's own where that has one.
+  double textHeight() const;
   double gap() const { return std::fabs(size(147, "$DIMGAP", 0.09, 0.625)); }
   double lengthFactor() const;
   bool textAbove() const { return value(77, "$DIMTAD", 0) > 0; }
