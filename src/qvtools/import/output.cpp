@@ -224,7 +224,8 @@ std::size_t length_of_piece(std::string_view text, std::size_t most) {
   const std::size_t length = std::max<std::size_t>(1, cut_length(text.data(), most));
   const std::size_t escape = length < text.size() ? text.substr(0, length).rfind("\\") : 0;
   const bool cut = escape > 0 && escape != text.npos && escape + kEscape > length &&
-                   std::string_view("\\U+").starts_with(text.substr(escape, 3));
+                   std::string_view("\\U+").starts_with(text.substr(escape, 3)) &&
+                   cut_length(text.data(), escape) == escape;  // else it is the second byte of a letter
   return cut ? escape : length;
 }
 
