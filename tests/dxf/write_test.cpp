@@ -136,7 +136,7 @@ TEST(DxfWriting, AnEmptyTableIsReportedAndLosesNoEntity) {
   for (const auto& c : kCases) {
     RecordingHost host;
     DXF streamed;
-    ASSERT_EQ(streamed.New(path.c_str()), 1);
+    ASSERT_EQ(streamed.New(directory.path("streamed.dxf").c_str()), 1);
     streamed.*c.count = 0;
     EXPECT_EQ(streamed.Write_Tables(), 0);
     EXPECT_EQ(host.box(), c.message);
